@@ -1,0 +1,12 @@
+# Turns "id<tab>text" lines into the table that platform/resources asks: lines that start with # and blank lines are skipped.
+file(STRINGS ${INPUT} lines ENCODING UTF-8)
+set(rows "")
+foreach(line IN LISTS lines)
+  if(line MATCHES "^([0-9]+)\t(.*)$")
+    string(REPLACE "\"" "\\\"" text "${CMAKE_MATCH_2}")
+    string(APPEND rows "    {${CMAKE_MATCH_1}, \"${text}\"},\n")
+  elseif(NOT line MATCHES "^#" AND NOT line STREQUAL "")
+    message(FATAL_ERROR "${INPUT}: not an id, a tab and a text: ${line}")
+  endif()
+endforeach()
+file(WRITE ${OUTPUT} "#include \"platform/resources_internal.h\"\n\nnamespace zp {\n\nResourceText const g_ApplicationTexts[] = {\n${rows}};\n\nunsigned int const g_nApplicationTexts = sizeof g_ApplicationTexts / sizeof g_ApplicationTexts[0];\n\n}  // namespace zp\n")

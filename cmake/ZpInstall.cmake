@@ -1,0 +1,15 @@
+# What a packager takes: the library, its headers under zpbase/, the program, a CMake package and a pkg-config file.
+include(CMakePackageConfigHelpers)
+install(TARGETS zpbase EXPORT zpbaseTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zpbase FILES_MATCHING PATTERN "*.h")
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zpbase)
+install(EXPORT zpbaseTargets NAMESPACE zpbase:: DESTINATION ${package_dir})
+configure_package_config_file(cmake/zpbaseConfig.cmake.in zpbaseConfig.cmake INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(zpbaseConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zpbaseConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/zpbaseConfigVersion.cmake
+        DESTINATION ${package_dir})
+configure_file(cmake/zpbase.pc.in zpbase.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zpbase.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+if(ZP_BUILD_TOOLS AND TARGET zp)
+  install(TARGETS zp RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()

@@ -1,0 +1,58 @@
+# Flags that every target here is built with, and the function that turns a folder into an object library.
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+endif()
+
+# Sums have a promised order and no fused steps, whatever the machine: contraction stays off everywhere.
+set(ZP_COMPILE_OPTIONS -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -ffp-contract=off)
+if(ZP_WARNINGS_AS_ERRORS)
+  list(APPEND ZP_COMPILE_OPTIONS -Werror)
+endif()
+set(ZP_LINK_OPTIONS "")
+if(ZP_SANITIZE)
+  list(APPEND ZP_COMPILE_OPTIONS -fsanitize=${ZP_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  list(APPEND ZP_LINK_OPTIONS -fsanitize=${ZP_SANITIZE})
+endif()
+
+# zp_add_folder(<folder>): every .cpp of the folder becomes part of the library. Symbols are hidden unless ZP_API shows them.
+function(zp_add_folder folder)
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_library(zp_${folder} OBJECT ${sources})
+  set_target_properties(zp_${folder} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  target_compile_features(zp_${folder} PUBLIC cxx_std_20)
+  target_compile_options(zp_${folder} PRIVATE ${ZP_COMPILE_OPTIONS})
+  target_include_directories(zp_${folder} PRIVATE ${PROJECT_BINARY_DIR}/include ${PROJECT_SOURCE_DIR})
+  target_sources(zpbase PRIVATE $<TARGET_OBJECTS:zp_${folder}>)
+endfunction()
+
+# zp_add_resources(): resources/strings.txt, the texts of our stand-in for the application's module, compiled in.
+function(zp_add_resources)
+  set(input ${PROJECT_SOURCE_DIR}/resources/strings.txt)
+  if(NOT EXISTS ${input})
+    return()
+  endif()
+  set(output ${PROJECT_BINARY_DIR}/resources/strings.cpp)
+  add_custom_command(OUTPUT ${output}
+    COMMAND ${CMAKE_COMMAND} -DINPUT=${input} -DOUTPUT=${output} -P ${PROJECT_SOURCE_DIR}/cmake/CompileStrings.cmake
+    DEPENDS ${input} ${PROJECT_SOURCE_DIR}/cmake/CompileStrings.cmake VERBATIM)
+  add_library(zp_resources OBJECT ${output})
+  set_target_properties(zp_resources PROPERTIES CXX_VISIBILITY_PRESET hidden)
+  target_compile_features(zp_resources PUBLIC cxx_std_20)
+  target_compile_options(zp_resources PRIVATE ${ZP_COMPILE_OPTIONS})
+  target_include_directories(zp_resources PRIVATE ${PROJECT_BINARY_DIR}/include ${PROJECT_SOURCE_DIR})
+  target_sources(zpbase PRIVATE $<TARGET_OBJECTS:zp_resources>)
+endfunction()
+
+# zp_add_program(<name> <sources...>): an executable on the public headers alone, with the house's flags.
+function(zp_add_program name)
+  add_executable(${name} ${ARGN})
+  target_compile_options(${name} PRIVATE ${ZP_COMPILE_OPTIONS})
+  target_link_options(${name} PRIVATE ${ZP_LINK_OPTIONS})
+  target_link_libraries(${name} PRIVATE zpbase::zpbase)
+endfunction()
