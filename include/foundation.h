@@ -1,0 +1,91 @@
+// Root of the persistent classes and the two owning containers.
+//
+// A container owns its elements: destroying it, emptying it and loading into it delete them. Null pointers are legal elements.
+// Whoever takes an element out through RemoveAt, RemoveAll or SetSize takes over its deletion.
+#pragma once
+
+#include "platform/collections.h"
+#include "platform/runtime.h"
+#include "platform/string.h"
+
+class ZP_API GPObject : public CObject {
+  DECLARE_SERIAL(GPObject)
+ protected:
+  void Serialize(CArchive & ar) override;  // streams nothing; derived classes call it first
+
+ public:
+  // A new copy that the caller owns; the root gives null.
+  virtual GPObject * Clone() const;
+
+  // Negative, 0 or positive when this object sorts before, equal to or after other. The root orders by address.
+  virtual int Compare(GPObject const * other) const;
+
+  // The object alone from or to a file of that name, without class tag. Load gives 0 for a missing or empty file, else 1, and
+  // lets the archive's and file's exceptions pass; Store gives whether a file of that name stands afterwards.
+  virtual int Load(CString const & name);
+  virtual int Store(CString const & name);
+};
+
+class ZP_API GPObArray : public CObArray {
+  DECLARE_SERIAL(GPObArray)
+ public:
+  GPObArray() = default;
+  GPObArray(GPObArray const & other);
+  GPObArray & operator=(GPObArray const & other);
+  GPObArray & operator+=(GPObArray const & other);  // appends clones
+  ~GPObArray() override;
+
+  void Serialize(CArchive & ar) override;
+
+  // As GPObject's, but an archive's exception shows a message and leaves the array empty, with result 1.
+  virtual int Load(CString const & name);
+  virtual int Store(CString const & name);
+
+  // Moves the pointers of other behind the own elements, without cloning. With removeFromOther 0 both hold, and own, them: the
+  // caller detaches one side before either is emptied.
+  void Append(GPObArray * other, int removeFromOther);
+
+  void DeleteAt(int index);
+  void Empty();
+  bool IsEmpty() const { return GetSize() == 0; }
+
+  // Ascending by Compare, not stable; all elements must be non-null.
+  void Sort();
+
+  // Binary search of a sorted array: 1 and the index of a hit, or 0 and the last index probed, -1 if the array is empty.
+  int BSearch(int & index, GPObject const * key) const;
+
+  // Ordered insertion, behind equal elements. The array takes the object over.
+  void InsertObject(GPObject * object);
+
+ protected:
+  void Init(GPObArray const & other);
+  void SerializeElements(CArchive & ar, CRuntimeClass const * elementClass);
+};
+
+class ZP_API GPObList : public CObList {
+  DECLARE_SERIAL(GPObList)
+ public:
+  GPObList() : CObList(10) {}
+  GPObList(GPObList const & other);
+  GPObList & operator=(GPObList const & other);
+  GPObList & operator+=(GPObList const & other);
+  ~GPObList() override;
+
+  void Serialize(CArchive & ar) override;
+
+  virtual int Load(CString const & name);
+  virtual int Store(CString const & name);
+
+  // As for the array, but Init skips null elements of the source.
+  void Append(GPObList * other, int removeFromOther);
+  void Empty();
+  void Sort();
+
+  // Ordered insertion, in front of equal elements. The list takes the object over.
+  void InsertObject(GPObject * object);
+
+ protected:
+  void Init(GPObList const & other);
+  void SerializeElements(CArchive & ar, CRuntimeClass const * elementClass);
+};

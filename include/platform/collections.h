@@ -1,0 +1,140 @@
+// The platform's containers of objects, texts and unsigned numbers. Arrays check their indexes and raise the invalid-argument
+// exception; positions of a list belong to that list. None of them owns the objects it points to.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "runtime.h"
+#include "string.h"
+#include "types.h"
+
+class ZP_API CObArray : public CObject {
+  DECLARE_DYNAMIC(CObArray)
+ public:
+  CObArray() = default;
+  CObArray(CObArray const &) = delete;
+  CObArray & operator=(CObArray const &) = delete;
+
+  int GetSize() const { return static_cast<int>(m_Elements.size()); }
+  int GetUpperBound() const { return GetSize() - 1; }
+
+  // New elements are null; a second argument, the growth step, is not needed here.
+  void SetSize(int size);
+  void RemoveAll() { SetSize(0); }
+
+  CObject * GetAt(int index) const { return m_Elements[Checked(index)]; }
+  CObject *& ElementAt(int index) { return m_Elements[Checked(index)]; }
+  CObject * operator[](int index) const { return GetAt(index); }
+  CObject *& operator[](int index) { return ElementAt(index); }
+  void SetAt(int index, CObject * element) { m_Elements[Checked(index)] = element; }
+
+  void SetAtGrow(int index, CObject * element);
+  int Add(CObject * element);  // the new index
+  void InsertAt(int index, CObject * element, int count = 1);
+  void RemoveAt(int index, int count = 1);
+
+  // Count and elements in order; a new element read belongs to the array's user.
+  void Serialize(CArchive & ar) override;
+
+ protected:
+  // As Serialize, for a container that owns its elements, which are of the class given or derived from it.
+  void SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass);
+
+  std::vector<CObject *> m_Elements;
+
+ private:
+  size_t Checked(int index) const;
+};
+
+class ZP_API CObList : public CObject {
+  DECLARE_DYNAMIC(CObList)
+ public:
+  explicit CObList(int blockSize = 10);  // nodes allocated at a time
+  CObList(CObList const &) = delete;
+  CObList & operator=(CObList const &) = delete;
+  ~CObList() override;
+
+  int GetCount() const { return m_nCount; }
+  bool IsEmpty() const { return m_nCount == 0; }
+
+  // The head's or tail's element; an empty list raises.
+  CObject * GetHead() const;
+  CObject * GetTail() const;
+
+  POSITION AddHead(CObject * element);
+  POSITION AddTail(CObject * element);
+  CObject * RemoveHead();
+  CObject * RemoveTail();
+  void RemoveAll();
+
+  // Walks: the element at position, which moves on or back and is null behind the last one.
+  POSITION GetHeadPosition() const;
+  POSITION GetTailPosition() const;
+  CObject * GetNext(POSITION & position) const;
+  CObject * GetPrev(POSITION & position) const;
+
+  CObject * GetAt(POSITION position) const;
+  void SetAt(POSITION position, CObject * element);
+  void RemoveAt(POSITION position);
+  POSITION InsertBefore(POSITION position, CObject * element);
+  POSITION InsertAfter(POSITION position, CObject * element);
+  POSITION Find(CObject const * element, POSITION startAfter = nullptr) const;  // by identity, or null
+
+  void Serialize(CArchive & ar) override;
+
+ protected:
+  void SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass);
+
+ private:
+  struct Node;
+
+  static Node * Checked(POSITION position);
+  Node * NewNode(CObject * element);
+  void Link(Node * node, Node * previous, Node * next);
+  void Unlink(Node * node);
+
+  Node * m_pHead = nullptr;
+  Node * m_pTail = nullptr;
+  Node * m_pFree = nullptr;
+  int m_nCount = 0;
+  int m_nBlockSize;
+  std::vector<std::unique_ptr<Node[]>> m_Blocks;
+};
+
+// An array of plain values with checked indexes.
+template <class Value>
+class CPlainArray : public CObject {
+ public:
+  int GetSize() const { return static_cast<int>(m_Elements.size()); }
+  int GetUpperBound() const { return GetSize() - 1; }
+  bool IsEmpty() const { return m_Elements.empty(); }
+  void SetSize(int size) { m_Elements.resize(static_cast<size_t>(size)); }
+  void RemoveAll() { m_Elements.clear(); }
+  Value const & GetAt(int index) const { return m_Elements[Checked(index)]; }
+  Value & ElementAt(int index) { return m_Elements[Checked(index)]; }
+  Value const & operator[](int index) const { return GetAt(index); }
+  Value & operator[](int index) { return ElementAt(index); }
+  void SetAt(int index, Value const & value) { m_Elements[Checked(index)] = value; }
+  int Add(Value const & value);
+  void InsertAt(int index, Value const & value, int count = 1);
+  void RemoveAt(int index, int count = 1);
+
+ protected:
+  CPlainArray() = default;
+  std::vector<Value> m_Elements;
+
+ private:
+  size_t Checked(int index) const;
+};
+
+extern template class CPlainArray<CString>;
+extern template class CPlainArray<UINT>;
+
+class ZP_API CStringArray : public CPlainArray<CString> {
+  DECLARE_DYNAMIC(CStringArray)
+};
+
+class ZP_API CUIntArray : public CPlainArray<UINT> {
+  DECLARE_DYNAMIC(CUIntArray)
+};

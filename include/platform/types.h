@@ -1,0 +1,24 @@
+// The platform's scalar types, at the widths that every record and stream of the system relies on, and the export mark.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#define ZP_API __attribute__((visibility("default")))
+
+using BYTE = uint8_t;
+using WORD = uint16_t;
+using DWORD = uint32_t;
+using UINT = uint32_t;
+using LONG = int32_t;
+using BOOL = int32_t;
+using COLORREF = uint32_t;  // 0x00BBGGRR
+using LONGLONG = long long;
+using ULONGLONG = unsigned long long;
+
+inline constexpr BOOL TRUE = 1;
+inline constexpr BOOL FALSE = 0;
+
+// A place in a list; null is no place. Only the list that gave it out can read it.
+struct ListPosition;
+using POSITION = ListPosition *;
