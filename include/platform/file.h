@@ -107,8 +107,7 @@ class ZP_API CFile : public CObject {
   ULONGLONG m_nPosition = 0;
 };
 
-// A file in memory. Built with a growth step it owns its block, which grows by at least that step and at least by half of
-// itself; attached to a caller's buffer with growth 0 it reads and overwrites those bytes and raises diskFull behind them.
+// A file in memory. Built with a growth step it owns its block, which grows in such steps and at least to twice its size; attached to a caller's buffer with growth 0 it reads and overwrites those bytes and raises diskFull behind them.
 class ZP_API CMemFile : public CFile {
   DECLARE_DYNAMIC(CMemFile)
  public:
@@ -133,12 +132,12 @@ class ZP_API CMemFile : public CFile {
 
  private:
   void Reserve(size_t size);
+  void ClearGap();
 
   std::vector<BYTE> m_Owned;
   size_t m_nBufferSize = 0;
   size_t m_nPosition = 0;
   UINT m_nGrowBytes;
-  bool m_bAttached = false;
 };
 
 namespace zp {
@@ -152,6 +151,9 @@ struct FileCalls {
   int (*Close)(int file);
 };
 ZP_API FileCalls & GetFileCalls();
+
+// True when both names lead to one file that exists.
+ZP_API bool IsSameFile(char const * first, char const * second);
 
 // The cause of a file exception, and the system's error number, for a value of errno.
 ZP_API int CauseOfError(int error);

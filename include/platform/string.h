@@ -136,4 +136,11 @@ ZP_API double TextToDouble(std::string_view text, size_t * used = nullptr);
 // The number at the start of text as atoi and atol read it, modulo 2^32.
 ZP_API int TextToInt(std::string_view text);
 
+// Conversions between the inside's Windows-1252 and the outside's texts. Of wide characters those that the code page lacks
+// become '?'; of UTF-8, malformed text and characters that the code page lacks give false and leave text alone.
+ZP_API void AppendWide(std::string & out, std::u16string_view wide);
+ZP_API std::u16string TextToWide(std::string_view text);
+ZP_API bool Utf8ToText(std::string_view utf8, CString & text);
+ZP_API std::string TextToUtf8(std::string_view text);
+
 }  // namespace zp

@@ -1,0 +1,96 @@
+// GPObArray: an array of object pointers that owns what it points to. Load and Store are in object_files.cpp.
+
+#include <algorithm>
+
+#include <zpbase/platform/archive.h>
+
+#include "foundation/foundation_internal.h"
+
+IMPLEMENT_SERIAL(GPObArray, CObArray, 1)
+
+GPObArray::GPObArray(GPObArray const & other) { Init(other); }
+
+GPObArray & GPObArray::operator=(GPObArray const & other)
+{
+  if (this == &other) return *this;
+  Empty();
+  Init(other);
+  return *this;
+}
+
+GPObArray & GPObArray::operator+=(GPObArray const & other)
+{
+  if (this != &other) Init(other);
+  return *this;
+}
+
+GPObArray::~GPObArray() { Empty(); }
+
+void GPObArray::Init(GPObArray const & other)
+{
+  m_Elements.reserve(m_Elements.size() + other.m_Elements.size());
+  for (CObject const * const element : other.m_Elements) m_Elements.push_back(zp::CloneElement(element));
+}
+
+void GPObArray::Append(GPObArray * other, int removeFromOther)
+{
+  size_t const count = other->m_Elements.size();
+  m_Elements.reserve(m_Elements.size() + count);
+  for (size_t i = 0; i < count; ++i) m_Elements.push_back(other->m_Elements[i]);
+  if (removeFromOther != 0) other->SetSize(0);
+}
+
+void GPObArray::DeleteAt(int index)
+{
+  CObject * const element = GetAt(index);
+  RemoveAt(index);
+  delete element;
+}
+
+void GPObArray::Empty()
+{
+  while (!m_Elements.empty()) {
+    CObject * const element = m_Elements.back();
+    m_Elements.pop_back();
+    delete element;
+  }
+}
+
+void GPObArray::Sort()
+{
+  if (GetSize() >= 2) zp::SortObjects(m_Elements);
+}
+
+int GPObArray::BSearch(int & index, GPObject const * key) const
+{
+  index = -1;
+  int low = 0;
+  int high = GetUpperBound();
+  while (low <= high) {
+    index = (low + high) / 2;
+    int const order = zp::CompareElements(key, m_Elements[static_cast<size_t>(index)]);
+    if (order == 0) return 1;
+    if (order > 0)
+      low = index + 1;
+    else
+      high = index - 1;
+  }
+  return 0;
+}
+
+void GPObArray::InsertObject(GPObject * object)
+{
+  int index;
+  BSearch(index, object);
+  index = std::max(index, 0);
+  while (index < GetSize() && zp::CompareElements(object, GetAt(index)) >= 0) ++index;
+  InsertAt(index, object);
+}
+
+void GPObArray::SerializeElements(CArchive & ar, CRuntimeClass const * elementClass)
+{
+  if (ar.IsLoading()) Empty();
+  SerializeOwned(ar, elementClass);
+}
+
+void GPObArray::Serialize(CArchive & ar) { SerializeElements(ar, nullptr); }

@@ -1,0 +1,206 @@
+// The one way to a file on disk, and the store of numbered records in an index file and a record file.
+//
+// A GPFile answers questions instead of raising: open and write problems end in warnings and flags; read and seek problems
+// raise the platform's file exception. Operations give non-zero on success and 0 on failure unless said otherwise.
+#pragma once
+
+#include <memory>
+
+#include "foundation.h"
+#include "platform/file.h"
+
+class ZP_API GPFile : public CFile {
+ public:
+  explicit GPFile(CString const & name);  // takes the status; opens nothing
+  ~GPFile() override;
+
+  using CFile::Open;
+  using CFile::Seek;
+
+  // Adds modeReadWrite to a bare modeCreate and shareDenyWrite to a mode that writes. 0 without a word for a file that wasn't
+  // there at construction, unless modeCreate is given; 0 with a warning for one that the system refuses.
+  int Open(unsigned int flags);
+  void Close() override;
+
+  // 0 and text untouched if the last open had no problem, else 1 and the sentence for the user.
+  int GetOpenProblem(CString & text);
+
+  int Exists() const { return m_bExists; }  // as known since construction, the last open or close
+  int IsOpen() const { return m_bIsOpen; }
+  int IsWriteOK() const { return m_bWriteOK; }  // the last write; 1 before the first one
+  int IsEmpty() const;                          // by the length at construction or the last close
+  void Empty();                                 // cuts the open file to length 0
+
+  UINT Read(void * buffer, UINT count) override;
+  void Write(void const * buffer, UINT count) override;  // a failure gives a warning and clears IsWriteOK
+  virtual long Seek(long offset, unsigned int from);     // the low 32 bits of the new position
+
+  // Bytes at a place of their own, with the failures of Write.
+  int WriteRecord(ULONGLONG position, void const * buffer, UINT count);
+
+  // Text writes give IsWriteOK. An id names a string resource. Line ends are CR LF; a line end is skipped if its text failed.
+  int Write(CString const & text);
+  int Write(char const * text) { return Write(CString(text)); }
+  int Write(unsigned int id);
+  int Write(int id) { return Write(static_cast<unsigned int>(id)); }
+  int Write(char) = delete;  // would read as a string id
+  int Writef(char const * format, ...) __attribute__((format(printf, 2, 3)));
+  int WritefLine(char const * format, ...) __attribute__((format(printf, 2, 3)));
+  int WritefLine(unsigned int id, ...);
+  int WriteLine(CString const & text);
+  int WriteLine(char const * text) { return WriteLine(CString(text)); }
+  int WriteLine(unsigned int id);
+  int WriteLine(int id) { return WriteLine(static_cast<unsigned int>(id)); }
+  int WriteLine();
+  int WriteFormFeed();
+  int WriteEndOfFile();
+
+  // The next line without its end: its length, or -1 at the end of the file. CR and NUL end a line, LF and 0x1A are dropped
+  // wherever they stand, and a line comes in pieces of 2000 characters.
+  int ReadLine(CString & line);
+
+  // Lines of the file from its begin, or -1 if it doesn't exist. An open file is closed and opened again at its place.
+  int GetLineCount();
+
+  // Copies src into this file, behind its end with append, else in its place; an empty source changes nothing. Both stay open.
+  int CopyFile(GPFile & src, int append);
+  int CopyFile(CString const & src, int append);
+
+  // Copy by names; without append the copy takes the source's times and is writable. A copy that fails is removed; one onto
+  // itself is refused.
+  static int CopyFile(CString const & dest, CString const & src, int append);
+  static int CopyFile(CString const & dest, GPFile & src, int append);
+
+  static int Exists(CString const & name);
+  static int IsEmpty(CString const & name);  // missing or of length 0
+  static int DeleteFile(CString const & name);
+  static int RenameFile(CString const & newName, CString const & oldName);
+  static int CompareFiles(CString const & first, CString const & second);  // 1: equal sizes and modification times
+  static int SetStatus(CString const & name, CFileStatus const & status);
+
+ protected:
+  // Closes an open file for a scan and opens it again, at its place, when the scan ends.
+  class ScanGuard;
+
+ private:
+  int WriteArgPtr(char const * format, va_list args);
+  int CopyBytes(GPFile & src, int append);
+
+  CString m_strPath;
+  int m_bExists = 0;
+  unsigned int m_nOpenFlags = 0;
+  int m_bIsOpen = 0;
+  int m_nOpenProblem = 0;
+  CFileStatus m_Status;
+  int m_bWriteOK = 1;
+
+  // What ReadLine has fetched ahead: bytes from m_nChunkStart on.
+  std::string m_Chunk;
+  ULONGLONG m_nChunkStart = 0;
+};
+
+// Index entry of one live record.
+class ZP_API GPActiveRec : public GPObject {
+  DECLARE_SERIAL(GPActiveRec)
+ public:
+  GPActiveRec() = default;
+  void Serialize(CArchive & ar) override;               // DWORD position, short id, WORD length
+  int Compare(GPObject const * other) const override;  // difference of the ids
+
+  DWORD m_nFilePos;  // offset of the block's header in the record file
+  int m_nRecID;
+  DWORD m_nRecLen;  // bytes
+};
+
+// Index entry of one free block.
+class ZP_API GPEmptyRec : public GPObject {
+  DECLARE_SERIAL(GPEmptyRec)
+ public:
+  GPEmptyRec() = default;
+  void Serialize(CArchive & ar) override;               // DWORD position, WORD capacity
+  int Compare(GPObject const * other) const override;  // difference of the capacities
+
+  DWORD m_nFilePos;
+  DWORD m_nBlockSize;  // bytes, the header not counted
+};
+
+// A memory file that shows its block, which belongs to the file and goes with it.
+class ZP_API GPMemFile : public CMemFile {
+ public:
+  GPMemFile() : CMemFile(1024) {}
+  BYTE const * GetMemPtr() const { return m_lpBuffer; }
+};
+
+namespace zp {
+class ActiveTable;
+class FreeTable;
+}  // namespace zp
+
+// Records of 1 to 65,535 bytes under ids from 0 to 32767. The record file changes at once, the index file at Close.
+class ZP_API GPDataFile : public CObject {
+ public:
+  // Opens the store; newHeader makes the header object of a new one, null stands for a plain GPObject. accessMode are the
+  // CFile flags for a record file that is read first. An index file that is damaged raises the archive's or file's exception.
+  GPDataFile(CString const & indexFile, CString const & recFile, unsigned int accessMode, CObject * (*newHeader)());
+  ~GPDataFile() override;
+  GPDataFile(GPDataFile const &) = delete;
+  GPDataFile & operator=(GPDataFile const &) = delete;
+
+  int Open(unsigned int accessMode);  // a closed store; 0 for one whose record file is open
+  int Close();                        // writes the index file if it changed; raises nothing
+
+  unsigned int GetAccessMode() const { return m_nAccessMode; }
+  int IsEmpty() const;
+  int GetRecCount() const;
+
+  // 0 for a store without records; GetNextRecID is the last id plus 1.
+  unsigned int GetFirstRecID() const;
+  unsigned int GetLastRecID() const;
+  unsigned int GetNextRecID() const;
+  unsigned int GetRecLength(int id) const;
+
+  // The record's bytes into buffer, of size bytes: their count, or 0 if there is no such record or it is longer than size.
+  unsigned int LoadRec(void * buffer, unsigned int size, int id);
+
+  // The object under id, or null. The caller owns it. Raises the archive's exception for bytes that are no object.
+  CObject * LoadObj(int id);
+
+  int StoreRec(void const * data, unsigned int length, int id);
+  int StoreObj(CObject const * object, int id);
+  int DeleteRec(int id);
+
+  // Slides the live records together, cuts the record file and rebuilds both tables from the block headers. 0 and everything
+  // unchanged if there is no record file, it can't be opened, or its blocks don't form a sound chain. Not safe against an
+  // interruption: work on a copy.
+  int DegasRecFile();
+
+  // Closes the store and gives both files the status.
+  void SetStatus(CFileStatus const & status);
+
+ private:
+  int LoadIndexFile();
+  int StoreIndexFile();
+  int OpenRecFile(unsigned int flags);
+  int StoreRecAt(void const * data, unsigned int length, int id, unsigned int capacity);
+  int StoreNewRec(void const * data, unsigned int length, int id);
+  int SetRecEmpty(int id);
+  ULONGLONG RecFileLength();
+  int WriteBlock(DWORD position, int id, unsigned int length, unsigned int capacity, void const * data);
+  unsigned int CapacityOf(int id);
+  int SlideRecords();
+
+  CString m_strIndexFile;
+  int m_bIndexDirty = 0;
+  CString m_strRecFile;
+  GPFile m_RecFile;
+  CObject * (*m_pfnNewHeader)();
+  unsigned int m_nAccessMode = 0;
+
+ public:
+  CObject * m_pHeader = nullptr;  // the caller's header object; owned by the store, which never looks into it
+
+ private:
+  std::unique_ptr<zp::ActiveTable> m_pActiveRecs;  // in ascending id
+  std::unique_ptr<zp::FreeTable> m_pEmptyRecs;     // in ascending capacity, the first freed first
+  ULONGLONG m_nRecFileLength = 0;                  // while the record file is open for writing
+};

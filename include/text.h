@@ -1,0 +1,9 @@
+// Text: tokens, numeric lines and columns, whole text files, and the string and path functions.
+#pragma once
+
+#include "platform/types.h"
+
+// The job's directories, each a prefix that ends in a backslash, empty until the application sets them.
+extern ZP_API char job_path[260];
+extern ZP_API char workfile_path[260];
+extern ZP_API char poolfile_path[260];

@@ -1,0 +1,101 @@
+// Warnings: the gate that decides whether they are wanted, and the file that they go to.
+
+#include <zpbase/config.h>
+#include <zpbase/messages.h>
+#include <zpbase/platform/application.h>
+#include <zpbase/platform/resources.h>
+#include <zpbase/store.h>
+#include <zpbase/text.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int undecided = 0;
+constexpr int allowed = 1;
+constexpr int off = 2;
+constexpr unsigned int firstWarningID = 55008;
+constexpr int maxWarning = 260;  // characters
+
+int g_nGate = undecided;
+bool g_bWriting = false;  // a problem with the warnings file itself is not warned of
+
+CString warningsPath() { return CString(job_path) + GetWarningsFileName(); }
+
+void appendLine(CString const & text)
+{
+  CString line = text.Left(maxWarning);
+  for (int i = 0; i < line.GetLength(); ++i)
+    if (line[i] == '\r' || line[i] == '\n') line.SetAt(i, ' ');
+  GPFile file(warningsPath());
+  if (!file.Open(file.Exists() ? CFile::modeWrite : CFile::modeCreate)) return;
+  file.SeekToEnd();
+  file.WriteLine(line);
+  file.Close();
+}
+
+// Returns what PutWarning gives.
+int putText(CString const & text)
+{
+  if (job_path[0] == '\0' || g_bWriting) return 1;
+  struct Writing {
+    Writing() { g_bWriting = true; }
+    ~Writing() { g_bWriting = false; }
+  } const writing;
+  try {
+    appendLine(text);
+  } catch (CException * problem) {
+    zp::ExceptionGuard const guard(problem);
+  }
+  return 1;
+}
+
+}  // namespace
+
+int AllowWarnings()
+{
+  if (g_nGate == undecided) {
+    if (AfxGetApp() == nullptr) return 1;
+    CString setting;
+    GetSysString(setting, "Misc", GetWarningsKey(), CString());
+    g_nGate = setting.CompareNoCase(GetNoString()) == 0 ? off : allowed;
+    if (g_nGate == allowed) FlushWarningsFile();
+  }
+  return g_nGate == allowed;
+}
+
+int PutWarning(char const * format, ...)
+{
+  if (!AllowWarnings()) return 0;
+  CString text;
+  va_list args;
+  va_start(args, format);
+  text.FormatV(format, args);
+  va_end(args);
+  return putText(text);
+}
+
+int PutWarning(unsigned int id, ...)
+{
+  if (!AllowWarnings()) return 0;
+  CString text = zp::FormatResource(firstWarningID, {id - firstWarningID});
+  CString format;
+  if (!format.LoadString(id)) format.Format("%u", id);
+  CString message;
+  va_list args;
+  va_start(args, id);
+  message.FormatV(format, args);
+  va_end(args);
+  return putText(text + message);
+}
+
+void FlushWarningsFile()
+{
+  if (job_path[0] != '\0') GPFile::DeleteFile(warningsPath());
+}
+
+namespace zp {
+
+void ResetWarningsGate() { g_nGate = undecided; }
+
+}  // namespace zp

@@ -1,0 +1,118 @@
+// The platform's arrays.
+
+#include <zpbase/platform/collections.h>
+
+#include <algorithm>
+
+#include <zpbase/platform/archive.h>
+#include <zpbase/platform/exceptions.h>
+
+IMPLEMENT_DYNAMIC(CObArray, CObject)
+IMPLEMENT_DYNAMIC(CStringArray, CObject)
+IMPLEMENT_DYNAMIC(CUIntArray, CObject)
+
+namespace {
+
+// The count, each element and the tag of the smallest object cost at least so many bytes in an archive.
+constexpr ULONGLONG tagBytes = 2;
+
+void checkRange(int index, int count, int size)
+{
+  if (index < 0 || count < 0 || index > size || count > size - index) AfxThrowInvalidArgException();
+}
+
+}  // namespace
+
+size_t CObArray::Checked(int index) const
+{
+  if (index < 0 || index >= GetSize()) AfxThrowInvalidArgException();
+  return static_cast<size_t>(index);
+}
+
+void CObArray::SetSize(int size)
+{
+  if (size < 0) AfxThrowInvalidArgException();
+  m_Elements.resize(static_cast<size_t>(size), nullptr);
+}
+
+void CObArray::SetAtGrow(int index, CObject * element)
+{
+  if (index < 0) AfxThrowInvalidArgException();
+  if (index >= GetSize()) SetSize(index + 1);
+  m_Elements[static_cast<size_t>(index)] = element;
+}
+
+int CObArray::Add(CObject * element)
+{
+  m_Elements.push_back(element);
+  return GetUpperBound();
+}
+
+void CObArray::InsertAt(int index, CObject * element, int count)
+{
+  if (index < 0 || count < 0) AfxThrowInvalidArgException();
+  if (index > GetSize()) SetSize(index);
+  m_Elements.insert(m_Elements.begin() + index, static_cast<size_t>(count), element);
+}
+
+void CObArray::RemoveAt(int index, int count)
+{
+  checkRange(index, count, GetSize());
+  m_Elements.erase(m_Elements.begin() + index, m_Elements.begin() + index + count);
+}
+
+void CObArray::Serialize(CArchive & ar)
+{
+  if (ar.IsStoring()) {
+    ar.WriteCount(static_cast<DWORD>(GetSize()));
+    for (CObject const * const element : m_Elements) ar.WriteObject(element);
+    return;
+  }
+  DWORD const count = ar.ReadCount();
+  ar.RequireBytes(count * tagBytes);
+  m_Elements.clear();
+  m_Elements.reserve(count);
+  for (DWORD i = 0; i < count; ++i) m_Elements.push_back(ar.ReadObject(nullptr));
+}
+
+void CObArray::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
+{
+  if (ar.IsStoring()) return CObArray::Serialize(ar);
+  DWORD const count = ar.ReadCount();
+  ar.RequireBytes(count * tagBytes);
+  m_Elements.clear();
+  m_Elements.reserve(count);
+  for (DWORD i = 0; i < count; ++i) m_Elements.push_back(ar.ReadOwnedObject(elementClass));
+}
+
+template <class Value>
+size_t CPlainArray<Value>::Checked(int index) const
+{
+  if (index < 0 || index >= GetSize()) AfxThrowInvalidArgException();
+  return static_cast<size_t>(index);
+}
+
+template <class Value>
+int CPlainArray<Value>::Add(Value const & value)
+{
+  m_Elements.push_back(value);
+  return GetUpperBound();
+}
+
+template <class Value>
+void CPlainArray<Value>::InsertAt(int index, Value const & value, int count)
+{
+  if (index < 0 || count < 0) AfxThrowInvalidArgException();
+  if (index > GetSize()) SetSize(index);
+  m_Elements.insert(m_Elements.begin() + index, static_cast<size_t>(count), value);
+}
+
+template <class Value>
+void CPlainArray<Value>::RemoveAt(int index, int count)
+{
+  checkRange(index, count, GetSize());
+  m_Elements.erase(m_Elements.begin() + index, m_Elements.begin() + index + count);
+}
+
+template class CPlainArray<CString>;
+template class CPlainArray<UINT>;

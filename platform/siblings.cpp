@@ -1,0 +1,7 @@
+// What sibling modules of the simulator own and this library only reads.
+
+#include <zpbase/text.h>
+
+char job_path[260] = "";
+char workfile_path[260] = "";
+char poolfile_path[260] = "";

@@ -1,0 +1,131 @@
+// GPFile: life, state and bytes of the file wrapper. Its text layer is in text_lines.cpp, its utilities in file_copies.cpp.
+
+#include <algorithm>
+
+#include <zpbase/messages.h>
+#include <zpbase/platform/resources.h>
+#include <zpbase/store.h>
+
+namespace {
+
+constexpr unsigned int writingModes = CFile::modeWrite | CFile::modeReadWrite;
+
+// The string resource for an open problem; each takes the path and the cause.
+unsigned int openProblemID(int cause)
+{
+  switch (cause) {
+    case CFileException::fileNotFound: return 43500;
+    case CFileException::badPath: return 43501;
+    case CFileException::tooManyOpenFiles: return 43502;
+    case CFileException::accessDenied: return 43503;
+    case CFileException::sharingViolation: return 43504;
+    default: return 43505;
+  }
+}
+
+}  // namespace
+
+GPFile::GPFile(CString const & name) : m_strPath(name)
+{
+  SetFilePath(name);
+  if (!name.IsEmpty()) m_bExists = CFile::GetStatus(name, m_Status);
+}
+
+GPFile::~GPFile()
+{
+  if (!m_bIsOpen) return;
+  try {
+    GPFile::Close();
+  } catch (CFileException * problem) {
+    zp::ExceptionGuard const guard(problem);
+  }
+}
+
+int GPFile::Open(unsigned int flags)
+{
+  if (!m_bExists && (flags & modeCreate) == 0) return 0;
+  if ((flags & modeCreate) != 0 && (flags & writingModes) == 0) flags |= modeReadWrite;
+  if ((flags & writingModes) != 0) flags |= shareDenyWrite;
+
+  CFileException problem;
+  m_bIsOpen = CFile::Open(m_strPath, flags, &problem);
+  m_nOpenProblem = problem.m_cause;
+  m_Chunk.clear();
+  if (!m_bIsOpen) {
+    CString text;
+    GetOpenProblem(text);
+    PutWarning("%s", text.GetString());
+    return 0;
+  }
+  m_bExists = 1;
+  m_nOpenFlags = flags;
+  return m_bIsOpen;
+}
+
+int GPFile::GetOpenProblem(CString & text)
+{
+  if (m_nOpenProblem == 0) return 0;
+  text = zp::FormatResource(openProblemID(m_nOpenProblem), {m_strPath.GetString(), m_nOpenProblem});
+  return 1;
+}
+
+void GPFile::Close()
+{
+  m_Chunk.clear();
+  // A close that fails has closed the file all the same.
+  struct Afterwards {
+    GPFile & file;
+    ~Afterwards()
+    {
+      file.m_bExists = CFile::GetStatus(file.m_strPath, file.m_Status);
+      file.m_bIsOpen = 0;
+    }
+  } const afterwards{*this};
+  CFile::Close();
+}
+
+int GPFile::IsEmpty() const { return !m_bExists || m_Status.m_size == 0; }
+
+void GPFile::Empty()
+{
+  m_Chunk.clear();
+  SetLength(0);
+}
+
+UINT GPFile::Read(void * buffer, UINT count) { return CFile::Read(buffer, count); }
+
+long GPFile::Seek(long offset, unsigned int from)
+{
+  return static_cast<int>(CFile::Seek(LONGLONG{static_cast<int>(offset)}, from));
+}
+
+void GPFile::Write(void const * buffer, UINT count)
+{
+  if (WriteRecord(GetPosition(), buffer, count)) CFile::Seek(LONGLONG{count}, current);
+}
+
+int GPFile::WriteRecord(ULONGLONG position, void const * buffer, UINT count)
+{
+  m_bWriteOK = 1;
+  m_Chunk.clear();
+  try {
+    WriteAt(position, buffer, count);
+  } catch (CFileException * problem) {
+    zp::ExceptionGuard const guard(problem);
+    m_bWriteOK = 0;
+    PutWarning("Write file %s -> problem %d writing %u bytes", m_strPath.GetString(), problem->m_cause, count);
+  }
+  return m_bWriteOK;
+}
+
+int GPFile::Exists(CString const & name)
+{
+  CFileStatus status;
+  return CFile::GetStatus(name, status);
+}
+
+int GPFile::IsEmpty(CString const & name)
+{
+  CFileStatus status;
+  return !CFile::GetStatus(name, status) || status.m_size == 0;
+}

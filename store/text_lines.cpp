@@ -1,0 +1,135 @@
+// GPFile as a text file: lines end in CR LF when written; when read, CR and NUL end a line.
+
+#include <zpbase/config.h>
+#include <zpbase/platform/resources.h>
+#include <zpbase/store.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int maxLine = 2000;       // characters; a longer line comes in pieces
+constexpr UINT chunkSize = 0x8000;  // bytes fetched at a time
+constexpr int endOfFile = -1;
+
+}  // namespace
+
+// Notes the place of an open file and closes it. The destructor opens it again with the flags it had, less the one that would
+// truncate it, and goes back to that place.
+class GPFile::ScanGuard {
+ public:
+  explicit ScanGuard(GPFile & file) : m_File(file), m_bWasOpen(file.IsOpen())
+  {
+    if (!m_bWasOpen) return;
+    m_nPosition = file.GetPosition();
+    file.Close();
+  }
+  ~ScanGuard()
+  {
+    unsigned int const flags = m_nFlags & ~unsigned{modeCreate};
+    if (m_bWasOpen && m_File.Open(flags)) m_File.CFile::Seek(static_cast<LONGLONG>(m_nPosition), begin);
+  }
+  ScanGuard(ScanGuard const &) = delete;
+  ScanGuard & operator=(ScanGuard const &) = delete;
+
+ private:
+  GPFile & m_File;
+  int m_bWasOpen;
+  unsigned int m_nFlags = m_File.m_nOpenFlags;
+  ULONGLONG m_nPosition = 0;
+};
+
+int GPFile::Write(CString const & text)
+{
+  Write(text.GetString(), static_cast<UINT>(text.GetLength()));
+  return m_bWriteOK;
+}
+
+int GPFile::Write(unsigned int id)
+{
+  CString text;
+  text.LoadString(id);
+  return Write(text);
+}
+
+int GPFile::WriteArgPtr(char const * format, va_list args)
+{
+  CString text;
+  text.FormatV(format, args);
+  return Write(text);
+}
+
+int GPFile::Writef(char const * format, ...)
+{
+  va_list args;
+  va_start(args, format);
+  int const written = WriteArgPtr(format, args);
+  va_end(args);
+  return written;
+}
+
+int GPFile::WritefLine(char const * format, ...)
+{
+  va_list args;
+  va_start(args, format);
+  int const written = WriteArgPtr(format, args);
+  va_end(args);
+  return written && WriteLine() ? 1 : 0;
+}
+
+int GPFile::WritefLine(unsigned int id, ...)
+{
+  CString format;
+  format.LoadString(id);
+  va_list args;
+  va_start(args, id);
+  int const written = WriteArgPtr(format, args);
+  va_end(args);
+  return written && WriteLine() ? 1 : 0;
+}
+
+int GPFile::WriteLine(CString const & text) { return Write(text) ? WriteLine() : 0; }
+
+int GPFile::WriteLine(unsigned int id) { return Write(id) ? WriteLine() : 0; }
+
+int GPFile::WriteLine() { return Write(CString(GetCRLFString())); }
+
+int GPFile::WriteFormFeed() { return Write(CString("\x0C")); }
+
+int GPFile::WriteEndOfFile() { return Write(CString("\x1A")); }
+
+int GPFile::ReadLine(CString & line)
+{
+  std::string text;
+  ULONGLONG position = GetPosition();
+  auto const nextByte = [&] {
+    if (position < m_nChunkStart || position >= m_nChunkStart + m_Chunk.size()) {
+      m_Chunk.resize(chunkSize);
+      m_nChunkStart = position;
+      m_Chunk.resize(ReadAt(position, m_Chunk.data(), chunkSize));
+      if (m_Chunk.empty()) return endOfFile;
+    }
+    return static_cast<int>(static_cast<BYTE>(m_Chunk[static_cast<size_t>(position++ - m_nChunkStart)]));
+  };
+  bool ended = false;
+  while (!ended && text.size() < maxLine) {
+    int const byte = nextByte();
+    ended = byte == endOfFile || byte == '\r' || byte == '\0';
+    if (byte == endOfFile && text.empty()) return CFile::Seek(static_cast<LONGLONG>(position), begin), -1;
+    if (!ended && byte != '\n' && byte != 0x1A) text += static_cast<char>(byte);
+  }
+  CFile::Seek(static_cast<LONGLONG>(position), begin);
+  line = CString(std::move(text));
+  return line.GetLength();
+}
+
+int GPFile::GetLineCount()
+{
+  if (!m_bExists) return -1;
+  ScanGuard const guard(*this);
+  if (!Open(modeRead)) return 0;
+  int count = 0;
+  for (CString line; ReadLine(line) != -1;) ++count;
+  Close();
+  return count;
+}
