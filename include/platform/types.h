@@ -22,3 +22,7 @@ inline constexpr BOOL FALSE = 0;
 // A place in a list; null is no place. Only the list that gave it out can read it.
 struct ListPosition;
 using POSITION = ListPosition *;
+
+// An address inside a loaded module; null is the program itself.
+struct ModuleInstance;
+using HINSTANCE = ModuleInstance *;

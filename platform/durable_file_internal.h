@@ -1,0 +1,31 @@
+// The lock under which a whole file is read, changed and replaced.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zp {
+
+// Holds an exclusive lock on the folder of a host file, waiting for it. Where the file system knows no locks, none is held.
+class FolderLock {
+ public:
+  explicit FolderLock(std::string const & hostFile);
+  ~FolderLock();
+  FolderLock(FolderLock const &) = delete;
+  FolderLock & operator=(FolderLock const &) = delete;
+
+  int GetError() const { return m_nError; }  // 0, or why the folder couldn't be opened
+  bool Sync() const;                         // makes renames in the folder durable
+
+ private:
+  int m_hFolder;
+  int m_nError;
+};
+
+// The file that a host path leads to, through links; the path itself where there is none.
+std::string FollowLinks(std::string const & hostFile);
+
+// The work of ReplaceFileDurably under a lock that the caller holds; 0 or the host's error number. The path follows no links.
+int ReplaceLockedFile(FolderLock const & lock, std::string const & hostFile, std::string_view content);
+
+}  // namespace zp
