@@ -25,7 +25,10 @@ CArchive::CArchive(CFile * file, UINT mode, int bufferSize, void * buffer)
 CArchive::~CArchive()
 {
   if (m_pFile == nullptr) return;
-  if (std::uncaught_exceptions() > m_nExceptions) return Abort();
+  if (std::uncaught_exceptions() > m_nExceptions) {
+    Abort();
+    return;
+  }
   try {
     Close();
   } catch (CException * problem) {

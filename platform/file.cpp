@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 #include <utility>
 
 #include "platform/file_internal.h"
@@ -160,7 +161,7 @@ BOOL CFile::Open(char const * name, UINT flags, CFileException * problem)
   m_strFileName = name;
   m_nPosition = 0;
   std::string hostPath;
-  bool const valid = zp::ToHostPath(m_strFileName.View(), hostPath);
+  bool const valid = ToHostPath(m_strFileName.View(), hostPath);
   m_hFile = valid ? openAndTruncate(hostPath.c_str(), flags) : hFileNull;
   if (m_hFile == hFileNull) setProblem(problem, valid ? errno : ENOTDIR, name, hostPath);
   return m_hFile != hFileNull;

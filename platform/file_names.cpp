@@ -21,7 +21,7 @@ namespace {
 std::string hostPathOf(char const * name)
 {
   std::string hostPath;
-  if (!zp::ToHostPath(name, hostPath)) AfxThrowFileException(CFileException::badPath, 3, name);
+  if (!ToHostPath(name, hostPath)) AfxThrowFileException(CFileException::badPath, 3, name);
   return hostPath;
 }
 
@@ -121,7 +121,7 @@ BOOL CFile::GetStatus(char const * name, CFileStatus & status)
 {
   std::string hostPath;
   struct stat host;
-  if (!zp::ToHostPath(name, hostPath) || stat(hostPath.c_str(), &host) != 0) return FALSE;
+  if (!ToHostPath(name, hostPath) || stat(hostPath.c_str(), &host) != 0) return FALSE;
   fillStatus(status, host, CString(name));
   return TRUE;
 }
