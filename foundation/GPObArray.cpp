@@ -8,7 +8,10 @@
 
 IMPLEMENT_SERIAL(GPObArray, CObArray, 1)
 
-GPObArray::GPObArray(GPObArray const & other) { Init(other); }
+GPObArray::GPObArray(GPObArray const & other)
+{
+  Init(other);
+}
 
 GPObArray & GPObArray::operator=(GPObArray const & other)
 {
@@ -24,7 +27,10 @@ GPObArray & GPObArray::operator+=(GPObArray const & other)
   return *this;
 }
 
-GPObArray::~GPObArray() { Empty(); }
+GPObArray::~GPObArray()
+{
+  Empty();
+}
 
 void GPObArray::Init(GPObArray const & other)
 {
@@ -93,4 +99,7 @@ void GPObArray::SerializeElements(CArchive & ar, CRuntimeClass const * elementCl
   SerializeOwned(ar, elementClass);
 }
 
-void GPObArray::Serialize(CArchive & ar) { SerializeElements(ar, nullptr); }
+void GPObArray::Serialize(CArchive & ar)
+{
+  SerializeElements(ar, nullptr);
+}

@@ -6,7 +6,10 @@
 
 IMPLEMENT_SERIAL(GPObList, CObList, 1)
 
-GPObList::GPObList(GPObList const & other) : CObList(10) { Init(other); }
+GPObList::GPObList(GPObList const & other) : CObList(10)
+{
+  Init(other);
+}
 
 GPObList & GPObList::operator=(GPObList const & other)
 {
@@ -22,7 +25,10 @@ GPObList & GPObList::operator+=(GPObList const & other)
   return *this;
 }
 
-GPObList::~GPObList() { Empty(); }
+GPObList::~GPObList()
+{
+  Empty();
+}
 
 void GPObList::Init(GPObList const & other)
 {
@@ -75,4 +81,7 @@ void GPObList::SerializeElements(CArchive & ar, CRuntimeClass const * elementCla
   SerializeOwned(ar, elementClass);
 }
 
-void GPObList::Serialize(CArchive & ar) { SerializeElements(ar, nullptr); }
+void GPObList::Serialize(CArchive & ar)
+{
+  SerializeElements(ar, nullptr);
+}

@@ -6,9 +6,15 @@
 
 IMPLEMENT_SERIAL(GPObject, CObject, 1)
 
-void GPObject::Serialize(CArchive & ar) { CObject::Serialize(ar); }
+void GPObject::Serialize(CArchive & ar)
+{
+  CObject::Serialize(ar);
+}
 
-GPObject * GPObject::Clone() const { return nullptr; }
+GPObject * GPObject::Clone() const
+{
+  return nullptr;
+}
 
 // Addresses differ by at least a pointer's size, so the difference in pointer-sized units is 0 for the object itself alone. It
 // is cut to an int without ever becoming 0.

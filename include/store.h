@@ -5,6 +5,8 @@
 #pragma once
 
 #include <memory>
+#include <span>
+#include <vector>
 
 #include "foundation.h"
 #include "platform/file.h"
@@ -104,7 +106,7 @@ class ZP_API GPActiveRec : public GPObject {
   DECLARE_SERIAL(GPActiveRec)
  public:
   GPActiveRec() = default;
-  void Serialize(CArchive & ar) override;               // DWORD position, short id, WORD length
+  void Serialize(CArchive & ar) override;              // DWORD position, short id, WORD length
   int Compare(GPObject const * other) const override;  // difference of the ids
 
   DWORD m_nFilePos;  // offset of the block's header in the record file
@@ -117,7 +119,7 @@ class ZP_API GPEmptyRec : public GPObject {
   DECLARE_SERIAL(GPEmptyRec)
  public:
   GPEmptyRec() = default;
-  void Serialize(CArchive & ar) override;               // DWORD position, WORD capacity
+  void Serialize(CArchive & ar) override;              // DWORD position, WORD capacity
   int Compare(GPObject const * other) const override;  // difference of the capacities
 
   DWORD m_nFilePos;
@@ -132,8 +134,57 @@ class ZP_API GPMemFile : public CMemFile {
 };
 
 namespace zp {
+
 class ActiveTable;
 class FreeTable;
+struct FreeBlock;
+
+// A block of a record file, as its header tells it.
+struct RecordBlock {
+  ULONGLONG nPosition = 0;  // offset of the header
+  WORD nRecID = 0;          // without the free mark
+  bool bFree = false;
+  WORD nLength = 0;    // bytes of the payload in use
+  WORD nCapacity = 0;  // bytes of the payload area
+};
+
+// Walks the blocks of a record file from its begin by their headers alone, reading ahead in large pieces. Raises the file's
+// exceptions.
+class ZP_API BlockChain {
+ public:
+  static constexpr unsigned int headerSize = 6;  // bytes
+  enum class State {
+    Walking,
+    AtEnd,      // the last block ended with the file
+    CutHeader,  // fewer bytes than a header are left
+    PastEnd     // the block last given reaches behind the end of the file
+  };
+
+  explicit BlockChain(CFile const & file);
+
+  // The next block; false when there is none, and for a block past the end only after it was given once.
+  bool Next(RecordBlock & block);
+
+  // The bytes in use of the block last given, as far as its area and the file hold them; valid until the next call.
+  std::span<BYTE const> GetPayload();
+
+  State GetState() const { return m_State; }
+  ULONGLONG GetPosition() const { return m_nNext; }  // where the next block would start
+  ULONGLONG GetFileLength() const { return m_nFileLength; }
+
+ private:
+  BYTE const * Fetch(ULONGLONG position, size_t count);
+
+  CFile const & m_File;
+  ULONGLONG m_nFileLength;
+  ULONGLONG m_nNext = 0;
+  State m_State = State::Walking;
+  RecordBlock m_Block;
+  std::vector<BYTE> m_Window;
+  ULONGLONG m_nWindowStart = 0;
+  size_t m_nWindowSize = 0;
+};
+
 }  // namespace zp
 
 // Records of 1 to 65,535 bytes under ids from 0 to 32767. The record file changes at once, the index file at Close.
@@ -181,13 +232,17 @@ class ZP_API GPDataFile : public CObject {
   int LoadIndexFile();
   int StoreIndexFile();
   int OpenRecFile(unsigned int flags);
-  int StoreRecAt(void const * data, unsigned int length, int id, unsigned int capacity);
+  bool TakePlace(unsigned int length, zp::FreeBlock & block);
+  int PutRec(void const * data, unsigned int length, int id, zp::FreeBlock const & block);
   int StoreNewRec(void const * data, unsigned int length, int id);
-  int SetRecEmpty(int id);
-  ULONGLONG RecFileLength();
-  int WriteBlock(DWORD position, int id, unsigned int length, unsigned int capacity, void const * data);
+  int Overwrite(void const * data, unsigned int length, int id);
+  int ReplaceRec(void const * data, unsigned int length, int id);
+  int WriteBlock(DWORD position, void const * data, unsigned int length, int id, unsigned int capacity);
+  int MarkFree(DWORD position, int id);
   unsigned int CapacityOf(int id);
-  int SlideRecords();
+  bool IsSoundChain() const;
+  std::unique_ptr<zp::ActiveTable> SlideRecords();
+  void WriteMoved(ULONGLONG position, std::vector<BYTE> & bytes);
 
   CString m_strIndexFile;
   int m_bIndexDirty = 0;
@@ -202,5 +257,5 @@ class ZP_API GPDataFile : public CObject {
  private:
   std::unique_ptr<zp::ActiveTable> m_pActiveRecs;  // in ascending id
   std::unique_ptr<zp::FreeTable> m_pEmptyRecs;     // in ascending capacity, the first freed first
-  ULONGLONG m_nRecFileLength = 0;                  // while the record file is open for writing
+  ULONGLONG m_nRecFileLength = 0;                  // while the record file is open
 };

@@ -20,7 +20,10 @@ constexpr int maxWarning = 260;  // characters
 int g_nGate = undecided;
 bool g_bWriting = false;  // a problem with the warnings file itself is not warned of
 
-CString warningsPath() { return CString(job_path) + GetWarningsFileName(); }
+CString warningsPath()
+{
+  return CString(job_path) + GetWarningsFileName();
+}
 
 void appendLine(CString const & text)
 {
@@ -96,6 +99,9 @@ void FlushWarningsFile()
 
 namespace zp {
 
-void ResetWarningsGate() { g_nGate = undecided; }
+void ResetWarningsGate()
+{
+  g_nGate = undecided;
+}
 
 }  // namespace zp

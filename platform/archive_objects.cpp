@@ -23,9 +23,15 @@ constexpr WORD newClassTag = 0xFFFF;
 constexpr DWORD bigClassBit = 0x80000000;
 constexpr size_t maxClassName = 63;
 
-bool isClass(zp::LoadedEntry entry) { return (entry & 1) != 0; }
+bool isClass(zp::LoadedEntry entry)
+{
+  return (entry & 1) != 0;
+}
 
-CRuntimeClass * classOf(zp::LoadedEntry entry) { return reinterpret_cast<CRuntimeClass *>(entry & ~uintptr_t{1}); }
+CRuntimeClass * classOf(zp::LoadedEntry entry)
+{
+  return reinterpret_cast<CRuntimeClass *>(entry & ~uintptr_t{1});
+}
 
 // Counts a level of nesting for as long as it lives.
 class Nesting {
@@ -240,6 +246,12 @@ CObject * CArchive::ReadTagged(CRuntimeClass const * requested, bool owned)
   return object;
 }
 
-CObject * CArchive::ReadObject(CRuntimeClass const * requested) { return ReadTagged(requested, false); }
+CObject * CArchive::ReadObject(CRuntimeClass const * requested)
+{
+  return ReadTagged(requested, false);
+}
 
-CObject * CArchive::ReadOwnedObject(CRuntimeClass const * requested) { return ReadTagged(requested, true); }
+CObject * CArchive::ReadOwnedObject(CRuntimeClass const * requested)
+{
+  return ReadTagged(requested, true);
+}

@@ -100,10 +100,22 @@ int COleException::GetErrorMessage(char * text, UINT size, UINT *) const
   return copySentence(text, size, std::string(sentence.View()));
 }
 
-void AfxThrowArchiveException(int cause, char const * fileName) { throw new CArchiveException(cause, fileName); }
+void AfxThrowArchiveException(int cause, char const * fileName)
+{
+  throw new CArchiveException(cause, fileName);
+}
 
-void AfxThrowFileException(int cause, LONG osError, char const * fileName) { throw new CFileException(cause, osError, fileName); }
+void AfxThrowFileException(int cause, LONG osError, char const * fileName)
+{
+  throw new CFileException(cause, osError, fileName);
+}
 
-void AfxThrowInvalidArgException() { throw new CInvalidArgException; }
+void AfxThrowInvalidArgException()
+{
+  throw new CInvalidArgException;
+}
 
-void AfxThrowOleException(LONG code) { throw new COleException(code); }
+void AfxThrowOleException(LONG code)
+{
+  throw new COleException(code);
+}

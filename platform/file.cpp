@@ -24,9 +24,12 @@ constexpr int openTries = 10;
 int hostAccess(UINT flags)
 {
   switch (flags & accessMask) {
-    case CFile::modeRead: return O_RDONLY;
-    case CFile::modeWrite: return O_WRONLY;
-    default: return O_RDWR;
+    case CFile::modeRead:
+      return O_RDONLY;
+    case CFile::modeWrite:
+      return O_WRONLY;
+    default:
+      return O_RDWR;
   }
 }
 
@@ -116,9 +119,15 @@ long writeHost(int file, void const * buffer, size_t count, LONGLONG position)
   return put < 0 && errno == ESPIPE ? write(file, buffer, count) : put;
 }
 
-int setLengthHost(int file, LONGLONG length) { return ftruncate(file, length); }
+int setLengthHost(int file, LONGLONG length)
+{
+  return ftruncate(file, length);
+}
 
-int closeHost(int file) { return close(file); }
+int closeHost(int file)
+{
+  return close(file);
+}
 
 }  // namespace
 
@@ -229,7 +238,8 @@ void CFile::WriteAt(ULONGLONG position, void const * buffer, UINT count)
   RequireOpen();
   auto const call = zp::GetFileCalls().Write;
   for (UINT done = 0; done < count;) {
-    long const put = call(m_hFile, static_cast<BYTE const *>(buffer) + done, count - done, static_cast<LONGLONG>(position + done));
+    long const put =
+        call(m_hFile, static_cast<BYTE const *>(buffer) + done, count - done, static_cast<LONGLONG>(position + done));
     if (put < 0 && errno == EINTR) continue;
     if (put < 0) Fail(errno);
     if (put == 0) Fail(ENOSPC);
@@ -250,9 +260,15 @@ void CFile::Write(void const * buffer, UINT count)
   m_nPosition += count;
 }
 
-void CFile::LockRange(ULONGLONG, ULONGLONG) { AfxThrowFileException(CFileException::lockViolation, 33, m_strFileName); }
+void CFile::LockRange(ULONGLONG, ULONGLONG)
+{
+  AfxThrowFileException(CFileException::lockViolation, 33, m_strFileName);
+}
 
-void CFile::UnlockRange(ULONGLONG, ULONGLONG) { AfxThrowFileException(CFileException::lockViolation, 158, m_strFileName); }
+void CFile::UnlockRange(ULONGLONG, ULONGLONG)
+{
+  AfxThrowFileException(CFileException::lockViolation, 158, m_strFileName);
+}
 
 void CFile::Abort()
 {
@@ -260,7 +276,10 @@ void CFile::Abort()
   zp::GetFileCalls().Close(std::exchange(m_hFile, hFileNull));
 }
 
-void CFile::Flush() { RequireOpen(); }
+void CFile::Flush()
+{
+  RequireOpen();
+}
 
 void CFile::Close()
 {
@@ -268,4 +287,7 @@ void CFile::Close()
   if (zp::GetFileCalls().Close(std::exchange(m_hFile, hFileNull)) != 0) Fail(errno);
 }
 
-UINT CFile::GetBufferPtr(UINT, UINT, void **, void **) { return 0; }
+UINT CFile::GetBufferPtr(UINT, UINT, void **, void **)
+{
+  return 0;
+}

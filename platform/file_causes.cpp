@@ -13,14 +13,22 @@ struct Meaning {
 };
 
 constexpr Meaning g_Meanings[] = {
-    {ENOENT, CFileException::fileNotFound, 2},      {ENOTDIR, CFileException::badPath, 3},
-    {ENAMETOOLONG, CFileException::badPath, 3},     {ELOOP, CFileException::badPath, 3},
-    {EMFILE, CFileException::tooManyOpenFiles, 4},  {ENFILE, CFileException::tooManyOpenFiles, 4},
-    {EACCES, CFileException::accessDenied, 5},      {EPERM, CFileException::accessDenied, 5},
-    {EROFS, CFileException::accessDenied, 19},      {EEXIST, CFileException::accessDenied, 183},
-    {EISDIR, CFileException::accessDenied, 5},      {EBADF, CFileException::invalidFile, 6},
-    {ESPIPE, CFileException::badSeek, 25},          {EIO, CFileException::hardIO, 1117},
-    {EWOULDBLOCK, CFileException::sharingViolation, 32}, {ENOSPC, CFileException::diskFull, 112},
+    {ENOENT, CFileException::fileNotFound, 2},
+    {ENOTDIR, CFileException::badPath, 3},
+    {ENAMETOOLONG, CFileException::badPath, 3},
+    {ELOOP, CFileException::badPath, 3},
+    {EMFILE, CFileException::tooManyOpenFiles, 4},
+    {ENFILE, CFileException::tooManyOpenFiles, 4},
+    {EACCES, CFileException::accessDenied, 5},
+    {EPERM, CFileException::accessDenied, 5},
+    {EROFS, CFileException::accessDenied, 19},
+    {EEXIST, CFileException::accessDenied, 183},
+    {EISDIR, CFileException::accessDenied, 5},
+    {EBADF, CFileException::invalidFile, 6},
+    {ESPIPE, CFileException::badSeek, 25},
+    {EIO, CFileException::hardIO, 1117},
+    {EWOULDBLOCK, CFileException::sharingViolation, 32},
+    {ENOSPC, CFileException::diskFull, 112},
     {EDQUOT, CFileException::diskFull, 112},
 };
 

@@ -68,7 +68,10 @@ void setReadOnly(std::string const & hostPath, mode_t mode, bool readOnly, char 
   if (wanted != mode && chmod(hostPath.c_str(), wanted & 07777) != 0) fail(errno, name, hostPath);
 }
 
-timespec timeOrKeep(LONGLONG seconds) { return {static_cast<time_t>(seconds), seconds != 0 ? 0 : UTIME_OMIT}; }
+timespec timeOrKeep(LONGLONG seconds)
+{
+  return {static_cast<time_t>(seconds), seconds != 0 ? 0 : UTIME_OMIT};
+}
 
 }  // namespace
 
@@ -96,7 +99,10 @@ bool IsSameFile(char const * first, char const * second)
 
 }  // namespace zp
 
-CString CFile::GetFileName() const { return m_strFileName.Mid(m_strFileName.ReverseFind('\\') + 1); }
+CString CFile::GetFileName() const
+{
+  return m_strFileName.Mid(m_strFileName.ReverseFind('\\') + 1);
+}
 
 CString CFile::GetFileTitle() const
 {
@@ -105,9 +111,15 @@ CString CFile::GetFileTitle() const
   return point > 0 ? name.Left(point) : name;
 }
 
-CString CFile::GetFilePath() const { return m_strFileName; }
+CString CFile::GetFilePath() const
+{
+  return m_strFileName;
+}
 
-void CFile::SetFilePath(char const * name) { m_strFileName = name; }
+void CFile::SetFilePath(char const * name)
+{
+  m_strFileName = name;
+}
 
 BOOL CFile::GetStatus(CFileStatus & status) const
 {

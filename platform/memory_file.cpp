@@ -31,9 +31,15 @@ void CMemFile::ClearGap()
   if (m_nPosition > m_nFileSize) std::memset(m_lpBuffer + m_nFileSize, 0, m_nPosition - m_nFileSize);
 }
 
-ULONGLONG CMemFile::GetPosition() const { return m_nPosition; }
+ULONGLONG CMemFile::GetPosition() const
+{
+  return m_nPosition;
+}
 
-CFile * CMemFile::Duplicate() const { AfxThrowFileException(CFileException::genericException); }
+CFile * CMemFile::Duplicate() const
+{
+  AfxThrowFileException(CFileException::genericException);
+}
 
 ULONGLONG CMemFile::Seek(LONGLONG offset, UINT from)
 {
@@ -52,7 +58,10 @@ void CMemFile::SetLength(ULONGLONG length)
   m_nPosition = std::min(m_nPosition, size);
 }
 
-ULONGLONG CMemFile::GetLength() const { return m_nFileSize; }
+ULONGLONG CMemFile::GetLength() const
+{
+  return m_nFileSize;
+}
 
 UINT CMemFile::Read(void * buffer, UINT count)
 {
@@ -73,7 +82,10 @@ void CMemFile::Write(void const * buffer, UINT count)
   m_nFileSize = std::max(m_nFileSize, m_nPosition);
 }
 
-void CMemFile::Abort() { Close(); }
+void CMemFile::Abort()
+{
+  Close();
+}
 
 void CMemFile::Flush() {}
 
@@ -88,7 +100,8 @@ void CMemFile::Close()
 UINT CMemFile::GetBufferPtr(UINT command, UINT count, void ** start, void ** max)
 {
   switch (command) {
-    case bufferCheck: return bufferDirect;
+    case bufferCheck:
+      return bufferDirect;
     case bufferCommit:
       m_nPosition += count;
       m_nFileSize = std::max(m_nFileSize, m_nPosition);

@@ -59,9 +59,15 @@ void CObList::Unlink(Node * node)
   --m_nCount;
 }
 
-CObject * CObList::GetHead() const { return Checked(GetHeadPosition())->pElement; }
+CObject * CObList::GetHead() const
+{
+  return Checked(GetHeadPosition())->pElement;
+}
 
-CObject * CObList::GetTail() const { return Checked(GetTailPosition())->pElement; }
+CObject * CObList::GetTail() const
+{
+  return Checked(GetTailPosition())->pElement;
+}
 
 POSITION CObList::AddHead(CObject * element)
 {
@@ -96,9 +102,15 @@ void CObList::RemoveAll()
   m_Blocks.clear();
 }
 
-POSITION CObList::GetHeadPosition() const { return reinterpret_cast<POSITION>(m_pHead); }
+POSITION CObList::GetHeadPosition() const
+{
+  return reinterpret_cast<POSITION>(m_pHead);
+}
 
-POSITION CObList::GetTailPosition() const { return reinterpret_cast<POSITION>(m_pTail); }
+POSITION CObList::GetTailPosition() const
+{
+  return reinterpret_cast<POSITION>(m_pTail);
+}
 
 CObject * CObList::GetNext(POSITION & position) const
 {
@@ -114,11 +126,20 @@ CObject * CObList::GetPrev(POSITION & position) const
   return node->pElement;
 }
 
-CObject * CObList::GetAt(POSITION position) const { return Checked(position)->pElement; }
+CObject * CObList::GetAt(POSITION position) const
+{
+  return Checked(position)->pElement;
+}
 
-void CObList::SetAt(POSITION position, CObject * element) { Checked(position)->pElement = element; }
+void CObList::SetAt(POSITION position, CObject * element)
+{
+  Checked(position)->pElement = element;
+}
 
-void CObList::RemoveAt(POSITION position) { Unlink(Checked(position)); }
+void CObList::RemoveAt(POSITION position)
+{
+  Unlink(Checked(position));
+}
 
 POSITION CObList::InsertBefore(POSITION position, CObject * element)
 {

@@ -44,9 +44,15 @@ void appendArgument(CString & text, zp::FormatArg const & arg)
 
 namespace zp {
 
-void RegisterResourceModule(FindResourceText find) { modules().insert(modules().begin(), find); }
+void RegisterResourceModule(FindResourceText find)
+{
+  modules().insert(modules().begin(), find);
+}
 
-void UnregisterResourceModule(FindResourceText find) { std::erase(modules(), find); }
+void UnregisterResourceModule(FindResourceText find)
+{
+  std::erase(modules(), find);
+}
 
 CString FormatResource(UINT id, std::initializer_list<FormatArg> args)
 {

@@ -12,9 +12,15 @@ constinit CRuntimeClass * g_pClasses = nullptr;
 
 CRuntimeClass CObject::classCObject = {"CObject", static_cast<int>(sizeof(CObject)), 0xFFFF, nullptr, nullptr, nullptr, nullptr};
 
-CRuntimeClass * CObject::GetThisClass() { return &classCObject; }
+CRuntimeClass * CObject::GetThisClass()
+{
+  return &classCObject;
+}
 
-CRuntimeClass * CObject::GetRuntimeClass() const { return &classCObject; }
+CRuntimeClass * CObject::GetRuntimeClass() const
+{
+  return &classCObject;
+}
 
 void CObject::Serialize(CArchive &) {}
 
@@ -24,7 +30,10 @@ void AfxClassInit(CRuntimeClass * record)
   g_pClasses = record;
 }
 
-AFX_CLASSINIT::AFX_CLASSINIT(CRuntimeClass * record) : m_pClass(record) { AfxClassInit(record); }
+AFX_CLASSINIT::AFX_CLASSINIT(CRuntimeClass * record) : m_pClass(record)
+{
+  AfxClassInit(record);
+}
 
 AFX_CLASSINIT::~AFX_CLASSINIT()
 {

@@ -7,15 +7,30 @@
 
 namespace {
 
-char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char lowerAscii(char c)
+{
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
-char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+char upperAscii(char c)
+{
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
 
-bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool isSpace(char c)
+{
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
-int indexOrNone(size_t found) { return found == std::string::npos ? -1 : static_cast<int>(found); }
+int indexOrNone(size_t found)
+{
+  return found == std::string::npos ? -1 : static_cast<int>(found);
+}
 
-std::string_view viewOf(char const * text) { return text != nullptr ? std::string_view(text) : std::string_view(); }
+std::string_view viewOf(char const * text)
+{
+  return text != nullptr ? std::string_view(text) : std::string_view();
+}
 
 }  // namespace
 
@@ -55,7 +70,10 @@ CString & CString::operator+=(char c)
   return *this;
 }
 
-int CString::Compare(char const * other) const { return m_Text.compare(viewOf(other)); }
+int CString::Compare(char const * other) const
+{
+  return m_Text.compare(viewOf(other));
+}
 
 int CString::CompareNoCase(char const * other) const
 {
@@ -68,7 +86,10 @@ int CString::CompareNoCase(char const * other) const
   return m_Text.size() == right.size() ? 0 : (m_Text.size() < right.size() ? -1 : 1);
 }
 
-CString CString::Mid(int first) const { return Mid(first, GetLength()); }
+CString CString::Mid(int first) const
+{
+  return Mid(first, GetLength());
+}
 
 CString CString::Mid(int first, int count) const
 {
@@ -76,9 +97,15 @@ CString CString::Mid(int first, int count) const
   return CString(View().substr(static_cast<size_t>(first), static_cast<size_t>(std::max(count, 0))));
 }
 
-CString CString::Left(int count) const { return Mid(0, count); }
+CString CString::Left(int count) const
+{
+  return Mid(0, count);
+}
 
-CString CString::Right(int count) const { return Mid(GetLength() - std::clamp(count, 0, GetLength())); }
+CString CString::Right(int count) const
+{
+  return Mid(GetLength() - std::clamp(count, 0, GetLength()));
+}
 
 int CString::Find(char c, int start) const
 {
@@ -90,9 +117,15 @@ int CString::Find(char const * text, int start) const
   return start < 0 ? -1 : indexOrNone(m_Text.find(viewOf(text), static_cast<size_t>(start)));
 }
 
-int CString::ReverseFind(char c) const { return indexOrNone(m_Text.rfind(c)); }
+int CString::ReverseFind(char c) const
+{
+  return indexOrNone(m_Text.rfind(c));
+}
 
-int CString::FindOneOf(char const * characters) const { return indexOrNone(m_Text.find_first_of(viewOf(characters))); }
+int CString::FindOneOf(char const * characters) const
+{
+  return indexOrNone(m_Text.find_first_of(viewOf(characters)));
+}
 
 CString & CString::MakeUpper()
 {

@@ -14,12 +14,18 @@ constexpr unsigned int writingModes = CFile::modeWrite | CFile::modeReadWrite;
 unsigned int openProblemID(int cause)
 {
   switch (cause) {
-    case CFileException::fileNotFound: return 43500;
-    case CFileException::badPath: return 43501;
-    case CFileException::tooManyOpenFiles: return 43502;
-    case CFileException::accessDenied: return 43503;
-    case CFileException::sharingViolation: return 43504;
-    default: return 43505;
+    case CFileException::fileNotFound:
+      return 43500;
+    case CFileException::badPath:
+      return 43501;
+    case CFileException::tooManyOpenFiles:
+      return 43502;
+    case CFileException::accessDenied:
+      return 43503;
+    case CFileException::sharingViolation:
+      return 43504;
+    default:
+      return 43505;
   }
 }
 
@@ -84,7 +90,10 @@ void GPFile::Close()
   CFile::Close();
 }
 
-int GPFile::IsEmpty() const { return !m_bExists || m_Status.m_size == 0; }
+int GPFile::IsEmpty() const
+{
+  return !m_bExists || m_Status.m_size == 0;
+}
 
 void GPFile::Empty()
 {
@@ -92,7 +101,10 @@ void GPFile::Empty()
   SetLength(0);
 }
 
-UINT GPFile::Read(void * buffer, UINT count) { return CFile::Read(buffer, count); }
+UINT GPFile::Read(void * buffer, UINT count)
+{
+  return CFile::Read(buffer, count);
+}
 
 long GPFile::Seek(long offset, unsigned int from)
 {

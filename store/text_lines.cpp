@@ -88,15 +88,30 @@ int GPFile::WritefLine(unsigned int id, ...)
   return written && WriteLine() ? 1 : 0;
 }
 
-int GPFile::WriteLine(CString const & text) { return Write(text) ? WriteLine() : 0; }
+int GPFile::WriteLine(CString const & text)
+{
+  return Write(text) ? WriteLine() : 0;
+}
 
-int GPFile::WriteLine(unsigned int id) { return Write(id) ? WriteLine() : 0; }
+int GPFile::WriteLine(unsigned int id)
+{
+  return Write(id) ? WriteLine() : 0;
+}
 
-int GPFile::WriteLine() { return Write(CString(GetCRLFString())); }
+int GPFile::WriteLine()
+{
+  return Write(CString(GetCRLFString()));
+}
 
-int GPFile::WriteFormFeed() { return Write(CString("\x0C")); }
+int GPFile::WriteFormFeed()
+{
+  return Write(CString("\x0C"));
+}
 
-int GPFile::WriteEndOfFile() { return Write(CString("\x1A")); }
+int GPFile::WriteEndOfFile()
+{
+  return Write(CString("\x1A"));
+}
 
 int GPFile::ReadLine(CString & line)
 {

@@ -107,7 +107,8 @@ class ZP_API CFile : public CObject {
   ULONGLONG m_nPosition = 0;
 };
 
-// A file in memory. Built with a growth step it owns its block, which grows in such steps and at least to twice its size; attached to a caller's buffer with growth 0 it reads and overwrites those bytes and raises diskFull behind them.
+// A file in memory. Built with a growth step it owns its block, which grows in such steps and at least to twice its size;
+// attached to a caller's buffer with growth 0 it reads and overwrites those bytes and raises diskFull behind them.
 class ZP_API CMemFile : public CFile {
   DECLARE_DYNAMIC(CMemFile)
  public:

@@ -1,0 +1,63 @@
+// BlockChain: a walk over the blocks of a record file by their headers.
+//
+//   offset  width  content, 16-bit words in little-endian form
+//   0       2      record id in bits 0 to 14; bit 15 set: the block is free
+//   2       2      length: bytes of the payload area in use
+//   4       2      capacity: size of the payload area; the next block starts behind it
+//   6       capacity
+//
+// The record 41 42 43 44 under id 1: 01 00, 04 00, 04 00, 41 42 43 44. After its deletion the first word is 01 80.
+
+#include <algorithm>
+
+#include "store/store_internal.h"
+
+namespace zp {
+
+namespace {
+
+constexpr size_t windowBytes = 0x40000;  // holds any block whole
+
+}  // namespace
+
+BlockChain::BlockChain(CFile const & file) : m_File(file), m_nFileLength(file.GetLength())
+{
+  m_Window.resize(static_cast<size_t>(std::min<ULONGLONG>(windowBytes, m_nFileLength)));
+}
+
+// The bytes at position, which lie inside the file and fit the window; null if the file has become shorter.
+BYTE const * BlockChain::Fetch(ULONGLONG position, size_t count)
+{
+  if (position < m_nWindowStart || position + count > m_nWindowStart + m_nWindowSize) {
+    m_nWindowStart = position;
+    m_nWindowSize = m_File.ReadAt(position, m_Window.data(), static_cast<UINT>(m_Window.size()));
+    if (m_nWindowSize < count) return nullptr;
+  }
+  return m_Window.data() + (position - m_nWindowStart);
+}
+
+bool BlockChain::Next(RecordBlock & block)
+{
+  if (m_State != State::Walking) return false;
+  if (m_nNext == m_nFileLength) return m_State = State::AtEnd, false;
+  BYTE const * const header = m_nFileLength - m_nNext < headerBytes ? nullptr : Fetch(m_nNext, headerBytes);
+  if (header == nullptr) return m_State = State::CutHeader, false;
+  WORD const mark = LittleWord(header);
+  m_Block = {m_nNext, static_cast<WORD>(mark & ~freeMark), (mark & freeMark) != 0, LittleWord(header + 2),
+             LittleWord(header + 4)};
+  m_nNext += headerBytes + m_Block.nCapacity;
+  if (m_nNext > m_nFileLength) m_State = State::PastEnd;
+  block = m_Block;
+  return true;
+}
+
+std::span<BYTE const> BlockChain::GetPayload()
+{
+  ULONGLONG const start = m_Block.nPosition + headerBytes;
+  if (start >= m_nFileLength) return {};
+  auto const count = static_cast<size_t>(std::min<ULONGLONG>({m_Block.nLength, m_Block.nCapacity, m_nFileLength - start}));
+  BYTE const * const bytes = count > 0 ? Fetch(start, count) : nullptr;
+  return bytes != nullptr ? std::span(bytes, count) : std::span<BYTE const>();
+}
+
+}  // namespace zp

@@ -1,0 +1,144 @@
+// The two tables of a record store in memory, and their form in the index file.
+//
+// Both keep what GPObArray and GPObList of index entries would hold, in the same order, at a cost that doesn't grow with the
+// store: live records in a table by id, free blocks in a queue for each capacity. An index file whose entries are out of order
+// is kept and searched as it stands, entry by entry.
+
+#pragma once
+
+#include <bitset>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include <zpbase/platform/archive.h>
+#include <zpbase/store.h>
+
+namespace zp {
+
+inline constexpr int maxRecordID = 32767;
+inline constexpr unsigned int maxRecordLength = 65535;
+inline constexpr unsigned int headerBytes = 6;
+inline constexpr WORD freeMark = 0x8000;
+inline constexpr DWORD maxBlockPosition = 0x7FFFFFFF;
+
+// Which numbers of a range are taken, with a fast way to the next one up or down.
+class NumberSet {
+ public:
+  explicit NumberSet(size_t range) : m_Words((range + 63) / 64), m_Summary((m_Words.size() + 63) / 64) {}
+  void Insert(size_t number);
+  void Erase(size_t number);
+  bool Contains(size_t number) const { return (m_Words[number / 64] >> (number % 64) & 1) != 0; }
+  int AtOrAbove(size_t number) const;  // -1 if there is none
+  int AtOrBelow(size_t number) const;
+
+ private:
+  std::vector<uint64_t> m_Words;
+  std::vector<uint64_t> m_Summary;  // which words hold anything
+};
+
+struct ActiveEntry {
+  static constexpr int unknown = -1;
+
+  int nRecID = 0;
+  DWORD nFilePos = 0;
+  WORD nRecLen = 0;
+  int nCapacity = unknown;  // the block's, once it was seen in the record file
+};
+
+class ActiveTable {
+ public:
+  ActiveTable() : m_Ids(maxRecordID + 1) {}
+
+  // Entries in file order. Out of order, repeated or negative ids leave the table in the form in which it was read.
+  explicit ActiveTable(std::vector<ActiveEntry> entries);
+
+  ActiveEntry * Find(int id);
+  ActiveEntry const * Find(int id) const { return const_cast<ActiveTable *>(this)->Find(id); }
+  ActiveEntry & Add(int id);  // in front of the first entry with a larger id
+  void Remove(int id);        // the entry that Find gives
+
+  int GetCount() const { return m_nCount; }
+  int GetFirstID() const;  // 0 without entries
+  int GetLastID() const;
+
+  // Calls use with each entry in the table's order.
+  template <class Use>
+  void ForEach(Use use) const
+  {
+    for (ActiveEntry const & entry : m_AsRead) use(entry);
+    for (int id = m_Ids.AtOrAbove(0); id >= 0; id = m_Ids.AtOrAbove(static_cast<size_t>(id) + 1))
+      use(m_ByID[static_cast<size_t>(id)]);
+  }
+
+ private:
+  int m_nCount = 0;
+  std::vector<ActiveEntry> m_ByID;    // as long as the highest id so far
+  NumberSet m_Ids;                    // which of them are entries
+  std::vector<ActiveEntry> m_AsRead;  // holds all entries, and the two above none, when they were read out of order
+  bool m_bAsRead = false;
+};
+
+struct FreeBlock {
+  DWORD nFilePos = 0;
+  WORD nCapacity = 0;
+};
+
+class FreeTable {
+ public:
+  FreeTable() : m_Capacities(maxRecordLength + 1) {}
+  explicit FreeTable(std::vector<FreeBlock> const & blocks);
+
+  void Add(FreeBlock block);  // behind the blocks of its capacity
+
+  // The first block in the table's order with room for length bytes, taken out; false if there is none.
+  bool TakeBestFit(unsigned int length, FreeBlock & block);
+
+  int GetCount() const { return m_nCount; }
+
+  template <class Use>
+  void ForEach(Use use) const
+  {
+    for (FreeBlock const & block : m_AsRead) use(block);
+    for (int capacity = m_Capacities.AtOrAbove(0); capacity >= 0;
+         capacity = m_Capacities.AtOrAbove(static_cast<size_t>(capacity) + 1))
+      for (int node = m_Queues[static_cast<size_t>(capacity)].nHead; node >= 0; node = m_Nodes[static_cast<size_t>(node)].nNext)
+        use(FreeBlock{m_Nodes[static_cast<size_t>(node)].nFilePos, static_cast<WORD>(capacity)});
+  }
+
+ private:
+  struct Node {
+    DWORD nFilePos;
+    int nNext;
+  };
+  struct Queue {
+    int nHead = -1;
+    int nTail = -1;
+  };
+
+  int m_nCount = 0;
+  std::vector<Node> m_Nodes;
+  int m_nUnusedNode = -1;
+  std::vector<Queue> m_Queues;      // by capacity, as long as the largest so far
+  NumberSet m_Capacities;           // whose queues aren't empty
+  std::vector<FreeBlock> m_AsRead;  // as for the live records
+  bool m_bAsRead = false;
+};
+
+// What an index file holds.
+struct StoreIndex {
+  std::unique_ptr<CObject> pHeader;
+  std::unique_ptr<ActiveTable> pActive;
+  std::unique_ptr<FreeTable> pFree;
+};
+
+// Reads the three objects of an index file; raises the archive's exceptions. Tables that hold anything but their own entries
+// are badClass.
+StoreIndex ReadIndex(CArchive & ar);
+
+void WriteIndex(CArchive & ar, CObject const * header, ActiveTable const & active, FreeTable const & free);
+
+WORD LittleWord(BYTE const * bytes);
+void PutLittleWord(BYTE * bytes, unsigned int value);
+
+}  // namespace zp
