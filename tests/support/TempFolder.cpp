@@ -21,7 +21,10 @@ TempFolder::~TempFolder()
   std::filesystem::remove_all(m_Path, ignored);
 }
 
-CString TempFolder::Name(std::string_view file) const { return FromHostPath((m_Path / file).string()); }
+CString TempFolder::Name(std::string_view file) const
+{
+  return FromHostPath((m_Path / file).string());
+}
 
 std::string TempFolder::Read(std::string_view file) const
 {

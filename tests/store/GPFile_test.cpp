@@ -1,0 +1,173 @@
+// The file wrapper: what it remembers, what it reports, and its view of text.
+
+#include <gtest/gtest.h>
+
+#include <zpbase/platform/paths.h>
+#include <zpbase/store.h>
+
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+TEST(GPFile, AnswersFromWhatItKnewLast)
+{
+  TempFolder const folder;
+  GPFile file(folder.Name("a"));
+  folder.Write("a", "late");
+  EXPECT_EQ(file.Open(CFile::modeRead), 0);  // it wasn't there at construction
+  EXPECT_EQ(file.Open(CFile::modeCreate), 1);
+  EXPECT_EQ(folder.Read("a"), "");
+  EXPECT_EQ(file.Write("text"), 1);
+  EXPECT_TRUE(file.IsEmpty());
+  file.Close();
+  EXPECT_FALSE(file.IsEmpty());
+  EXPECT_EQ(file.Open(CFile::modeWrite), 1);
+  EXPECT_EQ(folder.Read("a"), "text");
+  EXPECT_EQ(file.Seek(-1, 2), 3);
+  file.Write("s!");
+  file.Close();
+  EXPECT_EQ(folder.Read("a"), "texs!");
+  EXPECT_EQ(GPFile("").Exists(), 0);
+}
+
+TEST(GPFile, TellsWhyAnOpenFailed)
+{
+  TempFolder const folder;
+  CString text("untouched");
+  GPFile missing(folder.Name("none\\a"));
+  EXPECT_EQ(missing.GetOpenProblem(text), 0);
+  EXPECT_EQ(text, "untouched");
+  EXPECT_EQ(missing.Open(CFile::modeCreate), 0);
+  EXPECT_EQ(missing.GetOpenProblem(text), 1);
+  EXPECT_EQ(text, "The path of " + folder.Name("none\\a") + " does not exist (problem 3).");
+
+  GPFile writer(folder.Name("a"));
+  writer.Open(CFile::modeCreate);
+  writer.Write("kept");
+  GPFile other(folder.Name("a"));
+  EXPECT_EQ(other.Open(CFile::modeRead), 0);
+  other.GetOpenProblem(text);
+  EXPECT_EQ(text, "The file " + folder.Name("a") + " is in use by another program (problem 11).");
+  EXPECT_EQ(other.Open(CFile::modeCreate), 0);  // refused before it truncates
+  EXPECT_EQ(GPFile::DeleteFile(folder.Name("a")), 0);
+  EXPECT_EQ(folder.Read("a"), "kept");
+  writer.Close();
+  EXPECT_EQ(other.Open(CFile::modeRead), 1);
+  EXPECT_EQ(other.GetOpenProblem(text), 0);
+}
+
+TEST(GPFile, TurnsAFailedWriteIntoAFlag)
+{
+  TempFolder const folder;
+  folder.Write("a", "text");
+  GPFile file(folder.Name("a"));
+  file.Open(CFile::modeRead);
+  EXPECT_EQ(file.WriteLine("x"), 0);
+  EXPECT_FALSE(file.IsWriteOK());
+  EXPECT_EQ(folder.Read("a"), "text");
+  file.Close();
+  EXPECT_THROW(
+      try { file.SeekToEnd(); } catch (CFileException * problem) {
+        EXPECT_EQ(problem->m_cause, CFileException::invalidFile);
+        problem->Delete();
+        throw 1;
+      },
+      int);
+}
+
+TEST(GPFile, WritesTextWithItsOwnLineEnds)
+{
+  TempFolder const folder;
+  GPFile file(folder.Name("a"));
+  file.Open(CFile::modeCreate);
+  EXPECT_EQ(file.WritefLine("%s %d %ld", "n", 5, -1L), 1);
+  EXPECT_EQ(file.WritefLine(43500u, "p", 2), 1);
+  EXPECT_EQ(file.Writef("%lu", static_cast<unsigned long>(-1L)), 1);
+  file.WriteFormFeed();
+  file.WriteLine();
+  file.WriteEndOfFile();
+  EXPECT_EQ(folder.Read("a"), "n 5 -1\r\nThe file p was not found (problem 2).\r\n4294967295\f\r\n\x1A");
+}
+
+TEST(GPFile, ReadsLinesByItsOwnView)
+{
+  std::string const full(2000, 'x');
+  struct Row {
+    std::string content;
+    std::vector<std::string> lines;
+  } const rows[] = {
+      {"", {}},
+      {"abc", {"abc"}},
+      {"a\r\n\r\nb\r\n", {"a", "", "b"}},
+      {"a\nb\r", {"ab"}},
+      {std::string("a\x1A"
+                   "b\0c\xFF\r",
+                   7),
+       {"ab", "c\xFF"}},
+      {full + "\r\nnext\r\n", {full, "", "next"}},
+      {full + "yy\r", {full, "yy"}},
+      {std::string(40000, '\n') + "z\r", {"z"}},
+  };
+  TempFolder const folder;
+  for (Row const & row : rows) {
+    folder.Write("a", row.content);
+    GPFile file(folder.Name("a"));
+    ASSERT_EQ(file.Open(CFile::modeRead), 1);
+    CString line("?");
+    for (std::string const & expected : row.lines) {
+      EXPECT_EQ(file.ReadLine(line), static_cast<int>(expected.size()));
+      EXPECT_EQ(line.View(), expected);
+    }
+    EXPECT_EQ(file.ReadLine(line), -1);
+    file.Seek(0, 0);
+    if (!row.lines.empty()) file.ReadLine(line);
+    long const place = static_cast<long>(file.GetPosition());
+    EXPECT_EQ(file.GetLineCount(), static_cast<int>(row.lines.size()));
+    EXPECT_EQ(static_cast<long>(file.GetPosition()), place);  // open again where it was
+  }
+  EXPECT_EQ(GPFile(folder.Name("none")).GetLineCount(), -1);
+}
+
+TEST(GPFile, CopiesByItsRules)
+{
+  TempFolder const folder;
+  folder.Write("src", "source");
+  folder.Write("empty", "");
+  folder.Write("dest", "destination");
+  CFileStatus old;
+  old.m_mtime = 86400;
+  old.m_attribute = CFileStatus::readOnly;
+  GPFile::SetStatus(folder.Name("src"), old);
+  GPFile::SetStatus(folder.Name("empty"), old);
+
+  EXPECT_EQ(GPFile::CopyFile(folder.Name("dest"), folder.Name("src"), 1), 1);
+  EXPECT_EQ(folder.Read("dest"), "destinationsource");
+  EXPECT_EQ(GPFile::CopyFile(folder.Name("dest"), folder.Name("empty"), 0), 1);
+  EXPECT_EQ(folder.Read("dest"), "destinationsource");
+  CFileStatus now;
+  CFile::GetStatus(folder.Name("dest"), now);
+  EXPECT_EQ(now.m_mtime, 86400);
+  EXPECT_EQ(now.m_attribute, CFileStatus::archive);
+  EXPECT_EQ(GPFile::CopyFile(folder.Name("dest"), folder.Name("src"), 0), 1);
+  EXPECT_EQ(folder.Read("dest"), "source");
+  EXPECT_EQ(GPFile::CompareFiles(folder.Name("dest"), folder.Name("src")), 1);
+  EXPECT_EQ(GPFile::CopyFile(folder.Name("dest"), folder.Name("..\\" + folder.Path().filename().string() + "\\dest"), 0), 0);
+  EXPECT_EQ(folder.Read("dest"), "source");  // onto itself: left alone
+  EXPECT_EQ(GPFile::CopyFile(folder.Name("dest"), folder.Name("none"), 1), 0);
+  EXPECT_FALSE(folder.Has("dest"));  // a copy that failed is removed
+}
+
+TEST(GPFile, RenamesOntoNothingThatExists)
+{
+  TempFolder const folder;
+  folder.Write("a", "a");
+  folder.Write("b", "b");
+  EXPECT_EQ(GPFile::RenameFile(folder.Name("b"), folder.Name("a")), 0);
+  EXPECT_EQ(GPFile::RenameFile(folder.Name("c"), folder.Name("none")), 0);
+  EXPECT_EQ(GPFile::RenameFile(folder.Name("c"), folder.Name("a")), 1);
+  EXPECT_EQ(folder.Read("b") + folder.Read("c"), "ba");
+  EXPECT_EQ(GPFile::DeleteFile(folder.Name("c")), 1);
+  EXPECT_EQ(GPFile::DeleteFile(folder.Name("c")), 0);
+}
+
+}  // namespace
