@@ -36,6 +36,7 @@ class ZP_API GPFile : public CFile {
   UINT Read(void * buffer, UINT count) override;
   void Write(void const * buffer, UINT count) override;  // a failure gives a warning and clears IsWriteOK
   virtual long Seek(long offset, unsigned int from);     // the low 32 bits of the new position
+  long Seek(int offset, unsigned int from) { return Seek(static_cast<long>(offset), from); }
 
   // Bytes at a place of their own, with the failures of Write.
   int WriteRecord(ULONGLONG position, void const * buffer, UINT count);
@@ -137,6 +138,7 @@ namespace zp {
 
 class ActiveTable;
 class FreeTable;
+struct ActiveEntry;
 struct FreeBlock;
 
 // A block of a record file, as its header tells it.
@@ -233,13 +235,13 @@ class ZP_API GPDataFile : public CObject {
   int StoreIndexFile();
   int OpenRecFile(unsigned int flags);
   bool TakePlace(unsigned int length, zp::FreeBlock & block);
-  int PutRec(void const * data, unsigned int length, int id, zp::FreeBlock const & block);
-  int StoreNewRec(void const * data, unsigned int length, int id);
-  int Overwrite(void const * data, unsigned int length, int id);
-  int ReplaceRec(void const * data, unsigned int length, int id);
-  int WriteBlock(DWORD position, void const * data, unsigned int length, int id, unsigned int capacity);
-  int MarkFree(DWORD position, int id);
-  unsigned int CapacityOf(int id);
+  int PutRec(void const * data, zp::ActiveEntry & entry, zp::FreeBlock const & block);
+  int StoreNewRec(void const * data, zp::ActiveEntry & entry);
+  int Overwrite(void const * data, zp::ActiveEntry & entry);
+  int ReplaceRec(void const * data, unsigned int length, zp::ActiveEntry & entry);
+  int WriteBlock(void const * data, zp::ActiveEntry const & entry);
+  void MarkFree(zp::ActiveEntry const & entry);
+  unsigned int CapacityOf(zp::ActiveEntry & entry);
   bool IsSoundChain() const;
   std::unique_ptr<zp::ActiveTable> SlideRecords();
   void WriteMoved(ULONGLONG position, std::vector<BYTE> & bytes);

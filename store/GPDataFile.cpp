@@ -166,12 +166,11 @@ int GPDataFile::StoreRec(void const * data, unsigned int length, int id)
     OpenRecFile(CFile::modeCreate | CFile::modeNoTruncate);  // a failure shows in the first access below
   else if (!m_RecFile.IsOpen() && !OpenRecFile(CFile::modeReadWrite))
     return 0;
-  zp::ActiveEntry * const entry = m_pActiveRecs->Find(id);
-  if (entry == nullptr) {
-    m_pActiveRecs->Add(id).nRecLen = static_cast<WORD>(length);
-    return StoreNewRec(data, length, id);
-  }
-  return entry->nRecLen == length ? Overwrite(data, length, id) : ReplaceRec(data, length, id);
+  if (zp::ActiveEntry * const entry = m_pActiveRecs->Find(id); entry != nullptr)
+    return entry->nRecLen == length ? Overwrite(data, *entry) : ReplaceRec(data, length, *entry);
+  zp::ActiveEntry & entry = m_pActiveRecs->Add(id);
+  entry.nRecLen = static_cast<WORD>(length);
+  return StoreNewRec(data, entry);
 }
 
 // The smallest free block that fits, taken from the table, else one at the end of the file; false if the file can't grow.
@@ -182,67 +181,62 @@ bool GPDataFile::TakePlace(unsigned int length, zp::FreeBlock & block)
   return m_nRecFileLength <= zp::maxBlockPosition;
 }
 
-// Puts a record whose entry stands in the table into a block that was taken.
-int GPDataFile::PutRec(void const * data, unsigned int length, int id, zp::FreeBlock const & block)
-{
-  m_bIndexDirty = 1;
-  zp::ActiveEntry & entry = *m_pActiveRecs->Find(id);
-  entry.nFilePos = block.nFilePos;
-  entry.nRecLen = static_cast<WORD>(length);
-  entry.nCapacity = block.nCapacity;
-  return WriteBlock(block.nFilePos, data, length, id, block.nCapacity);
-}
-
-int GPDataFile::StoreNewRec(void const * data, unsigned int length, int id)
+// Finds a place for a record whose entry has its id and length.
+int GPDataFile::StoreNewRec(void const * data, zp::ActiveEntry & entry)
 {
   m_bIndexDirty = 1;
   if (!m_RecFile.IsOpen()) m_RecFile.GetLength();  // raises: the file couldn't be created
   zp::FreeBlock block;
-  return TakePlace(length, block) ? PutRec(data, length, id, block) : 0;
+  return TakePlace(entry.nRecLen, block) ? PutRec(data, entry, block) : 0;
+}
+
+int GPDataFile::PutRec(void const * data, zp::ActiveEntry & entry, zp::FreeBlock const & block)
+{
+  m_bIndexDirty = 1;
+  entry.nFilePos = block.nFilePos;
+  entry.nCapacity = block.nCapacity;
+  return WriteBlock(data, entry);
 }
 
 // The block at the entry's place keeps its capacity. If no block with room for the record stands there, the record goes to
 // another place and that one is left alone.
-int GPDataFile::Overwrite(void const * data, unsigned int length, int id)
+int GPDataFile::Overwrite(void const * data, zp::ActiveEntry & entry)
 {
-  unsigned int const capacity = CapacityOf(id);
-  if (capacity < length) return StoreNewRec(data, length, id);
-  return WriteBlock(m_pActiveRecs->Find(id)->nFilePos, data, length, id, capacity);
+  return CapacityOf(entry) < entry.nRecLen ? StoreNewRec(data, entry) : WriteBlock(data, entry);
 }
 
 // The record's own block is free by the time that a place is looked for, so it may be the one that is taken: then its header
 // is written once.
-int GPDataFile::ReplaceRec(void const * data, unsigned int length, int id)
+int GPDataFile::ReplaceRec(void const * data, unsigned int length, zp::ActiveEntry & entry)
 {
-  unsigned int const capacity = CapacityOf(id);
+  unsigned int const capacity = CapacityOf(entry);
   if (capacity == 0 || (capacity < length && m_nRecFileLength > zp::maxBlockPosition)) return 0;
-  DWORD const position = m_pActiveRecs->Find(id)->nFilePos;
-  m_pEmptyRecs->Add({position, static_cast<WORD>(capacity)});
+  m_pEmptyRecs->Add({entry.nFilePos, static_cast<WORD>(capacity)});
   zp::FreeBlock block;
   TakePlace(length, block);
-  if (block.nFilePos != position) MarkFree(position, id);
-  return PutRec(data, length, id, block);
+  if (block.nFilePos != entry.nFilePos) MarkFree(entry);
+  entry.nRecLen = static_cast<WORD>(length);
+  return PutRec(data, entry, block);
 }
 
 int GPDataFile::DeleteRec(int id)
 {
   if (m_pActiveRecs == nullptr || !m_RecFile.Exists()) return 0;
-  if (m_pActiveRecs->Find(id) == nullptr) return 0;
+  zp::ActiveEntry * const entry = m_pActiveRecs->Find(id);
+  if (entry == nullptr) return 0;
   if (!m_RecFile.IsOpen() && !OpenRecFile(CFile::modeReadWrite)) return 0;
-  unsigned int const capacity = CapacityOf(id);
+  unsigned int const capacity = CapacityOf(*entry);
   if (capacity == 0) return 0;
-  DWORD const position = m_pActiveRecs->Find(id)->nFilePos;
-  MarkFree(position, id);
+  MarkFree(*entry);
   m_bIndexDirty = 1;
-  m_pEmptyRecs->Add({position, static_cast<WORD>(capacity)});
-  m_pActiveRecs->Remove(id);
+  m_pEmptyRecs->Add({entry->nFilePos, static_cast<WORD>(capacity)});
+  m_pActiveRecs->Remove(*entry);
   return 1;
 }
 
 // The capacity of a live record's block, read from its header once; 0 if there is no whole header or it can't be reached.
-unsigned int GPDataFile::CapacityOf(int id)
+unsigned int GPDataFile::CapacityOf(zp::ActiveEntry & entry)
 {
-  zp::ActiveEntry & entry = *m_pActiveRecs->Find(id);
   if (entry.nCapacity == zp::ActiveEntry::unknown) {
     if (entry.nFilePos > zp::maxBlockPosition) return 0;
     BYTE header[zp::headerBytes];
@@ -252,26 +246,26 @@ unsigned int GPDataFile::CapacityOf(int id)
   return static_cast<unsigned int>(entry.nCapacity);
 }
 
-int GPDataFile::WriteBlock(DWORD position, void const * data, unsigned int length, int id, unsigned int capacity)
+int GPDataFile::WriteBlock(void const * data, zp::ActiveEntry const & entry)
 {
   BYTE block[zp::headerBytes + zp::maxRecordLength];
-  zp::PutLittleWord(block, static_cast<unsigned int>(id));
-  zp::PutLittleWord(block + 2, length);
-  zp::PutLittleWord(block + 4, capacity);
-  std::memcpy(block + zp::headerBytes, data, length);
-  UINT const count = zp::headerBytes + length;
-  if (m_RecFile.WriteRecord(position, block, count))
-    m_nRecFileLength = std::max(m_nRecFileLength, ULONGLONG{position} + count);
+  zp::PutLittleWord(block, static_cast<unsigned int>(entry.nRecID));
+  zp::PutLittleWord(block + 2, entry.nRecLen);
+  zp::PutLittleWord(block + 4, static_cast<unsigned int>(entry.nCapacity));
+  std::memcpy(block + zp::headerBytes, data, entry.nRecLen);
+  UINT const count = zp::headerBytes + entry.nRecLen;
+  if (m_RecFile.WriteRecord(entry.nFilePos, block, count))
+    m_nRecFileLength = std::max(m_nRecFileLength, ULONGLONG{entry.nFilePos} + count);
   else
     m_nRecFileLength = m_RecFile.GetLength();
   return 1;
 }
 
-int GPDataFile::MarkFree(DWORD position, int id)
+void GPDataFile::MarkFree(zp::ActiveEntry const & entry)
 {
   BYTE mark[2];
-  zp::PutLittleWord(mark, static_cast<unsigned int>(id) | zp::freeMark);
-  return m_RecFile.WriteRecord(position, mark, sizeof mark);
+  zp::PutLittleWord(mark, static_cast<unsigned int>(entry.nRecID) | zp::freeMark);
+  m_RecFile.WriteRecord(entry.nFilePos, mark, sizeof mark);
 }
 
 void GPDataFile::SetStatus(CFileStatus const & status)

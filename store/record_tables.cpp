@@ -103,13 +103,13 @@ ActiveEntry & ActiveTable::Add(int id)
   return m_ByID[place] = entry;
 }
 
-void ActiveTable::Remove(int id)
+void ActiveTable::Remove(ActiveEntry const & entry)
 {
   --m_nCount;
   if (m_bAsRead)
-    m_AsRead.erase(m_AsRead.begin() + (Find(id) - m_AsRead.data()));
+    m_AsRead.erase(m_AsRead.begin() + (&entry - m_AsRead.data()));
   else
-    m_Ids.Erase(static_cast<size_t>(id));
+    m_Ids.Erase(static_cast<size_t>(entry.nRecID));
 }
 
 int ActiveTable::GetFirstID() const

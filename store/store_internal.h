@@ -55,8 +55,9 @@ class ActiveTable {
 
   ActiveEntry * Find(int id);
   ActiveEntry const * Find(int id) const { return const_cast<ActiveTable *>(this)->Find(id); }
-  ActiveEntry & Add(int id);  // in front of the first entry with a larger id
-  void Remove(int id);        // the entry that Find gives
+  // A new entry in front of the first one with a larger id; it stays in its place until the next Add or Remove.
+  ActiveEntry & Add(int id);
+  void Remove(ActiveEntry const & entry);
 
   int GetCount() const { return m_nCount; }
   int GetFirstID() const;  // 0 without entries

@@ -147,7 +147,9 @@ TEST_F(Store, AgreesWithALiteralModelOverRandomWork)
       store->Close();
       store->Open(CFile::modeReadWrite);
     }
-    if (step % 1300 == 1299) EXPECT_EQ(store->DegasRecFile(), 1);
+    if (step % 1300 == 1299) {
+      EXPECT_EQ(store->DegasRecFile(), 1);
+    }
     ASSERT_EQ(store->GetLastRecID(), model.empty() ? 0u : static_cast<unsigned int>(model.rbegin()->first));
     ASSERT_EQ(store->GetFirstRecID(), model.empty() ? 0u : static_cast<unsigned int>(model.begin()->first));
   }
