@@ -1,0 +1,70 @@
+// The application object and its settings: texts, integers and blocks of bytes under a section and a key, kept in the user's
+// registry hive or in a profile file.
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "runtime.h"
+#include "string.h"
+#include "types.h"
+
+namespace zp {
+
+class SettingsBackEnd;
+
+// One setting: its text form, and the bytes of a block.
+struct Setting {
+  enum Kind { Text, Integer, Binary };
+
+  Kind m_Kind = Text;
+  CString m_strSection;
+  CString m_strKey;
+  CString m_strValue;  // the text, the integer's decimal digits, or the bytes
+};
+
+}  // namespace zp
+
+class ZP_API CWinApp : public CObject {
+ public:
+  // Becomes the application that AfxGetApp gives. Without a name it has that of the program's file. Its settings are those of
+  // the profile file <name>.ini in the user's configuration folder until one of the next two chooses otherwise.
+  explicit CWinApp(char const * name = nullptr);
+  ~CWinApp() override;
+  CWinApp(CWinApp const &) = delete;
+  CWinApp & operator=(CWinApp const &) = delete;
+
+  void SetRegistryKey(char const * company);  // HKEY_CURRENT_USER\Software\company\name\section
+  void SetProfileFile(char const * path);     // either form of path; the file need not exist
+
+  // Sections and keys compare without the case of ASCII letters. A missing setting, or one of another kind, is the default.
+  UINT GetProfileInt(char const * section, char const * key, int defaultValue);
+  CString GetProfileString(char const * section, char const * key, char const * defaultValue = nullptr);
+
+  // A block of *length bytes that the caller releases with delete[]; FALSE, with null and 0, if there is none.
+  BOOL GetProfileBinary(char const * section, char const * key, BYTE ** bytes, UINT * length);
+
+  // FALSE if the store can't be written or can't hold the text. A null value removes the key, a null key its section.
+  BOOL WriteProfileInt(char const * section, char const * key, int value);
+  BOOL WriteProfileString(char const * section, char const * key, char const * value);
+  BOOL WriteProfileBinary(char const * section, char const * key, BYTE const * bytes, UINT length);
+
+  // All settings that there are, in the store's order.
+  std::vector<zp::Setting> ListSettings();
+
+  HINSTANCE m_hInstance = nullptr;  // the program
+  char const * m_pszAppName = nullptr;
+
+ private:
+  CString m_strName;
+  std::unique_ptr<zp::SettingsBackEnd> m_pSettings;
+};
+
+// The application object, or null.
+ZP_API CWinApp * AfxGetApp();
+
+// The system's own profile: "sShortDate" of the section "intl", the short date pattern of the user's locale such as
+// "dd.MM.yyyy". All else is defaultValue, and so is the pattern of a locale without one. Cut to size - 1 characters with a
+// terminating zero; the result is their count.
+ZP_API DWORD GetProfileStringA(char const * section, char const * key, char const * defaultValue, char * text, DWORD size);

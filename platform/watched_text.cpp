@@ -1,0 +1,115 @@
+// Keeps the text of a file in memory and notices, with one stat, when the file has become another.
+
+#include "platform/watched_text_internal.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <ctime>
+#include <filesystem>
+
+namespace zp {
+namespace {
+
+constexpr long long k_NanosPerSecond = 1'000'000'000;
+
+// File times advance in the kernel's ticks, 10 ms at most: two writes within one tick bear the same time.
+constexpr long long k_TickNanos = 20'000'000;
+
+bool sameTime(timespec const & a, timespec const & b)
+{
+  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+bool isJustWritten(timespec const & written)
+{
+  timespec now;
+  clock_gettime(CLOCK_REALTIME, &now);
+  long long const seconds = now.tv_sec - written.tv_sec;
+  if (seconds < -1 || seconds > 1) return false;
+  long long const age = seconds * k_NanosPerSecond + (now.tv_nsec - written.tv_nsec);
+  return age > -k_TickNanos && age < k_TickNanos;
+}
+
+int readWhole(int file, std::string & text)
+{
+  char piece[65536];
+  for (;;) {
+    ssize_t const got = read(file, piece, sizeof piece);
+    if (got == 0) return 0;
+    if (got > 0) text.append(piece, static_cast<size_t>(got));
+    if (got < 0 && errno != EINTR) return errno;
+  }
+}
+
+}  // namespace
+
+int MakeFoldersFor(std::string const & hostFile)
+{
+  std::error_code error;
+  std::filesystem::path const folder = std::filesystem::path(hostFile).parent_path();
+  if (!folder.empty()) std::filesystem::create_directories(folder, error);
+  return error.value();
+}
+
+bool WatchedText::IsUnchanged(struct stat const & now) const
+{
+  return now.st_ino == m_Stamp.st_ino && now.st_dev == m_Stamp.st_dev && now.st_size == m_Stamp.st_size &&
+         sameTime(now.st_mtim, m_Stamp.st_mtim) && sameTime(now.st_ctim, m_Stamp.st_ctim);
+}
+
+void WatchedText::Remember(struct stat const & now)
+{
+  m_Stamp = now;
+  m_bKnown = !isJustWritten(now.st_mtim);
+}
+
+bool WatchedText::Refresh()
+{
+  struct stat now;
+  if (stat(m_strFile.c_str(), &now) != 0) {
+    now = {};
+    m_nError = errno == ENOENT || errno == ENOTDIR ? 0 : errno;
+    bool const wasThere = m_Stamp.st_ino != 0;
+    m_Stamp = now;
+    m_bKnown = false;
+    m_Text.clear();
+    return wasThere;
+  }
+  if (m_bKnown && IsUnchanged(now)) return false;
+  Read();
+  return true;
+}
+
+// Opening can't wait for the writer of a pipe, and only a regular file has a whole text.
+void WatchedText::Read()
+{
+  m_Text.clear();
+  int const file = open(m_strFile.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0) {
+    m_nError = errno;
+    m_bKnown = false;
+    return;
+  }
+  struct stat now;
+  m_nError = fstat(file, &now) != 0 ? errno : 0;
+  if (m_nError == 0) {
+    Remember(now);
+    m_nError = S_ISREG(now.st_mode) ? readWhole(file, m_Text) : EINVAL;
+  }
+  if (m_nError != 0) m_Text.clear();
+  close(file);
+}
+
+int WatchedText::Replace(FolderLock const & lock, std::string const & hostFile, std::string text)
+{
+  int const error = ReplaceLockedFile(lock, hostFile, text);
+  if (error != 0) return error;
+  m_Text = std::move(text);
+  struct stat now;
+  if (stat(hostFile.c_str(), &now) == 0) Remember(now);
+  return 0;
+}
+
+}  // namespace zp
