@@ -1,0 +1,61 @@
+// Where the system's own files lie, and the texts about it that are kept until they are flushed.
+
+#include <zpbase/config.h>
+
+#include <zpbase/platform/application.h>
+#include <zpbase/platform/paths.h>
+
+namespace {
+
+constexpr char const * k_OlderSystemKey = "ZP3System";
+constexpr DWORD k_PathSize = 4096;
+constexpr int k_RootLength = 3;  // drive, colon, backslash
+
+CString & rootDirectory()
+{
+  static CString directory;
+  return directory;
+}
+
+CString & olderSystemPrefix()
+{
+  static CString prefix;
+  return prefix;
+}
+
+}  // namespace
+
+CString const GetSystemPathPrefix()
+{
+  CWinApp const * const app = AfxGetApp();
+  char path[k_PathSize];
+  DWORD const length = GetModuleFileName(app != nullptr ? app->m_hInstance : nullptr, path, k_PathSize);
+  CString prefix(path, static_cast<int>(length));
+  int const last = prefix.ReverseFind('\\');
+  if (last > 0) prefix = prefix.Left(last + 1);
+  if (!prefix.View().ends_with('\\')) prefix += '\\';
+  return prefix;
+}
+
+CString const & GetSystemRootDirectory()
+{
+  return rootDirectory() = GetSystemPathPrefix().Left(k_RootLength);
+}
+
+CString const & GetZP3SystemPathPrefix()
+{
+  CString & prefix = olderSystemPrefix();
+  if (!prefix.IsEmpty()) return prefix;
+  if (GetSysString(prefix, GetZPXDirSectionKey(), k_OlderSystemKey, CString()) > 0) {
+    prefix += '\\';
+  } else {
+    prefix = GetSystemPathPrefix();
+  }
+  return prefix;
+}
+
+void FlushSysINIValues()
+{
+  rootDirectory().Empty();
+  olderSystemPrefix().Empty();
+}
