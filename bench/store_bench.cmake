@@ -1,0 +1,17 @@
+# Peers of the record store, each compiled in when its header and library are there.
+function(zp_add_peer macro header library)
+  find_path(${macro}_HEADER ${header})
+  find_library(${macro}_LIBRARY ${library})
+  if(${macro}_HEADER AND ${macro}_LIBRARY)
+    target_compile_definitions(store_bench PRIVATE ${macro})
+    target_link_libraries(store_bench PRIVATE ${${macro}_LIBRARY})
+  else()
+    message(STATUS "store_bench: no ${library}, that peer is left out")
+  endif()
+endfunction()
+
+zp_add_peer(ZP_HAVE_SQLITE sqlite3.h sqlite3)
+zp_add_peer(ZP_HAVE_LMDB lmdb.h lmdb)
+zp_add_peer(ZP_HAVE_TKRZW tkrzw_dbm_hash.h tkrzw)
+zp_add_peer(ZP_HAVE_GDBM gdbm.h gdbm)
+zp_add_peer(ZP_HAVE_BDB db.h db)
