@@ -1,0 +1,37 @@
+// GPData: the root of the data items. Its stream is the data id, 2 bytes, behind which each class puts its value.
+
+#include <zpbase/data.h>
+
+#include <zpbase/platform/archive.h>
+
+IMPLEMENT_SERIAL(GPData, GPObject, 1)
+
+GPObject * GPData::Clone() const
+{
+  return new GPData(*this);
+}
+
+int GPData::CompareDataIDs(GPObject const * other) const
+{
+  if (other == nullptr || !other->IsKindOf(RUNTIME_CLASS(GPData))) return GPObject::Compare(other);
+  return static_cast<int>(m_nDataID) - static_cast<int>(static_cast<GPData const *>(other)->m_nDataID);
+}
+
+int GPData::Compare(GPObject const * other) const
+{
+  return CompareDataIDs(other);
+}
+
+void GPData::GetString(CString & out, CString const &) const
+{
+  out.Empty();
+}
+
+void GPData::Serialize(CArchive & ar)
+{
+  GPObject::Serialize(ar);
+  if (ar.IsStoring())
+    ar << m_nDataID;
+  else
+    ar >> m_nDataID;
+}
