@@ -8,6 +8,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 
 #include "foundation.h"
 
@@ -226,4 +227,240 @@ class ZP_API GPbip : public GPv {
   int GetScaledCount() const;
 
   WORD m_nSecondID;
+};
+
+// Correlation records: an area that holds the coefficients of one property correlation, which are only kept here, under the
+// data id of the class. They have no run-time class of their own, so they stream as GPv objects and come back as such: As gives
+// a record with an item's data id and a copy of its area. To change the stored item, load into that record and assign it back.
+//
+// In the six plain classes the coefficients are float data in the order of the arguments. Load gives the count stored, without
+// zeros at the end; in texts a blank is 0. Unload gives the count stored and sets what lies beyond to 0 or to an empty text;
+// texts are "%g". The constructors make an area of size zero bytes.
+
+// Vapour pressure. Up to seven coefficients through the wide forms; the narrow ones see three.
+class ZP_API GPAvp : public GPv {
+ public:
+  static constexpr unsigned int dataID = 97;
+
+  explicit GPAvp(int size = 0) : GPv(dataID, size) {}
+  static GPAvp As(GPv const & item);
+  GPObject * Clone() const override;
+
+  int Unload(float & c1, float & c2, float & c3) const;
+  int Unload(float & c1, float & c2, float & c3, float & c4, float & c5, float & c6, float & c7) const;
+  int Unload(double & c1, double & c2, double & c3) const;
+  int Unload(CString & c1, CString & c2, CString & c3) const;
+  int Load(double c1, double c2, double c3, double c4, double c5, double c6, double c7);
+  int Load(CString const & c1, CString const & c2, CString const & c3);
+};
+
+// Ideal gas heat capacity.
+class ZP_API GPIghc : public GPv {
+ public:
+  static constexpr unsigned int dataID = 98;
+
+  explicit GPIghc(int size = 0) : GPv(dataID, size) {}
+  static GPIghc As(GPv const & item);
+  GPObject * Clone() const override;
+
+  int Unload(float & c1, float & c2, float & c3, float & c4, float & c5, float & c6) const;
+  int Unload(double & c1, double & c2, double & c3, double & c4, double & c5, double & c6) const;
+  int Unload(CString & c1, CString & c2, CString & c3, CString & c4, CString & c5, CString & c6) const;
+  int Load(double c1, double c2, double c3, double c4, double c5, double c6);
+  int Load(CString const & c1, CString const & c2, CString const & c3, CString const & c4, CString const & c5,
+           CString const & c6);
+};
+
+// Liquid volume.
+class ZP_API GPLv : public GPv {
+ public:
+  static constexpr unsigned int dataID = 99;
+
+  explicit GPLv(int size = 0) : GPv(dataID, size) {}
+  static GPLv As(GPv const & item);
+  GPObject * Clone() const override;
+
+  int Unload(float & c1, float & c2) const;
+  int Unload(double & c1, double & c2) const;
+  int Unload(CString & c1, CString & c2) const;
+  int Load(double c1, double c2);
+  int Load(CString const & c1, CString const & c2);
+};
+
+// Surface tension.
+class ZP_API GPSt : public GPv {
+ public:
+  static constexpr unsigned int dataID = 100;
+
+  explicit GPSt(int size = 0) : GPv(dataID, size) {}
+  static GPSt As(GPv const & item);
+  GPObject * Clone() const override;
+
+  int Unload(float & c1, float & c2) const;
+  int Unload(double & c1, double & c2) const;
+  int Unload(CString & c1, CString & c2) const;
+  int Load(double c1, double c2);
+  int Load(CString const & c1, CString const & c2);
+};
+
+// Henry constants.
+class ZP_API GPHenry : public GPv {
+ public:
+  static constexpr unsigned int dataID = 101;
+
+  explicit GPHenry(int size = 0) : GPv(dataID, size) {}
+  static GPHenry As(GPv const & item);
+  GPObject * Clone() const override;
+
+  int Unload(float & c1, float & c2, float & c3, float & c4) const;
+  int Unload(double & c1, double & c2, double & c3, double & c4) const;
+  int Unload(CString & c1, CString & c2, CString & c3, CString & c4) const;
+  int Load(double c1, double c2, double c3, double c4);
+  int Load(CString const & c1, CString const & c2, CString const & c3, CString const & c4);
+};
+
+// Modified SRK.
+class ZP_API GPMsrk : public GPv {
+ public:
+  static constexpr unsigned int dataID = 102;
+
+  explicit GPMsrk(int size = 0) : GPv(dataID, size) {}
+  static GPMsrk As(GPv const & item);
+  GPObject * Clone() const override;
+
+  int Unload(float & c1, float & c2) const;
+  int Unload(double & c1, double & c2) const;
+  int Unload(CString & c1, CString & c2) const;
+  int Load(double c1, double c2);
+  int Load(CString const & c1, CString const & c2);
+};
+
+// A numbered equation with its coefficients, under the caller's data id: c1 to c4 always, and those of c5 to c9 up to the last
+// one that isn't zero, or as a text isn't empty. All forms give how many of c5 to c9 are held, 0 for an area without the fixed
+// part. The number forms set the others to 0; the text form leaves them as they are. The float and short-int forms of GPv don't
+// fit this layout.
+class ZP_API GPDippr : public GPv {
+ public:
+  explicit GPDippr(unsigned int id = 0, int size = 0) : GPv(id, size) {}
+  static GPDippr As(GPv const & item);
+  GPObject * Clone() const override;
+
+  int Unload(unsigned short & equation, float & c1, float & c2, float & c3, float & c4, float & c5, float & c6, float & c7,
+             float & c8, float & c9) const;
+  int Unload(unsigned int & equation, double & c1, double & c2, double & c3, double & c4, double & c5, double & c6, double & c7,
+             double & c8, double & c9) const;
+  int Unload(CString & equation, CString & c1, CString & c2, CString & c3, CString & c4, CString & c5, CString & c6, CString & c7,
+             CString & c8, CString & c9) const;
+  int Load(unsigned int equation, double c1, double c2, double c3, double c4, double c5, double c6, double c7, double c8,
+           double c9);
+  int Load(CString const & equation, CString const & c1, CString const & c2, CString const & c3, CString const & c4,
+           CString const & c5, CString const & c6, CString const & c7, CString const & c8, CString const & c9);
+
+ private:
+  struct Values;
+
+  int Put(unsigned int equation, std::span<float const> values);
+  int Get(Values & values) const;
+};
+
+// Items in ascending order of Compare, so of data id first; of equal ones the later added stands behind. The collection owns its
+// items. What GetData, GetAt and the like give is borrowed until the item is removed. A stream is not sorted on reading; null
+// elements, which only a stream or the base class can bring in, are passed over.
+class ZP_API GPDataArray : public GPObArray {
+  DECLARE_SERIAL(GPDataArray)
+ public:
+  void Serialize(CArchive & ar) override;  // an element that is no GPData is badClass
+
+  GPData * GetAt(int index) { return static_cast<GPData *>(GPObArray::GetAt(index)); }
+  GPData const * GetAt(int index) const { return static_cast<GPData const *>(GPObArray::GetAt(index)); }
+
+  // Binary search by data id alone: 1 and the place of a hit, or 0 and the last place probed, -1 if the array is empty.
+  int BSearchForDataID(int & pos, GPData const * key) const;
+
+  // The place of an item, or -1. With search non-zero by binary search for the low 16 bits of id, else the first one from the
+  // front that has id as given, in whatever order the items are.
+  int GetDataPos(unsigned int id, int search) const;
+  GPData * GetData(unsigned int id, int search);
+  GPData const * GetData(unsigned int id, int search) const;
+
+  // The first item with id from place start on, or null and in pos the place where it would stand. To walk all items of one id
+  // start again at pos + 1.
+  GPData * GetData(int & pos, unsigned int id, int start);
+  GPData const * GetData(int & pos, unsigned int id, int start) const;
+
+  // Binary search by Compare; of several equal items any.
+  GPData * GetData(GPData * key);
+  GPData const * GetData(GPData * key) const;
+
+  // The array takes the item over and gives it back as the result. ReplaceData deletes one item of the same data id first.
+  GPData * AddData(GPData * item);
+  GPData * ReplaceData(GPData * item);
+
+  // Takes the element that equals item out without deleting it, and gives item, or null if there is none. Among equal elements
+  // it may be another than item itself.
+  GPData * RemoveData(GPData * item);
+
+  // 1 if an item was deleted; never key itself, unless it is the one stored.
+  int DeleteData(unsigned int id);
+  int DeleteData(int id) { return DeleteData(static_cast<unsigned int>(id)); }
+  int DeleteData(GPData * key);
+
+  // The place of the first text item whose text is the same without regard to case, or -1.
+  int LocateString(CString const & text) const;
+
+  // Whether both hold items that are equal by Compare, pair by pair.
+  int operator==(GPDataArray const & other) const;
+  int operator!=(GPDataArray const & other) const;
+
+  // Unloading gives 1 if there is an item under id, else 0. Numbers are 0 and texts stay as they are without one. An item of
+  // another class than the one told leaves 0 or an empty text, with result 0. The texts of numbers are the item's GetString.
+  // Loading deletes the item under id; a blank text and the number 0 put nothing in its place, with result 0.
+
+  // GPf.
+  int UnloadFloatData(CString & out, unsigned int id) const;
+  int UnloadFloatData(float & out, unsigned int id) const;
+  int UnloadFloatData(double & out, unsigned int id) const;
+  int LoadFloatData(unsigned int id, CString const & text);
+  int LoadFloatData(unsigned int id, double const & value);
+
+  // GPs.
+  int UnloadStringData(CString & out, unsigned int id) const;
+  int LoadStringData(unsigned int id, CString const & text);
+
+  // GPw, with its sign; texts "%d".
+  int UnloadIntData(CString & out, unsigned int id) const;
+  int UnloadIntData(int & out, unsigned int id) const;
+  int LoadIntData(unsigned int id, CString const & text);
+  int LoadIntData(unsigned int id, int value);
+
+  // GPw, without sign; texts "%u" of the number with its sign, so 0xFFFF gives 4294967295.
+  int UnloadUIntData(CString & out, unsigned int id) const;
+  int UnloadUIntData(unsigned int & out, unsigned int id) const;
+  int LoadUIntData(unsigned int id, CString const & text);
+  int LoadUIntData(unsigned int id, unsigned int value);
+
+ private:
+  int SearchID(int & pos, unsigned int id) const;
+};
+
+// The same as a list. Look-ups walk from the head and take id as given.
+class ZP_API GPDataList : public GPObList {
+  DECLARE_SERIAL(GPDataList)
+ public:
+  void Serialize(CArchive & ar) override;
+
+  GPData * GetFirstData() const;               // null in an empty list
+  GPData * GetNextData(POSITION & pos) const;  // pos moves on; a null pos raises the invalid-argument exception
+  GPData * GetData(unsigned int id);           // the first one, or null
+  GPData * GetData(int id) { return GetData(static_cast<unsigned int>(id)); }
+  GPData * GetData(GPData * key);  // the first one whose Compare with key is 0, or null
+  GPData * AddData(GPData * item);
+  GPData * ReplaceData(GPData * item);
+  GPData * RemoveData(GPData * item);  // finds that very item, or gives null; deletes nothing
+  int DeleteData(unsigned int id);
+  int LoadFloatData(unsigned int id, CString const & text);
+  int LoadIntData(unsigned int id, CString const & text);
+
+ private:
+  POSITION Locate(unsigned int id) const;
 };

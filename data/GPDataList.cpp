@@ -1,0 +1,105 @@
+// GPDataList: the list of items.
+
+#include <zpbase/data.h>
+
+#include <zpbase/platform/archive.h>
+
+#include "data/values_internal.h"
+
+IMPLEMENT_SERIAL(GPDataList, GPObList, 1)
+
+namespace {
+
+GPData * asItem(CObject * element)
+{
+  return static_cast<GPData *>(element);
+}
+
+}  // namespace
+
+void GPDataList::Serialize(CArchive & ar)
+{
+  SerializeElements(ar, RUNTIME_CLASS(GPData));
+}
+
+GPData * GPDataList::GetFirstData() const
+{
+  return IsEmpty() ? nullptr : asItem(GetHead());
+}
+
+GPData * GPDataList::GetNextData(POSITION & pos) const
+{
+  return asItem(GetNext(pos));
+}
+
+POSITION GPDataList::Locate(unsigned int id) const
+{
+  for (POSITION next = GetHeadPosition(); next != nullptr;) {
+    POSITION const here = next;
+    if (GPData const * const item = GetNextData(next); item != nullptr && item->GetDataID() == id) return here;
+  }
+  return nullptr;
+}
+
+GPData * GPDataList::GetData(unsigned int id)
+{
+  POSITION const place = Locate(id);
+  return place != nullptr ? asItem(GetAt(place)) : nullptr;
+}
+
+GPData * GPDataList::GetData(GPData * key)
+{
+  for (POSITION next = GetHeadPosition(); next != nullptr;)
+    if (GPData * const item = GetNextData(next); item != nullptr && item->Compare(key) == 0) return item;
+  return nullptr;
+}
+
+GPData * GPDataList::AddData(GPData * item)
+{
+  for (POSITION next = GetHeadPosition(); next != nullptr;) {
+    POSITION const here = next;
+    if (GPData const * const element = GetNextData(next); element != nullptr && element->Compare(item) > 0) {
+      InsertBefore(here, item);
+      return item;
+    }
+  }
+  AddTail(item);
+  return item;
+}
+
+// An item that is in the list already is only put in its place again.
+GPData * GPDataList::ReplaceData(GPData * item)
+{
+  if (GetData(item->GetDataID()) == item)
+    RemoveData(item);
+  else
+    DeleteData(item->GetDataID());
+  return AddData(item);
+}
+
+GPData * GPDataList::RemoveData(GPData * item)
+{
+  POSITION const place = Find(item);
+  if (place == nullptr) return nullptr;
+  RemoveAt(place);
+  return item;
+}
+
+int GPDataList::DeleteData(unsigned int id)
+{
+  POSITION const place = Locate(id);
+  if (place == nullptr) return 0;
+  std::unique_ptr<CObject> const item(GetAt(place));
+  RemoveAt(place);
+  return 1;
+}
+
+int GPDataList::LoadFloatData(unsigned int id, CString const & text)
+{
+  return zp::LoadFloatText(*this, id, text);
+}
+
+int GPDataList::LoadIntData(unsigned int id, CString const & text)
+{
+  return zp::LoadIntText(*this, id, text);
+}
