@@ -28,8 +28,8 @@ class IdentityTable {
   size_t m_nCount = 0;
 };
 
-// An entry of a loading archive: an object, a class (marked in the lowest bit of its address), or 0 for an object that can't be
-// referred to: one that failed, or one that its reader keeps in another form.
+// An entry of a loading archive: an object, a class (marked in the lowest bit of its address), or 0 for an object that failed and
+// can't be referred to.
 using LoadedEntry = uintptr_t;
 
 }  // namespace zp
@@ -42,12 +42,24 @@ struct CArchive::Identities {
   zp::IdentityTable storedClasses;
   CRuntimeClass const * pLastClass = nullptr;  // the class written last and its index
   DWORD nLastClass = 0;
-  std::vector<zp::LoadedEntry> loaded{0};  // index 0 is the null pointer
-  size_t nForgotten = SIZE_MAX;            // from here on, no entry is an object that still lives
+
+  // Loading. Entry 0 is the null pointer. Objects that their readers keep in another form are gaps between the entries.
+  struct Gap {
+    size_t nIndex;  // of the first object in it
+    size_t nCount;
+  };
+  std::vector<zp::LoadedEntry> loaded{0};
+  std::vector<Gap> gaps;
+  size_t nInGaps = 0;
+  size_t nForgotten = SIZE_MAX;  // from this entry on, none is an object that still lives
+
+  size_t LoadedCount() const { return loaded.size() + nInGaps; }
+  zp::LoadedEntry At(size_t index) const;  // 0 inside a gap
+  void AddGap(size_t count);
 
   // The index of a class that is being stored; behind nCount for one that is new.
   DWORD IndexOfClass(CRuntimeClass const * record);
 
   void Enter(CObject * object);
-  void ForgetObjectsFrom(size_t index);
+  void ForgetObjectsFrom(size_t entry);
 };

@@ -22,6 +22,7 @@ constexpr WORD classBit = 0x8000;
 constexpr WORD newClassTag = 0xFFFF;
 constexpr DWORD bigClassBit = 0x80000000;
 constexpr size_t maxClassName = 63;
+constexpr size_t tagBytes = 2;
 
 bool isClass(zp::LoadedEntry entry)
 {
@@ -94,11 +95,31 @@ void CArchive::Identities::Enter(CObject * object)
   nForgotten = SIZE_MAX;
 }
 
-void CArchive::Identities::ForgetObjectsFrom(size_t index)
+void CArchive::Identities::ForgetObjectsFrom(size_t entry)
 {
-  for (size_t i = index, end = std::min(loaded.size(), nForgotten); i < end; ++i)
+  for (size_t i = entry, end = std::min(loaded.size(), nForgotten); i < end; ++i)
     if (!isClass(loaded[i])) loaded[i] = 0;
-  nForgotten = index;
+  nForgotten = entry;
+}
+
+void CArchive::Identities::AddGap(size_t count)
+{
+  if (!gaps.empty() && gaps.back().nIndex + gaps.back().nCount == LoadedCount())
+    gaps.back().nCount += count;
+  else
+    gaps.push_back({LoadedCount(), count});
+  nInGaps += count;
+}
+
+zp::LoadedEntry CArchive::Identities::At(size_t index) const
+{
+  size_t before = 0;
+  for (Gap const & gap : gaps) {
+    if (index < gap.nIndex) break;
+    if (index < gap.nIndex + gap.nCount) return 0;
+    before += gap.nCount;
+  }
+  return loaded[index - before];
 }
 
 void CArchive::WriteClass(CRuntimeClass const * record)
@@ -189,14 +210,14 @@ CRuntimeClass * CArchive::ReadTag(CRuntimeClass const * requested, DWORD & objec
       ofClass = (index & bigClassBit) != 0;
       index &= ~bigClassBit;
     }
-    auto const & loaded = m_Identities->loaded;
-    if (index >= loaded.size()) Fail(CArchiveException::badIndex);
+    if (index >= m_Identities->LoadedCount()) Fail(CArchiveException::badIndex);
     if (!ofClass) {
       objectIndex = index;
       return nullptr;
     }
-    if (!isClass(loaded[index])) Fail(CArchiveException::badIndex);
-    record = classOf(loaded[index]);
+    zp::LoadedEntry const entry = m_Identities->At(index);
+    if (!isClass(entry)) Fail(CArchiveException::badIndex);
+    record = classOf(entry);
   }
   if (requested != nullptr && record != requested && !record->IsDerivedFrom(requested)) Fail(CArchiveException::badClass);
   return record;
@@ -212,8 +233,25 @@ CRuntimeClass * CArchive::ReadClass(CRuntimeClass const * requested)
 
 void CArchive::MapObjects(size_t count)
 {
-  auto & loaded = m_Identities->loaded;
-  loaded.resize(loaded.size() + count, 0);
+  m_Identities->AddGap(count);
+}
+
+size_t CArchive::ReadRun(CRuntimeClass const * record, size_t objectBytes, size_t atMost, BYTE const *& objects)
+{
+  RequireMode(false);
+  size_t const stride = tagBytes + objectBytes;
+  size_t const ready = std::min(atMost, static_cast<size_t>(m_pMax - m_pCur) / stride);
+  if (ready == 0) return 0;
+  BYTE const * const first = m_pCur;
+  DWORD const index = (first[0] | first[1] << 8) ^ classBit;
+  if (index == 0 || index >= bigTag || index >= m_Identities->LoadedCount()) return 0;
+  if (m_Identities->At(index) != (reinterpret_cast<zp::LoadedEntry>(record) | 1)) return 0;
+  size_t count = 1;
+  while (count < ready && std::memcmp(first + count * stride, first, tagBytes) == 0) ++count;
+  objects = first + tagBytes;
+  m_pCur += count * stride;
+  m_Identities->AddGap(count);
+  return count;
 }
 
 // A failed object, and all that were read inside it, can't be referred to afterwards: they are gone.
@@ -239,7 +277,7 @@ CObject * CArchive::ReadTagged(CRuntimeClass const * requested, bool owned)
   CRuntimeClass * const record = ReadTag(requested, index);
   if (record != nullptr) return ReadNewObject(record);
   if (index == 0) return nullptr;
-  zp::LoadedEntry const entry = m_Identities->loaded[index];
+  zp::LoadedEntry const entry = m_Identities->At(index);
   if (owned || entry == 0 || isClass(entry)) Fail(CArchiveException::badIndex);
   auto * const object = reinterpret_cast<CObject *>(entry);
   if (requested != nullptr && !object->IsKindOf(requested)) Fail(CArchiveException::badClass);

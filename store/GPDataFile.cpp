@@ -37,8 +37,8 @@ int GPDataFile::Open(unsigned int accessMode)
 
 int GPDataFile::LoadIndexFile()
 {
-  if (GPFile::IsEmpty(m_strIndexFile)) return 0;
   GPFile file(m_strIndexFile);
+  if (file.IsEmpty()) return 0;
   file.Open(CFile::modeRead);
   CArchive ar(&file, CArchive::load, 0x10000);
   zp::StoreIndex index = zp::ReadIndex(ar);
@@ -128,12 +128,11 @@ int GPDataFile::OpenRecFile(unsigned int flags)
 
 unsigned int GPDataFile::LoadRec(void * buffer, unsigned int size, int id)
 {
-  unsigned int const length = GetRecLength(id);
-  if (length == 0 || size < length) return 0;
+  zp::ActiveEntry const * const entry = m_pActiveRecs != nullptr ? m_pActiveRecs->Find(id) : nullptr;
+  if (entry == nullptr || entry->nRecLen == 0 || size < entry->nRecLen || entry->nFilePos > zp::maxBlockPosition) return 0;
   if (!m_RecFile.IsOpen() && (m_RecFile.IsEmpty() || !OpenRecFile(m_nAccessMode))) return 0;
-  DWORD const position = m_pActiveRecs->Find(id)->nFilePos;
-  if (position > zp::maxBlockPosition) return 0;
-  return m_RecFile.ReadAt(ULONGLONG{position} + zp::headerBytes, buffer, length) == length ? length : 0;
+  UINT const length = entry->nRecLen;
+  return m_RecFile.ReadAt(ULONGLONG{entry->nFilePos} + zp::headerBytes, buffer, length) == length ? length : 0;
 }
 
 CObject * GPDataFile::LoadObj(int id)

@@ -59,7 +59,7 @@ std::unique_ptr<zp::ActiveTable> GPDataFile::SlideRecords()
   for (zp::RecordBlock block; chain.Next(block);) {
     moving |= block.bFree || block.nLength < block.nCapacity;
     if (block.bFree) continue;
-    entries.push_back({block.nRecID, static_cast<DWORD>(writePosition), block.nLength, block.nLength});
+    entries.push_back({static_cast<short>(block.nRecID), block.nLength, static_cast<DWORD>(writePosition), block.nLength});
     if (moving) appendBlock(moved, block, chain.GetPayload());
     writePosition += zp::headerBytes + block.nLength;
     if (moved.size() >= batchBytes) WriteMoved(writePosition - moved.size(), moved);
@@ -67,7 +67,9 @@ std::unique_ptr<zp::ActiveTable> GPDataFile::SlideRecords()
   WriteMoved(writePosition - moved.size(), moved);
   if (moving) m_RecFile.SetLength(writePosition);
   std::sort(entries.begin(), entries.end(), byID);
-  return std::make_unique<zp::ActiveTable>(std::move(entries));
+  auto active = std::make_unique<zp::ActiveTable>();
+  for (zp::ActiveEntry const & entry : entries) active->Append(entry.nRecID, entry.nRecLen, entry.nFilePos, entry.nCapacity);
+  return active;
 }
 
 int GPDataFile::DegasRecFile()

@@ -7,6 +7,8 @@
 // A store with one record, id 2 at offset 10 of 2 bytes, writes it as FF FF 01 00 0B 00 "GPActiveRec" 0A 00 00 00 02 00 02 00;
 // a second one as the tag 05 80 and its eight bytes. Entries go between the file and the tables without objects of their own.
 
+#include <algorithm>
+
 #include "store/store_internal.h"
 
 IMPLEMENT_SERIAL(GPActiveRec, GPObject, 1)
@@ -22,19 +24,35 @@ Entry const * entryOf(GPObject const * object)
   return object->IsKindOf(RUNTIME_CLASS(Entry)) ? static_cast<Entry const *>(object) : nullptr;
 }
 
-// Reads the elements of a container of the class given: each a new object of exactly the class Entry, whose bytes read takes.
-template <class Container, class Entry, class Read>
-void readEntries(CArchive & ar, Read read)
+// Reads a container of the class given, whose elements are new objects of exactly the class Entry. The usual ones, of a class
+// that came before and with their bytes in the archive's buffer, are taken in runs. expect gets their count, take the bytes of
+// each.
+template <class Container, class Entry, size_t entryBytes, class Expect, class Take>
+void readEntries(CArchive & ar, Expect expect, Take take)
 {
   if (ar.ReadClass(RUNTIME_CLASS(Container)) == nullptr) AfxThrowArchiveException(CArchiveException::badClass);
   ar.MapObjects(1);
-  DWORD const count = ar.ReadCount();
+  DWORD count = ar.ReadCount();
   ar.RequireBytes(count * tagBytes);
-  for (DWORD i = 0; i < count; ++i) {
+  expect(count);
+  while (count > 0) {
+    BYTE const * bytes = nullptr;
+    size_t const run = ar.ReadRun(RUNTIME_CLASS(Entry), entryBytes, count, bytes);
+    for (size_t i = 0; i < run; ++i) take(bytes + i * (entryBytes + tagBytes));
+    count -= static_cast<DWORD>(run);
+    if (run > 0) continue;
     if (ar.ReadClass(nullptr) != RUNTIME_CLASS(Entry)) AfxThrowArchiveException(CArchiveException::badClass);
     ar.MapObjects(1);
-    read();
+    BYTE single[entryBytes];
+    ar.EnsureRead(single, entryBytes);
+    take(single);
+    --count;
   }
+}
+
+DWORD littleDword(BYTE const * bytes)
+{
+  return zp::LittleWord(bytes) | static_cast<DWORD>(zp::LittleWord(bytes + 2)) << 16;
 }
 
 }  // namespace
@@ -83,20 +101,20 @@ StoreIndex ReadIndex(CArchive & ar)
 {
   StoreIndex index;
   index.pHeader.reset(ar.ReadOwnedObject(nullptr));
-  std::vector<ActiveEntry> active;
-  readEntries<GPObArray, GPActiveRec>(ar, [&] {
-    ActiveEntry & entry = active.emplace_back();
-    short id;
-    ar >> entry.nFilePos >> id >> entry.nRecLen;
-    entry.nRecID = id;
-  });
-  std::vector<FreeBlock> free;
-  readEntries<GPObList, GPEmptyRec>(ar, [&] {
-    FreeBlock & block = free.emplace_back();
-    ar >> block.nFilePos >> block.nCapacity;
-  });
-  index.pActive = std::make_unique<ActiveTable>(std::move(active));
-  index.pFree = std::make_unique<FreeTable>(free);
+  index.pActive = std::make_unique<ActiveTable>();
+  index.pFree = std::make_unique<FreeTable>();
+  ActiveTable & active = *index.pActive;
+  FreeTable & free = *index.pFree;
+  readEntries<GPObArray, GPActiveRec, 8>(
+      ar, [&](DWORD count) { active.Reserve(static_cast<int>(std::min<DWORD>(count, maxRecordID))); },
+      [&](BYTE const * bytes) {
+        active.Append(static_cast<short>(LittleWord(bytes + 4)), LittleWord(bytes + 6), littleDword(bytes), ActiveEntry::unknown);
+      });
+  readEntries<GPObList, GPEmptyRec, 6>(
+      ar, [](DWORD) {},
+      [&](BYTE const * bytes) {
+        free.Append({littleDword(bytes), LittleWord(bytes + 4)});
+      });
   return index;
 }
 
@@ -115,17 +133,6 @@ void WriteIndex(CArchive & ar, CObject const * header, ActiveTable const & activ
     ar.WriteClass(RUNTIME_CLASS(GPEmptyRec));
     ar << block.nFilePos << block.nCapacity;
   });
-}
-
-WORD LittleWord(BYTE const * bytes)
-{
-  return static_cast<WORD>(bytes[0] | bytes[1] << 8);
-}
-
-void PutLittleWord(BYTE * bytes, unsigned int value)
-{
-  bytes[0] = static_cast<BYTE>(value);
-  bytes[1] = static_cast<BYTE>(value >> 8);
 }
 
 }  // namespace zp

@@ -7,12 +7,6 @@
 
 namespace zp {
 
-void NumberSet::Insert(size_t number)
-{
-  m_Words[number / 64] |= uint64_t{1} << (number % 64);
-  m_Summary[number / 4096] |= uint64_t{1} << (number / 64 % 64);
-}
-
 void NumberSet::Erase(size_t number)
 {
   m_Words[number / 64] &= ~(uint64_t{1} << (number % 64));
@@ -54,29 +48,33 @@ int NumberSet::AtOrBelow(size_t number) const
   return static_cast<int>(word * 64) + 63 - std::countl_zero(m_Words[word]);
 }
 
-ActiveTable::ActiveTable(std::vector<ActiveEntry> entries) : m_nCount(static_cast<int>(entries.size())), m_Ids(maxRecordID + 1)
+void ActiveTable::Reserve(int highest)
 {
-  auto const outOfOrder = [](ActiveEntry const & a, ActiveEntry const & b) { return a.nRecID >= b.nRecID; };
-  if (entries.empty()) return;
-  m_bAsRead = entries.front().nRecID < 0 || std::adjacent_find(entries.begin(), entries.end(), outOfOrder) != entries.end();
-  if (m_bAsRead) {
-    m_AsRead = std::move(entries);
-    return;
-  }
-  m_ByID.resize(static_cast<size_t>(entries.back().nRecID) + 1);
-  for (ActiveEntry const & entry : entries) {
-    m_ByID[static_cast<size_t>(entry.nRecID)] = entry;
-    m_Ids.Insert(static_cast<size_t>(entry.nRecID));
-  }
+  auto const wanted = static_cast<size_t>(highest) + 1;
+  if (wanted <= m_nRoom) return;
+  size_t const room = std::min<size_t>(std::max({wanted, 2 * m_nRoom, size_t{64}}), maxRecordID + 1);
+  auto grown = std::make_unique_for_overwrite<ActiveEntry[]>(room);
+  std::copy_n(m_ByID.get(), m_nRoom, grown.get());
+  m_ByID = std::move(grown);
+  m_nRoom = room;
 }
 
-ActiveEntry * ActiveTable::Find(int id)
+void ActiveTable::AppendAsRead(ActiveEntry const & entry)
 {
   if (!m_bAsRead) {
-    auto const place = static_cast<size_t>(id);
-    return id >= 0 && place < m_ByID.size() && m_Ids.Contains(place) ? &m_ByID[place] : nullptr;
+    std::vector<ActiveEntry> before;
+    ForEach([&](ActiveEntry const & at) { before.push_back(at); });
+    m_AsRead.swap(before);
+    m_Ids = NumberSet(maxRecordID + 1);
+    m_bAsRead = true;
   }
-  // GPObArray::BSearch, probe by probe: out of order it misses what that would miss.
+  m_AsRead.push_back(entry);
+  ++m_nCount;
+}
+
+// GPObArray::BSearch, probe by probe: out of order it misses what that would miss.
+ActiveEntry * ActiveTable::FindAsRead(int id)
+{
   for (int low = 0, high = m_nCount - 1; low <= high;) {
     int const index = (low + high) / 2;
     ActiveEntry & entry = m_AsRead[static_cast<size_t>(index)];
@@ -92,15 +90,10 @@ ActiveEntry * ActiveTable::Find(int id)
 ActiveEntry & ActiveTable::Add(int id)
 {
   ++m_nCount;
-  ActiveEntry const entry{id, 0, 0, ActiveEntry::unknown};
-  if (m_bAsRead) {
-    auto const larger = std::find_if(m_AsRead.begin(), m_AsRead.end(), [id](ActiveEntry const & at) { return at.nRecID > id; });
-    return *m_AsRead.insert(larger, entry);
-  }
-  auto const place = static_cast<size_t>(id);
-  if (place >= m_ByID.size()) m_ByID.resize(place + 1);
-  m_Ids.Insert(place);
-  return m_ByID[place] = entry;
+  ActiveEntry const entry{static_cast<short>(id), 0, 0, ActiveEntry::unknown};
+  if (!m_bAsRead) return PlaceOf(id) = entry;
+  auto const larger = std::find_if(m_AsRead.begin(), m_AsRead.end(), [id](ActiveEntry const & at) { return at.nRecID > id; });
+  return *m_AsRead.insert(larger, entry);
 }
 
 void ActiveTable::Remove(ActiveEntry const & entry)
@@ -121,20 +114,25 @@ int ActiveTable::GetFirstID() const
 int ActiveTable::GetLastID() const
 {
   if (m_nCount == 0) return 0;
-  return m_bAsRead ? m_AsRead.back().nRecID : m_Ids.AtOrBelow(m_ByID.size() - 1);
+  return m_bAsRead ? m_AsRead.back().nRecID : m_Ids.AtOrBelow(maxRecordID);
 }
 
-FreeTable::FreeTable(std::vector<FreeBlock> const & blocks) : m_Capacities(maxRecordLength + 1)
+void FreeTable::Append(FreeBlock block)
 {
-  auto const smaller = [](FreeBlock const & a, FreeBlock const & b) { return a.nCapacity < b.nCapacity; };
-  if (std::is_sorted(blocks.begin(), blocks.end(), smaller)) {
-    m_Nodes.reserve(blocks.size());
-    for (FreeBlock const & block : blocks) Add(block);
+  if (!m_bAsRead && block.nCapacity >= m_nLastAppended) {
+    m_nLastAppended = block.nCapacity;
+    Add(block);
     return;
   }
-  m_bAsRead = true;
-  m_AsRead = blocks;
-  m_nCount = static_cast<int>(blocks.size());
+  if (!m_bAsRead) {
+    std::vector<FreeBlock> before;
+    ForEach([&](FreeBlock const & at) { before.push_back(at); });
+    m_AsRead.swap(before);
+    m_Capacities = NumberSet(maxRecordLength + 1);
+    m_bAsRead = true;
+  }
+  m_AsRead.push_back(block);
+  ++m_nCount;
 }
 
 void FreeTable::Add(FreeBlock block)

@@ -22,11 +22,27 @@ inline constexpr unsigned int headerBytes = 6;
 inline constexpr WORD freeMark = 0x8000;
 inline constexpr DWORD maxBlockPosition = 0x7FFFFFFF;
 
+inline WORD LittleWord(BYTE const * bytes)
+{
+  return static_cast<WORD>(bytes[0] | bytes[1] << 8);
+}
+
+inline void PutLittleWord(BYTE * bytes, unsigned int value)
+{
+  bytes[0] = static_cast<BYTE>(value);
+  bytes[1] = static_cast<BYTE>(value >> 8);
+}
+
 // Which numbers of a range are taken, with a fast way to the next one up or down.
 class NumberSet {
  public:
   explicit NumberSet(size_t range) : m_Words((range + 63) / 64), m_Summary((m_Words.size() + 63) / 64) {}
-  void Insert(size_t number);
+  void Insert(size_t number)
+  {
+    uint64_t & word = m_Words[number / 64];
+    if (word == 0) m_Summary[number / 4096] |= uint64_t{1} << (number / 64 % 64);
+    word |= uint64_t{1} << (number % 64);
+  }
   void Erase(size_t number);
   bool Contains(size_t number) const { return (m_Words[number / 64] >> (number % 64) & 1) != 0; }
   int AtOrAbove(size_t number) const;  // -1 if there is none
@@ -40,21 +56,44 @@ class NumberSet {
 struct ActiveEntry {
   static constexpr int unknown = -1;
 
-  int nRecID = 0;
-  DWORD nFilePos = 0;
-  WORD nRecLen = 0;
-  int nCapacity = unknown;  // the block's, once it was seen in the record file
+  short nRecID;
+  WORD nRecLen;
+  DWORD nFilePos;
+  int nCapacity;  // the block's, once it was seen in the record file
 };
 
 class ActiveTable {
  public:
   ActiveTable() : m_Ids(maxRecordID + 1) {}
 
-  // Entries in file order. Out of order, repeated or negative ids leave the table in the form in which it was read.
-  explicit ActiveTable(std::vector<ActiveEntry> entries);
+  // Adds an entry at the end, as a file lists it. A negative id, or one that isn't above the last, leaves the table for good in
+  // the form in which it is read.
+  void Append(short id, WORD length, DWORD position, int capacity)
+  {
+    if (m_bAsRead || id <= m_nLastAppended) {
+      AppendAsRead({id, length, position, capacity});
+      return;
+    }
+    m_nLastAppended = id;
+    ++m_nCount;
+    ActiveEntry & entry = PlaceOf(id);
+    entry.nRecID = id;
+    entry.nRecLen = length;
+    entry.nFilePos = position;
+    entry.nCapacity = capacity;
+  }
 
-  ActiveEntry * Find(int id);
+  // Makes room for ids up to the highest, so that appending doesn't grow the table again and again.
+  void Reserve(int highest);
+
+  ActiveEntry * Find(int id)
+  {
+    if (m_bAsRead) return FindAsRead(id);
+    auto const place = static_cast<size_t>(id);
+    return place <= maxRecordID && m_Ids.Contains(place) ? &m_ByID[place] : nullptr;
+  }
   ActiveEntry const * Find(int id) const { return const_cast<ActiveTable *>(this)->Find(id); }
+
   // A new entry in front of the first one with a larger id; it stays in its place until the next Add or Remove.
   ActiveEntry & Add(int id);
   void Remove(ActiveEntry const & entry);
@@ -73,10 +112,22 @@ class ActiveTable {
   }
 
  private:
+  ActiveEntry & PlaceOf(int id)
+  {
+    auto const place = static_cast<size_t>(id);
+    if (place >= m_nRoom) Reserve(id);
+    m_Ids.Insert(place);
+    return m_ByID[place];
+  }
+  void AppendAsRead(ActiveEntry const & entry);
+  ActiveEntry * FindAsRead(int id);
+
   int m_nCount = 0;
-  std::vector<ActiveEntry> m_ByID;    // as long as the highest id so far
-  NumberSet m_Ids;                    // which of them are entries
-  std::vector<ActiveEntry> m_AsRead;  // holds all entries, and the two above none, when they were read out of order
+  int m_nLastAppended = -1;
+  std::unique_ptr<ActiveEntry[]> m_ByID;  // set where m_Ids says so
+  size_t m_nRoom = 0;
+  NumberSet m_Ids;
+  std::vector<ActiveEntry> m_AsRead;  // holds all entries, and the table none, when they were read out of order
   bool m_bAsRead = false;
 };
 
@@ -88,7 +139,9 @@ struct FreeBlock {
 class FreeTable {
  public:
   FreeTable() : m_Capacities(maxRecordLength + 1) {}
-  explicit FreeTable(std::vector<FreeBlock> const & blocks);
+
+  // Adds a block at the end, as a file lists it; one that is smaller than the last leaves the table in the form as read.
+  void Append(FreeBlock block);
 
   void Add(FreeBlock block);  // behind the blocks of its capacity
 
@@ -118,6 +171,7 @@ class FreeTable {
   };
 
   int m_nCount = 0;
+  unsigned int m_nLastAppended = 0;
   std::vector<Node> m_Nodes;
   int m_nUnusedNode = -1;
   std::vector<Queue> m_Queues;      // by capacity, as long as the largest so far
@@ -138,8 +192,5 @@ struct StoreIndex {
 StoreIndex ReadIndex(CArchive & ar);
 
 void WriteIndex(CArchive & ar, CObject const * header, ActiveTable const & active, FreeTable const & free);
-
-WORD LittleWord(BYTE const * bytes);
-void PutLittleWord(BYTE * bytes, unsigned int value);
 
 }  // namespace zp

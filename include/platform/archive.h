@@ -58,6 +58,11 @@ class ZP_API CArchive {
   CRuntimeClass * ReadClass(CRuntimeClass const * requested);
   void MapObjects(size_t count);
 
+  // Takes a run of new objects of a class that was read before, of objectBytes own bytes each, as far as they lie ready in the
+  // buffer and at most atMost: their count, with objects on the first one's bytes; each next one's are objectBytes + 2 further.
+  // 0 when none lies ready in that form. The bytes stay valid until the next read.
+  size_t ReadRun(CRuntimeClass const * record, size_t objectBytes, size_t atMost, BYTE const *& objects);
+
   // The parts of WriteObject for writers that keep objects in another form: the tag of a new object of the class, counted.
   void WriteClass(CRuntimeClass const * record);
 
