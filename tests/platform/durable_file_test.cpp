@@ -2,77 +2,67 @@
 
 #include <gtest/gtest.h>
 
-#include <zpbase/platform/paths.h>
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string>
+
+#include <zpbase/platform/paths.h>
+
+#include "tests/support/TempFolder.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-class DurableFile : public testing::Test {
- protected:
-  void SetUp() override
-  {
-    m_Folder = fs::path(testing::TempDir()) / testing::UnitTest::GetInstance()->current_test_info()->name();
-    fs::remove_all(m_Folder);
-    fs::create_directories(m_Folder);
-  }
-  void TearDown() override { fs::remove_all(m_Folder); }
-
-  std::string Path(char const * name) const { return (m_Folder / name).string(); }
-  static std::string Read(std::string const & path)
-  {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-  }
-  long Count() const { return std::distance(fs::directory_iterator(m_Folder), fs::directory_iterator()); }
-
-  fs::path m_Folder;
-};
+long filesIn(TempFolder const & folder)
+{
+  return std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator());
+}
 
 }  // namespace
 
-TEST_F(DurableFile, ReplacingKeepsModeAndLinksAndLeavesNothingBeside)
+TEST(DurableFile, ReplacingKeepsModeAndLinksAndLeavesNothingBeside)
 {
-  ASSERT_TRUE(ReplaceFileDurably(Path("real").c_str(), "first"));
-  fs::permissions(Path("real"), fs::perms::owner_read | fs::perms::owner_write);
-  fs::create_symlink("real", Path("link"));
-  std::ofstream(Path("real.zp-new")) << "left by a crash";
+  TempFolder const folder;
+  fs::path const real = folder.Path() / "real";
+  ASSERT_TRUE(ReplaceFileDurably(real.c_str(), "first"));
+  fs::permissions(real, fs::perms::owner_read | fs::perms::owner_write);
+  fs::create_symlink("real", folder.Path() / "link");
+  folder.Write("real.zp-new", "left by a crash");
   std::string const bytes("a\0b\r\n", 5);
   int error = -1;
-  ASSERT_TRUE(ReplaceFileDurably(FromHostPath(Path("link")), bytes, &error));
+  ASSERT_TRUE(ReplaceFileDurably(folder.Name("link"), bytes, &error));
   EXPECT_EQ(error, 0);
-  EXPECT_EQ(Read(Path("real")), bytes);
-  EXPECT_TRUE(fs::is_symlink(Path("link")));
-  EXPECT_EQ(fs::status(Path("real")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-  EXPECT_EQ(Count(), 2);
+  EXPECT_EQ(folder.Read("real"), bytes);
+  EXPECT_TRUE(fs::is_symlink(folder.Path() / "link"));
+  EXPECT_EQ(fs::status(real).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(filesIn(folder), 2);
 }
 
-TEST_F(DurableFile, MovingPutsAWrittenFileInTheTargetsPlace)
+TEST(DurableFile, MovingPutsAWrittenFileInTheTargetsPlace)
 {
-  std::ofstream(Path("old")) << "old";
-  std::ofstream(Path("new")) << "new";
-  EXPECT_TRUE(MoveFileDurably(Path("new").c_str(), Path("old").c_str()));
-  EXPECT_EQ(Read(Path("old")), "new");
-  EXPECT_EQ(Count(), 1);
+  TempFolder const folder;
+  folder.Write("old", "old");
+  folder.Write("new", "new");
+  EXPECT_TRUE(MoveFileDurably(folder.Name("new"), folder.Name("old")));
+  EXPECT_EQ(folder.Read("old"), "new");
+  EXPECT_EQ(filesIn(folder), 1);
 }
 
-TEST_F(DurableFile, AFailureNamesItsErrorAndTouchesNothing)
+TEST(DurableFile, AFailureNamesItsErrorAndTouchesNothing)
 {
+  TempFolder const folder;
   int error = 0;
-  EXPECT_FALSE(ReplaceFileDurably(Path("none/file").c_str(), "x", &error));
+  EXPECT_FALSE(ReplaceFileDurably(folder.Name("none\\file"), "x", &error));
   EXPECT_EQ(error, ENOENT);
-  fs::create_directories(Path("folder/inner"));
-  EXPECT_FALSE(ReplaceFileDurably(Path("folder").c_str(), "x", &error));
+  fs::create_directories(folder.Path() / "folder/inner");
+  EXPECT_FALSE(ReplaceFileDurably(folder.Name("folder"), "x", &error));
   EXPECT_EQ(error, EISDIR);
-  std::ofstream(Path("old")) << "old";
-  EXPECT_FALSE(MoveFileDurably(Path("missing").c_str(), Path("old").c_str(), &error));
+  folder.Write("old", "old");
+  EXPECT_FALSE(MoveFileDurably(folder.Name("missing"), folder.Name("old"), &error));
   EXPECT_EQ(error, ENOENT);
   EXPECT_FALSE(ReplaceFileDurably("D:\\x", "x"));
-  EXPECT_EQ(Read(Path("old")), "old");
-  EXPECT_EQ(Count(), 2);
+  EXPECT_EQ(folder.Read("old"), "old");
+  EXPECT_EQ(filesIn(folder), 2);
 }
