@@ -1,0 +1,74 @@
+// Any bytes as a profile file: every setting is listed and read, one is changed and taken out again, and the others stay.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include <zpbase/platform/application.h>
+
+namespace {
+
+// A folder of the run's own, gone at its end.
+struct Folder {
+  Folder()
+  {
+    m_strPath = (std::filesystem::temp_directory_path() / "zp-profile-fuzz-XXXXXX").string();
+    if (mkdtemp(m_strPath.data()) == nullptr) std::abort();
+  }
+  ~Folder() { std::filesystem::remove_all(m_strPath); }
+
+  std::string m_strPath;
+};
+
+std::string profileFile()
+{
+  static Folder const folder;
+  return folder.m_strPath + "/app.ini";
+}
+
+void require(bool holds)
+{
+  if (!holds) std::abort();
+}
+
+std::string contentOf(CWinApp & app)
+{
+  std::string content;
+  for (zp::Setting const & setting : app.ListSettings()) {
+    content += std::string(setting.m_strSection.View()) + '.' + std::string(setting.m_strKey.View()) + '=' +
+               std::string(setting.m_strValue.View()) + ';';
+    app.GetProfileInt(setting.m_strSection, setting.m_strKey, 0);
+    BYTE * bytes = nullptr;
+    UINT length = 0;
+    app.GetProfileBinary(setting.m_strSection, setting.m_strKey, &bytes, &length);
+    delete[] bytes;
+  }
+  return content;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
+{
+  std::string const file = profileFile();
+  std::ofstream(file, std::ios::binary).write(reinterpret_cast<char const *>(data), static_cast<std::streamsize>(size));
+  CWinApp app("fuzz");
+  app.SetProfileFile(file.c_str());
+  std::string const before = contentOf(app);
+  bool const isNew = before.find("zz section") == std::string::npos;
+  std::string const text(reinterpret_cast<char const *>(data), size);
+  if (app.WriteProfileString("zz section", "key", text.c_str()))
+    require(app.GetProfileString("ZZ SECTION", "KEY") == text.c_str());
+  require(app.WriteProfileBinary("zz section", "key", data, static_cast<UINT>(size)));
+  BYTE * bytes = nullptr;
+  UINT length = 0;
+  bool const found = app.GetProfileBinary("zz section", "key", &bytes, &length);
+  require(found == (size > 0) && (!found || (length == size && std::equal(bytes, bytes + length, data))));
+  delete[] bytes;
+  require(app.WriteProfileString("zz section", "key", nullptr));
+  require(!isNew || contentOf(app) == before);
+  return 0;
+}
