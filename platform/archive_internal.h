@@ -4,28 +4,55 @@
 
 #include <zpbase/platform/archive.h>
 
+#include <deque>
+#include <iterator>
 #include <vector>
 
 namespace zp {
 
-// Open addressing from addresses to indexes. Neighbours in memory, as allocators give them out, stay neighbours in the table.
+// From addresses to the indexes that they were given. Objects that lie near each other share a leaf with a place for each
+// pointer-sized unit; leaves are found by open addressing, and the last one is at hand, since neighbours come in turn.
 class IdentityTable {
  public:
   // The index under key, which is set to candidate if the key is new.
-  DWORD FindOrInsert(void const * key, DWORD candidate);
-  size_t GetCount() const { return m_nCount; }
+  DWORD FindOrInsert(void const * key, DWORD candidate)
+  {
+    auto const address = reinterpret_cast<uintptr_t>(key);
+    uintptr_t const region = address / Leaf::bytes;
+    if (m_pLast == nullptr || region != m_nLastRegion) {
+      m_pLast = &LeafOf(region);
+      m_nLastRegion = region;
+    }
+    DWORD & index = m_pLast->index[address / sizeof(void *) % std::size(m_pLast->index)];
+    if (index == 0) index = candidate;
+    return index;
+  }
 
  private:
+  struct Leaf {
+    static constexpr size_t bytes = 256;  // of memory that it covers
+    DWORD index[bytes / sizeof(void *)] = {};
+  };
   struct Slot {
-    void const * pKey = nullptr;
-    DWORD nIndex = 0;
+    uintptr_t nRegion;
+    Leaf * pLeaf;  // null: unused
   };
 
-  size_t PlaceOf(void const * key) const;
+  Slot & PlaceOf(uintptr_t region)
+  {
+    size_t const mask = m_Slots.size() - 1;
+    size_t place = region * 0x9E3779B97F4A7C15u >> m_nShift;
+    while (m_Slots[place].pLeaf != nullptr && m_Slots[place].nRegion != region) place = (place + 1) & mask;
+    return m_Slots[place];
+  }
+  Leaf & LeafOf(uintptr_t region);
   void Grow();
 
   std::vector<Slot> m_Slots;
-  size_t m_nCount = 0;
+  std::deque<Leaf> m_Leaves;
+  int m_nShift = 64;  // leaves as many bits of the hash as the table has
+  Leaf * m_pLast = nullptr;
+  uintptr_t m_nLastRegion = 0;
 };
 
 // An entry of a loading archive: an object, a class (marked in the lowest bit of its address), or 0 for an object that failed and
@@ -40,8 +67,11 @@ struct CArchive::Identities {
   DWORD nCount = 0;  // indexes given out so far, storing
   zp::IdentityTable stored;
   zp::IdentityTable storedClasses;
-  CRuntimeClass const * pLastClass = nullptr;  // the class written last and its index
-  DWORD nLastClass = 0;
+  struct KnownClass {
+    CRuntimeClass const * pClass;
+    DWORD nIndex;
+  };
+  KnownClass recentClasses[16] = {};  // by the address of their records
 
   // Loading. Entry 0 is the null pointer. Objects that their readers keep in another form are gaps between the entries.
   struct Gap {

@@ -11,6 +11,8 @@
 #include <zpbase/platform/archive.h>
 
 #include <algorithm>
+#include <bit>
+#include <iterator>
 
 #include "platform/archive_internal.h"
 
@@ -50,43 +52,30 @@ class Nesting {
 
 namespace zp {
 
-size_t IdentityTable::PlaceOf(void const * key) const
-{
-  auto const address = reinterpret_cast<uintptr_t>(key);
-  size_t const mask = m_Slots.size() - 1;
-  size_t place = ((address >> 4) + (address >> 20) * 0x9E3779B1u) & mask;
-  while (m_Slots[place].pKey != nullptr && m_Slots[place].pKey != key) place = (place + 1) & mask;
-  return place;
-}
-
 void IdentityTable::Grow()
 {
   std::vector<Slot> old(m_Slots.empty() ? 16 : 4 * m_Slots.size());
   old.swap(m_Slots);
+  m_nShift = 64 - std::countr_zero(m_Slots.size());
   for (Slot const & slot : old)
-    if (slot.pKey != nullptr) m_Slots[PlaceOf(slot.pKey)] = slot;
+    if (slot.pLeaf != nullptr) PlaceOf(slot.nRegion) = slot;
 }
 
-DWORD IdentityTable::FindOrInsert(void const * key, DWORD candidate)
+IdentityTable::Leaf & IdentityTable::LeafOf(uintptr_t region)
 {
-  if (2 * m_nCount >= m_Slots.size()) Grow();
-  Slot & slot = m_Slots[PlaceOf(key)];
-  if (slot.pKey == nullptr) {
-    slot = {key, candidate};
-    ++m_nCount;
-  }
-  return slot.nIndex;
+  if (2 * m_Leaves.size() >= m_Slots.size()) Grow();
+  Slot & slot = PlaceOf(region);
+  if (slot.pLeaf == nullptr) slot = {region, &m_Leaves.emplace_back()};
+  return *slot.pLeaf;
 }
 
 }  // namespace zp
 
 DWORD CArchive::Identities::IndexOfClass(CRuntimeClass const * record)
 {
-  if (record != pLastClass) {
-    pLastClass = record;
-    nLastClass = storedClasses.FindOrInsert(record, nCount + 1);
-  }
-  return nLastClass;
+  KnownClass & known = recentClasses[reinterpret_cast<uintptr_t>(record) / sizeof(CRuntimeClass) % std::size(recentClasses)];
+  if (known.pClass != record) known = {record, storedClasses.FindOrInsert(record, nCount + 1)};
+  return known.nIndex;
 }
 
 void CArchive::Identities::Enter(CObject * object)
