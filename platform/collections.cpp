@@ -16,6 +16,10 @@ namespace {
 // The count, each element and the tag of the smallest object cost at least so many bytes in an archive.
 constexpr ULONGLONG tagBytes = 2;
 
+// Room made at once for elements to be read. Beyond it an array grows with what is there: arrays inside arrays may each promise
+// as many elements as bytes follow.
+constexpr DWORD maxReserved = 64;
+
 void checkRange(int index, int count, int size)
 {
   if (index < 0 || count < 0 || index > size || count > size - index) AfxThrowInvalidArgException();
@@ -71,7 +75,7 @@ void CObArray::Serialize(CArchive & ar)
   DWORD const count = ar.ReadCount();
   ar.RequireBytes(count * tagBytes);
   m_Elements.clear();
-  m_Elements.reserve(count);
+  m_Elements.reserve(std::min(count, maxReserved));
   for (DWORD i = 0; i < count; ++i) m_Elements.push_back(ar.ReadObject(nullptr));
 }
 
@@ -81,7 +85,7 @@ void CObArray::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
   DWORD const count = ar.ReadCount();
   ar.RequireBytes(count * tagBytes);
   m_Elements.clear();
-  m_Elements.reserve(count);
+  m_Elements.reserve(std::min(count, maxReserved));
   for (DWORD i = 0; i < count; ++i) m_Elements.push_back(ar.ReadOwnedObject(elementClass));
 }
 
