@@ -128,8 +128,8 @@ class CPlainArray : public CObject {
   size_t Checked(int index) const;
 };
 
-extern template class CPlainArray<CString>;
-extern template class CPlainArray<UINT>;
+extern template class ZP_API CPlainArray<CString>;
+extern template class ZP_API CPlainArray<UINT>;
 
 class ZP_API CStringArray : public CPlainArray<CString> {
   DECLARE_DYNAMIC(CStringArray)

@@ -1,0 +1,297 @@
+// The owning containers: order among equals, copies, ownership, sorting and searching, failure while loading.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <zpbase/foundation.h>
+
+#include "tests/support/Archives.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+// Ordered by its key alone; the mark tells equals apart. Counts how many live and are compared.
+class Keyed : public GPObject {
+ public:
+  explicit Keyed(int key, char mark = ' ') : m_nKey(key), m_cMark(mark) { ++g_nAlive; }
+  Keyed(Keyed const & other) : GPObject(other), m_nKey(other.m_nKey), m_cMark(other.m_cMark) { ++g_nAlive; }
+  ~Keyed() override { --g_nAlive; }
+  GPObject * Clone() const override { return new Keyed(*this); }
+  int Compare(GPObject const * other) const override
+  {
+    ++g_nCompared;
+    return m_nKey - static_cast<Keyed const *>(other)->m_nKey;
+  }
+
+  int m_nKey;
+  char m_cMark;
+  static inline int g_nAlive = 0;
+  static inline int g_nCompared = 0;
+};
+
+std::string textOf(CObject const * element)
+{
+  if (element == nullptr) return "- ";
+  auto const * const keyed = static_cast<Keyed const *>(element);
+  return std::to_string(keyed->m_nKey) + keyed->m_cMark;
+}
+
+std::string textOf(GPObArray const & array)
+{
+  std::string text;
+  for (int i = 0; i < array.GetSize(); ++i) text += textOf(array[i]);
+  return text;
+}
+
+std::string textOf(GPObList const & list)
+{
+  std::string text;
+  for (POSITION next = list.GetHeadPosition(); next != nullptr;) text += textOf(list.GetNext(next));
+  return text;
+}
+
+// Both ends must tell the same.
+std::string backwards(GPObList const & list)
+{
+  std::string text;
+  for (POSITION next = list.GetTailPosition(); next != nullptr;) text = textOf(list.GetPrev(next)) + text;
+  return text;
+}
+
+GPObArray & fill(GPObArray & array, std::vector<int> const & keys)
+{
+  for (int const key : keys) array.Add(new Keyed(key));
+  return array;
+}
+
+template <class Step>
+bool raisesInvalidArg(Step step)
+{
+  try {
+    step();
+  } catch (CInvalidArgException * problem) {
+    problem->Delete();
+    return true;
+  }
+  return false;
+}
+
+class Containers : public testing::Test {
+ protected:
+  void TearDown() override { EXPECT_EQ(Keyed::g_nAlive, 0); }
+};
+
+}  // namespace
+
+TEST_F(Containers, ArrayPutsEqualsBehindAndListInFront)
+{
+  GPObArray array;
+  GPObList list;
+  char mark = 'a';
+  for (int const key : {5, 3, 5, 9, 5, 1, 9}) {
+    array.InsertObject(new Keyed(key, mark));
+    list.InsertObject(new Keyed(key, mark++));
+  }
+  EXPECT_EQ(textOf(array), "1f3b5a5c5e9d9g");
+  EXPECT_EQ(textOf(list), "1f3b5e5c5a9g9d");
+  EXPECT_EQ(backwards(list), textOf(list));
+}
+
+TEST_F(Containers, SearchLeavesItsLastProbe)
+{
+  struct Row {
+    std::vector<int> keys;
+    int wanted;
+    int found;
+    int index;
+  };
+  for (Row const & row :
+       {Row{{}, 5, 0, -1}, Row{{4}, 5, 0, 0}, Row{{1, 3, 5}, 3, 1, 1}, Row{{1, 3, 5}, 0, 0, 0}, Row{{1, 3, 5}, 2, 0, 0},
+        Row{{1, 3, 5}, 4, 0, 2}, Row{{1, 3, 5, 7}, 6, 0, 3}, Row{{5, 5, 5, 5}, 5, 1, 1}}) {
+    GPObArray array;
+    Keyed const key(row.wanted);
+    int index = 77;
+    EXPECT_EQ(fill(array, row.keys).BSearch(index, &key), row.found);
+    EXPECT_EQ(index, row.index) << row.wanted;
+  }
+}
+
+TEST_F(Containers, SortOrdersNodesInPlaceAndComparesNothingBelowTwo)
+{
+  std::vector<int> keys;
+  for (int i = 0; i < 100; ++i) keys.push_back(i * 37 % 101);
+  GPObArray array;
+  fill(array, keys).Sort();
+  GPObList list;
+  for (int const key : keys) list.AddTail(new Keyed(key));
+  POSITION const head = list.GetHeadPosition();
+  list.Sort();
+  EXPECT_EQ(textOf(array), textOf(list));
+  EXPECT_EQ(list.GetHeadPosition(), head);
+  for (int i = 1; i < array.GetSize(); ++i)
+    EXPECT_LE(static_cast<GPObject *>(array[i - 1])->Compare(static_cast<GPObject *>(array[i])), 0);
+
+  Keyed::g_nCompared = 0;
+  GPObArray one;
+  fill(one, {1}).Sort();
+  GPObList empty;
+  empty.Sort();
+  EXPECT_EQ(Keyed::g_nCompared, 0);
+}
+
+TEST_F(Containers, CopiesAreDeepAndKeepOrSkipNulls)
+{
+  GPObArray array;
+  fill(array, {1}).Add(nullptr);
+  fill(array, {2});
+  GPObArray copy(array);
+  EXPECT_EQ(textOf(copy), "1 - 2 ");
+  EXPECT_NE(copy[0], array[0]);
+  array = *&array;
+  array += array;
+  EXPECT_EQ(textOf(array), "1 - 2 ");
+  copy += array;
+  EXPECT_EQ(textOf(copy), "1 - 2 1 - 2 ");
+  copy = array;
+  EXPECT_EQ(textOf(copy), "1 - 2 ");
+
+  GPObList list;
+  list.AddTail(new Keyed(1));
+  list.AddTail(nullptr);
+  list.AddTail(new Keyed(2));
+  GPObList second(list);
+  EXPECT_EQ(textOf(second), "1 2 ");
+  list = *&list;
+  list += list;
+  EXPECT_EQ(textOf(list), "1 - 2 ");
+  second += list;
+  EXPECT_EQ(backwards(second), "1 2 1 2 ");
+  second = list;
+  EXPECT_EQ(textOf(second), "1 2 ");
+
+  // The root's Clone gives null: a slot in both.
+  GPObArray roots;
+  roots.Add(new GPObject);
+  EXPECT_EQ(GPObArray(roots)[0], nullptr);
+  GPObList rootList;
+  rootList.AddTail(new GPObject);
+  EXPECT_EQ(GPObList(rootList).GetCount(), 1);
+}
+
+TEST_F(Containers, AppendMovesPointersAndEmptyDeletesFromTheEnd)
+{
+  GPObArray first;
+  GPObArray second;
+  fill(second, {1, 2}).Add(nullptr);
+  CObject * const moved = second[1];
+  fill(first, {0}).Append(&second, 1);
+  EXPECT_TRUE(second.IsEmpty());
+  EXPECT_EQ(textOf(first), "0 1 2 - ");
+  EXPECT_EQ(first[2], moved);
+  second.Append(&first, 0);
+  EXPECT_EQ(textOf(second), textOf(first));
+  second.RemoveAll();
+  first.DeleteAt(1);
+  EXPECT_EQ(textOf(first), "0 2 - ");
+  EXPECT_EQ(Keyed::g_nAlive, 2);
+  first.Empty();
+  EXPECT_EQ(Keyed::g_nAlive, 0);
+
+  GPObList list;
+  GPObList other;
+  for (int i = 0; i < 25; ++i) other.AddTail(new Keyed(i));
+  list.Append(&other, 1);
+  EXPECT_TRUE(other.IsEmpty());
+  EXPECT_EQ(list.GetCount(), 25);
+  EXPECT_EQ(backwards(list), textOf(list));
+}
+
+TEST_F(Containers, RefuseIndexesAndPositionsOutside)
+{
+  GPObArray array;
+  fill(array, {1, 2});
+  GPObList list;
+  POSITION none = nullptr;
+  EXPECT_TRUE(raisesInvalidArg([&] { array.GetAt(2); }));
+  EXPECT_TRUE(raisesInvalidArg([&] { array.GetAt(-1); }));
+  EXPECT_TRUE(raisesInvalidArg([&] { array.DeleteAt(2); }));
+  EXPECT_TRUE(raisesInvalidArg([&] { array.RemoveAt(1, 2); }));
+  EXPECT_TRUE(raisesInvalidArg([&] { array.InsertAt(-1, nullptr); }));
+  EXPECT_TRUE(raisesInvalidArg([&] { array.SetSize(-1); }));
+  EXPECT_TRUE(raisesInvalidArg([&] { list.GetNext(none); }));
+  EXPECT_TRUE(raisesInvalidArg([&] { list.GetPrev(none); }));
+  EXPECT_TRUE(raisesInvalidArg([&] { list.GetHead(); }));
+  EXPECT_EQ(textOf(array), "1 2 ");
+}
+
+TEST_F(Containers, ArraysGrowAndListsInsertAtAnyPlace)
+{
+  GPObArray array;
+  array.SetAtGrow(2, new Keyed(2));
+  array.InsertAt(1, new Keyed(1));
+  array.InsertAt(5, new Keyed(5));
+  EXPECT_EQ(textOf(array), "- 1 - 2 - 5 ");
+
+  GPObList list;
+  POSITION const middle = list.AddTail(new Keyed(5));
+  list.InsertBefore(middle, new Keyed(4));
+  list.InsertAfter(middle, new Keyed(6));
+  list.AddHead(new Keyed(1));
+  list.InsertAfter(nullptr, new Keyed(9));
+  EXPECT_EQ(textOf(list), "1 4 5 6 9 ");
+  EXPECT_EQ(list.Find(list.GetAt(middle)), middle);
+  EXPECT_EQ(list.Find(list.GetAt(middle), middle), nullptr);
+  delete list.GetAt(middle);
+  list.RemoveAt(middle);
+  delete list.RemoveHead();
+  EXPECT_EQ(textOf(list), "4 6 9 ");
+  EXPECT_EQ(backwards(list), textOf(list));
+}
+
+TEST_F(Containers, LoadingDeletesTheOldElementsAndKeepsWhatWasReadBeforeAFailure)
+{
+  std::string const bytes = FromHex("03 00 FFFF 0100 0800 \"GPObject\" 0000 0180");
+  auto const readArray = [](CArchive & ar) {
+    GPObArray array;
+    fill(array, {1, 2});
+    array.Serialize(ar);
+    EXPECT_EQ(array.GetSize(), 3);
+    EXPECT_EQ(array[1], nullptr);
+    EXPECT_EQ(Keyed::g_nAlive, 0);
+  };
+  EXPECT_EQ(CauseOfLoading(bytes, readArray), CArchiveException::none);
+  auto const readList = [](CArchive & ar) {
+    GPObList list;
+    list.AddTail(new Keyed(1));
+    list.Serialize(ar);
+    EXPECT_EQ(list.GetCount(), 3);
+    EXPECT_EQ(Keyed::g_nAlive, 0);
+  };
+  EXPECT_EQ(CauseOfLoading(bytes, readList), CArchiveException::none);
+
+  auto const readCut = [](CArchive & ar) {
+    GPObArray array;
+    GPObList list;
+    try {
+      array.Serialize(ar);
+    } catch (CArchiveException *) {
+      EXPECT_EQ(array.GetSize(), 2);
+      EXPECT_EQ(array[1], nullptr);
+      throw;
+    }
+  };
+  EXPECT_EQ(CauseOfLoading(bytes.substr(0, bytes.size() - 2) + FromHex("0580"), readCut), CArchiveException::badIndex);
+}
+
+TEST(GPObject, ComparesByAddressAndNeverAsEqual)
+{
+  std::vector<GPObject> objects(3);
+  EXPECT_EQ(objects[0].Compare(&objects[0]), 0);
+  EXPECT_LT(objects[0].Compare(&objects[2]), 0);
+  EXPECT_GT(objects[2].Compare(&objects[0]), 0);
+  EXPECT_EQ(objects[0].Compare(&objects[2]), -2);
+  EXPECT_EQ(objects[0].Clone(), nullptr);
+}
