@@ -58,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
   CWinApp app("fuzz");
   app.SetProfileFile(file.c_str());
   std::string const before = contentOf(app);
-  bool const isNew = before.find("zz section") == std::string::npos;
+  bool const isNew = CString(before.c_str()).MakeLower().Find("zz section") < 0 && before.find('\0') == std::string::npos;
   std::string const text(reinterpret_cast<char const *>(data), size);
   if (app.WriteProfileString("zz section", "key", text.c_str()))
     require(app.GetProfileString("ZZ SECTION", "KEY") == text.c_str());

@@ -45,7 +45,8 @@ class Scanner {
   bool TakeLineEnd()
   {
     SkipBlanks();
-    Take("\r");
+    while (Take("\r")) {
+    }
     return m_nOffset == m_Text.size() || Take("\n");
   }
 
