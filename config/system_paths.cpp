@@ -5,6 +5,8 @@
 #include <zpbase/platform/application.h>
 #include <zpbase/platform/paths.h>
 
+#include "config/cached_settings_internal.h"
+
 namespace {
 
 constexpr char const * k_OlderSystemKey = "ZP3System";
@@ -58,4 +60,8 @@ void FlushSysINIValues()
 {
   rootDirectory().Empty();
   olderSystemPrefix().Empty();
+  zp::CachedSettings & cached = zp::GetCachedSettings();
+  cached.m_strShortDate.Empty();
+  cached.m_strCFRValue.Empty();
+  cached.m_strPropertyValue.Empty();
 }

@@ -1,0 +1,189 @@
+// The preferences: what each gives unset and set, what is kept, and what a flush forgets.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include <zpbase/config.h>
+#include <zpbase/platform/application.h>
+
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+class Preferences : public testing::Test {
+ protected:
+  Preferences()
+  {
+    zp::ForgetCachedSettings();
+    m_App.SetProfileFile(m_Folder.Name("app.ini"));
+  }
+  ~Preferences() override { zp::ForgetCachedSettings(); }
+
+  TempFolder m_Folder;
+  CWinApp m_App{"App"};
+};
+
+struct Flag {
+  int (*read)();
+  char const * section;
+  char const * key;
+  char const * results;  // for a missing key, "yes", "no" and "x"
+};
+
+Flag const g_Flags[] = {
+    {GetDefAcctFlag, "Misc", "AcctFlag", "0100"},
+    {GetDefASCIIFlag, "Misc", "RptASCII", "0100"},
+    {GetDefExcelFlag, "ExcelSettings", "RptExcel", "0100"},
+    {GetSaveAfterRunFlag, "ExcelSettings", "SaveAfterRun", "1100"},
+    {GetShowExcelFlag, "ExcelSettings", "ShowExcel", "0100"},
+    {GetIsVBServerFlag, "ExcelSettings", "IsVBServer", "0100"},
+    {AllowBeep, "Misc", "Beep", "0100"},
+    {AllowEnter, "Misc", "Enter", "0100"},
+    {AllowEsc, "Misc", "Esc", "1101"},
+    {UseKeshCalcSequence, "Misc", "OldCalc", "0100"},
+    {CalcAccordingToKesh, "Misc", "MDLSw", "0100"},
+    {FlushMsgWin, "Misc", "FlushMsgWn", "1101"},
+};
+
+}  // namespace
+
+TEST_F(Preferences, FlagsHaveTheirOwnDefaults)
+{
+  char const * const texts[] = {nullptr, "yes", "no", "x"};
+  for (Flag const & flag : g_Flags) {
+    for (int i = 0; i < 4; ++i) {
+      zp::ForgetCachedSettings();
+      m_App.WriteProfileString(flag.section, flag.key, texts[i]);
+      EXPECT_EQ(flag.read(), flag.results[i] - '0') << flag.key << i;
+    }
+  }
+}
+
+TEST_F(Preferences, KeptFlagsStayInStepWithTheirWritersAlone)
+{
+  EXPECT_EQ(SetShowExcelFlag(1), 0);
+  m_App.WriteProfileString("ExcelSettings", "ShowExcel", "No");
+  EXPECT_EQ(GetShowExcelFlag(), 1);
+  EXPECT_EQ(SetShowExcelFlag(0), 1);
+  EXPECT_EQ(SetIsVBServerFlag(1), 0);
+  SetKeshCalcSequence(5);
+  EXPECT_EQ(UseKeshCalcSequence(), 1);
+  SetCompSelectBy(7);
+  EXPECT_EQ(GetCompSelectBy(), 7);
+  SetDefAcctFlag(1);
+  SetDefASCIIFlag(1);
+  SetDefExcelFlag(1);
+  SetDefAcctCode("C7");
+  EXPECT_EQ(m_Folder.Read("app.ini"),
+            "[ExcelSettings]\nShowExcel=No\nIsVBServer=Yes\nRptExcel=Yes\n\n"
+            "[Misc]\nOldCalc=Yes\nCompSelectBy=7\nAcctFlag=Yes\nRptASCII=Yes\nAcctCode=C7\n");
+}
+
+TEST_F(Preferences, ReportFileFallsBackWithoutWriting)
+{
+  CString text;
+  GetDefASCIIFile(text);
+  EXPECT_STREQ(text, "Report.Dmp");
+  GetDefAcctCode(text);
+  EXPECT_STREQ(text, "");
+  EXPECT_FALSE(m_Folder.Has("app.ini"));
+  SetDefASCIIFile("mine.txt");
+  GetDefASCIIFile(text);
+  EXPECT_STREQ(text, "mine.txt");
+}
+
+TEST_F(Preferences, ColoursAreReadOnceAsRedGreenBlue)
+{
+  struct Row {
+    char const * text;
+    unsigned long colour;
+  };
+  for (Row const & row : {Row{"", 0x80},
+                          {"1, 2, 3", 0x030201},
+                          {"0, 0, 0", 0},
+                          {"256,-1,\t+7x", 0x07FF00},
+                          {"1, 2", 0x80},
+                          {"1 ,2,3", 0x80},
+                          {"red", 0x80}}) {
+    zp::ForgetCachedSettings();
+    m_App.WriteProfileString("Misc", "EULabels", row.text);
+    EXPECT_EQ(GetEULabelColor(), row.colour) << row.text;
+    m_App.WriteProfileString("Misc", "EULabels", "9, 9, 9");
+    EXPECT_EQ(GetEULabelColor(), row.colour) << row.text;
+  }
+  EXPECT_EQ(GetRequiredLabelColor(), 0x0000FFu);
+  EXPECT_EQ(GetReadOnlyFgColor(), 0x800000u);
+  EXPECT_EQ(GetFocusFgColor(), 0x000080u);
+  EXPECT_EQ(GetFocusBkColor(), 0x00FFFFu);
+  EXPECT_EQ(GetUserFgColor(), 0x0000FFu);
+  EXPECT_EQ(GetUserBkColor(), 0xFFFFFFu);
+}
+
+TEST_F(Preferences, BaseValuesAreKeptUnlessZero)
+{
+  EXPECT_EQ(GetKBase(), 273.15);
+  EXPECT_EQ(GetRBase(), 459.67);
+  EXPECT_EQ(GetBarBase(), 1.01325);
+  EXPECT_EQ(GetKgCm2Base(), 1.033227);
+  m_App.WriteProfileString("Misc", "KBase", "1");
+  m_App.WriteProfileString("Misc", "psiBase", "0");
+  EXPECT_EQ(GetKBase(), 273.15);
+  EXPECT_EQ(GetPsiBase(), 0.0);
+  m_App.WriteProfileString("Misc", "psiBase", "14.7 psi");
+  EXPECT_EQ(GetPsiBase(), 14.7);
+  FlushSysINIValues();
+  EXPECT_EQ(GetKBase(), 273.15);
+}
+
+TEST_F(Preferences, FormatsAreReadAgainAfterAFlush)
+{
+  EXPECT_STREQ(GetSDBCFRValFormat(), "%g");
+  EXPECT_STREQ(GetSDBPropValFormat(), "%g");
+  m_App.WriteProfileString("Misc", "CFRVal", "%.2f");
+  m_App.WriteProfileString("Misc", "SDBPVal", "%.3f");
+  EXPECT_STREQ(GetSDBCFRValFormat(), "%g");
+  FlushSysINIValues();
+  EXPECT_STREQ(GetSDBCFRValFormat(), "%.2f");
+  EXPECT_STREQ(GetSDBPropValFormat(), "%.3f");
+}
+
+TEST_F(Preferences, ShortDateFollowsTheUsersLocale)
+{
+  setenv("LC_ALL", "C", 1);
+  EXPECT_STREQ(GetShortDateFormat(), "mm/dd/yy");
+  std::string const folder = m_Folder.Path().string();
+  std::string const build = "localedef -i de_DE -f UTF-8 --no-warnings=ascii '" + folder + "/zp_DE.UTF-8' >/dev/null 2>&1";
+  if (std::system(build.c_str()) != 0) GTEST_SKIP() << "localedef can't build a locale here";
+  setenv("LOCPATH", folder.c_str(), 1);
+  setenv("LC_ALL", "zp_DE.UTF-8", 1);
+  EXPECT_STREQ(GetShortDateFormat(), "mm/dd/yy");
+  FlushSysINIValues();
+  EXPECT_STREQ(GetShortDateFormat(), "dd.MM.yyyy");
+  setenv("LC_ALL", "C", 1);
+}
+
+TEST_F(Preferences, RightsGoByTheExactName)
+{
+  char const marks[] = "*cJWMPS#";
+  char const * const names[] = {"None", "Case", "Job", "User", "Mgr", "PoolMgr", "SysMax", "ProgDog"};
+  for (int level = 0; level < 8; ++level) {
+    EXPECT_EQ(GetSysAuthority(names[level]), level);
+    EXPECT_EQ(GetAuthorityAppendChar(level), marks[level]);
+  }
+  EXPECT_EQ(GetAuthorityAppendChar(-1), '\0');
+  EXPECT_EQ(GetAuthorityAppendChar(8), '\0');
+  struct Row {
+    char const * text;
+    int level;
+  };
+  for (Row const & row : {Row{nullptr, 3}, {"mgr", 3}, {"None", 0}, {"Mgr", 4}}) {
+    if (row.level != 4) zp::ForgetCachedSettings();  // level 0 isn't kept
+    m_App.WriteProfileString("Authorization", "Authority", row.text);
+    EXPECT_EQ(GetUserAuthority(), row.level);
+  }
+  EXPECT_EQ(SetLoadAuthority(6), 0);
+  EXPECT_EQ(SetLoadAuthority(0), 6);
+  EXPECT_EQ(GetLoadAuthority(), 0);
+}
