@@ -1,0 +1,117 @@
+// Reads of settings from an unchanged file, beside their limit, one stat of that file. The file has 40 sections of 25 keys.
+// Each pass makes a million reads, so its time in seconds is that of a read in microseconds.
+
+#include <benchmark/benchmark.h>
+
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <zpbase/config.h>
+#include <zpbase/platform/application.h>
+
+namespace {
+
+constexpr int k_Sections = 40;
+constexpr int k_Keys = 25;
+constexpr int k_Reads = 1'000'000;
+
+struct Name {
+  std::string section;
+  std::string key;
+};
+
+std::vector<Name> names()
+{
+  std::vector<Name> all;
+  for (int s = 0; s < k_Sections; ++s)
+    for (int k = 0; k < k_Keys; ++k) all.push_back({"Section " + std::to_string(s), "TheKey" + std::to_string(k)});
+  return all;
+}
+
+// A folder with the same settings as profile file and as hive, old enough for their times to be trusted.
+class Files {
+ public:
+  Files()
+  {
+    std::string folder = (std::filesystem::temp_directory_path() / "zp-settings-bench-XXXXXX").string();
+    if (mkdtemp(folder.data()) == nullptr) std::abort();
+    m_Path = folder;
+    setenv("ZP_USER_HIVE", Hive().c_str(), 1);
+    std::ofstream profile(Profile());
+    std::ofstream hive(Hive());
+    hive << "REGEDIT4\r\n";
+    std::string last;
+    for (Name const & name : names()) {
+      if (name.section != last) {
+        profile << '[' << name.section << "]\n";
+        hive << "\r\n[HKEY_CURRENT_USER\\Software\\Acme\\Bench\\" << name.section << "]\r\n";
+      }
+      last = name.section;
+      profile << name.key << "=some text\n";
+      hive << '"' << name.key << "\"=\"some text\"\r\n";
+    }
+    profile.close();
+    hive.close();
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  }
+  ~Files() { std::filesystem::remove_all(m_Path); }
+
+  std::string Profile() const { return (m_Path / "bench.ini").string(); }
+  std::string Hive() const { return (m_Path / "user.reg").string(); }
+
+ private:
+  std::filesystem::path m_Path;
+};
+
+void readAll(benchmark::State & state)
+{
+  std::vector<Name> const all = names();
+  CString text;
+  for (auto _ : state)
+    for (int i = 0; i < k_Reads; ++i) {
+      Name const & name = all[static_cast<size_t>(i) * 7 % all.size()];
+      if (GetSysString(text, name.section.c_str(), name.key.c_str(), CString()) != 9) state.SkipWithError("a setting is missing");
+    }
+  state.SetItemsProcessed(state.iterations() * k_Reads);
+}
+
+void oneStat(benchmark::State & state)
+{
+  Files const files;
+  std::string const file = files.Profile();
+  struct stat now;
+  for (auto _ : state)
+    for (int i = 0; i < k_Reads; ++i) benchmark::DoNotOptimize(stat(file.c_str(), &now));
+  state.SetItemsProcessed(state.iterations() * k_Reads);
+}
+
+void readProfile(benchmark::State & state)
+{
+  Files const files;
+  CWinApp app("Bench");
+  app.SetProfileFile(files.Profile().c_str());
+  readAll(state);
+}
+
+void readRegistry(benchmark::State & state)
+{
+  Files const files;
+  CWinApp app("Bench");
+  app.SetRegistryKey("Acme");
+  readAll(state);
+}
+
+}  // namespace
+
+BENCHMARK(oneStat)->Name("limit/stat")->Unit(benchmark::kSecond);
+BENCHMARK(readProfile)->Name("settings/profile file")->Unit(benchmark::kSecond);
+BENCHMARK(readRegistry)->Name("settings/registry hive")->Unit(benchmark::kSecond);
+
+BENCHMARK_MAIN();
