@@ -89,3 +89,56 @@ class ZP_API GPObList : public CObList {
   void Init(GPObList const & other);
   void SerializeElements(CArchive & ar, CRuntimeClass const * elementClass);
 };
+
+// Unsigned numbers as a set or a selection. Nothing keeps them in order unless Sort, EliminateDuplicates or the flag
+// addSorted is used. A stream holds a WORD count and a WORD for each element: at most 65,535 elements, the low 16 bits of each.
+class ZP_API GPUIntArray : public CUIntArray {
+  DECLARE_SERIAL(GPUIntArray)
+ public:
+  // What AddUIntVal does, as bits.
+  static constexpr unsigned int addSorted = 1;   // insert in front of the first larger element
+  static constexpr unsigned int addUnique = 2;   // refuse a value that is present
+  static constexpr unsigned int addToggles = 4;  // remove a value that is present; goes before addUnique
+
+  GPUIntArray() = default;
+  GPUIntArray(short const * values, int count);      // each sign-extended
+  GPUIntArray(int first, int last);                  // the inclusive run, upward or downward
+  GPUIntArray(int first, int count, int ascending);  // count elements, each 1 above or below the one before
+  GPUIntArray(GPUIntArray const & other);
+  GPUIntArray & operator=(GPUIntArray const & other);
+  GPUIntArray & operator+=(GPUIntArray const & other);  // appends; an array isn't appended to itself
+
+  // Raises the archive's genericException, with nothing written, for more elements than a stream holds.
+  void Serialize(CArchive & ar) override;
+
+  // The elements alone from or to a file of that name, as GPObject's.
+  virtual int Load(CString const & name);
+  virtual int Store(CString const & name);
+
+  void Empty() { RemoveAll(); }
+  int IsEmpty() const { return GetSize() == 0; }
+
+  // Ascending by the signed difference: an order for values that lie less than 2^31 apart.
+  void Sort();
+
+  // Binary search of a sorted array: 1 and the index of a hit, or 0 and the last index probed, -1 if the array is empty.
+  int BSearch(int & index, unsigned int const & value);
+
+  void EliminateDuplicates();  // sorts first; an array of fewer than two elements stays as it is
+
+  int Contains(unsigned int value) const;
+  int Remove(unsigned int value);  // the first occurrence; 0 if there is none
+
+  // 1 if the value was added, 0 if it was refused or removed. An empty valid allows every value.
+  int AddUIntVal(unsigned int value, unsigned int flags, GPUIntArray const & valid);
+
+  // Adds each value of a run such as "5-9" or "9-5", both ends included. An end that reads as 0 is 1; equal ends add nothing.
+  // Gives the growth in size, negative if the flags removed values.
+  int AddUIntRange(CString const & text, unsigned int flags, GPUIntArray const & valid);
+
+  // The low 16 bits of each element in a new array that the caller releases with delete[]; null if there are none.
+  short * GetShortIntArray() const;
+
+ protected:
+  void Init(GPUIntArray const & other);
+};

@@ -1,0 +1,178 @@
+// Sets of unsigned numbers: runs, the rules of adding, ranges in text, and the narrow stream.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include <zpbase/foundation.h>
+#include <zpbase/platform/archive.h>
+#include <zpbase/platform/exceptions.h>
+
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+using Values = std::vector<UINT>;
+
+Values valuesOf(GPUIntArray const & array)
+{
+  Values values;
+  for (int i = 0; i < array.GetSize(); ++i) values.push_back(array[i]);
+  return values;
+}
+
+GPUIntArray arrayOf(Values const & values)
+{
+  GPUIntArray array;
+  for (UINT const value : values) array.Add(value);
+  return array;
+}
+
+// The cause of the archive's exception that the action raises, or none.
+template <class Action>
+int causeOf(Action action)
+{
+  try {
+    action();
+  } catch (CArchiveException * raised) {
+    int const cause = raised->m_cause;
+    raised->Delete();
+    return cause;
+  }
+  return CArchiveException::none;
+}
+
+TEST(GPUIntArray, RunsGoUpAndDown)
+{
+  EXPECT_EQ(valuesOf(GPUIntArray(5, 5)), (Values{5}));
+  EXPECT_EQ(valuesOf(GPUIntArray(5, 3)), (Values{5, 4, 3}));
+  EXPECT_EQ(valuesOf(GPUIntArray(5, 3, 0)), (Values{5, 4, 3}));
+  EXPECT_EQ(valuesOf(GPUIntArray(5, 3, 1)), (Values{5, 6, 7}));
+  EXPECT_EQ(valuesOf(GPUIntArray(INT32_MAX - 1, INT32_MAX)), (Values{0x7FFFFFFE, 0x7FFFFFFF}));
+  EXPECT_TRUE(GPUIntArray(5, 0, 1).IsEmpty());
+}
+
+TEST(GPUIntArray, ShortsAreSignExtendedAndComeBack)
+{
+  short const shorts[] = {-1, 7};
+  GPUIntArray const array(shorts, 2);
+  EXPECT_EQ(valuesOf(array), (Values{0xFFFFFFFF, 7}));
+  std::unique_ptr<short[]> const back(array.GetShortIntArray());
+  EXPECT_EQ(back[0], -1);
+  EXPECT_EQ(back[1], 7);
+  EXPECT_EQ(GPUIntArray().GetShortIntArray(), nullptr);
+}
+
+TEST(GPUIntArray, CopiesAppendsAndLeavesItselfAlone)
+{
+  GPUIntArray array(1, 2);
+  GPUIntArray copy(array);
+  GPUIntArray & alias = array;
+  array = alias;
+  array += alias;
+  copy += array;
+  EXPECT_EQ(valuesOf(array), (Values{1, 2}));
+  EXPECT_EQ(valuesOf(copy), (Values{1, 2, 1, 2}));
+  copy = GPUIntArray(9, 9);
+  EXPECT_EQ(valuesOf(copy), (Values{9}));
+}
+
+TEST(GPUIntArray, SortsBySignedDifferenceAndDropsDuplicates)
+{
+  GPUIntArray array = arrayOf({3, 0xFFFFFFFF, 1, 3, 1, 0});
+  array.EliminateDuplicates();
+  EXPECT_EQ(valuesOf(array), (Values{0xFFFFFFFF, 0, 1, 3}));
+  GPUIntArray wrapping = arrayOf({0, 0x60000000, 0xC0000000, 0x80000000, 0x40000000, 0xE0000000});
+  wrapping.Sort();
+  EXPECT_EQ(wrapping.GetSize(), 6);
+}
+
+TEST(GPUIntArray, SearchStaysOnTheLastProbe)
+{
+  struct Row {
+    UINT value;
+    int found;
+    int index;
+  };
+  Row const rows[] = {{10, 1, 0}, {30, 1, 2}, {40, 1, 3}, {5, 0, 0}, {25, 0, 2}, {50, 0, 3}};
+  GPUIntArray array = arrayOf({10, 20, 30, 40});
+  for (Row const & row : rows) {
+    int index = 99;
+    EXPECT_EQ(array.BSearch(index, row.value), row.found) << row.value;
+    EXPECT_EQ(index, row.index) << row.value;
+  }
+  int index = 99;
+  EXPECT_EQ(GPUIntArray().BSearch(index, 1), 0);
+  EXPECT_EQ(index, -1);
+}
+
+TEST(GPUIntArray, AddingFollowsTheFlags)
+{
+  struct Row {
+    UINT value;
+    unsigned int flags;
+    Values valid;
+    int added;
+    Values after;
+  };
+  Row const rows[] = {
+      {2, 0, {}, 1, {1, 2, 4, 2}},
+      {3, 1, {}, 1, {1, 2, 3, 4}},
+      {2, 1, {}, 1, {1, 2, 2, 4}},
+      {9, 1, {}, 1, {1, 2, 4, 9}},
+      {0xFFFFFFFF, 1, {}, 1, {1, 2, 4, 0xFFFFFFFF}},
+      {2, 2, {}, 0, {1, 2, 4}},
+      {2, 4, {}, 0, {1, 4}},
+      {2, 6, {}, 0, {1, 4}},
+      {2, 4, {1, 4}, 0, {1, 2, 4}},
+      {3, 7, {3}, 1, {1, 2, 3, 4}},
+  };
+  for (Row const & row : rows) {
+    GPUIntArray array = arrayOf({1, 2, 4});
+    EXPECT_EQ(array.AddUIntVal(row.value, row.flags, arrayOf(row.valid)), row.added) << row.value << ' ' << row.flags;
+    EXPECT_EQ(valuesOf(array), row.after) << row.value << ' ' << row.flags;
+  }
+}
+
+TEST(GPUIntArray, RangesInTextTakeZerosAndMissingSidesAsOne)
+{
+  struct Row {
+    char const * text;
+    Values after;
+  };
+  Row const rows[] = {{"5-7", {5, 6, 7}}, {"3-0", {3, 2, 1}},           {"0-3", {1, 2, 3}}, {"-4", {1, 2, 3, 4}},    {"5-5", {}},
+                      {"x-2", {1, 2}},    {"7", {1, 2, 3, 4, 5, 6, 7}}, {"", {}},           {"2--1", {2, 1, 0, ~0U}}};
+  for (Row const & row : rows) {
+    GPUIntArray array;
+    EXPECT_EQ(array.AddUIntRange(row.text, 0, GPUIntArray()), static_cast<int>(row.after.size())) << row.text;
+    EXPECT_EQ(valuesOf(array), row.after) << row.text;
+  }
+  GPUIntArray array(1, 9);
+  EXPECT_EQ(array.AddUIntRange("2-8", GPUIntArray::addToggles, GPUIntArray()), -7);
+  EXPECT_EQ(array.AddUIntRange("1-3", GPUIntArray::addUnique | GPUIntArray::addSorted, GPUIntArray(2, 3)), 2);
+  EXPECT_EQ(valuesOf(array), (Values{1, 2, 3, 9}));
+}
+
+TEST(GPUIntArray, FilesHoldTheLowSixteenBits)
+{
+  TempFolder const folder;
+  GPUIntArray array = arrayOf({1, 70000, 0xFFFFFFFF});
+  EXPECT_TRUE(array.Store(folder.Name("set")));
+  EXPECT_EQ(folder.Read("set"), FromHex("0300 0100 7011 FFFF"));
+  GPUIntArray back(8, 9);
+  EXPECT_EQ(back.Load(folder.Name("none")), 0);
+  EXPECT_EQ(valuesOf(back), (Values{8, 9}));
+  EXPECT_EQ(back.Load(folder.Name("set")), 1);
+  EXPECT_EQ(valuesOf(back), (Values{1, 4464, 65535}));
+
+  GPUIntArray large(1, 65536);
+  EXPECT_EQ(causeOf([&] { large.Store(folder.Name("set")); }), CArchiveException::genericException);
+  EXPECT_EQ(folder.Read("set").size(), 8U) << "the old file stays";
+
+  folder.Write("set", FromHex("0200 0100 70"));
+  EXPECT_EQ(causeOf([&] { back.Load(folder.Name("set")); }), CArchiveException::endOfFile);
+  EXPECT_EQ(valuesOf(back), (Values{1, 0}));
+}
+
+}  // namespace
