@@ -97,6 +97,10 @@ ZP_API CString operator+(CString const & a, char const * b);
 ZP_API CString operator+(char const * a, CString const & b);
 ZP_API CString operator+(CString const & a, char b);
 
+// The classes of a Windows-1252 character: letters, and letters or digits, to which the raised 1, 2 and 3 belong.
+ZP_API BOOL IsCharAlphaA(char c);
+ZP_API BOOL IsCharAlphaNumericA(char c);
+
 namespace zp {
 
 // One argument of a format that comes from a setting or a caller. Longs keep their low 32 bits.

@@ -1,0 +1,194 @@
+// The host's folders: looking for entries by pattern, making a folder, and the system's own search for a file.
+#include <dirent.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+#include <zpbase/platform/file.h>
+#include <zpbase/platform/paths.h>
+
+struct CloseFolder {
+  void operator()(DIR * folder) const { closedir(folder); }
+};
+
+struct FileSearch {
+  std::unique_ptr<DIR, CloseFolder> pEntries;
+};
+
+namespace {
+
+constexpr DWORD errorFileNotFound = 2;
+constexpr DWORD errorPathNotFound = 3;
+constexpr DWORD attributeDirectory = 0x10;
+
+thread_local DWORD g_nLastError = 0;
+
+BOOL failWith(DWORD error)
+{
+  g_nLastError = error;
+  return FALSE;
+}
+
+char lowered(char c)
+{
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
+
+// Goes back to the last '*' only, so the time is at most the product of the lengths.
+bool fits(std::string_view name, std::string_view pattern)
+{
+  size_t n = 0;
+  size_t p = 0;
+  size_t star = std::string_view::npos;
+  size_t starName = 0;
+  while (n < name.size()) {
+    if (p < pattern.size() && pattern[p] == '*') {
+      star = p++;
+      starName = n;
+    } else if (p < pattern.size() && (pattern[p] == '?' || lowered(pattern[p]) == lowered(name[n]))) {
+      ++p;
+      ++n;
+    } else if (star != std::string_view::npos) {
+      p = star + 1;
+      n = ++starName;
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of('*', p) == std::string_view::npos;
+}
+
+void describe(WIN32_FIND_DATA & found, std::string const & folder, std::string_view name)
+{
+  struct stat status;
+  bool const isFolder = stat((folder + '/' + std::string(name)).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  found.dwFileAttributes = isFolder ? attributeDirectory : 0;
+  found.cFileName[name.copy(found.cFileName, sizeof found.cFileName - 1)] = '\0';
+}
+
+bool isFile(std::string const & hostPath)
+{
+  struct stat status;
+  return stat(hostPath.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+std::string programFolder()
+{
+  char program[4096];
+  std::string hostPath;
+  DWORD const length = GetModuleFileName(nullptr, program, sizeof program);
+  if (length == 0 || !ToHostPath({program, length}, hostPath)) return {};
+  return hostPath.substr(0, hostPath.rfind('/'));
+}
+
+std::string currentFolder()
+{
+  std::unique_ptr<char, decltype(&std::free)> const folder(getcwd(nullptr, 0), &std::free);
+  return folder ? folder.get() : ".";
+}
+
+void addFolders(std::vector<std::string> & folders, std::string_view list, char separator)
+{
+  while (!list.empty()) {
+    std::string_view const folder = list.substr(0, list.find(separator));
+    if (!folder.empty()) folders.emplace_back(folder);
+    list.remove_prefix(folder.size() < list.size() ? folder.size() + 1 : folder.size());
+  }
+}
+
+std::vector<std::string> searchedFolders(char const * path)
+{
+  std::vector<std::string> folders;
+  if (path == nullptr) {
+    folders = {programFolder(), currentFolder()};
+    char const * const programs = std::getenv("PATH");
+    if (programs != nullptr) addFolders(folders, programs, ':');
+    return folders;
+  }
+  addFolders(folders, path, ';');
+  for (std::string & folder : folders) {
+    std::string hostPath;
+    folder = ToHostPath(folder, hostPath) ? hostPath : std::string();
+  }
+  return folders;
+}
+
+// The host path of the first file of that name, or an empty one.
+std::string findFile(std::vector<std::string> const & folders, std::string const & name)
+{
+  if (name.empty()) return {};
+  if (name.front() == '/') return isFile(name) ? name : std::string();
+  for (std::string const & folder : folders) {
+    if (!folder.empty() && isFile(folder + '/' + name)) return folder + '/' + name;
+  }
+  return {};
+}
+
+}  // namespace
+
+DWORD GetLastError()
+{
+  return g_nLastError;
+}
+
+HANDLE FindFirstFileA(char const * pattern, WIN32_FIND_DATA * found)
+{
+  std::string hostPattern;
+  std::string folder = ".";
+  bool const isPath = ToHostPath(pattern, hostPattern);
+  size_t const slash = hostPattern.rfind('/');
+  if (slash != std::string::npos) folder = slash == 0 ? "/" : hostPattern.substr(0, slash);
+  std::string wanted = slash == std::string::npos ? hostPattern : hostPattern.substr(slash + 1);
+  if (wanted == "*.*") wanted = "*";
+
+  std::unique_ptr<DIR, CloseFolder> entries(isPath ? opendir(folder.c_str()) : nullptr);
+  if (!entries) {
+    failWith(errorPathNotFound);
+    return INVALID_HANDLE_VALUE;
+  }
+  while (dirent const * const entry = readdir(entries.get())) {
+    if (!fits(entry->d_name, wanted)) continue;
+    if (found != nullptr) describe(*found, folder, entry->d_name);
+    return new FileSearch{std::move(entries)};
+  }
+  failWith(errorFileNotFound);
+  return INVALID_HANDLE_VALUE;
+}
+
+BOOL FindClose(HANDLE search)
+{
+  if (search != INVALID_HANDLE_VALUE) delete search;
+  return TRUE;
+}
+
+BOOL CreateDirectoryA(char const * path, SECURITY_ATTRIBUTES *)
+{
+  std::string hostPath;
+  if (!ToHostPath(path, hostPath)) return failWith(errorPathNotFound);
+  if (mkdir(hostPath.c_str(), 0777) == 0) return TRUE;
+  int const error = errno;
+  return failWith(error == ENOENT ? errorPathNotFound : static_cast<DWORD>(zp::SystemErrorOfError(error)));
+}
+
+DWORD SearchPathA(char const * path, char const * name, char const * extension, DWORD size, char * buffer, char ** filePart)
+{
+  std::string hostName;
+  if (!ToHostPath(name, hostName)) hostName.clear();
+  size_t const lastPart = hostName.rfind('/') + 1;
+  if (extension != nullptr && hostName.find('.', lastPart) == std::string::npos) hostName += extension;
+  std::string const file = findFile(searchedFolders(path), hostName);
+  if (file.empty()) {
+    failWith(errorFileNotFound);
+    return 0;
+  }
+  CString const full = FromHostPath(file);
+  auto const length = static_cast<DWORD>(full.GetLength());
+  if (length >= size) return length + 1;
+  buffer[full.View().copy(buffer, length)] = '\0';
+  if (filePart != nullptr) *filePart = buffer + full.ReverseFind('\\') + 1;
+  return length;
+}
