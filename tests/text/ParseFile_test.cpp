@@ -1,0 +1,213 @@
+// Text files: what is a line, going from line to line, and the examination of numeric files.
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include <zpbase/platform/exceptions.h>
+#include <zpbase/text.h>
+
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+using namespace std::literals;
+using Texts = std::vector<std::string>;
+
+class Parsed {
+ public:
+  explicit Parsed(std::string_view bytes) : m_File((m_Folder.Write("data", bytes), m_Folder.Name("data"))) {}
+  ParseFile * operator->() { return &m_File; }
+  std::string_view Text() { return static_cast<CString const &>(m_File).View(); }
+
+  Texts Lines(int (ParseFile::*read)())
+  {
+    Texts lines;
+    m_File.GotoLineNumber(1);
+    for (int length; (length = (m_File.*read)()) != -1;) {
+      EXPECT_EQ(length, m_File.GetLength());
+      lines.emplace_back(Text());
+    }
+    EXPECT_EQ(Text(), "");
+    return lines;
+  }
+
+ private:
+  TempFolder m_Folder;
+  ParseFile m_File;
+};
+
+TEST(ParseFile, LinesEndAtCarriageReturnsAndZeros)
+{
+  struct Row {
+    std::string_view bytes;
+    Texts read;
+    Texts parsed;
+  };
+  Row const rows[] = {
+      {"a\r\nb", {"a", "b"}, {"a", "b"}},
+      {"a\r\nb\x1A", {"a", "b"}, {"a", "b"}},
+      {"a\r\n\r\nb\r\n", {"a", "", "b"}, {"a", "", "b"}},
+      {"a\rb\0c\r"sv, {"a", "b", "c"}, {"a", "b", "c"}},
+      {"a\r\n\n\x1A"
+       "b\r\n",
+       {"a", "b"},
+       {"a", "b"}},
+      {"a\r\n\r\n", {"a", ""}, {"a"}},
+      {"\r", {""}, {}},
+      {"a\nb\x1A"
+       "c\r\n",
+       {"a\nb\x1A"
+        "c"},
+       {"abc"}},
+      {"\na\xFF\t\r\n", {"\na\xFF\t"}, {"a\xFF\t"}},
+      {"a\r\nb\n", {"a"}, {"a", "b"}},
+      {"a\nb\n", {}, {"ab"}},
+      {"a\0"sv, {"a", ""}, {"a"}},
+      {"\x1A", {}, {}},
+      {"\x1A\x1A", {"\x1A"}, {}},
+      {"\n", {}, {}},
+      {"", {}, {}},
+  };
+  for (Row const & row : rows) {
+    EXPECT_EQ(Parsed(row.bytes).Lines(&ParseFile::ReadLine), row.read) << row.bytes;
+    EXPECT_EQ(Parsed(row.bytes).Lines(&ParseFile::ParseLine), row.parsed) << row.bytes;
+  }
+  EXPECT_EQ(Parsed("a\r\nb\n")->GetLineCount(), 1);
+  EXPECT_EQ(Parsed("a\nb\n")->GetLineCount(), 0);
+  EXPECT_EQ(Parsed("a\nb\n")->GotoLineNumber(1), 0);
+  EXPECT_EQ(Parsed("")->GotoLineNumber(1), 0);
+}
+
+TEST(ParseFile, LineNumbersFollowTheReading)
+{
+  Parsed file("a\r\n\r\nb\r\n");
+  EXPECT_EQ(file->GetCurLineNumber(), 0);
+  for (int line = 1; line <= 3; ++line) {
+    EXPECT_NE(file->ReadLine(), -1);
+    EXPECT_EQ(file->GetCurLineNumber(), line);
+  }
+  EXPECT_EQ(file->ReadLine(), -1);
+  EXPECT_EQ(file->GetCurLineNumber(), 3);
+  for (int const outside : {0, -1, 5, INT32_MIN, INT32_MAX}) EXPECT_EQ(file->GotoLineNumber(outside), 0);
+  EXPECT_EQ(file->GotoLineNumber(4), 1);
+  EXPECT_EQ(file->GetCurLineNumber(), -1);
+  EXPECT_EQ(file->ReadLine(), -1);
+  EXPECT_EQ(file->GotoLineNumber(3), 1);
+  EXPECT_EQ(file->GetCurLineNumber(), 2);
+  EXPECT_EQ(file->ReadLine(), 1);
+  EXPECT_EQ(file.Text(), "b");
+}
+
+TEST(ParseFile, LongLinesComeInPiecesThatCountAsOneLine)
+{
+  std::string const full(2000, 'x');
+  std::string const longer(4500, 'y');
+  Parsed file(full + "\r\n" + longer + "\r\nlast\r\n");
+  EXPECT_EQ(file->GetLineCount(), 3);
+  EXPECT_EQ(file.Lines(&ParseFile::ReadLine), (Texts{full, longer, "last"}));
+  file->GotoLineNumber(1);
+  for (auto const & [length, line] : {std::pair(2000, 1), {2000, 2}, {2000, 2}, {500, 2}, {4, 3}}) {
+    EXPECT_EQ(file->ParseLine(), length);
+    EXPECT_EQ(file->GetCurLineNumber(), line);
+  }
+  file->GotoLineNumber(2);
+  file->ParseLine();
+  EXPECT_EQ(file->ReadLine(), 2500);
+  EXPECT_EQ(file->GetCurLineNumber(), 2);
+  EXPECT_EQ(file->ReadLine(), 4);
+}
+
+TEST(ParseFile, EachLineStartsAnew)
+{
+  Parsed file("1 2 3\r\n4 5\r\n");
+  CString rest;
+  file->ReadLine();
+  EXPECT_EQ(file->GetNextInt(), 1);
+  EXPECT_EQ(file->GetRemainingLine(rest), 4);
+  EXPECT_EQ(rest, " 2 3");
+  file->ReadLine();
+  EXPECT_EQ(file->GetNextInt(), 4);
+  file->Close();
+  EXPECT_EQ(file->GetNext_Double(), 5.0);
+}
+
+TEST(ParseFile, AFileThatCannotBeReadRaises)
+{
+  TempFolder const folder;
+  try {
+    ParseFile const missing(folder.Name("none"));
+    FAIL();
+  } catch (CFileException * raised) {
+    EXPECT_EQ(raised->m_cause, CFileException::fileNotFound);
+    raised->Delete();
+  }
+}
+
+TEST(ParseFile, NumericLinesAgreeOnTheirDelimeter)
+{
+  struct Row {
+    std::string_view bytes;
+    char delimiter;
+    int mostValues;  // between blanks and tabs
+  };
+  Row const rows[] = {{"1,2\r\n3,4\r\n", ',', 0},
+                      {"1,2\r\n3 4\r\n", 0, 2},
+                      {"x y\r\n1,2\r\n", ',', 0},
+                      {"1\r\n2\r\n", 0, 1},
+                      {" 1,2\r\n", ' ', 0},
+                      {"1\t2\r\n3\r\n4\t5\t6", '\t', 3},
+                      {"1 2\r\n1-2,3\r\n", ' ', 2},
+                      {"1 2\r\nx\t1\r\n3,4\r\n5 6", 0, 2},
+                      {"", 0, 0}};
+  for (Row const & row : rows) {
+    Parsed file(row.bytes);
+    CString delimiters;
+    EXPECT_EQ(file->GetDelimeter(), row.delimiter) << row.bytes;
+    EXPECT_EQ(file->GetMaxValuesPerLine(), row.mostValues) << row.bytes;
+    EXPECT_EQ(file->GetCurLineNumber(), 0);
+    file->GetTokenDelimeters(delimiters);
+    EXPECT_EQ(delimiters, " \t");
+  }
+}
+
+TEST(ParseFile, ColumnsAreWhereTheValuesOverlap)
+{
+  struct Row {
+    std::string_view bytes;
+    std::vector<UINT> starts;
+    std::vector<UINT> ends;
+  };
+  Row const rows[] = {
+      {"1  22\r\n10 2\r\n", {0, 3}, {1, 4}},
+      {"1 2\r\n1234\r\n", {}, {}},
+      {"1234\r\n1 2\r\n", {0}, {3}},
+      {"     7\r\n1\r\n  3\r\n", {0, 2, 5}, {0, 2, 5}},
+      {"1  4\r\n  3\r\n 2\r\n", {0, 1, 2, 3}, {0, 1, 2, 3}},
+      {"1  4\r\n 234\r\n", {0, 1}, {0, 3}},
+      {"1 3\r\n 23\r\n12\r\n", {}, {}},
+      {"word\r\n1 2\r\n3-4\r\n", {0, 2}, {0, 2}},
+      {"1 \r\n2 \r\n3 \r\n", {0, 2, 2, 2}, {0, 1, 1, 1}},
+      {"1   5\r\n2 \r\n3 \r\n", {0, 2, 2, 4}, {0, 1, 1, 4}},
+      {"1 \r\n2 \r\n3 567\r\n", {0, 2, 2, 2}, {0, 1, 1, 4}},
+      {"1 \r\n2 \r\n 23\r\n", {}, {}},
+      {"x\r\n", {}, {}},
+      {"", {}, {}},
+  };
+  for (Row const & row : rows) {
+    Parsed file(row.bytes);
+    CUIntArray starts;
+    CUIntArray ends;
+    ends.SetSize(7);
+    EXPECT_EQ(file->GetColumnPositions(starts, ends), !row.starts.empty()) << row.bytes;
+    ASSERT_EQ(starts.GetSize(), static_cast<int>(row.starts.size())) << row.bytes;
+    ASSERT_EQ(ends.GetSize(), static_cast<int>(row.ends.size())) << row.bytes;
+    for (size_t i = 0; i < row.starts.size(); ++i) {
+      EXPECT_EQ(starts[static_cast<int>(i)], row.starts[i]) << row.bytes;
+      EXPECT_EQ(ends[static_cast<int>(i)], row.ends[i]) << row.bytes;
+    }
+    EXPECT_EQ(file->GetCurLineNumber(), 0);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,122 @@
+// Functions on paths, and the search for a file.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include <zpbase/platform/paths.h>
+#include <zpbase/text.h>
+
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+TEST(Paths, ExtensionsStandBehindTheLastBackslash)
+{
+  struct Row {
+    char const * path;
+    int dot;
+    char const * name;
+    char const * extension;
+    char const * prefix;
+  };
+  Row const rows[] = {{"c:\\dir.x\\file", -1, "c:\\dir.x\\file", "", "c:\\dir.x"},
+                      {"file.txt", 4, "file", ".txt", ""},
+                      {".txt", 0, "", ".txt", ""},
+                      {"c:\\dir\\a.b.c", 10, "c:\\dir\\a.b", ".c", "c:\\dir"},
+                      {"a/b.c/d", 3, "a/b", ".c/d", ""},
+                      {"", -1, "", "", ""}};
+  for (Row const & row : rows) {
+    CString out;
+    EXPECT_EQ(FindExtension(row.path), row.dot) << row.path;
+    ExtractFileName(out, row.path);
+    EXPECT_EQ(out, row.name);
+    ExtractFileExtension(out, row.path);
+    EXPECT_EQ(out, row.extension);
+    EXPECT_EQ(GetDirectoryPrefix(row.path, 0), row.prefix);
+    EXPECT_EQ(GetDirectoryPrefix(row.path, 1), row.prefix[0] == 0 ? CString() : row.prefix + CString("\\"));
+  }
+}
+
+TEST(Paths, EntriesAreFoundByPattern)
+{
+  TempFolder const folder;
+  folder.Write("Report.txt", "");
+  struct Row {
+    char const * pattern;
+    char const * found;
+  };
+  Row const rows[] = {{"r*.TXT", "Report.txt"}, {"?eport.*", "Report.txt"}, {"*.*t", "Report.txt"}, {"r*t*t", "Report.txt"},
+                      {"*.doc", nullptr},       {"rep", nullptr},           {"r*x*x", nullptr},     {"none\\*.*", nullptr}};
+  for (Row const & row : rows) {
+    WIN32_FIND_DATA data = {};
+    HANDLE const search = FindFirstFileA(folder.Name(row.pattern), &data);
+    EXPECT_EQ(search != INVALID_HANDLE_VALUE, row.found != nullptr) << row.pattern;
+    EXPECT_STREQ(data.cFileName, row.found != nullptr ? row.found : "") << row.pattern;
+    FindClose(search);
+  }
+}
+
+// The job's directories and the search path, set for one test.
+class FileSearchTest : public testing::Test {
+ protected:
+  void SetUp() override
+  {
+    for (auto const & [prefix, name] : {std::pair(job_path, "job"), {workfile_path, "work"}, {poolfile_path, "pool"}}) {
+      std::filesystem::create_directory(m_Folder.Path() / name);
+      std::strcpy(prefix, m_Folder.Name(name) + "\\");
+    }
+    std::filesystem::create_directory(m_Folder.Path() / "bin");
+    setenv("PATH", (m_Folder.Path() / "bin").c_str(), 1);
+  }
+  void TearDown() override
+  {
+    for (char * prefix : {job_path, workfile_path, poolfile_path}) prefix[0] = 0;
+    setenv("PATH", m_strOldPath.c_str(), 1);
+  }
+
+  // Where the name is found below the folder.
+  std::string Find(char const * name)
+  {
+    CString found("old");
+    int const result = FindZephlowFile(found, name);
+    EXPECT_EQ(result, !found.IsEmpty()) << name;
+    return found.IsEmpty() ? "" : found.Mid(m_Folder.Name("").GetLength()).GetString();
+  }
+
+  TempFolder m_Folder;
+  std::string m_strOldPath = std::getenv("PATH");
+};
+
+TEST_F(FileSearchTest, ANameWithAnExtensionIsSoughtInJobWorkSystemAndSearchPath)
+{
+  m_Folder.Write("bin/x.dat", "");
+  EXPECT_EQ(Find("x.dat"), "bin\\x.dat");
+  m_Folder.Write("pool/x.dat", "");
+  EXPECT_EQ(Find("x.dat"), "bin\\x.dat");
+  m_Folder.Write("work/x.dat", "");
+  EXPECT_EQ(Find("x.dat"), "work\\x.dat");
+  m_Folder.Write("job/x.dat", "");
+  EXPECT_EQ(Find("x.dat"), "job\\x.dat");
+  EXPECT_EQ(Find(m_Folder.Name("bin\\x.dat")), "bin\\x.dat");
+  EXPECT_EQ(Find(m_Folder.Name("bin\\y.dat")), "");
+  EXPECT_EQ(Find("y.dat"), "");
+}
+
+TEST_F(FileSearchTest, ANameWithoutOneIsAUserThenAPoolFile)
+{
+  m_Folder.Write("bin/x.UF", "");
+  m_Folder.Write("job/x.PF", "");
+  m_Folder.Write("job/x", "");
+  EXPECT_EQ(Find("x"), "");
+  m_Folder.Write("pool/x.PF", "");
+  EXPECT_EQ(Find("x"), "pool\\x.PF");
+  m_Folder.Write("work/x.UF", "");
+  EXPECT_EQ(Find("x"), "work\\x.UF");
+  m_Folder.Write("bin/z.UF", "");
+  EXPECT_EQ(Find(m_Folder.Name("bin\\z")), "bin\\z.UF");
+}
+
+}  // namespace
