@@ -1,0 +1,103 @@
+// Output, whole files, interruption and texts, for all commands.
+
+#include "tools/program.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+
+#include <fmt/format.h>
+#include <zpbase/platform/exceptions.h>
+#include <zpbase/platform/paths.h>
+
+namespace {
+
+volatile std::sig_atomic_t g_bInterrupted = 0;
+
+void noteInterrupt(int)
+{
+  g_bInterrupted = 1;
+}
+
+struct CloseFile {
+  void operator()(std::FILE * file) const { std::fclose(file); }
+};
+
+std::string readAll(std::FILE * file, std::string const & name)
+{
+  std::string bytes;
+  char piece[0x10000];
+  for (size_t count = 0; (count = std::fread(piece, 1, sizeof piece, file)) > 0;) bytes.append(piece, count);
+  if (std::ferror(file) != 0) throw Failure(fmt::format("{}: can't be read: {}", name, std::strerror(errno)));
+  return bytes;
+}
+
+}  // namespace
+
+InterruptGuard::InterruptGuard() : m_pfnFormer(std::signal(SIGINT, noteInterrupt)) {}
+
+InterruptGuard::~InterruptGuard()
+{
+  std::signal(SIGINT, m_pfnFormer);
+}
+
+bool InterruptGuard::IsInterrupted()
+{
+  return g_bInterrupted != 0;
+}
+
+void Print(std::string_view text)
+{
+  std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+void FlushOutput()
+{
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    throw Failure(fmt::format("standard output: can't be written: {}", std::strerror(errno)));
+  }
+}
+
+std::string ReadWholeFile(std::string const & name)
+{
+  if (name == "-") return readAll(stdin, "standard input");
+  std::error_code ignored;
+  if (std::filesystem::is_directory(name, ignored)) throw Failure(fmt::format("{}: is a folder; name a file", name));
+  std::unique_ptr<std::FILE, CloseFile> const file(std::fopen(name.c_str(), "rb"));
+  if (!file) throw Failure(fmt::format("{}: can't be opened: {}; check the name", name, std::strerror(errno)));
+  return readAll(file.get(), name);
+}
+
+void WriteWholeFile(std::string const & name, std::string_view bytes)
+{
+  if (name == "-") return Print(bytes);
+  int error = 0;
+  if (!ReplaceFileDurably(FromHostPath(name), bytes, &error)) {
+    throw Failure(fmt::format("{}: can't be written: {}; nothing was changed", name, std::strerror(error)));
+  }
+}
+
+bool FileExists(std::string const & name)
+{
+  std::error_code ignored;
+  return std::filesystem::exists(name, ignored);
+}
+
+std::string Describe(CException const & exception)
+{
+  char text[512];
+  exception.GetErrorMessage(text, sizeof text);
+  std::string sentence = zp::TextToUtf8(text);
+  while (!sentence.empty() && (sentence.back() == '.' || sentence.back() == '\n')) sentence.pop_back();
+  return sentence.empty() ? "an unknown failure" : sentence;
+}
+
+CString ToText(std::string_view utf8, std::string_view what)
+{
+  CString text;
+  if (zp::Utf8ToText(utf8, text)) return text;
+  throw Failure(fmt::format("{}: \"{}\" has characters outside Windows-1252; spell it with those of that code page", what, utf8));
+}

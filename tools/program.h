@@ -1,0 +1,52 @@
+// What every command of zp shares: exit statuses, failures, interruption, and the way to standard output and to whole files.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include <zpbase/platform/string.h>
+
+class CException;
+
+enum ExitStatus { exitDone = 0, exitWanting = 1, exitUsage = 2, exitInterrupted = 130 };
+
+// Ends the command: one line that says which file, where, what was expected and what to do.
+class Failure : public std::runtime_error {
+ public:
+  explicit Failure(std::string const & line, int status = exitWanting) : std::runtime_error(line), m_nStatus(status) {}
+  int GetStatus() const { return m_nStatus; }
+
+ private:
+  int m_nStatus;
+};
+
+// Holds Ctrl-C back for as long as it lives, so that a step that mustn't be cut can end; the program asks between steps.
+class InterruptGuard {
+ public:
+  InterruptGuard();
+  ~InterruptGuard();
+  InterruptGuard(InterruptGuard const &) = delete;
+  InterruptGuard & operator=(InterruptGuard const &) = delete;
+
+  static bool IsInterrupted();
+
+ private:
+  void (*m_pfnFormer)(int);
+};
+
+// Writes to standard output; a failure is noticed by FlushOutput, which raises it.
+void Print(std::string_view text);
+void FlushOutput();
+
+// Whole files by their host names; "-" stands for standard input or output. A file that is written is replaced at once.
+std::string ReadWholeFile(std::string const & name);
+void WriteWholeFile(std::string const & name, std::string_view bytes);
+
+bool FileExists(std::string const & name);
+
+// What a framework exception says, in one sentence without its point.
+std::string Describe(CException const & exception);
+
+// The text of an argument, in Windows-1252. Raises a usage failure for what can't be said in it; what names the argument.
+CString ToText(std::string_view utf8, std::string_view what);
