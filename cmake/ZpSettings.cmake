@@ -31,17 +31,19 @@ function(zp_add_folder folder)
   target_sources(zpbase PRIVATE $<TARGET_OBJECTS:zp_${folder}>)
 endfunction()
 
-# zp_add_resources(): resources/strings.txt, the texts of our stand-in for the application's module, compiled in.
+# zp_add_resources(): the texts and dialog templates of our stand-in for the application's module, compiled in.
 function(zp_add_resources)
-  set(input ${PROJECT_SOURCE_DIR}/resources/strings.txt)
-  if(NOT EXISTS ${input})
-    return()
-  endif()
-  set(output ${PROJECT_BINARY_DIR}/resources/strings.cpp)
-  add_custom_command(OUTPUT ${output}
-    COMMAND ${CMAKE_COMMAND} -DINPUT=${input} -DOUTPUT=${output} -P ${PROJECT_SOURCE_DIR}/cmake/CompileStrings.cmake
-    DEPENDS ${input} ${PROJECT_SOURCE_DIR}/cmake/CompileStrings.cmake VERBATIM)
-  add_library(zp_resources OBJECT ${output})
+  set(sources "")
+  foreach(kind IN ITEMS Strings Templates)
+    string(TOLOWER ${kind} name)
+    set(input ${PROJECT_SOURCE_DIR}/resources/${name}.txt)
+    set(script ${PROJECT_SOURCE_DIR}/cmake/Compile${kind}.cmake)
+    set(output ${PROJECT_BINARY_DIR}/resources/${name}.cpp)
+    add_custom_command(OUTPUT ${output} COMMAND ${CMAKE_COMMAND} -DINPUT=${input} -DOUTPUT=${output} -P ${script}
+      DEPENDS ${input} ${script} VERBATIM)
+    list(APPEND sources ${output})
+  endforeach()
+  add_library(zp_resources OBJECT ${sources})
   set_target_properties(zp_resources PROPERTIES CXX_VISIBILITY_PRESET hidden)
   target_compile_features(zp_resources PUBLIC cxx_std_20)
   target_compile_options(zp_resources PRIVATE ${ZP_COMPILE_OPTIONS})

@@ -1,7 +1,33 @@
 // Everything the user is told, and the cooperative control of a run.
 #pragma once
 
+#include <initializer_list>
+
 #include "platform/string.h"
+
+// Message boxes. A box beeps, brings the main window forward and keeps the window behind the focus from taking input while it
+// stands. An icon of 0 is the information's (64) for type 0 and the question's (32) for other types; a helpId of 0 is that of the
+// string, or 1454. While a simulation runs, every box is the two-button box, whatever its type: the answer is 6 (go on), 7 (the
+// run was stopped: the abort flag is 1 and the simulation flag 0) or -1 (dismissed). Texts are cut at 5,000 characters.
+
+ZP_API int BeepMsgBox(CString const & text, unsigned int type, unsigned int icon, unsigned int helpId);
+ZP_API int BeepMsgBox(unsigned int id, unsigned int type, unsigned int icon, unsigned int helpId);
+
+// The string resource id formatted with the arguments, which must fit the resource. Without such a text the box shows the id. The
+// second takes exactly the arguments it is given and shows them behind an id without a text: PrintfMsgBox(id, {name, cause}).
+ZP_API int PrintfMsgBox(unsigned int id, ...);
+ZP_API int PrintfMsgBox(unsigned int id, std::initializer_list<zp::FormatArg> args);
+ZP_API int PrintfMsgBoxStyle(unsigned int type, unsigned int icon, unsigned int id, ...);
+
+// A system error's number and text, with what the system was doing.
+ZP_API int SystemErrorMsgBox(unsigned long error, CString const & state);
+ZP_API int SystemErrorMsgBox(unsigned long error, unsigned int id);
+
+// Sounds for the icons 16 and 48 always, for others if the setting "Beep" in section "Misc" allows it.
+ZP_API void GPBeep(unsigned int type);
+
+// 1 if the program may end: the setting "FastQuit" in section "Misc" says so, or the user does.
+ZP_API int QuitZephlow();
 
 // Warnings: advice for the user that needs no answer, a line each in the file "WARNINGS" in the job's folder. The setting
 // "Warnings" in section "Misc" switches them off with the value "No"; it is read once, at the first use, which also removes the
@@ -17,6 +43,20 @@ ZP_API int PutWarning(unsigned int id, ...);
 
 // Deletes the warnings file; a missing one is no fault.
 ZP_API void FlushWarningsFile();
+
+// The flags of a run, all 0 at first, and process-wide. Set operations for abort and pause give the former value. Nothing but a
+// caller clears the abort flag.
+ZP_API void SetSimulationInProgress(int value);
+ZP_API int SimulationIsInProgress();
+ZP_API int GetAbortFlag();
+ZP_API int SetAbortFlag(int value);
+ZP_API void ClearAbortFlag();
+ZP_API int GetPauseFlag();
+ZP_API int SetPauseFlag(int value);
+ZP_API void ClearPauseFlag();
+
+// An id that no timer had before: 1, 2, ...
+ZP_API unsigned int GetNextTimerID();
 
 namespace zp {
 

@@ -62,7 +62,7 @@ CString FormatResource(UINT id, std::initializer_list<FormatArg> args)
     FormatInto(formatted, text, std::span(args.begin(), args.size()));
     return CString(std::move(formatted));
   }
-  text.Format("%u:", id);
+  text.Format(args.size() != 0 ? "%u:" : "%u", id);
   for (FormatArg const & arg : args) {
     text += ' ';
     appendArgument(text, arg);

@@ -1,6 +1,8 @@
-// The table that resources/strings.txt is compiled into.
+// The tables that resources/strings.txt and resources/templates.txt are compiled into.
 
 #pragma once
+
+#include <zpbase/platform/windows.h>
 
 namespace zp {
 
@@ -11,5 +13,8 @@ struct ResourceText {
 
 extern ResourceText const g_ApplicationTexts[];
 extern unsigned int const g_nApplicationTexts;
+
+extern DialogTemplate const g_ApplicationTemplates[];
+extern unsigned int const g_nApplicationTemplates;
 
 }  // namespace zp

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "runtime.h"
+#include "messages.h"
 #include "string.h"
 #include "types.h"
 
@@ -26,7 +26,7 @@ struct Setting {
 
 }  // namespace zp
 
-class ZP_API CWinApp : public CObject {
+class ZP_API CWinApp : public CWinThread {
  public:
   // Becomes the application that AfxGetApp gives. Without a name it has that of the program's file. Its settings are those of
   // the profile file <name>.ini in the user's configuration folder until one of the next two chooses otherwise.

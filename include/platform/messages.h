@@ -1,8 +1,87 @@
-// The thread's messages.
+// Messages: one queue for each thread, its thread object, and timers of a steady clock.
+//
+// A queue gives posted messages in their order, then a posted quit, then timers that are due. Every thread may post to every
+// window; a window's messages go to the queue of the thread that created it.
 #pragma once
 
+#include "runtime.h"
 #include "types.h"
+
+class CWnd;
+
+enum WindowMessage : UINT {
+  WM_QUIT = 0x0012,
+  WM_CTLCOLOR = 0x0019,  // lParam: an AFX_CTLCOLOR; the answer is a brush
+  WM_INITDIALOG = 0x0110,
+  WM_COMMAND = 0x0111,  // wParam: the command in its low 16 bits
+  WM_TIMER = 0x0113,    // wParam: the timer's id
+  WM_USER = 0x0400
+};
+
+struct tagMSG {
+  HWND hwnd = nullptr;  // null for a message to the thread itself
+  UINT message = 0;
+  WPARAM wParam = 0;
+  LPARAM lParam = 0;
+  DWORD time = 0;  // milliseconds of the steady clock, wrapped
+};
+using MSG = tagMSG;
+
+// What a timer calls: its window, WM_TIMER, its id, the time in milliseconds.
+using TIMERPROC = void (*)(HWND window, unsigned int message, unsigned int id, unsigned long time);
+
+// The thread's object: its pump and its main window. Constructing one makes it the object of the thread that constructs it.
+class ZP_API CWinThread : public CObject {
+  DECLARE_DYNAMIC(CWinThread)
+ public:
+  CWinThread();
+  ~CWinThread() override;
+  CWinThread(CWinThread const &) = delete;
+  CWinThread & operator=(CWinThread const &) = delete;
+
+  virtual CWnd * GetMainWnd() { return m_pMainWnd; }
+
+  // Waits for a message and delivers it; 0 if it was the quit.
+  virtual BOOL PumpMessage();
+
+  // Work for the time without messages, called with 0, 1, ...; non-zero asks for another call.
+  virtual BOOL OnIdle(LONG count);
+
+  // Non-zero if the message has been dealt with and goes no further. Asks the window that it is for.
+  virtual BOOL PreTranslateMessage(MSG * message);
+
+  CWnd * m_pMainWnd = nullptr;
+};
+
+// The calling thread's object, or null.
+ZP_API CWinThread * AfxGetThread();
+
+// The calling thread's next message, without waiting: 0 if there is none. PM_REMOVE takes it out of the queue. GetMessageA waits
+// for one and takes it: 0 for the quit. DispatchMessageA delivers a message to its window or its timer's procedure.
+inline constexpr UINT PM_NOREMOVE = 0;
+inline constexpr UINT PM_REMOVE = 1;
+ZP_API BOOL PeekMessageA(MSG * message, UINT remove);
+ZP_API BOOL GetMessageA(MSG * message);
+ZP_API LRESULT DispatchMessageA(MSG const * message);
+
+// Puts a message in the queue of the window's thread, or for null in the calling thread's; 0 for a window that is gone.
+ZP_API BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+// Ends the calling thread's pump when all its other messages are done; exitCode is the quit's wParam.
+ZP_API void PostQuitMessage(int exitCode);
+
+// A timer of the calling thread that is due every interval milliseconds, 10 at least. One of the same window and id is replaced;
+// without a window a new id is given. The result is the id. What is due several times over gives one message.
+ZP_API UINT SetTimer(HWND window, UINT id, UINT interval, TIMERPROC callback);
+ZP_API BOOL KillTimer(HWND window, UINT id);
 
 // The id, from 0xC000 to 0xFFFF, of a message named by a string: one string has one id in the whole process. 0 for an empty
 // string, one of more than 255 characters, and when all ids are taken.
 ZP_API UINT RegisterWindowMessageA(char const * name);
+
+namespace zp {
+
+// Waits until the calling thread has a message, at most that many milliseconds.
+ZP_API void WaitForMessage(int milliseconds);
+
+}  // namespace zp

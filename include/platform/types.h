@@ -26,3 +26,14 @@ using POSITION = ListPosition *;
 // An address inside a loaded module; null is the program itself.
 struct ModuleInstance;
 using HINSTANCE = ModuleInstance *;
+
+// A window, as the table of windows knows it, and a brush; null is none. A handle is never given out twice.
+struct HWND__;
+using HWND = HWND__ *;
+struct HBRUSH__;
+using HBRUSH = HBRUSH__ *;
+
+// What a message carries, and its handler's answer. All hold an address.
+using WPARAM = uintptr_t;
+using LPARAM = intptr_t;
+using LRESULT = intptr_t;

@@ -1,0 +1,58 @@
+// A thread's message queue: posted messages, the quit that follows them, and the timers of the thread.
+
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include <zpbase/platform/messages.h>
+
+namespace zp {
+
+class MessageQueue {
+ public:
+  void Post(MSG const & message);  // from any thread
+  void PostQuit(int exitCode);
+
+  // The next message, taken out of the queue if remove is set.
+  std::optional<MSG> Next(bool remove);
+
+  // Waits until there is a message, at most that long; negative waits as long as it takes.
+  void Wait(int milliseconds);
+
+  UINT StartTimer(HWND window, UINT id, UINT interval, TIMERPROC callback);
+  bool StopTimer(HWND window, UINT id);
+  TIMERPROC FindTimer(HWND window, UINT id) const;  // null if it has been stopped or has none
+
+  // A window that is gone gets no more messages.
+  void ForgetWindow(HWND window);
+
+ private:
+  struct Timer {
+    HWND hWindow;
+    UINT nID;
+    UINT nInterval;  // milliseconds
+    TIMERPROC pCallback;
+    LONGLONG nDue;
+  };
+
+  Timer * FindDue(LONGLONG now);
+  LONGLONG UntilDue(LONGLONG now) const;  // milliseconds, negative without a timer
+  std::optional<MSG> NextTimer(bool remove);
+
+  std::mutex mutable m_Mutex;  // guards the posted messages and the quit; timers are the thread's own
+  std::condition_variable m_Posted;
+  std::deque<MSG> m_Messages;
+  std::optional<int> m_Quit;
+  std::vector<Timer> m_Timers;
+  UINT m_nLastThreadTimer = 0;
+};
+
+// The calling thread's queue.
+std::shared_ptr<MessageQueue> const & GetThreadQueue();
+
+}  // namespace zp
