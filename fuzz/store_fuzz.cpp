@@ -1,0 +1,103 @@
+// Any bytes as a record store: an index file and a record file are opened, walked, read, changed, compacted, closed and opened
+// again. The first two bytes of an input are the length of its index file; the rest behind that is the record file.
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include <zpbase/platform/paths.h>
+#include <zpbase/store.h>
+
+namespace {
+
+std::string const & folder()
+{
+  static std::string const path = [] {
+    std::string name = std::filesystem::exists("/dev/shm") ? "/dev/shm/zpfuzz-XXXXXX" : "/tmp/zpfuzz-XXXXXX";
+    if (mkdtemp(name.data()) == nullptr) abort();
+    std::atexit([] { std::filesystem::remove_all(folder()); });
+    return name;
+  }();
+  return path;
+}
+
+void write(std::string const & name, char const * data, size_t size)
+{
+  std::ofstream(name, std::ios::binary).write(data, static_cast<std::streamsize>(size));
+}
+
+void walk(CString const & records)
+{
+  GPFile file(records);
+  if (!file.Open(CFile::modeRead)) return;
+  zp::BlockChain chain(file);
+  for (zp::RecordBlock block; chain.Next(block);)
+    if (chain.GetPayload().size() > block.nCapacity) abort();
+}
+
+void readAll(GPDataFile & store)
+{
+  char buffer[70000];
+  unsigned int const first = store.GetFirstRecID();
+  for (unsigned int id = first; id < first + 40; ++id) {
+    unsigned int const length = store.GetRecLength(static_cast<int>(id));
+    if (store.LoadRec(buffer, sizeof buffer, static_cast<int>(id)) > length) abort();
+    try {
+      std::unique_ptr<CObject> const object(store.LoadObj(static_cast<int>(id)));
+    } catch (CArchiveException * problem) {
+      problem->Delete();
+    }
+  }
+}
+
+// A store that could be opened takes records and gives them back, whatever stood in its files.
+void change(GPDataFile & store)
+{
+  for (int id = 1; id < 9; ++id) {
+    std::string const bytes(static_cast<size_t>(id * 7), static_cast<char>('a' + id));
+    std::string back(bytes.size(), '\0');
+    auto const length = static_cast<unsigned int>(bytes.size());
+    bool const stored = store.StoreRec(bytes.data(), length, id) != 0;
+    bool const found = store.GetRecLength(id) == length;
+    if (stored && found && (store.LoadRec(back.data(), length, id) != length || back != bytes)) abort();
+    if (id % 3 == 0) store.DeleteRec(id);
+  }
+}
+
+void work(CString const & index, CString const & records)
+{
+  try {
+    GPDataFile store(index, records, CFile::modeReadWrite, nullptr);
+    readAll(store);
+    change(store);
+    int const before = store.GetRecCount();
+    if (store.DegasRecFile() == 0 && store.GetRecCount() != before) abort();
+    store.Close();
+    store.Open(CFile::modeReadWrite);
+    readAll(store);
+  } catch (CException * problem) {
+    problem->Delete();
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
+{
+  if (size < 2) return 0;
+  auto const * const bytes = reinterpret_cast<char const *>(data + 2);
+  size_t const indexSize = std::min<size_t>(data[0] | data[1] << 8, size - 2);
+  std::string const index = folder() + "/a.si";
+  std::string const records = folder() + "/a.sr";
+  write(index, bytes, indexSize);
+  write(records, bytes + indexSize, size - 2 - indexSize);
+  walk(FromHostPath(records));
+  work(FromHostPath(index), FromHostPath(records));
+  return 0;
+}

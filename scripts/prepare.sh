@@ -1,0 +1,20 @@
+# Makes a Debian machine ready: sourced with the names of packages, it installs those that are missing. On a machine that has them
+# all it asks the package manager nothing.
+
+prepare() {
+  local missing=()
+  local package
+  for package in "$@"; do
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+  done
+  [ "${#missing[@]}" -eq 0 ] && return 0
+  local as_root=()
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  echo "Installing: ${missing[*]}"
+  "${as_root[@]}" apt-get -qq update
+  DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get -qq -y --no-install-recommends install "${missing[@]}" >/dev/null
+}
+
+BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libfmt-dev libcsv-dev)
+TEST_PACKAGES=(libgtest-dev locales)
+CHECK_PACKAGES=(clang libclang-rt-14-dev clang-format libbenchmark-dev)
