@@ -33,4 +33,21 @@ inline uint64_t HashNoCase(std::string_view text, uint64_t hash = 0xCBF29CE48422
   return hash;
 }
 
+// Two names that together address something, as the key of a hash table.
+struct NamePair {
+  std::string_view m_First;
+  std::string_view m_Second;
+};
+
+struct HashNames {
+  size_t operator()(NamePair const & names) const { return HashNoCase(names.m_Second, HashNoCase(names.m_First)); }
+};
+
+struct EqualNames {
+  bool operator()(NamePair const & a, NamePair const & b) const
+  {
+    return EqualsNoCase(a.m_Second, b.m_Second) && EqualsNoCase(a.m_First, b.m_First);
+  }
+};
+
 }  // namespace zp

@@ -11,8 +11,6 @@
 #include <iterator>
 #include <memory>
 
-#include "platform/ascii_internal.h"
-
 namespace zp {
 namespace {
 
@@ -46,22 +44,15 @@ LONG systemError(int hostError)
   return hostError != 0 ? SystemErrorOfError(hostError) : ERROR_SUCCESS;
 }
 
-std::string chosenFile(char const * variable)
+// The hive of the file that the environment names, or else of the usual one. Another choice than at the last call is another
+// hive.
+template <class UsualFile>
+Hive & chosenHive(std::unique_ptr<Hive> & hive, char const * variable, UsualFile usualFile)
 {
   char const * const chosen = std::getenv(variable);
-  return chosen != nullptr ? chosen : "";
-}
-
-std::string userHiveFile()
-{
-  std::string file = chosenFile("ZP_USER_HIVE");
-  if (!file.empty()) return file;
-  file = GetUserConfigFolder();
-  return file.empty() ? file : file + k_UserHive;
-}
-
-Hive & hiveOf(std::unique_ptr<Hive> & hive, std::string file)
-{
+  bool const isChosen = chosen != nullptr && chosen[0] != '\0';
+  if (hive && isChosen && hive->GetFile() == chosen) return *hive;
+  std::string file = isChosen ? chosen : usualFile();
   if (!hive || hive->GetFile() != file) hive = std::make_unique<Hive>(std::move(file));
   return *hive;
 }
@@ -77,8 +68,12 @@ LONG Hive::Refresh()
 
 void Hive::Index()
 {
+  m_Values.clear();
   m_Keys.clear();
-  if (IsRegistryText(m_Text.GetText())) WalkRegistryText(m_Text.GetText(), [this](auto const & line) { IndexLine(line); });
+  if (!IsRegistryText(m_Text.GetText())) return;
+  WalkRegistryText(m_Text.GetText(), [this](auto const & line) { IndexLine(line); });
+  for (auto const & [folded, key] : m_Keys)
+    for (auto const & [lower, value] : key.m_Values) m_Values.emplace(NamePair{key.m_strPath, value.m_strName}, &value);
 }
 
 // Lines count in their order: a later value replaces an earlier one, and a removal what stands above it.
@@ -129,11 +124,9 @@ LONG Hive::FindValue(std::string_view path, std::string_view name, HiveValue con
 {
   LONG const error = Refresh();
   if (error != ERROR_SUCCESS) return error;
-  Key const * const key = FindOwnKey(path);
-  if (key == nullptr) return ERROR_FILE_NOT_FOUND;
-  auto const found = key->m_Values.find(LowerAscii(name));
-  if (found == key->m_Values.end()) return ERROR_FILE_NOT_FOUND;
-  value = &found->second;
+  auto const found = m_Values.find(NamePair{path, name});
+  if (found == m_Values.end()) return ERROR_FILE_NOT_FOUND;
+  value = found->second;
   return ERROR_SUCCESS;
 }
 
@@ -257,14 +250,16 @@ LONG Hive::DeleteTree(std::string_view path)
 Hive & GetUserHive()
 {
   static std::unique_ptr<Hive> hive;
-  return hiveOf(hive, userHiveFile());
+  return chosenHive(hive, "ZP_USER_HIVE", [] {
+    std::string const folder = GetUserConfigFolder();
+    return folder.empty() ? folder : folder + k_UserHive;
+  });
 }
 
 Hive & GetDefaultHive()
 {
   static std::unique_ptr<Hive> hive;
-  std::string file = chosenFile("ZP_DEFAULT_HIVE");
-  return hiveOf(hive, file.empty() ? k_DefaultHive : std::move(file));
+  return chosenHive(hive, "ZP_DEFAULT_HIVE", [] { return std::string(k_DefaultHive); });
 }
 
 }  // namespace zp

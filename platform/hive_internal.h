@@ -2,10 +2,11 @@
 #pragma once
 
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
+#include "platform/ascii_internal.h"
 #include "platform/registry_text_internal.h"
 #include "platform/watched_text_internal.h"
 
@@ -60,6 +61,7 @@ class Hive {
 
   WatchedText m_Text;
   Keys m_Keys;
+  std::unordered_map<NamePair, HiveValue const *, HashNames, EqualNames> m_Values;  // by path and name, both in the keys
 };
 
 // The hive of the user and that of the default user.

@@ -5,8 +5,6 @@
 
 #include <algorithm>
 
-#include "platform/ascii_internal.h"
-
 namespace zp {
 namespace {
 
@@ -156,21 +154,11 @@ void WalkProfile(std::string_view text, std::function<void(ProfileLine const &)>
   }
 }
 
-size_t ProfileFile::Hash::operator()(Name const & name) const
-{
-  return HashNoCase(name.m_Key, HashNoCase(name.m_Section));
-}
-
-bool ProfileFile::Equal::operator()(Name const & a, Name const & b) const
-{
-  return EqualsNoCase(a.m_Key, b.m_Key) && EqualsNoCase(a.m_Section, b.m_Section);
-}
-
 void ProfileFile::Index()
 {
   m_Values.clear();
   WalkProfile(m_Text.GetText(), [this](ProfileLine const & line) {
-    if (line.m_Kind == ProfileLine::Entry) m_Values.emplace(Name{line.m_Section, line.m_Key}, unquoted(line.m_Value));
+    if (line.m_Kind == ProfileLine::Entry) m_Values.emplace(NamePair{line.m_Section, line.m_Key}, unquoted(line.m_Value));
   });
 }
 
@@ -182,7 +170,7 @@ void ProfileFile::Refresh()
 std::optional<std::string_view> ProfileFile::Find(std::string_view section, std::string_view key)
 {
   Refresh();
-  auto const found = m_Values.find(Name{trimmed(section), trimmed(key)});
+  auto const found = m_Values.find(NamePair{trimmed(section), trimmed(key)});
   if (found == m_Values.end()) return std::nullopt;
   return found->second;
 }
@@ -237,7 +225,7 @@ void ProfileFile::List(std::function<void(std::string_view section, std::string_
   Refresh();
   WalkProfile(m_Text.GetText(), [&](ProfileLine const & line) {
     if (line.m_Kind != ProfileLine::Entry) return;
-    auto const found = m_Values.find(Name{line.m_Section, line.m_Key});
+    auto const found = m_Values.find(NamePair{line.m_Section, line.m_Key});
     if (found != m_Values.end() && found->second.data() == unquoted(line.m_Value).data())
       visit(line.m_Section, line.m_Key, found->second);
   });

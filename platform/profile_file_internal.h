@@ -7,6 +7,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "platform/ascii_internal.h"
 #include "platform/watched_text_internal.h"
 
 namespace zp {
@@ -40,23 +41,12 @@ class ProfileFile {
   void List(std::function<void(std::string_view section, std::string_view key, std::string_view value)> const & visit);
 
  private:
-  struct Name {
-    std::string_view m_Section;
-    std::string_view m_Key;
-  };
-  struct Hash {
-    size_t operator()(Name const & name) const;
-  };
-  struct Equal {
-    bool operator()(Name const & a, Name const & b) const;
-  };
-
   void Refresh();
   void Index();
   bool Change(std::function<std::string(std::string_view)> const & change);
 
   WatchedText m_Text;
-  std::unordered_map<Name, std::string_view, Hash, Equal> m_Values;  // views of the text
+  std::unordered_map<NamePair, std::string_view, HashNames, EqualNames> m_Values;  // section, key: views of the text
 };
 
 }  // namespace zp
