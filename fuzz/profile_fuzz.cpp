@@ -39,7 +39,7 @@ std::string contentOf(CWinApp & app)
   std::string content;
   for (zp::Setting const & setting : app.ListSettings()) {
     content += std::string(setting.m_strSection.View()) + '.' + std::string(setting.m_strKey.View()) + '=' +
-               std::string(setting.m_strValue.View()) + ';';
+               std::string(setting.m_strData.View()) + ';';
     app.GetProfileInt(setting.m_strSection, setting.m_strKey, 0);
     BYTE * bytes = nullptr;
     UINT length = 0;

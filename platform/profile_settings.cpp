@@ -1,7 +1,7 @@
 // Settings in a profile file, all of them texts there: an integer as its decimal digits, a block as two letters a byte from
 // "A" to "P", the lower half byte first (0x1F is "PB").
 
-#include <charconv>
+#include <zpbase/platform/registry.h>
 
 #include "platform/profile_file_internal.h"
 #include "platform/settings_back_end_internal.h"
@@ -78,7 +78,7 @@ class ProfileSettings : public SettingsBackEnd {
   {
     std::vector<Setting> settings;
     m_File.List([&](std::string_view section, std::string_view key, std::string_view value) {
-      settings.push_back({Setting::Text, CString(section), CString(key), CString(value)});
+      settings.push_back({CString(section), CString(key), REG_SZ, CString(std::string(value) + '\0')});
     });
     return settings;
   }

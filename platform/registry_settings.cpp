@@ -36,19 +36,6 @@ bool isNumber(HiveValue const & value)
   return value.m_nType == REG_DWORD && value.m_Data.size() == sizeof(DWORD);
 }
 
-Setting settingOf(std::string_view section, HiveValue const & value)
-{
-  Setting setting{Setting::Binary, CString(section), CString(value.m_strName), CString(value.m_Data)};
-  if (isText(value)) {
-    setting.m_Kind = Setting::Text;
-    setting.m_strValue = CString(textOf(value.m_Data));
-  } else if (isNumber(value)) {
-    setting.m_Kind = Setting::Integer;
-    setting.m_strValue = CString(std::to_string(numberOf(value.m_Data)));
-  }
-  return setting;
-}
-
 class RegistrySettings : public SettingsBackEnd {
  public:
   RegistrySettings(std::string_view company, std::string_view application)
@@ -119,7 +106,7 @@ class RegistrySettings : public SettingsBackEnd {
       std::string const section = above.empty() ? std::string(name) : above + '\\' + std::string(name);
       HiveValue const * value = nullptr;
       for (DWORD j = 0; GetUserHive().GetValue(PathOf(section), j, value) == ERROR_SUCCESS; ++j)
-        settings.push_back(settingOf(section, *value));
+        settings.push_back({CString(section), CString(value->m_strName), value->m_nType, CString(value->m_Data)});
       AppendBelow(section, settings);
     }
   }

@@ -190,6 +190,11 @@ std::string bytesText(std::string head, std::string_view data, std::string_view 
   return text.append(lineEnd);
 }
 
+std::string valueHead(std::string_view name)
+{
+  return name.empty() ? "@=" : '"' + escaped(name) + "\"=";
+}
+
 DWORD numberOf(std::string_view data)
 {
   DWORD number = 0;
@@ -238,7 +243,7 @@ void WalkRegistryText(std::string_view text, std::function<void(RegistryLine con
 
 std::string RegistryValueText(std::string_view name, DWORD type, std::string_view data, std::string_view lineEnd)
 {
-  std::string const head = name.empty() ? "@=" : '"' + escaped(name) + "\"=";
+  std::string const head = valueHead(name);
   if (isPlainText(type, data)) return head + '"' + escaped(data.substr(0, data.size() - 1)) + '"' + std::string(lineEnd);
   char kind[20] = "hex:";
   if (type == REG_DWORD && data.size() == sizeof(DWORD)) {
@@ -247,6 +252,11 @@ std::string RegistryValueText(std::string_view name, DWORD type, std::string_vie
   }
   if (type != REG_BINARY) std::snprintf(kind, sizeof kind, "hex(%x):", type);
   return bytesText(head + kind, data, lineEnd);
+}
+
+std::string RegistryRemovalText(std::string_view name, std::string_view lineEnd)
+{
+  return valueHead(name).append("-").append(lineEnd);
 }
 
 bool FitsRegistryLine(std::string_view name)

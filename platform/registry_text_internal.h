@@ -31,6 +31,9 @@ void WalkRegistryText(std::string_view text, std::function<void(RegistryLine con
 // A value's line or lines, with line ends.
 std::string RegistryValueText(std::string_view name, DWORD type, std::string_view data, std::string_view lineEnd);
 
+// The line that removes a value.
+std::string RegistryRemovalText(std::string_view name, std::string_view lineEnd);
+
 // True for the whole path of a key: names that a line can hold, 512 levels at most.
 bool IsRegistryPath(std::string_view path);
 

@@ -14,14 +14,12 @@ namespace zp {
 
 class SettingsBackEnd;
 
-// One setting: its text form, and the bytes of a block.
+// One setting with its type and bytes as the registry holds them; all those of a profile file are texts (REG_SZ).
 struct Setting {
-  enum Kind { Text, Integer, Binary };
-
-  Kind m_Kind = Text;
   CString m_strSection;
   CString m_strKey;
-  CString m_strValue;  // the text, the integer's decimal digits, or the bytes
+  DWORD m_nType = 0;  // a REG_ type, see registry.h
+  CString m_strData;
 };
 
 }  // namespace zp

@@ -4,6 +4,11 @@
 // change replaces the file durably and keeps all else in it. Results are the system's error numbers, 0 for success.
 #pragma once
 
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "string.h"
 #include "types.h"
 
 struct RegistryKey;
@@ -72,3 +77,25 @@ ZP_API LONG RegDeleteValueA(HKEY key, char const * name);
 
 // Removes the key at path below key with all its values and sub keys.
 ZP_API LONG RegDeleteTreeA(HKEY key, char const * path);
+
+namespace zp {
+
+// One step of a registration-entries text: a value is set or removed, or a key with all below it is removed.
+struct RegistryEntry {
+  enum Kind { SetValue, RemoveValue, RemoveKey };
+
+  Kind m_Kind = SetValue;
+  CString m_strKey;  // the whole path with its root
+  CString m_strName;
+  DWORD m_nType = REG_NONE;
+  CString m_strData;
+};
+
+// The steps of a text in their order; damaged lines are passed over and counted. Both published forms are read, "REGEDIT4" and
+// "Windows Registry Editor Version 5.00" with its wide characters; false for any other.
+ZP_API bool ReadRegistryText(std::string_view text, std::vector<RegistryEntry> & entries, int & damaged);
+
+// The same as a "REGEDIT4" text.
+ZP_API std::string WriteRegistryText(std::vector<RegistryEntry> const & entries);
+
+}  // namespace zp

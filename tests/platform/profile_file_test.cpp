@@ -133,6 +133,6 @@ TEST(Application, ListsEverySettingOnceInTheStoresOrder)
   app.SetProfileFile(folder.Name("a.ini"));
   std::string all;
   for (zp::Setting const & s : app.ListSettings())
-    all += (s.m_strSection + "." + s.m_strKey + "=" + s.m_strValue + ";").GetString();
+    all += (s.m_strSection + "." + s.m_strKey + "=" + s.m_strData.GetString() + ";").GetString();
   EXPECT_EQ(all, "B.k=1;A.x=q;b.z=3;");
 }

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include <zpbase/platform/application.h>
 #include <zpbase/platform/registry.h>
@@ -203,9 +204,34 @@ TEST_F(Registry, HoldsAnApplicationsSettings)
   EXPECT_EQ(app.GetProfileInt("misc", "t", 9), 9u);
   std::string all;
   for (zp::Setting const & s : app.ListSettings())
-    all += (s.m_strSection + "." + s.m_strKey).GetString() + std::to_string(s.m_Kind) + std::string(s.m_strValue.View());
-  EXPECT_EQ(all, "Misc.n1-2Misc.t0 x Misc\\Sub.b2\x1F\0"s);
+    all += (s.m_strSection + "." + s.m_strKey).GetString() + std::to_string(s.m_nType) + std::string(s.m_strData.View());
+  EXPECT_EQ(all, "Misc.n4\xFE\xFF\xFF\xFFMisc.t1 x \0Misc\\Sub.b3\x1F\0"s);
   EXPECT_TRUE(app.WriteProfileString("Misc", "t", nullptr));
   EXPECT_TRUE(app.WriteProfileString("Misc", nullptr, nullptr));
   EXPECT_TRUE(app.ListSettings().empty());
+}
+
+TEST_F(Registry, TextsFromElsewhereAreStepsInTheirOrder)
+{
+  std::string const plain =
+      "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\K]\r\n\"a\\\"\"=\"1\"\r\n@=hex(2):25,41,00\r\n\"b\"=-\r\n\r\n[-HKEY_CURRENT_USER\\G]"
+      "\r\n";
+  std::vector<zp::RegistryEntry> entries;
+  int damaged = 0;
+  ASSERT_TRUE(zp::ReadRegistryText(plain, entries, damaged));
+  ASSERT_EQ(entries.size(), 4u);
+  EXPECT_EQ(damaged, 0);
+  EXPECT_EQ(entries[3].m_Kind, zp::RegistryEntry::RemoveKey);
+  EXPECT_EQ(zp::WriteRegistryText(entries), plain);
+  std::string wide = "\xFF\xFE";
+  for (
+      char const c :
+      "Windows Registry Editor Version 5.00\r\n[HKEY_CURRENT_USER\\K]\r\n\"a\"=\"\x80\"\r\n@=hex(2):25,00,41,00,00,00\r\n;\r\n?"s)
+    wide += c == '\x80' ? "\xAC\x20"s : std::string{c, '\0'};  // the euro sign
+  ASSERT_TRUE(zp::ReadRegistryText(wide, entries, damaged));
+  ASSERT_EQ(entries.size(), 2u);
+  EXPECT_EQ(damaged, 1);
+  EXPECT_EQ(std::string(entries[0].m_strData.View()), "\x80\0"s);
+  EXPECT_EQ(std::string(entries[1].m_strData.View()), "%A\0"s);
+  EXPECT_FALSE(zp::ReadRegistryText("[HKEY_CURRENT_USER]\n", entries, damaged));
 }
