@@ -4,7 +4,8 @@
 
 #include <zpbase/foundation.h>
 #include <zpbase/platform/archive.h>
-#include <zpbase/store.h>
+
+#include "foundation/foundation_internal.h"
 
 IMPLEMENT_SERIAL(GPUIntArray, CUIntArray, 1)
 
@@ -182,25 +183,10 @@ short * GPUIntArray::GetShortIntArray() const
 
 int GPUIntArray::Load(CString const & name)
 {
-  if (GPFile::IsEmpty(name)) return 0;
-  GPFile file(name);
-  file.Open(CFile::modeRead);
-  CArchive archive(&file, CArchive::load);
-  Serialize(archive);
-  archive.Close();
-  file.Close();
-  return 1;
+  return zp::LoadObjectFile(name, *this);
 }
 
 int GPUIntArray::Store(CString const & name)
 {
-  requireStreamable(GetSize());
-  GPFile file(name);
-  if (file.Open(CFile::modeCreate)) {
-    CArchive archive(&file, CArchive::store);
-    Serialize(archive);
-    archive.Close();
-    file.Close();
-  }
-  return file.Exists();
+  return zp::StoreObjectFile(name, *this);
 }

@@ -121,7 +121,7 @@ int SystemErrorMsgBox(unsigned long error, unsigned int id)
 void GPBeep(unsigned int type)
 {
   bool const always = type == MB_ICONHAND || type == MB_ICONEXCLAMATION;
-  if (always || GetSysYes("Misc", GetAllowBeepKey())) MessageBeep(type);
+  if (always || AllowBeep()) MessageBeep(type);
 }
 
 int QuitZephlow()

@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include <zpbase/platform/application.h>
 #include <zpbase/platform/windows.h>
 
 #include "platform/wrap_text_internal.h"
@@ -244,9 +245,4 @@ int AfxMessageBox(char const * text, UINT type, UINT helpId)
 void MessageBeep(UINT type)
 {
   GetUserInterface().Beep(type);
-}
-
-bool IsTerminal(int stream)
-{
-  return isatty(stream) != 0;
 }

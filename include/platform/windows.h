@@ -200,9 +200,6 @@ ZP_API CUserInterface & GetUserInterface();
 ZP_API int AfxMessageBox(char const * text, UINT type = MB_OK, UINT helpId = 0);
 ZP_API void MessageBeep(UINT type);
 
-// True if the host's stream 0 (input), 1 (output) or 2 (errors) is a terminal.
-ZP_API bool IsTerminal(int stream);
-
 namespace zp {
 
 using FindDialogTemplate = DialogTemplate const * (*)(UINT id);

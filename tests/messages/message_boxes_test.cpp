@@ -13,7 +13,11 @@ namespace {
 
 class MessageBoxes : public testing::Test {
  protected:
-  MessageBoxes() { m_App.SetProfileFile(m_Folder.Name("test.ini")); }
+  MessageBoxes()
+  {
+    m_App.SetProfileFile(m_Folder.Name("test.ini"));
+    zp::ForgetCachedSettings();
+  }
   ~MessageBoxes() override
   {
     SetSimulationInProgress(0);
@@ -46,6 +50,10 @@ TEST_F(MessageBoxes, BeepAlwaysForProblemsAndElseIfAllowed)
 {
   for (unsigned int const type : {16u, 48u, 64u, 32u, 0u}) GPBeep(type);
   EXPECT_EQ(m_UI.m_Beeps, (std::vector<UINT>{16, 48}));
+  SetSysFlag("Misc", GetAllowBeepKey(), 1);
+  zp::ForgetCachedSettings();
+  GPBeep(64);
+  EXPECT_EQ(m_UI.m_Beeps.back(), 64u);
 }
 
 TEST_F(MessageBoxes, DisableTheOwnerOfTheFocusWhileTheyStand)
