@@ -1,0 +1,126 @@
+// Warnings: the gate, the file, and what stops a warning.
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include <zpbase/config.h>
+#include <zpbase/messages.h>
+#include <zpbase/platform/application.h>
+#include <zpbase/platform/file.h>
+#include <zpbase/text.h>
+
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+class Warnings : public testing::Test {
+ protected:
+  Warnings()
+  {
+    m_App.SetProfileFile(m_Folder.Name("test.ini"));
+    std::strcpy(job_path, m_Folder.Name("").GetString());
+    zp::ResetWarningsGate();
+  }
+  ~Warnings() override
+  {
+    job_path[0] = '\0';
+    zp::ResetWarningsGate();
+  }
+
+  TempFolder m_Folder;
+  CWinApp m_App{"test"};
+};
+
+TEST_F(Warnings, RemoveTheLastRunsFileAtTheFirstUseAlone)
+{
+  m_Folder.Write("WARNINGS", "of the last run\r\n");
+  EXPECT_NE(AllowWarnings(), 0);
+  EXPECT_FALSE(m_Folder.Has("WARNINGS"));
+  m_Folder.Write("WARNINGS", "kept\r\n");
+  EXPECT_NE(AllowWarnings(), 0);
+  EXPECT_EQ(PutWarning("Tray %d", 3), 1);
+  EXPECT_EQ(m_Folder.Read("WARNINGS"), "kept\r\nTray 3\r\n");
+  FlushWarningsFile();
+  EXPECT_FALSE(m_Folder.Has("WARNINGS"));
+  FlushWarningsFile();
+}
+
+TEST_F(Warnings, AreOffForNoInAnyCaseAlone)
+{
+  struct Row {
+    char const * setting;
+    int allowed;
+  } const rows[] = {{"no", 0}, {"NO", 0}, {"Yes", 1}, {"", 1}, {"none", 1}};
+  for (Row const & row : rows) {
+    zp::ResetWarningsGate();
+    m_Folder.Write("WARNINGS", "old");
+    SetSysString("Misc", GetWarningsKey(), row.setting);
+    EXPECT_EQ(AllowWarnings() != 0, row.allowed != 0) << row.setting;
+    EXPECT_EQ(PutWarning("%s", "text"), row.allowed) << row.setting;
+    EXPECT_EQ(m_Folder.Read("WARNINGS"), row.allowed != 0 ? "text\r\n" : "old") << row.setting;
+  }
+  SetSysString("Misc", GetWarningsKey(), "No");
+  EXPECT_NE(AllowWarnings(), 0) << "decided once";
+}
+
+TEST_F(Warnings, AreOneLineEachCutAt260Characters)
+{
+  PutWarning("first\r\nsecond");
+  PutWarning("%s", std::string(400, 'x').c_str());
+  PutWarning(55010U, 1);
+  EXPECT_EQ(m_Folder.Read("WARNINGS"), "first  second\r\n" + std::string(260, 'x') + "\r\nWarning 2: 55010\r\n");
+}
+
+int g_nCalls = 0;
+
+TEST_F(Warnings, OfTheirOwnFileDontComeBackWithoutEnd)
+{
+  auto & calls = zp::GetFileCalls();
+  auto const kept = calls;
+  calls.Write = [](int, void const *, size_t, LONGLONG) {
+    ++g_nCalls;
+    errno = ENOSPC;
+    return -1L;
+  };
+  EXPECT_EQ(PutWarning("lost"), 1);
+  calls = kept;
+  EXPECT_GT(g_nCalls, 0);
+  EXPECT_LT(g_nCalls, 3);
+  EXPECT_EQ(PutWarning("kept"), 1);
+  EXPECT_EQ(m_Folder.Read("WARNINGS"), "kept\r\n");
+
+  CFile holder;
+  ASSERT_TRUE(holder.Open(m_Folder.Name("WARNINGS"), CFile::modeReadWrite));
+  EXPECT_EQ(PutWarning("lost"), 1);
+  EXPECT_EQ(m_Folder.Read("WARNINGS"), "kept\r\n");
+}
+
+TEST_F(Warnings, WithoutAJobWriteAndDeleteNothing)
+{
+  m_Folder.Write("WARNINGS", "old");
+  job_path[0] = '\0';
+  EXPECT_EQ(PutWarning("text"), 1);
+  FlushWarningsFile();
+  EXPECT_EQ(m_Folder.Read("WARNINGS"), "old");
+}
+
+TEST(WarningsWithoutAnApplication, StayUndecided)
+{
+  TempFolder const folder;
+  std::strcpy(job_path, folder.Name("").GetString());
+  folder.Write("WARNINGS", "old\r\n");
+  zp::ResetWarningsGate();
+  EXPECT_NE(AllowWarnings(), 0);
+  EXPECT_EQ(folder.Read("WARNINGS"), "old\r\n");
+  {
+    CWinApp app("test");
+    app.SetProfileFile(folder.Name("test.ini"));
+    EXPECT_NE(AllowWarnings(), 0);
+    EXPECT_FALSE(folder.Has("WARNINGS"));
+  }
+  job_path[0] = '\0';
+  zp::ResetWarningsGate();
+}
+
+}  // namespace
