@@ -1,0 +1,142 @@
+// The terminal's user interface, in processes of their own: without a terminal, and on one.
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+
+#include <zpbase/messages.h>
+#include <zpbase/platform/windows.h>
+
+namespace {
+
+struct Outcome {
+  std::string shown;
+  int answer;
+};
+
+std::string readAll(int file)
+{
+  std::string bytes;
+  char part[512];
+  for (ssize_t got; (got = read(file, part, sizeof part)) > 0;) bytes.append(part, static_cast<size_t>(got));
+  return bytes;
+}
+
+Outcome finish(pid_t child, int file)
+{
+  Outcome outcome{readAll(file), -1};
+  close(file);
+  int status = 0;
+  waitpid(child, &status, 0);
+  if (WIFEXITED(status)) outcome.answer = WEXITSTATUS(status);
+  return outcome;
+}
+
+// Standard error is a pipe, and standard input one that stays open and silent.
+Outcome withoutTerminal(std::function<int()> const & show)
+{
+  int errors[2];
+  int input[2];
+  if (pipe(errors) != 0 || pipe(input) != 0) return {"no pipe", -1};
+  pid_t const child = fork();
+  if (child == 0) {
+    dup2(errors[1], STDERR_FILENO);
+    dup2(input[0], STDIN_FILENO);
+    close(errors[0]);
+    close(errors[1]);
+    _exit(show());
+  }
+  close(errors[1]);
+  Outcome const outcome = finish(child, errors[0]);
+  close(input[0]);
+  close(input[1]);
+  return outcome;
+}
+
+// A terminal of 40 columns on which typed stands already.
+Outcome onTerminal(std::string const & typed, std::function<int()> const & show)
+{
+  winsize const size{24, 40, 0, 0};
+  int terminal = -1;
+  pid_t const child = forkpty(&terminal, nullptr, nullptr, &size);
+  if (child == 0) {
+    setenv("TERM", "dumb", 1);
+    _exit(show());
+  }
+  if (write(terminal, typed.data(), typed.size()) < 0) return {"no terminal", -1};
+  return finish(child, terminal);
+}
+
+int ask()
+{
+  return AfxMessageBox("Leave?", MB_YESNO | MB_ICONQUESTION);
+}
+
+int tellDuringRun()
+{
+  SetSimulationInProgress(1);
+  return BeepMsgBox(CString("Tray 3 is dry."), MB_OK, 0, 0);
+}
+
+TEST(Terminal, GivesTheSafeAnswerWithoutATerminal)
+{
+  struct Row {
+    UINT style;
+    char const * shown;
+    int answer;
+  } const rows[] = {
+      {MB_OK | MB_ICONHAND, "Error: Leave?\n", IDOK},
+      {MB_OK | MB_ICONEXCLAMATION, "Warning: Leave?\n", IDOK},
+      {MB_OK | MB_ICONASTERISK, "Note: Leave?\n", IDOK},
+      {MB_OKCANCEL, "Leave?\n(Cancel)\n", IDCANCEL},
+      {MB_YESNO | MB_ICONQUESTION, "Question: Leave?\n(No)\n", IDNO},
+      {MB_YESNOCANCEL, "Leave?\n(Cancel)\n", IDCANCEL},
+      {MB_RETRYCANCEL, "Leave?\n(Cancel)\n", IDCANCEL},
+      {MB_ABORTRETRYIGNORE, "Leave?\n(Abort)\n", IDABORT},
+  };
+  for (Row const & row : rows) {
+    Outcome const outcome = withoutTerminal([&row] { return AfxMessageBox("Leave?", row.style); });
+    EXPECT_EQ(outcome.shown, row.shown);
+    EXPECT_EQ(outcome.answer, row.answer) << row.shown;
+  }
+  Outcome const run = withoutTerminal(&tellDuringRun);
+  EXPECT_EQ(run.shown, "Tray 3 is dry.\n(Continue)\n");
+  EXPECT_EQ(run.answer, IDYES);
+}
+
+TEST(Terminal, AsksUntilAKeyFits)
+{
+  EXPECT_EQ(onTerminal("y\n", &ask).answer, IDYES);
+  EXPECT_EQ(onTerminal(" No\n", &ask).answer, IDNO);
+  Outcome const twice = onTerminal("what\n\nY\n", &ask);
+  EXPECT_EQ(twice.answer, IDYES);
+  EXPECT_NE(twice.shown.find("Question: Leave?"), std::string::npos);
+  EXPECT_NE(twice.shown.find("[y/n] "), std::string::npos);
+  EXPECT_EQ(onTerminal("\x04", &ask).answer, IDNO) << "end of the input";
+
+  Outcome const run = onTerminal("s\n", &tellDuringRun);
+  EXPECT_EQ(run.answer, IDNO);
+  EXPECT_NE(run.shown.find("c: Continue, s: Stop the run"), std::string::npos);
+  EXPECT_NE(run.shown.find("\x1b[38;2;128;0;0m"), std::string::npos);
+}
+
+TEST(Terminal, WrapsAtBlanksAndLetsNoTextSteerIt)
+{
+  Outcome const outcome = withoutTerminal([] {
+    return AfxMessageBox(
+        "The file C:\\a very long path\\that nobody wants to read in one line\\a.obj\r\n\x1b[2J\x07 Temp\xE9rature");
+  });
+  EXPECT_EQ(outcome.shown,
+            "The file C:\\a very long path\\that nobody wants to read in one line\\a.obj\n?[2J? Temp\xC3\xA9rature\n");
+  Outcome const narrow = onTerminal("", [] { return AfxMessageBox("one two three four five six seven eight nine ten"); });
+  EXPECT_EQ(narrow.shown, "one two three four five six seven eight\r\nnine ten\r\n");
+  Outcome const word = withoutTerminal([] { return AfxMessageBox(std::string(170, 'x').c_str()); });
+  EXPECT_EQ(word.shown, std::string(80, 'x') + '\n' + std::string(80, 'x') + '\n' + std::string(10, 'x') + '\n');
+}
+
+}  // namespace
