@@ -55,6 +55,13 @@ ZP_API int GetPauseFlag();
 ZP_API int SetPauseFlag(int value);
 ZP_API void ClearPauseFlag();
 
+// Polls a run: delivers the thread's messages, stays while the pause flag is set and the abort flag isn't, and gives the abort
+// flag. A quit is posted again for the outer message loop and doesn't stop the run by itself.
+ZP_API int AbortRun();
+
+// Delivers all messages in the thread's queue, then gives the thread's object two turns of idle work.
+ZP_API void ProcessMessages();
+
 // An id that no timer had before: 1, 2, ...
 ZP_API unsigned int GetNextTimerID();
 

@@ -92,7 +92,7 @@ void MessageQueue::Wait(int milliseconds)
 {
   LONGLONG const due = UntilDue(now());
   LONGLONG const most = milliseconds < 0 || (due >= 0 && due < milliseconds) ? due : milliseconds;
-  auto const arrived = [this] { return !m_Messages.empty() || m_Quit.has_value(); };
+  auto const arrived = [this] { return !m_Messages.empty(); };
   std::unique_lock lock(m_Mutex);
   if (most < 0)
     m_Posted.wait(lock, arrived);

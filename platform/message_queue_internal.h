@@ -21,7 +21,8 @@ class MessageQueue {
   // The next message, taken out of the queue if remove is set.
   std::optional<MSG> Next(bool remove);
 
-  // Waits until there is a message, at most that long; negative waits as long as it takes.
+  // Waits until there is a posted message or a timer is due, at most that long; negative waits as long as it takes. The thread
+  // itself posts its quit, so that none can come while it waits.
   void Wait(int milliseconds);
 
   UINT StartTimer(HWND window, UINT id, UINT interval, TIMERPROC callback);

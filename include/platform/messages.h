@@ -81,7 +81,7 @@ ZP_API UINT RegisterWindowMessageA(char const * name);
 
 namespace zp {
 
-// Waits until the calling thread has a message, at most that many milliseconds.
+// Waits until a message has been posted to the calling thread or one of its timers is due, at most that many milliseconds.
 ZP_API void WaitForMessage(int milliseconds);
 
 }  // namespace zp
