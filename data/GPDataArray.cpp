@@ -16,22 +16,16 @@ int idOf(CObject const * element)
   return element != nullptr ? static_cast<int>(static_cast<GPData const *>(element)->GetDataID()) : -1;
 }
 
-}  // namespace
-
-void GPDataArray::Serialize(CArchive & ar)
-{
-  SerializeElements(ar, RUNTIME_CLASS(GPData));
-}
-
-int GPDataArray::SearchID(int & pos, unsigned int id) const
+// Binary search by the low 16 bits of id; pos is left on the last element probed.
+int searchID(std::vector<CObject *> const & elements, int & pos, unsigned int id)
 {
   pos = -1;
   int const wanted = static_cast<WORD>(id);
   int low = 0;
-  int high = GetUpperBound();
+  int high = static_cast<int>(elements.size()) - 1;
   while (low <= high) {
     pos = (low + high) / 2;
-    int const order = wanted - idOf(m_Elements[static_cast<size_t>(pos)]);
+    int const order = wanted - idOf(elements[static_cast<size_t>(pos)]);
     if (order == 0) return 1;
     if (order > 0)
       low = pos + 1;
@@ -41,15 +35,22 @@ int GPDataArray::SearchID(int & pos, unsigned int id) const
   return 0;
 }
 
+}  // namespace
+
+void GPDataArray::Serialize(CArchive & ar)
+{
+  SerializeElements(ar, RUNTIME_CLASS(GPData));
+}
+
 int GPDataArray::BSearchForDataID(int & pos, GPData const * key) const
 {
-  return SearchID(pos, key->GetDataID());
+  return searchID(m_Elements, pos, key->GetDataID());
 }
 
 int GPDataArray::GetDataPos(unsigned int id, int search) const
 {
   int pos;
-  if (search != 0) return SearchID(pos, id) != 0 ? pos : -1;
+  if (search != 0) return searchID(m_Elements, pos, id) != 0 ? pos : -1;
   for (pos = 0; pos < GetSize(); ++pos)
     if (GPData const * const item = GetAt(pos); item != nullptr && item->GetDataID() == id) return pos;
   return -1;

@@ -438,9 +438,6 @@ class ZP_API GPDataArray : public GPObArray {
   int UnloadUIntData(unsigned int & out, unsigned int id) const;
   int LoadUIntData(unsigned int id, CString const & text);
   int LoadUIntData(unsigned int id, unsigned int value);
-
- private:
-  int SearchID(int & pos, unsigned int id) const;
 };
 
 // The same as a list. Look-ups walk from the head and take id as given.
