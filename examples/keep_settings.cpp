@@ -30,9 +30,10 @@ int main()
   std::printf("report %s, runs %ld, colour of labels %06lX\n", report.GetString(), GetSysLong("Misc", "Runs", 0),
               GetEULabelColor());
 
+  bool const asKept = AllowBeep() == 1 && GetCompSelectBy() == 2;
   std::ifstream content(file);
   std::cout << content.rdbuf();
   content.close();
   std::filesystem::remove(file);
-  return AllowBeep() == 1 && GetCompSelectBy() == 2 ? 0 : 1;
+  return asKept ? 0 : 1;
 }
