@@ -4,8 +4,8 @@
 
 #include <zpbase/platform/archive.h>
 
-#include <deque>
 #include <iterator>
+#include <memory>
 #include <vector>
 
 namespace zp {
@@ -31,7 +31,7 @@ class IdentityTable {
  private:
   struct Leaf {
     static constexpr size_t bytes = 256;  // of memory that it covers
-    DWORD index[bytes / sizeof(void *)] = {};
+    DWORD index[bytes / sizeof(void *)];
   };
   struct Slot {
     uintptr_t nRegion;
@@ -49,7 +49,8 @@ class IdentityTable {
   void Grow();
 
   std::vector<Slot> m_Slots;
-  std::deque<Leaf> m_Leaves;
+  std::vector<std::unique_ptr<Leaf[]>> m_Chunks;  // of leaves
+  size_t m_nLeaves = 0;
   int m_nShift = 64;  // leaves as many bits of the hash as the table has
   Leaf * m_pLast = nullptr;
   uintptr_t m_nLastRegion = 0;

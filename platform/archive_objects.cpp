@@ -63,9 +63,13 @@ void IdentityTable::Grow()
 
 IdentityTable::Leaf & IdentityTable::LeafOf(uintptr_t region)
 {
-  if (2 * m_Leaves.size() >= m_Slots.size()) Grow();
+  constexpr size_t chunkLeaves = 32;
+  if (2 * m_nLeaves >= m_Slots.size()) Grow();
   Slot & slot = PlaceOf(region);
-  if (slot.pLeaf == nullptr) slot = {region, &m_Leaves.emplace_back()};
+  if (slot.pLeaf == nullptr) {
+    if (m_nLeaves % chunkLeaves == 0) m_Chunks.push_back(std::make_unique<Leaf[]>(chunkLeaves));
+    slot = {region, &m_Chunks.back()[m_nLeaves++ % chunkLeaves]};
+  }
   return *slot.pLeaf;
 }
 

@@ -3,7 +3,9 @@
 #include <zpbase/platform/file.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 
 IMPLEMENT_DYNAMIC(CMemFile, CFile)
 
@@ -12,17 +14,26 @@ CMemFile::CMemFile(BYTE * buffer, UINT size, UINT growBytes)
 {
 }
 
-// A block that was attached and has to grow is copied first: the caller's stays as it is.
+void CMemFile::FreeBlock::operator()(BYTE * block) const
+{
+  std::free(block);
+}
+
+// A block that was attached and has to grow is copied first: the caller's stays as it is. Large blocks of the C library grow
+// without being copied, which no container does.
 void CMemFile::Reserve(size_t size)
 {
   if (size <= m_nBufferSize) return;
   if (m_nGrowBytes == 0) AfxThrowFileException(CFileException::diskFull);
-  size_t const wanted = std::max(size, 2 * m_nBufferSize);
-  std::vector<BYTE> block((wanted + m_nGrowBytes - 1) / m_nGrowBytes * m_nGrowBytes);
-  if (m_nFileSize > 0) std::memcpy(block.data(), m_lpBuffer, m_nFileSize);
-  m_Owned.swap(block);
-  m_lpBuffer = m_Owned.data();
-  m_nBufferSize = m_Owned.size();
+  size_t const room = (std::max(size, 2 * m_nBufferSize) + m_nGrowBytes - 1) / m_nGrowBytes * m_nGrowBytes;
+  bool const attached = m_Owned == nullptr && m_lpBuffer != nullptr;
+  auto * const block = static_cast<BYTE *>(std::realloc(m_Owned.get(), room));
+  if (block == nullptr) throw std::bad_alloc();
+  static_cast<void>(m_Owned.release());
+  m_Owned.reset(block);
+  if (attached && m_nFileSize > 0) std::memcpy(block, m_lpBuffer, m_nFileSize);
+  m_lpBuffer = block;
+  m_nBufferSize = room;
 }
 
 // Bytes between the end and a position that was sought behind it are zeros.
@@ -91,7 +102,7 @@ void CMemFile::Flush() {}
 
 void CMemFile::Close()
 {
-  m_Owned = {};
+  m_Owned.reset();
   m_lpBuffer = nullptr;
   m_nBufferSize = m_nFileSize = m_nPosition = 0;
 }

@@ -2,7 +2,7 @@
 // A CFile keeps its own position, so a seek costs no system call; every name is in the inside form (see paths.h).
 #pragma once
 
-#include <vector>
+#include <memory>
 
 #include "exceptions.h"
 #include "runtime.h"
@@ -135,7 +135,11 @@ class ZP_API CMemFile : public CFile {
   void Reserve(size_t size);
   void ClearGap();
 
-  std::vector<BYTE> m_Owned;
+  struct FreeBlock {
+    void operator()(BYTE * block) const;
+  };
+
+  std::unique_ptr<BYTE, FreeBlock> m_Owned;
   size_t m_nBufferSize = 0;
   size_t m_nPosition = 0;
   UINT m_nGrowBytes;
