@@ -93,6 +93,7 @@ class ZP_API ParseString : public CString {
  private:
   void Init(ParseString const & other);
   bool InitParsing() const { return m_nOffset < GetLength(); }
+  size_t BehindDelimeters(std::string_view text, size_t offset) const;
   std::string_view ParseToken();
   int GetToken(CString & token);
   bool GetToken(std::string_view & token);
@@ -152,7 +153,6 @@ class ZP_API ParseFile : public ParseString {
  private:
   void LoadContent();
   void InitLineOffsets();
-  bool IsInsideLine() const;
   void CountLine();
 
   GPFile m_File;

@@ -1,10 +1,8 @@
-// Reading numbers from text by the rules of the C locale. A real number's digits are gathered in one pass, eight at a time;
-// most values are then exact in one operation, the others go through the standard library, and only what atof alone accepts
-// (hexadecimal, infinities, NaNs) or what leaves the range of doubles goes to the host's strtod.
-#include <bit>
+// Reading numbers from text by the rules of the C locale. A real number's digits are gathered in one pass; most values are then
+// exact in one operation, the others go through the standard library, and only what atof alone accepts (hexadecimal, infinities,
+// NaNs) or what leaves the range of doubles goes to the host's strtod.
 #include <charconv>
 #include <cstdint>
-#include <cstring>
 #include <string>
 
 #include <locale.h>
@@ -34,43 +32,10 @@ constexpr uint64_t maxExactInteger = uint64_t{1} << 53;
 constexpr ptrdiff_t maxGatheredDigits = 19;  // as many as 64 bits always hold
 constexpr int64_t maxExponent = 1'000'000'000'000'000;
 
-constexpr uint64_t integerPowers[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
-
-// The next eight characters, the first in the low byte, digits as 0 to 9.
-uint64_t loadEight(char const * p)
+// Takes the digits at p into mantissa, which wraps when there are too many of them. One at a time: the ends of the digits of
+// like numbers are foreseen by the processor, which then works on several numbers at once.
+inline char const * gatherDigits(char const * p, char const * last, uint64_t & mantissa)
 {
-  uint64_t bytes;
-  std::memcpy(&bytes, p, sizeof bytes);
-  if constexpr (std::endian::native == std::endian::big) bytes = __builtin_bswap64(bytes);
-  return bytes ^ 0x3030303030303030;
-}
-
-int leadingDigits(uint64_t eight)
-{
-  uint64_t const others = ((eight + 0x7676767676767676) | eight) & 0x8080808080808080;
-  return others == 0 ? 8 : std::countr_zero(others) >> 3;
-}
-
-// The number that the first count of the eight digits make: pairs, then fours, then all, each step in one multiplication.
-uint64_t valueOf(uint64_t eight, int count)
-{
-  int const half = 4 * (8 - count);
-  uint64_t digits = eight << half << half;
-  digits = digits * 10 + (digits >> 8);
-  constexpr uint64_t mask = 0x000000FF000000FF;
-  return ((digits & mask) * 0x000F424000000064 + ((digits >> 16) & mask) * 0x0000271000000001) >> 32;
-}
-
-// Takes the digits at p into mantissa, which wraps when there are too many of them.
-char const * gatherDigits(char const * p, char const * last, uint64_t & mantissa)
-{
-  while (last - p >= 8) {
-    uint64_t const eight = loadEight(p);
-    int const count = leadingDigits(eight);
-    mantissa = mantissa * integerPowers[count] + valueOf(eight, count);
-    p += count;
-    if (count < 8) return p;
-  }
   for (; p != last && isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
   return p;
 }
@@ -121,6 +86,12 @@ bool startsSpecial(char const * p, char const * last)
   return p != last && ((*p | 0x20) == 'i' || (*p | 0x20) == 'n');
 }
 
+// An integer of at most 2^53; the host converts signed ones faster.
+double asDouble(uint64_t mantissa)
+{
+  return static_cast<double>(static_cast<int64_t>(mantissa));
+}
+
 // The unsigned number at p; end moves behind it, or to p where there is none.
 double unsignedValue(char const * p, char const * last, char const *& end)
 {
@@ -143,8 +114,8 @@ double unsignedValue(char const * p, char const * last, char const *& end)
   end = q;
   if (q != last && (*q | 0x20) == 'x' && q - p == 1 && mantissa == 0) return hostValue(p, last, end);
   if (digits > maxGatheredDigits || mantissa > maxExactInteger) return libraryValue(p, end);
-  if (exponent <= 0 && exponent >= -maxExactPower) return static_cast<double>(mantissa) / exactPowers[-exponent];
-  if (exponent > 0 && exponent <= maxExactPower) return static_cast<double>(mantissa) * exactPowers[exponent];
+  if (exponent <= 0 && exponent >= -maxExactPower) return asDouble(mantissa) / exactPowers[-exponent];
+  if (exponent > 0 && exponent <= maxExactPower) return asDouble(mantissa) * exactPowers[exponent];
   return libraryValue(p, end);
 }
 

@@ -59,6 +59,7 @@ void ParseFile::LoadContent()
   if (length > maxFileLength) AfxThrowFileException(CFileException::genericException, -1, m_File.GetFilePath());
   if (length != 0) {
     m_pContent = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(length) + 2);
+    zp::PreferLargePages(m_pContent.get(), static_cast<size_t>(length));
     m_nContentLength = m_File.Read(m_pContent.get(), static_cast<UINT>(length));
   }
   m_File.Close();
@@ -94,16 +95,12 @@ int ParseFile::GotoLineNumber(int line)
   return 1;
 }
 
-// Whether the read position is behind a piece of a line that has been counted already.
-bool ParseFile::IsInsideLine() const
+// What is read next belongs to the current line if the read position lies behind a piece of it; otherwise it is a new line.
+inline void ParseFile::CountLine()
 {
-  if (m_nCurLine < 1 || m_nCurLine > m_nLineCount) return false;
-  return m_nReadPos < m_LineOffsets[static_cast<size_t>(m_nCurLine)];
-}
-
-void ParseFile::CountLine()
-{
-  if (!IsInsideLine()) ++m_nCurLine;
+  bool const isInside =
+      m_nCurLine >= 1 && m_nCurLine <= m_nLineCount && m_nReadPos < m_LineOffsets[static_cast<size_t>(m_nCurLine)];
+  if (!isInside) ++m_nCurLine;
 }
 
 int ParseFile::ReadLine()

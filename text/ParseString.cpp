@@ -76,7 +76,8 @@ void ParseString::SetLine(std::string_view line)
 {
   Empty();
   *this += line;
-  ResetOffset();
+  m_nOffset = 0;
+  m_nTokenStart = 0;
 }
 
 void ParseString::ResetOffset()
@@ -118,12 +119,16 @@ void ParseString::NoteDelimeters()
   }
 }
 
+// The first place from offset on that isn't a delimiter, or is one too many.
+inline size_t ParseString::BehindDelimeters(std::string_view text, size_t offset) const
+{
+  for (int count = 0; offset < text.size() && count != m_nDelimeterLimit && IsDelimeter(text[offset]); ++count) ++offset;
+  return offset;
+}
+
 void ParseString::DiscardDelimeters()
 {
-  std::string_view const text = View();
-  auto offset = static_cast<size_t>(m_nOffset);
-  for (int count = 0; offset < text.size() && count != m_nDelimeterLimit && IsDelimeter(text[offset]); ++count) ++offset;
-  m_nOffset = static_cast<int>(offset);
+  m_nOffset = static_cast<int>(BehindDelimeters(View(), static_cast<size_t>(m_nOffset)));
 }
 
 std::string_view ParseString::ParseToken()
@@ -170,9 +175,9 @@ int ParseString::GetNextInt()
 double ParseString::GetNext_Double()
 {
   if (!InitParsing()) return 0.0;
-  DiscardDelimeters();
   std::string_view const text = View();
-  auto const start = static_cast<size_t>(m_nOffset);
+  size_t const start = BehindDelimeters(text, static_cast<size_t>(m_nOffset));
+  m_nOffset = static_cast<int>(start);
   if (!m_bNumbersAreTokens || start == text.size() || isSpace(text[start])) return zp::TextToDouble(ParseToken());
   size_t used = 0;
   double const value = zp::TextToDouble(text.substr(start), &used);
