@@ -5,3 +5,4 @@
 #include <CLI/CLI.hpp>
 
 void AddStoreCommands(CLI::App & app, int & status);
+void AddSettingsCommands(CLI::App & app, int & status);

@@ -14,6 +14,7 @@ using AddCommands = void (*)(CLI::App & app, int & status);
 
 constexpr AddCommands g_Commands[] = {
     AddStoreCommands,
+    AddSettingsCommands,
 };
 
 int fail(std::string const & line, int status)

@@ -1,0 +1,81 @@
+// zp settings, as a person runs it: output, exit status and what stands in the files afterwards.
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <string>
+
+#include "tests/support/TempFolder.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+class ZpSettings : public testing::Test {
+ protected:
+  // Output and errors of "zp settings ..." in the test's folder, with the exit status in front.
+  std::string Run(std::string const & arguments)
+  {
+    std::string const line = "cd '" + m_Folder.Path().string() +
+                             "' && XDG_CONFIG_HOME=\"$PWD\" " ZP_BINARY_DIR "/tools/zp settings " + arguments + " 2>&1";
+    std::FILE * const pipe = popen(line.c_str(), "r");
+    std::string output;
+    for (int c = 0; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
+    return std::to_string(WEXITSTATUS(pclose(pipe))) + ' ' + output;
+  }
+
+  TempFolder m_Folder;
+};
+
+}  // namespace
+
+TEST_F(ZpSettings, ChangeAndShowAProfileFile)
+{
+  EXPECT_EQ(Run("set Misc Name 'caf\xC3\xA9' -a Flow"), "0 ");
+  EXPECT_EQ(Run("set Misc n -5 -t integer -a Flow"), "0 ");
+  EXPECT_EQ(Run("set Other b 4f00 -t binary -p Flow.ini"), "0 ");
+  EXPECT_EQ(m_Folder.Read("Flow.ini"), "[Misc]\nName=caf\xE9\nn=-5\n\n[Other]\nb=PEAA\n");
+  EXPECT_EQ(Run("get misc NAME -p Flow.ini"), "0 caf\xC3\xA9\n");
+  EXPECT_EQ(Run("get misc n --json -p Flow.ini"), "0 {\"section\":\"Misc\",\"key\":\"n\",\"type\":\"text\",\"value\":\"-5\"}\n");
+  EXPECT_EQ(Run("list other -p Flow.ini"), "0 [Other]\nb                        text     PEAA\n");
+  EXPECT_EQ(Run("remove Misc n -p Flow.ini"), "0 ");
+  EXPECT_EQ(Run("remove Other -p Flow.ini"), "0 ");
+  EXPECT_EQ(m_Folder.Read("Flow.ini"), "[Misc]\nName=caf\xE9\n\n");
+}
+
+TEST_F(ZpSettings, CarryEveryTypeBetweenHivesAndTextsToProfiles)
+{
+  std::string const body =
+      "[HKEY_CURRENT_USER\\Software\\Acme\\Flow\\Misc]\r\n\"b\"=hex:4f,00\r\n\"e\"=hex(2):25,00\r\n\"m\"=hex(7):61,00,00\r\n"
+      "\"n\"=dword:fffffffb\r\n\"t\"=\"x\"\r\n";
+  m_Folder.Write("in.reg", "REGEDIT4\r\n\r\n" + body + "\r\n[HKEY_CURRENT_USER\\Software\\Acme\\Flowers]\r\n\"t\"=\"x\"\r\n");
+  EXPECT_EQ(
+      Run("import in.reg -r user.reg -c Acme -a Flow"),
+      "0 in.reg: 5 settings taken, 0 refused, 0 damaged lines, 1 of other keys than HKEY_CURRENT_USER\\Software\\Acme\\Flow\n");
+  EXPECT_EQ(Run("export -r user.reg -c Acme -a Flow"), "0 REGEDIT4\r\n\r\n" + body);
+  EXPECT_EQ(Run("get Misc n -r user.reg -c Acme -a Flow"), "0 -5\n");
+  m_Folder.Write("more.reg", "REGEDIT4\n" + body + "broken\n\"t\"=-\n");
+  EXPECT_EQ(Run("import more.reg -r user.reg -c Acme -a Flow").substr(0, 70),
+            "1 more.reg: 6 settings taken, 0 refused, 1 damaged lines, 0 of other k");
+  std::string ours = body;
+  ours.replace(ours.find("Acme"), 4, "Vantrelis");
+  m_Folder.Write("ours.reg", "REGEDIT4\n" + ours);
+  EXPECT_EQ(Run("import ours.reg -p x.ini -a Flow").substr(0, 41), "1 ours.reg: 4 settings taken, 1 refused, ");
+  EXPECT_EQ(m_Folder.Read("x.ini"), "[Misc]\nb=PEAA\ne=%\nn=-5\nt=x\n");
+}
+
+TEST_F(ZpSettings, SayWhatIsWrong)
+{
+  EXPECT_EQ(Run("get Misc none -p x.ini"), "1 zp: x.ini: no setting \"none\" in the section \"Misc\"; see zp settings list\n");
+  EXPECT_EQ(Run("set Misc n 12x -t integer -p x.ini"), "2 zp: \"12x\": an integer is from -2147483648 to 2147483647\n");
+  EXPECT_EQ(Run("set Misc b 4f0 -t binary -p x.ini"), "2 zp: \"4f0\": a block is pairs of hexadecimal digits, such as 4f00\n");
+  EXPECT_EQ(Run("set Misc a=b x -p x.ini").substr(0, 2), "1 ");
+  EXPECT_FALSE(m_Folder.Has("x.ini"));
+  m_Folder.Write("bad.reg", "[x]\n");
+  EXPECT_EQ(Run("list -r bad.reg"), "1 zp: bad.reg: doesn't begin with REGEDIT4; name a registration-entries file\n");
+  EXPECT_EQ(Run("import bad.reg -p x.ini"), "1 zp: bad.reg: is no registration-entries file; it must begin with REGEDIT4\n");
+  EXPECT_EQ(Run("list -r a.reg -p x.ini").substr(0, 2), "2 ");
+  EXPECT_EQ(m_Folder.Read("bad.reg"), "[x]\n");
+}
