@@ -13,6 +13,7 @@
 #include "foundation.h"
 
 class CStringArray;
+class GPIntVector;
 
 class ZP_API GPData : public GPObject {
   DECLARE_SERIAL(GPData)
@@ -361,6 +362,55 @@ class ZP_API GPDippr : public GPv {
 
   int Put(unsigned int equation, std::span<float const> values);
   int Get(Values & values) const;
+};
+
+// How a component is built up from UNIFAC groups: pairs of a group number and a count. A number given as a text with a capital R
+// or X in it is kept negated, and R and X can't be told apart afterwards. The constructor makes an area of size zero bytes.
+class ZP_API GPUnifac : public GPv {
+ public:
+  static constexpr unsigned int dataID = 103;
+
+  explicit GPUnifac(int size = 0) : GPv(dataID, size) {}
+  GPUnifac(CStringArray const & groups, GPIntVector const & counts);
+  static GPUnifac As(GPv const & item);
+  GPObject * Clone() const override;
+
+  // One count for each group. Gives how many are held; more than 8,191 are refused with 0 and the old ones kept.
+  int Load(CStringArray const & groups, GPIntVector const & counts);
+
+  // Each group once, in the order of first appearance, with the sum of its counts; gives how many. Marked groups come as "12R",
+  // or with keepMarks 0 like plain ones, where the marked group 9 counts as a 3 and a 7.
+  int Unload(CStringArray & groups, GPIntVector & counts, int keepMarks) const;
+
+ private:
+  int HelpConstruct(CStringArray const & groups, GPIntVector const & counts);
+};
+
+// Interaction parameters of a pair of groups: up to six pairs of floats, each in the slot of its tag, 128 to 133, under the
+// caller's data id. All forms give how many slots are held.
+class ZP_API GPUnifacBip : public GPv {
+ public:
+  GPUnifacBip(unsigned int id, int size) : GPv(id, size) {}
+  static GPUnifacBip As(GPv const & item);
+  GPObject * Clone() const override;
+
+  // A slot is held unless both its texts are empty; a single empty one is 0.
+  int Load(CString const & a128, CString const & b128, CString const & a129, CString const & b129, CString const & a130,
+           CString const & b130, CString const & a131, CString const & b131, CString const & a132, CString const & b132,
+           CString const & a133, CString const & b133);
+
+  // Slots that aren't held give 0 as numbers; texts, in the form "%g", stay as they are.
+  int Unload(float & a128, float & b128, float & a129, float & b129, float & a130, float & b130, float & a131, float & b131,
+             float & a132, float & b132, float & a133, float & b133) const;
+  int Unload(double & a128, double & b128, double & a129, double & b129, double & a130, double & b130, double & a131,
+             double & b131, double & a132, double & b132, double & a133, double & b133) const;
+  int Unload(CString & a128, CString & b128, CString & a129, CString & b129, CString & a130, CString & b130, CString & a131,
+             CString & b131, CString & a132, CString & b132, CString & a133, CString & b133) const;
+
+ private:
+  // The two of the twelve outputs that belong to the tag; another tag sets nothing.
+  static void SetBipFloatPtrs(unsigned int tag, float * const * outputs, float *& first, float *& second);
+  static void SetBipStringPtrs(unsigned int tag, CString * const * outputs, CString *& first, CString *& second);
 };
 
 // Items in ascending order of Compare, so of data id first; of equal ones the later added stands behind. The collection owns its

@@ -1,0 +1,19 @@
+// The kernels in lanes of 16 bytes, which every processor of the platform has.
+#include <utility>
+
+#include "numeric/kernels_internal.h"
+
+namespace {
+
+constexpr std::size_t laneBytes = 16;
+
+}  // namespace
+
+#include "numeric/lanes_internal.h"
+#include "numeric/lanes_product_internal.h"
+
+namespace zp {
+
+constinit KernelTable const g_BaselineKernels = laneKernels;
+
+}  // namespace zp

@@ -1,0 +1,72 @@
+// The arithmetic kernels of the numeric containers over raw arrays. Each exists once for every instruction set and gives the same
+// bits on all of them: lanes run across elements that don't depend on each other, and within one sum every step is a separate
+// multiplication and addition in ascending order, from 0.0.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include <zpbase/platform/types.h>
+
+namespace zp {
+
+// Element by element over n elements; out may be a or b. Integers wrap.
+template <class T>
+struct ElementKernels {
+  using Pairwise = void (*)(T * out, T const * a, T const * b, std::size_t n);
+  using WithScalar = void (*)(T * out, T const * a, T b, std::size_t n);
+
+  Pairwise add;
+  Pairwise subtract;
+  Pairwise multiply;
+  WithScalar addScalar;
+  WithScalar subtractScalar;
+  WithScalar multiplyScalar;
+};
+
+struct KernelTable {
+  ElementKernels<double> doubles;
+  ElementKernels<std::uint32_t> words;
+
+  // a / b, and a where b is 0.0.
+  ElementKernels<double>::Pairwise divideGuarded;
+  ElementKernels<double>::WithScalar divideScalar;
+
+  // The largest absolute value, 0.0 for none; NaNs are passed over.
+  double (*largestMagnitude)(double const * values, std::size_t n);
+
+  // out (rows x cols) = a (rows x inner) times b (inner x cols), all row-major; out overlaps neither.
+  void (*product)(double * out, double const * a, double const * b, std::size_t rows, std::size_t inner, std::size_t cols);
+  // out (rows) = m (rows x cols) times v (cols).
+  void (*matrixVector)(double * out, double const * m, double const * v, std::size_t rows, std::size_t cols);
+  // out (cols) = v (rows) times m (rows x cols).
+  void (*vectorMatrix)(double * out, double const * v, double const * m, std::size_t rows, std::size_t cols);
+};
+
+enum class InstructionSet { baseline, avx2, avx512 };
+
+// The table of an instruction set, or null when the machine lacks it.
+ZP_API KernelTable const * FindKernels(InstructionSet set);
+
+// Null before the first use. Threads that race for that find the same.
+extern constinit std::atomic<KernelTable const *> g_pKernels;
+KernelTable const & ChooseKernels();
+
+// The table for this machine: the widest instruction set that the processor and the system offer.
+inline KernelTable const & GetKernels()
+{
+  KernelTable const * const kernels = g_pKernels.load(std::memory_order_relaxed);
+  return kernels ? *kernels : ChooseKernels();
+}
+
+// Makes GetKernels answer with the given instruction set; 0, and no change, when the machine lacks it.
+ZP_API int UseInstructionSet(InstructionSet set);
+
+extern KernelTable const g_BaselineKernels;
+#if defined(__x86_64__)
+extern KernelTable const g_Avx2Kernels;
+extern KernelTable const g_Avx512Kernels;
+#endif
+
+}  // namespace zp

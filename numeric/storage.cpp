@@ -1,0 +1,101 @@
+// The blocks under the containers. The raw block is a little longer than its elements, so that they can begin on a boundary.
+#include <algorithm>
+#include <cstdint>
+#include <new>
+#include <utility>
+
+#include "numeric/storage_internal.h"
+
+namespace zp {
+
+namespace {
+
+constexpr std::size_t cacheLine = 64;
+constexpr std::size_t smallBlock = 128;  // bytes below which the allocator's own alignment serves
+
+}  // namespace
+
+DoubleBlock::DoubleBlock(std::size_t count)
+{
+  if (count == 0) return;
+  if (count > PTRDIFF_MAX / sizeof(double)) throw std::bad_array_new_length();
+  std::size_t const bytes = count * sizeof(double);
+  std::size_t const alignment = bytes < smallBlock ? sizeof(double) : cacheLine;
+  m_pBlock = std::make_unique_for_overwrite<unsigned char[]>(bytes + alignment - sizeof(double));
+  auto const address = reinterpret_cast<std::uintptr_t>(m_pBlock.get());
+  m_pData = reinterpret_cast<double *>(m_pBlock.get() + (alignment - address % alignment) % alignment);
+}
+
+IntBlock::IntBlock(int size) : m_nSize(std::max(size, 0))
+{
+  if (m_nSize > 0) m_pData = std::make_unique_for_overwrite<int[]>(Count());
+}
+
+IntBlock::IntBlock(int size, int value) : IntBlock(size)
+{
+  std::fill_n(m_pData.get(), Count(), value);
+}
+
+IntBlock::IntBlock(int size, int const * values) : IntBlock(size)
+{
+  if (values) {
+    std::copy_n(values, Count(), m_pData.get());
+  } else {
+    std::fill_n(m_pData.get(), Count(), 0);
+  }
+}
+
+IntBlock::IntBlock(IntBlock const & other) : IntBlock(other.m_nSize, other.m_pData.get()) {}
+
+IntBlock::IntBlock(IntBlock && other) noexcept : m_nSize(std::exchange(other.m_nSize, 0)), m_pData(std::move(other.m_pData)) {}
+
+IntBlock & IntBlock::operator=(IntBlock const & other)
+{
+  if (this != &other) *this = IntBlock(other);
+  return *this;
+}
+
+IntBlock & IntBlock::operator=(IntBlock && other) noexcept
+{
+  if (this == &other) return *this;
+  m_nSize = std::exchange(other.m_nSize, 0);
+  m_pData = std::move(other.m_pData);
+  return *this;
+}
+
+// The old block goes last: values may point into it.
+void IntBlock::ChangeSize(int size, int const * values)
+{
+  IntBlock changed(size);
+  std::size_t const kept = std::min(values ? changed.Count() : Count(), changed.Count());
+  std::copy_n(values ? values : m_pData.get(), kept, changed.m_pData.get());
+  std::fill_n(changed.m_pData.get() + kept, changed.Count() - kept, 0);
+  std::swap(m_nSize, changed.m_nSize);
+  std::swap(m_pData, changed.m_pData);
+}
+
+GPVector ElementAccess::MakeVector(int size)
+{
+  GPVector vector;
+  vector.m_nSize = std::max(size, 0);
+  vector.m_Block = DoubleBlock(vector.Count());
+  return vector;
+}
+
+GPIntVector ElementAccess::MakeIntVector(int size)
+{
+  GPIntVector vector;
+  vector.m_Elements = IntBlock(size);
+  return vector;
+}
+
+GPMatrix ElementAccess::MakeMatrix(int rows, int cols)
+{
+  GPMatrix matrix;
+  matrix.m_nRows = std::max(rows, 0);
+  matrix.m_nCols = std::max(cols, 0);
+  matrix.m_Block = DoubleBlock(matrix.Count());
+  return matrix;
+}
+
+}  // namespace zp
