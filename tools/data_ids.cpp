@@ -1,0 +1,102 @@
+// What zp keeps under which data id. The ids 97 to 103 are those of the record classes; the others are this program's own.
+
+#include "tools/data_ids.h"
+
+#include <algorithm>
+
+#include <zpbase/data.h>
+
+namespace {
+
+constexpr DataMeaning g_Meanings[] = {
+    {1, DataKind::Text, "name", "name", "", "", 0},
+    {2, DataKind::Text, "formula", "formula", "", "", 0},
+    {3, DataKind::Text, "cas", "CAS number", "", "", 0},
+    {10, DataKind::Number, "mw_kg_per_kmol", "molar mass", "kg/kmol", "", 0},
+    {11, DataKind::Number, "tb_K", "normal boiling point", "K", "", 0},
+    {12, DataKind::Number, "tc_K", "critical temperature", "K", "", 0},
+    {13, DataKind::Number, "pc_Pa", "critical pressure", "Pa", "", 0},
+    {14, DataKind::Number, "vc_m3_per_kmol", "critical volume", "m3/kmol", "", 0},
+    {15, DataKind::Number, "omega", "acentric factor", "", "", 0},
+    {16, DataKind::Number, "tm_K", "melting point", "K", "", 0},
+    {17, DataKind::Number, "hf_J_per_kmol", "heat of formation", "J/kmol", "", 0},
+    {18, DataKind::Number, "dipole_C_m", "dipole moment", "C m", "", 0},
+    {GPAvp::dataID, DataKind::Floats, "antoine", "vapour pressure", "Pa", "GPAvp", 7},
+    {GPIghc::dataID, DataKind::Floats, "cp_ig", "ideal gas heat capacity", "J/(kmol K)", "GPIghc", 6},
+    {GPLv::dataID, DataKind::Floats, "liquid_volume", "liquid volume", "", "GPLv", 2},
+    {GPSt::dataID, DataKind::Floats, "surface_tension", "surface tension", "", "GPSt", 2},
+    {GPHenry::dataID, DataKind::Floats, "henry", "Henry constants", "", "GPHenry", 4},
+    {GPMsrk::dataID, DataKind::Floats, "msrk", "modified SRK", "", "GPMsrk", 2},
+    {40, DataKind::Equation, "rho_liq", "liquid density", "kmol/m3", "GPDippr", 9},
+    {41, DataKind::Equation, "sigma", "surface tension", "N/m", "GPDippr", 9},
+    {42, DataKind::Equation, "p_vap", "vapour pressure", "Pa", "GPDippr", 9},
+    {43, DataKind::Equation, "h_vap", "heat of vaporization", "J/kmol", "GPDippr", 9},
+    {44, DataKind::Equation, "cp_liq", "liquid heat capacity", "J/(kmol K)", "GPDippr", 9},
+    {45, DataKind::Equation, "mu_liq", "liquid viscosity", "Pa s", "GPDippr", 9},
+    {46, DataKind::Equation, "mu_vap", "vapour viscosity", "Pa s", "GPDippr", 9},
+    {47, DataKind::Equation, "k_liq", "liquid thermal conductivity", "W/(m K)", "GPDippr", 9},
+    {48, DataKind::Equation, "k_vap", "vapour thermal conductivity", "W/(m K)", "GPDippr", 9},
+    {49, DataKind::Equation, "rho_sol", "solid density", "kmol/m3", "GPDippr", 9},
+};
+
+constexpr int fixedBytes = 18;  // of a numbered equation: the number and four coefficients
+
+AreaNumber realNumber(std::string name, float value)
+{
+  return {std::move(name), true, value, 0};
+}
+
+std::vector<AreaNumber> decodeFloats(GPv const & item, DataMeaning const & meaning)
+{
+  std::vector<AreaNumber> numbers;
+  int const count = item.GetSize() / static_cast<int>(sizeof(float));
+  if (count * static_cast<int>(sizeof(float)) != item.GetSize() || count > meaning.m_nCoefficients) return numbers;
+  std::vector<float> values(static_cast<size_t>(count));
+  item.GetFloatData(values.data(), count);
+  for (int i = 0; i < count; ++i) numbers.push_back(realNumber(CoefficientName(i), values[static_cast<size_t>(i)]));
+  return numbers;
+}
+
+std::vector<AreaNumber> decodeEquation(GPv const & item)
+{
+  std::vector<AreaNumber> numbers;
+  int const size = item.GetSize();
+  if (size < fixedBytes || size > fixedBytes + 5 * 4 || (size - fixedBytes) % 4 != 0) return numbers;
+  unsigned short equation = 0;
+  float c[9] = {};
+  int const further = GPDippr::As(item).Unload(equation, c[0], c[1], c[2], c[3], c[4], c[5], c[6], c[7], c[8]);
+  numbers.push_back({"equation", false, 0.0F, equation});
+  for (int i = 0; i < 4 + further; ++i) numbers.push_back(realNumber(CoefficientName(i), c[i]));
+  return numbers;
+}
+
+}  // namespace
+
+std::span<DataMeaning const> GetDataMeanings()
+{
+  return g_Meanings;
+}
+
+DataMeaning const * FindDataMeaning(unsigned int dataID)
+{
+  auto const found = std::find_if(std::begin(g_Meanings), std::end(g_Meanings),
+                                  [dataID](DataMeaning const & meaning) { return meaning.m_nDataID == dataID; });
+  return found != std::end(g_Meanings) ? &*found : nullptr;
+}
+
+std::string CoefficientName(int index)
+{
+  return std::string(1, static_cast<char>('A' + index));
+}
+
+std::vector<AreaNumber> DecodeArea(GPv const & item, DataMeaning const & meaning)
+{
+  switch (meaning.m_Kind) {
+    case DataKind::Floats:
+      return decodeFloats(item, meaning);
+    case DataKind::Equation:
+      return decodeEquation(item);
+    default:
+      return {};
+  }
+}

@@ -1,0 +1,46 @@
+// The data ids under which zp keeps a component's names, constants and correlations, and the layouts of packed areas.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class GPv;
+
+enum class DataKind {
+  Text,     // GPs
+  Number,   // GPf
+  Floats,   // GPv: float data of a fixed count of coefficients
+  Equation  // GPv: an equation number and up to nine coefficients
+};
+
+struct DataMeaning {
+  unsigned int m_nDataID;
+  DataKind m_Kind;
+  char const * m_pColumn;  // of a table of components; the base of its columns for a correlation
+  char const * m_pLabel;
+  char const * m_pUnit;    // of the number, or of what the correlation gives
+  char const * m_pLayout;  // the class whose layout a packed area has
+  int m_nCoefficients;     // at most
+};
+
+// All of them, in the order of a table's columns.
+std::span<DataMeaning const> GetDataMeanings();
+
+// What data id means, or null for one that isn't in the table.
+DataMeaning const * FindDataMeaning(unsigned int dataID);
+
+// One number of a packed area.
+struct AreaNumber {
+  std::string m_strName;
+  bool m_bReal;
+  float m_fValue;
+  int m_nValue;
+};
+
+// The numbers of an item's area in the layout that its data id names; empty if the area doesn't fit it.
+std::vector<AreaNumber> DecodeArea(GPv const & item, DataMeaning const & meaning);
+
+// Its coefficient's letter: "A" for the first.
+std::string CoefficientName(int index);

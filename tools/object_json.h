@@ -1,0 +1,29 @@
+// Objects and records as JSON, without loss: an object that this form can't give back bit for bit is told as its bytes.
+//
+//   record   {"id": 4, "object": {...}}  or  {"id": 4, "hex": "..."}
+//   object   {"class": "GPf", "data_id": 10, "value": 18.01528}, null for a null pointer
+//   area     {"class": "GPv", "data_id": 97, "area": "...", "decoded": {...}}; the hex counts, decoded is for the reader
+//   list     {"class": "GPDataArray", "items": [...]}
+//
+// Numbers have as many digits as they need; those that aren't finite are the texts "inf", "-inf" and "nan:" with the bits in hex.
+#pragma once
+
+#include <memory>
+#include <span>
+#include <vector>
+
+#include <zpbase/platform/runtime.h>
+#include <nlohmann/json.hpp>
+
+using Json = nlohmann::ordered_json;
+
+// The object, or a discarded value for a class that has no JSON form.
+Json ObjectToJson(CObject const * object);
+
+// The object told, null for null. Raises Failure with the place of what is wrong, such as items[2].value.
+std::unique_ptr<CObject> ObjectFromJson(Json const & json);
+
+Json RecordToJson(int id, std::span<BYTE const> bytes);
+
+// The bytes of a record told by "object" or "hex".
+std::vector<BYTE> RecordFromJson(Json const & json);

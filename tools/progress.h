@@ -1,0 +1,24 @@
+// A bar on standard error for work that lasts over a second, when that is a terminal.
+#pragma once
+
+#include <chrono>
+#include <string>
+
+class Progress {
+ public:
+  Progress(std::string label, unsigned long long total);
+  ~Progress();  // clears the line
+  Progress(Progress const &) = delete;
+  Progress & operator=(Progress const &) = delete;
+
+  void Reach(unsigned long long done);
+
+ private:
+  void Draw(unsigned long long done);
+
+  std::string m_strLabel;
+  unsigned long long m_nTotal;
+  bool m_bTerminal;
+  bool m_bDrawn = false;
+  std::chrono::steady_clock::time_point m_Next;
+};
