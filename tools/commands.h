@@ -6,3 +6,4 @@
 
 void AddStoreCommands(CLI::App & app, int & status);
 void AddSettingsCommands(CLI::App & app, int & status);
+void AddTextCommands(CLI::App & app, int & status);

@@ -15,6 +15,7 @@ using AddCommands = void (*)(CLI::App & app, int & status);
 constexpr AddCommands g_Commands[] = {
     AddStoreCommands,
     AddSettingsCommands,
+    AddTextCommands,
 };
 
 int fail(std::string const & line, int status)
