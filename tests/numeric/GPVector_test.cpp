@@ -56,7 +56,7 @@ TEST(GPVector, SortsAscendingAtEverySize)
 {
   for (int size : {0, 1, 2, 3, 100, 256, 257, 5000}) {
     GPVector vector = randomVector(size);
-    if (size > 0) EXPECT_EQ(reinterpret_cast<std::uintptr_t>(vector.ArrayPtr()) % (size < 16 ? 8 : 64), 0U);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(vector.ArrayPtr()) % (size < 16 ? 8 : 64), 0U);
     if (size > 2) vector[1] = -infinity;
     Doubles expected = elementsOf(vector);
     std::sort(expected.begin(), expected.end());
