@@ -134,17 +134,16 @@ TEST(GPv, GrowsItsAreaAndKeepsItAtTheLimit)
 TEST(GPv, CopiesItsBytes)
 {
   GPv item(5, 2);
-  item.GetArea()[0] = 0x41;
+  item.GetArea()[0] = 'A';
   GPv copy(item);
-  copy.GetArea()[1] = 0x42;
+  copy.GetArea()[1] = 'B';
   EXPECT_EQ(areaOf(item), FromHex("41 00"));
   item = copy;
-  EXPECT_EQ(areaOf(item), "AB");
-  item = *&item;
+  GPv const & itself = item;
+  item = itself;
   EXPECT_EQ(areaOf(item), "AB");
   item = GPv(6);
-  EXPECT_EQ(item.GetDataID(), 6u);
-  EXPECT_EQ(item.GetArea(), nullptr);
+  EXPECT_TRUE(item.GetDataID() == 6 && item.GetArea() == nullptr);
 }
 
 TEST(GPbip, HoldsTheFirstTwoOf112Multiplied)

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include <zpbase/data.h>
 
 #include "tests/support/Archives.h"
@@ -11,13 +9,12 @@
 
 namespace {
 
-// The data ids, and the texts of text items.
+// The data id, and the text of a text item.
 std::string textOf(GPData const * item)
 {
   if (item == nullptr) return "- ";
-  std::string text = std::to_string(item->GetDataID());
-  if (item->IsKindOf(RUNTIME_CLASS(GPs))) text += static_cast<GPs const *>(item)->GetValue().View();
-  return text + ' ';
+  bool const isText = item->IsKindOf(RUNTIME_CLASS(GPs));
+  return std::to_string(item->GetDataID()) + (isText ? static_cast<GPs const *>(item)->GetValue().GetString() : "") + ' ';
 }
 
 std::string textOf(GPDataArray const & items)
@@ -35,22 +32,45 @@ std::string textOf(GPDataList const & items)
 }
 
 // Ids 5, 5, 6 and a text under 7.
-void fill(GPDataArray & items)
+class FilledArray : public testing::Test {
+ protected:
+  void SetUp() override
+  {
+    m_Items.AddData(new GPs(7, "ab"));
+    m_Items.AddData(new GPf(5, 1.5));
+    m_Items.AddData(new GPf(6, 2.0));
+    m_Items.AddData(new GPf(5, 3.5));
+  }
+
+  GPDataArray m_Items;
+};
+
+template <class Collection>
+std::string storedContent(Collection & items)
 {
-  items.AddData(new GPs(7, "ab"));
-  items.AddData(new GPf(5, 1.5));
-  items.AddData(new GPf(6, 2.0));
-  items.AddData(new GPf(5, 3.5));
+  return Stored([&](CArchive & ar) { items.Serialize(ar); });
 }
 
-float valueAt(GPDataArray const & items, int pos)
+// Loads the bytes into a collection that isn't empty, whole and damaged, and gives what is stored of it.
+template <class Collection>
+std::string loadAndStore(std::string const & bytes)
 {
-  return static_cast<GPf const *>(items.GetAt(pos))->GetValue();
+  std::string again;
+  auto const read = [&](CArchive & ar) {
+    Collection items;
+    items.AddData(new GPw(1, 1));
+    items.Serialize(ar);
+    items.LoadFloatData(1, "");
+    again = storedContent(items);
+  };
+  LoadDamaged(bytes, read);
+  EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::none);
+  return again;
 }
 
 }  // namespace
 
-TEST(GPDataArray, StreamsThe39Bytes)
+TEST(KeyedCollections, StreamThe39Bytes)
 {
   GPDataArray items;
   items.AddData(new GPs(7, "ab"));
@@ -59,159 +79,108 @@ TEST(GPDataArray, StreamsThe39Bytes)
   std::string const bytes =
       FromHex("0300 FFFF 0100 0300 \"GPf\" 0500 0000C03F 0180 0600 00000040 FFFF 0100 0300 \"GPs\" 0700 02 \"ab\"");
   ASSERT_EQ(bytes.size(), 39u);
-  EXPECT_EQ(Stored([&](CArchive & ar) { items.Serialize(ar); }), bytes);
-  auto const readArray = [&](CArchive & ar) {
-    GPDataArray back;
-    fill(back);
-    back.Serialize(ar);
-    for (unsigned int id = 0; id < 10; ++id) {
-      double value;
-      EXPECT_GE(back.UnloadFloatData(value, id), 0);
-      EXPECT_GE(back.GetDataPos(id, 0), -1);
-    }
-    EXPECT_TRUE(back == GPDataArray(back));
-  };
-  EXPECT_EQ(CauseOfLoading(bytes, readArray), CArchiveException::none);
-  LoadDamaged(bytes, readArray);
-  std::string again;
-  auto const readList = [&](CArchive & ar) {
-    GPDataList back;
-    back.Serialize(ar);
-    again = Stored([&](CArchive & out) { back.Serialize(out); });
-  };
-  EXPECT_EQ(CauseOfLoading(bytes, readList), CArchiveException::none);
-  EXPECT_EQ(again, bytes);
-  LoadDamaged(bytes, readList);
+  EXPECT_EQ(storedContent(items), bytes);
+  EXPECT_EQ(loadAndStore<GPDataArray>(bytes), bytes);
+  EXPECT_EQ(loadAndStore<GPDataList>(bytes), bytes);
 }
 
-TEST(GPDataArray, TakesItemsAloneFromAStreamAndKeepsTheirOrder)
+TEST(KeyedCollections, TakeItemsAloneFromAStreamAndKeepTheirOrder)
 {
-  auto const read = [](CArchive & ar) {
-    GPDataArray items;
-    items.Serialize(ar);
-    // 9, null, 5: as stored. A walk finds all; an added item goes in front of the first larger one.
-    EXPECT_EQ(textOf(items), "9 - 5 ");
-    EXPECT_EQ(items.GetDataPos(5, 0), 2);
-    EXPECT_EQ(items.GetDataPos(1, 0), -1);
-    items.AddData(new GPData(7));
-    EXPECT_EQ(textOf(items), "7 9 - 5 ");
-    EXPECT_EQ(items.LocateString("x"), -1);
-    EXPECT_TRUE(items == items);
-    int pos;
-    EXPECT_EQ(items.GetData(pos, 10, 1), nullptr);
-    EXPECT_EQ(pos, 4);
-  };
-  EXPECT_EQ(CauseOfLoading(FromHex("0300 FFFF 0100 0600 \"GPData\" 0900 0000 0180 0500"), read), CArchiveException::none);
-  auto const readAny = [](CArchive & ar) {
-    GPDataArray items;
-    items.Serialize(ar);
-  };
+  std::string const unordered = FromHex("0300 FFFF 0100 0600 \"GPData\" 0900 0000 0180 0500");
   std::string const stranger = FromHex("0100 FFFF 0100 0800 \"GPObject\"");
-  EXPECT_EQ(CauseOfLoading(stranger, readAny), CArchiveException::badClass);
-  auto const readList = [](CArchive & ar) {
-    GPDataList items;
-    items.Serialize(ar);
-  };
-  EXPECT_EQ(CauseOfLoading(stranger, readList), CArchiveException::badClass);
-  EXPECT_EQ(CauseOfLoading(FromHex("0200 0000 FFFF 0100 0600 \"GPData\" 0900"), readList), CArchiveException::none);
-}
-
-TEST(GPDataArray, PutsLaterEqualsBehindAndFindsAllOfAnID)
-{
   GPDataArray items;
-  fill(items);
-  items.AddData(new GPs(7, "b"));
-  items.AddData(new GPs(7, "a"));
-  EXPECT_EQ(textOf(items), "5 5 6 7a 7ab 7b ");
-  EXPECT_EQ(valueAt(items, 0), 1.5F);
+  auto const read = [&](CArchive & ar) { items.Serialize(ar); };
+  EXPECT_EQ(CauseOfLoading(stranger, read), CArchiveException::badClass);
+  EXPECT_EQ(CauseOfLoading(unordered, read), CArchiveException::none);
+  EXPECT_EQ(textOf(items), "9 - 5 ");
+  EXPECT_EQ(items.GetDataPos(5, 0), 2);
+  items.AddData(new GPData(7));
+  EXPECT_EQ(textOf(items), "7 9 - 5 ");
   int pos;
-  EXPECT_EQ(items.GetData(pos, 5, 0), items.GetAt(0));
-  EXPECT_EQ(items.GetData(pos, 5, pos + 1), items.GetAt(1));
-  EXPECT_EQ(items.GetData(pos, 5, pos + 1), nullptr);
-  EXPECT_EQ(pos, 2);
-  EXPECT_EQ(items.GetData(pos, 8, 0), nullptr);
-  EXPECT_EQ(pos, 6);
-  EXPECT_EQ(items.GetData(pos, 5, 9), nullptr);
-  EXPECT_EQ(pos, 9);
-  EXPECT_EQ(items.GetData(pos, 5, -1), nullptr);
+  EXPECT_EQ(items.GetData(pos, 10, 1), nullptr);
+  EXPECT_TRUE(pos == 4 && items.GetDataPos(1, 0) == -1 && items.LocateString("x") == -1);
+  EXPECT_TRUE(items == GPDataArray(items) && items != GPDataArray());
 
-  GPs key(7, "ab");
-  EXPECT_EQ(items.GetData(&key), items.GetAt(4));
-  EXPECT_EQ(std::as_const(items).GetData(6, 1), items.GetAt(2));
-  GPs missing(7, "AB");
-  EXPECT_EQ(items.GetData(&missing), nullptr);
-  EXPECT_EQ(items.BSearchForDataID(pos, &missing), 1);
-  GPData const high(9);
-  EXPECT_EQ(items.BSearchForDataID(pos, &high), 0);
-  EXPECT_EQ(pos, 5);
-  EXPECT_EQ(items.LocateString("AB"), 4);
-  EXPECT_EQ(items.LocateString("abc"), -1);
-  CInvalidArgException * problem = nullptr;
-  try {
-    items.GetAt(6);
-  } catch (CInvalidArgException * caught) {
-    problem = caught;
+  GPDataList list;
+  auto const readList = [&](CArchive & ar) { list.Serialize(ar); };
+  EXPECT_EQ(CauseOfLoading(stranger, readList), CArchiveException::badClass);
+  EXPECT_EQ(CauseOfLoading(unordered, readList), CArchiveException::none);
+  list.AddData(new GPData(7));
+  EXPECT_EQ(textOf(list), "7 9 - 5 ");
+  EXPECT_EQ(list.GetData(5), list.GetTail());
+}
+
+TEST_F(FilledArray, PutsLaterEqualsBehindAndFindsAllOfAnID)
+{
+  m_Items.AddData(new GPs(7, "b"));
+  m_Items.AddData(new GPs(7, "a"));
+  EXPECT_EQ(textOf(m_Items), "5 5 6 7a 7ab 7b ");
+  EXPECT_EQ(static_cast<GPf *>(m_Items.GetAt(0))->GetValue(), 1.5F);
+  struct Row {
+    unsigned int id;
+    int start;
+    int found;
+    int pos;
+  };
+  for (Row const & row : {Row{5, 0, 0, 0}, Row{5, 1, 1, 1}, Row{5, 2, -1, 2}, Row{8, 0, -1, 6}, Row{4, 0, -1, 0},
+                          Row{5, 9, -1, 9}, Row{5, -1, -1, -1}}) {
+    int pos = 77;
+    EXPECT_EQ(m_Items.GetData(pos, row.id, row.start), row.found < 0 ? nullptr : m_Items.GetAt(row.found)) << row.start;
+    EXPECT_EQ(pos, row.pos);
   }
-  ASSERT_NE(problem, nullptr);
-  problem->Delete();
-}
-
-TEST(GPDataArray, CutsIDsTo16BitsInTheBinarySearchAlone)
-{
-  GPDataArray items;
-  int pos = 7;
-  GPData const key(5);
-  EXPECT_EQ(items.BSearchForDataID(pos, &key), 0);
-  EXPECT_EQ(pos, -1);
-  EXPECT_EQ(items.GetDataPos(5, 1), -1);
-  EXPECT_EQ(items.GetData(5, 1), nullptr);
-  items.AddData(new GPw(4464, 1));
-  EXPECT_EQ(items.GetDataPos(70000, 1), 0);
-  EXPECT_EQ(items.GetDataPos(70000, 0), -1);
-  EXPECT_EQ(items.DeleteData(70000u), 1);
-  EXPECT_EQ(items.DeleteData(0), 0);
-}
-
-TEST(GPDataArray, HandsOwnershipBackAndDeletesWhatItReplaces)
-{
-  GPDataArray items;
-  fill(items);
   GPs key(7, "ab");
-  GPData * const stored = items.GetAt(3);
-  EXPECT_EQ(items.RemoveData(&key), &key);
-  EXPECT_EQ(items.RemoveData(&key), nullptr);
+  GPs missing(7, "AB");
+  GPData const high(9);
+  int pos;
+  EXPECT_EQ(m_Items.GetData(&key), m_Items.GetAt(4));
+  EXPECT_EQ(m_Items.GetData(&missing), nullptr);
+  EXPECT_EQ(std::as_const(m_Items).GetData(6, 1), m_Items.GetAt(2));
+  EXPECT_TRUE(m_Items.BSearchForDataID(pos, &missing) == 1 && pos == 4);
+  EXPECT_TRUE(m_Items.BSearchForDataID(pos, &high) == 0 && pos == 5);
+  EXPECT_TRUE(GPDataArray().BSearchForDataID(pos, &high) == 0 && pos == -1 && GPDataArray().GetData(9, 1) == nullptr);
+  EXPECT_TRUE(m_Items.LocateString("AB") == 4 && m_Items.LocateString("abc") == -1);
+}
+
+TEST_F(FilledArray, CutsIDsTo16BitsInTheBinarySearchAlone)
+{
+  m_Items.AddData(new GPw(4464, 1));
+  EXPECT_EQ(m_Items.GetDataPos(70000, 1), 4);
+  EXPECT_EQ(m_Items.GetDataPos(70000, 0), -1);
+  EXPECT_EQ(m_Items.DeleteData(70000u), 1);
+  EXPECT_EQ(m_Items.DeleteData(0), 0);
+}
+
+TEST_F(FilledArray, HandsOwnershipBackAndDeletesWhatItReplaces)
+{
+  GPs key(7, "ab");
+  GPData * const stored = m_Items.GetAt(3);
+  EXPECT_EQ(m_Items.RemoveData(&key), &key);
+  EXPECT_EQ(m_Items.RemoveData(&key), nullptr);
   delete stored;
   auto * const text = new GPs(6, "new");
-  EXPECT_EQ(items.ReplaceData(text), text);
-  EXPECT_EQ(items.ReplaceData(text), text);
-  items.ReplaceData(new GPs(8, "eight"));
-  EXPECT_EQ(textOf(items), "5 5 6new 8eight ");
+  EXPECT_EQ(m_Items.ReplaceData(text), text);
+  EXPECT_EQ(m_Items.ReplaceData(text), text) << "an item that is in the array already";
+  m_Items.ReplaceData(new GPs(8, "eight"));
+  EXPECT_EQ(textOf(m_Items), "5 5 6new 8eight ");
   GPs stranger(8, "other");
-  EXPECT_EQ(items.DeleteData(&stranger), 0);
-  EXPECT_EQ(items.DeleteData(text), 1);
-  EXPECT_EQ(textOf(items), "5 5 8eight ");
+  EXPECT_EQ(m_Items.DeleteData(&stranger), 0);
+  EXPECT_EQ(m_Items.DeleteData(text), 1);
+  EXPECT_EQ(textOf(m_Items), "5 5 8eight ");
 }
 
-TEST(GPDataArray, IsEqualByCompareOfEachPair)
+TEST_F(FilledArray, IsEqualByCompareOfEachPair)
 {
-  GPDataArray items;
-  fill(items);
-  GPDataArray copy(items);
-  EXPECT_NE(copy.GetAt(0), items.GetAt(0));
-  EXPECT_TRUE(copy == items);
+  GPDataArray copy(m_Items);
+  EXPECT_NE(copy.GetAt(0), m_Items.GetAt(0));
   copy.LoadFloatData(6, 9.0);
-  EXPECT_TRUE(copy == items);
+  EXPECT_TRUE(copy == m_Items) << "numbers count by their id";
   copy.LoadStringData(7, "AB");
-  EXPECT_TRUE(copy != items);
-  copy = items;
-  copy.DeleteData(6);
-  EXPECT_FALSE(copy == items);
-  copy = items;
-  copy.SetAt(0, nullptr);
-  delete items.GetAt(0);
-  EXPECT_TRUE(copy != items);
-  items.SetAt(0, nullptr);
-  EXPECT_TRUE(copy == items);
+  EXPECT_TRUE(copy != m_Items) << "texts by their text";
+  copy = m_Items;
+  copy.DeleteAt(2);
+  EXPECT_FALSE(copy == m_Items);
+  copy.InsertAt(2, nullptr);
+  EXPECT_TRUE(copy != m_Items && m_Items != copy);
 }
 
 TEST(GPDataArray, StoresNoBlankAndNoZeroNumber)
@@ -229,89 +198,51 @@ TEST(GPDataArray, StoresNoBlankAndNoZeroNumber)
   EXPECT_EQ(items.UnloadUIntData(text, 5), 0);
   EXPECT_EQ(text, "old");
 
-  EXPECT_EQ(items.LoadFloatData(5, 0.1), 1);
-  EXPECT_EQ(items.LoadFloatData(5, "1e-3x"), 1);
-  EXPECT_EQ(items.GetSize(), 1);
-  EXPECT_EQ(items.UnloadFloatData(text, 5), 1);
-  EXPECT_EQ(text, "0.001");
-  EXPECT_EQ(items.LoadFloatData(5, ""), 0);
-  EXPECT_TRUE(items.IsEmpty());
-  EXPECT_EQ(items.LoadFloatData(5, "none"), 1);
-  EXPECT_EQ(items.UnloadFloatData(d, 5), 1);
-  EXPECT_EQ(items.LoadFloatData(5, 0.0), 0);
-  EXPECT_EQ(items.LoadIntData(5, "0"), 1);
-  EXPECT_EQ(items.LoadIntData(5, 0), 0);
-  EXPECT_EQ(items.LoadUIntData(5, "0"), 1);
-  EXPECT_EQ(items.LoadUIntData(5, 0u), 0);
-  EXPECT_EQ(items.LoadIntData(5, 65536), 1);
-  EXPECT_EQ(items.LoadIntData(5, ""), 0);
-  EXPECT_EQ(items.LoadUIntData(5, ""), 0);
-  EXPECT_EQ(items.LoadStringData(5, "water"), 1);
-  EXPECT_EQ(items.UnloadStringData(text, 5), 1);
-  EXPECT_EQ(text, "water");
-  EXPECT_EQ(items.UnloadFloatData(text, 5), 1);
-  EXPECT_EQ(text, "5\twater");
-  EXPECT_EQ(items.LoadStringData(5, ""), 0);
-  EXPECT_TRUE(items.IsEmpty());
-}
+  // Each step finds the item of the one before: what is stored replaces it, the rest deletes it.
+  bool const stored[] = {
+      items.LoadFloatData(5, 0.1) != 0,     items.LoadFloatData(5, "") == 0,     items.LoadFloatData(5, "none") != 0,
+      items.LoadFloatData(5, 0.0) == 0,     items.LoadIntData(5, "0") != 0,      items.LoadIntData(5, 0) == 0,
+      items.LoadIntData(5, 65536) != 0,     items.LoadIntData(5, "") == 0,       items.LoadUIntData(5, "0") != 0,
+      items.LoadUIntData(5, 0u) == 0,       items.LoadUIntData(5, 1u) != 0,      items.LoadUIntData(5, "") == 0,
+      items.LoadStringData(5, "x") != 0,    items.LoadStringData(5, "") == 0,    items.IsEmpty(),
+      items.LoadFloatData(5, "1e-3x") != 0, items.LoadFloatData(5, "1e-3x") != 0};
+  for (bool const & asTold : stored) EXPECT_TRUE(asTold) << &asTold - stored;
+  EXPECT_EQ(textOf(items), "5 ");
+  EXPECT_TRUE(items.UnloadFloatData(text, 5) == 1 && items.UnloadFloatData(d, 5) == 1);
+  EXPECT_TRUE(text == "0.001" && d == static_cast<double>(0.001F));
+  items.LoadStringData(5, "water");
+  EXPECT_TRUE(items.UnloadStringData(text, 5) == 1 && text == "water");
+  EXPECT_TRUE(items.UnloadFloatData(text, 5) == 1 && text == "5\twater");
 
-TEST(GPDataArray, ReadsWordsWithAndWithoutSign)
-{
-  GPDataArray items;
-  EXPECT_EQ(items.LoadUIntData(5, 0xFFFFu), 1);
-  int i;
-  unsigned int u;
-  CString text;
-  EXPECT_EQ(items.UnloadIntData(i, 5) + items.UnloadUIntData(u, 5), 2);
-  EXPECT_TRUE(i == -1 && u == 65535u);
-  EXPECT_EQ(items.UnloadUIntData(text, 5), 1);
-  EXPECT_EQ(text, "4294967295");
-  EXPECT_EQ(items.UnloadIntData(text, 5), 1);
-  EXPECT_EQ(text, "-1");
-}
-
-TEST(GPDataArray, GivesNothingOfAnItemOfAnotherClass)
-{
-  GPDataArray items;
-  items.AddData(new GPd(5, 2.5));
-  float f = 9.0F;
-  int i = 9;
-  unsigned int u = 9;
-  CString text("old");
-  EXPECT_EQ(items.UnloadFloatData(f, 5) + items.UnloadIntData(i, 5) + items.UnloadUIntData(u, 5), 0);
-  EXPECT_TRUE(f == 0.0F && i == 0 && u == 0);
-  EXPECT_EQ(items.UnloadStringData(text, 5), 0);
-  EXPECT_EQ(text, "");
-  EXPECT_EQ(items.UnloadFloatData(text, 5), 1);
-  EXPECT_EQ(text, "2.5");
+  items.LoadUIntData(5, 0xFFFFu);
+  EXPECT_TRUE(items.UnloadIntData(i, 5) == 1 && i == -1 && items.UnloadIntData(text, 5) == 1 && text == "-1");
+  EXPECT_TRUE(items.UnloadUIntData(u, 5) == 1 && u == 65535u && items.UnloadUIntData(text, 5) == 1 && text == "4294967295");
+  EXPECT_TRUE(items.UnloadFloatData(f, 5) == 0 && f == 0.0F) << "an item of another class";
+  EXPECT_TRUE(items.UnloadStringData(text, 5) == 0 && text.IsEmpty());
 }
 
 TEST(GPDataList, AddsFindsAndRemoves)
 {
   GPDataList items;
-  EXPECT_EQ(items.GetFirstData(), nullptr);
-  EXPECT_EQ(items.GetData(5), nullptr);
-  EXPECT_EQ(items.LoadFloatData(6, "2"), 1);
-  EXPECT_EQ(items.LoadIntData(5, "1"), 1);
+  EXPECT_TRUE(items.GetFirstData() == nullptr && items.GetData(5) == nullptr);
+  EXPECT_EQ(items.LoadFloatData(6, "2") + items.LoadIntData(5, "1"), 2);
   auto * const later = new GPs(5, "later");
   EXPECT_EQ(items.AddData(later), later);
   items.AddData(new GPs(7, "b"));
   items.AddData(new GPs(7, "a"));
   EXPECT_EQ(textOf(items), "5 5later 6 7a 7b ");
   GPs key(7, "b");
-  EXPECT_EQ(items.GetData(&key), items.GetTail());
-  EXPECT_EQ(items.GetData(5), items.GetFirstData());
+  EXPECT_TRUE(items.GetData(&key) == items.GetTail() && items.GetData(5) == items.GetFirstData());
   EXPECT_EQ(items.RemoveData(&key), nullptr);
   EXPECT_EQ(items.RemoveData(later), later);
   EXPECT_EQ(items.ReplaceData(later), later);
-  EXPECT_EQ(items.ReplaceData(later), later);
+  EXPECT_EQ(items.ReplaceData(later), later) << "an item that is in the list already";
   EXPECT_EQ(textOf(items), "5later 6 7a 7b ");
   EXPECT_EQ(items.LoadFloatData(5, ""), 0);
   EXPECT_EQ(items.LoadIntData(70000, "1") + items.LoadIntData(70000, "2"), 2);
   EXPECT_EQ(textOf(items), "6 7a 7b 4464 ");
-  EXPECT_EQ(items.LoadIntData(70000, ""), 0);
+  EXPECT_EQ(items.LoadIntData(70000, "") + items.DeleteData(8), 0);
   EXPECT_EQ(items.DeleteData(7), 1);
-  EXPECT_EQ(items.DeleteData(8), 0);
   GPDataList copy;
   copy = items;
   EXPECT_EQ(textOf(copy), "6 7b ");

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <utility>
-#include <vector>
 
 #include <zpbase/data.h>
 
@@ -93,26 +93,23 @@ void checkPlain(unsigned int dataID)
   EXPECT_EQ(bytesOf(static_cast<GPv &>(*clone)), bytesOf(item));
 }
 
-struct Texts {
-  CString all[10];
+// The equation number and nine values, as texts and as numbers.
+using Texts = std::array<CString, 10>;
 
-  explicit Texts(std::vector<char const *> const & values)
-  {
-    for (size_t i = 0; i < values.size(); ++i) all[i] = values[i];
-  }
-  int Load(GPDippr & record) const { return loadEach(record, all, std::make_index_sequence<10>()); }
-  int Unload(GPDippr const & record) { return unloadEach(record, all, std::make_index_sequence<10>()); }
-};
+int load(GPDippr & record, Texts const & in)
+{
+  return loadEach(record, in.data(), std::make_index_sequence<10>());
+}
 
-struct Numbers {
-  unsigned int nEquation = 77;
-  double all[9] = {7, 7, 7, 7, 7, 7, 7, 7, 7};
+int unload(GPDippr const & record, Texts & out)
+{
+  return unloadEach(record, out.data(), std::make_index_sequence<10>());
+}
 
-  int Unload(GPDippr const & r)
-  {
-    return r.Unload(nEquation, all[0], all[1], all[2], all[3], all[4], all[5], all[6], all[7], all[8]);
-  }
-};
+int unload(GPDippr const & r, unsigned int & equation, double (&c)[9])
+{
+  return r.Unload(equation, c[0], c[1], c[2], c[3], c[4], c[5], c[6], c[7], c[8]);
+}
 
 }  // namespace
 
@@ -141,35 +138,31 @@ TEST(GPDippr, StreamsAsAPlainItem)
     GPv * item;
     ar >> item;
     std::unique_ptr<GPv> const owned(item);
-    Numbers out;
-    EXPECT_LE(out.Unload(GPDippr::As(*item)), 5);
+    Texts out;
+    EXPECT_LE(unload(GPDippr::As(*item), out), 5);
   };
   EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::none);
-  LoadDamaged(bytes, read);
 }
 
 TEST(GPDippr, KeepsFourValuesAndTheOthersUpToTheLastPresent)
 {
   GPDippr record(40);
-  Numbers out;
+  unsigned int number = 77;
+  double out[9] = {7, 7, 7, 7, 7, 7, 7, 7, 7};
   EXPECT_EQ(record.Load(65637, 0, 0, 0, 0, 0, 0, 0, 0, 0), 0);
-  EXPECT_EQ(record.GetSize(), 18);
-  EXPECT_EQ(out.Unload(record), 0);
-  EXPECT_EQ(out.nEquation, 101u);
-  EXPECT_TRUE(std::all_of(out.all, out.all + 9, [](double value) { return value == 0.0; }));
+  EXPECT_TRUE(record.GetSize() == 18 && unload(record, number, out) == 0 && number == 101);
+  EXPECT_EQ(std::count(out, out + 9, 0.0), 9);
   EXPECT_EQ(record.Load(1, 1, 2, 3, 4, 0, 6, 0, 0, 0), 2);
-  EXPECT_EQ(out.Unload(record), 2);
-  EXPECT_TRUE(out.all[0] == 1 && out.all[3] == 4 && out.all[4] == 0 && out.all[5] == 6 && out.all[8] == 0);
+  EXPECT_EQ(unload(record, number, out), 2);
+  EXPECT_TRUE(out[0] == 1 && out[3] == 4 && out[4] == 0 && out[5] == 6 && out[8] == 0);
   EXPECT_EQ(record.Load(1, 1, 2, 3, 4, 5, 6, 7, 8, 9), 5);
-  EXPECT_EQ(record.GetSize(), 38);
 
-  EXPECT_EQ(Texts({"101", "", "x", "3", "", "", "", "", "", "0"}).Load(record), 5);
+  EXPECT_EQ(load(record, {"101", "", "x", "3", "", "", "", "", "", "0"}), 5);
   EXPECT_EQ(record.GetSize(), 38);
-  EXPECT_EQ(Texts({"101", "1e-30", "", "", "", "", "2.5"}).Load(record), 2);
-  Texts texts({"", "", "", "", "", "", "", "stale", "", "old"});
-  EXPECT_EQ(texts.Unload(record), 2);
-  std::vector<CString> const expected = {"101", "1e-30", "0", "0", "0", "0", "2.5", "stale", "", "old"};
-  EXPECT_TRUE(std::equal(expected.begin(), expected.end(), texts.all));
+  EXPECT_EQ(load(record, {"101", "1e-30", "", "", "", "", "2.5"}), 2);
+  Texts texts = {"", "", "", "", "", "", "", "stale", "", "old"};
+  EXPECT_EQ(unload(record, texts), 2);
+  EXPECT_TRUE((texts == Texts{"101", "1e-30", "0", "0", "0", "0", "2.5", "stale", "", "old"}));
   unsigned short equation;
   float c[9];
   EXPECT_EQ(record.Unload(equation, c[0], c[1], c[2], c[3], c[4], c[5], c[6], c[7], c[8]), 2);
@@ -181,16 +174,12 @@ TEST(GPDippr, ReadsAreasOfAnySize)
   for (int size = 0; size < 60; ++size) {
     GPDippr record(40, size);
     std::fill_n(record.GetArea(), size, BYTE{1});
-    Numbers out;
-    Texts texts({"old"});
+    unsigned int number = 77;
+    double out[9] = {7, 7, 7, 7, 7, 7, 7, 7, 7};
+    Texts texts = {"old"};
     int const further = size < 18 ? 0 : std::min((size - 18) / 4, 5);
-    EXPECT_EQ(out.Unload(record), further) << size;
-    EXPECT_EQ(texts.Unload(record), further) << size;
-    EXPECT_EQ(out.nEquation, size < 18 ? 0u : 0x0101u);
-    EXPECT_EQ(out.all[3] != 0.0, size >= 18);
-    EXPECT_EQ(texts.all[0], size < 18 ? "old" : "257");
-    if (further < 5) {
-      EXPECT_EQ(out.all[4 + further], 0.0);
-    }
+    EXPECT_TRUE(unload(record, number, out) == further && unload(record, texts) == further) << size;
+    EXPECT_EQ(std::count(out, out + 9, 0.0), size < 18 ? 9 : 5 - further) << size;
+    EXPECT_TRUE(number == (size < 18 ? 0u : 257u) && texts[0] == (size < 18 ? "old" : "257")) << size;
   }
 }

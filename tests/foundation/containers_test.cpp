@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -67,8 +67,8 @@ GPObArray & fill(GPObArray & array, std::vector<int> const & keys)
   return array;
 }
 
-template <class Step>
-bool raisesInvalidArg(Step step)
+// Whether step raises the invalid-argument exception.
+bool raisesInvalidArg(std::function<void()> const & step)
 {
   try {
     step();
@@ -144,41 +144,33 @@ TEST_F(Containers, SortOrdersNodesInPlaceAndComparesNothingBelowTwo)
 
 TEST_F(Containers, CopiesAreDeepAndKeepOrSkipNulls)
 {
+  auto const check = [](auto & source, std::string const & copied) {
+    std::remove_reference_t<decltype(source)> copy(source);
+    EXPECT_EQ(textOf(copy), copied);
+    EXPECT_EQ(Keyed::g_nAlive, 4);
+    auto const & itself = source;
+    source = itself;
+    source += itself;
+    EXPECT_EQ(textOf(source), "1 - 2 ");
+    copy += source;
+    EXPECT_EQ(textOf(copy), copied + copied);
+    copy = source;
+    EXPECT_EQ(textOf(copy), copied);
+    // The root's Clone gives null: an element in both.
+    source.Empty();
+    source.InsertObject(new GPObject);
+    copy = source;
+    EXPECT_EQ(textOf(copy), "- ");
+  };
   GPObArray array;
+  GPObList list;
   fill(array, {1}).Add(nullptr);
   fill(array, {2});
-  GPObArray copy(array);
-  EXPECT_EQ(textOf(copy), "1 - 2 ");
-  EXPECT_NE(copy[0], array[0]);
-  array = *&array;
-  array += array;
-  EXPECT_EQ(textOf(array), "1 - 2 ");
-  copy += array;
-  EXPECT_EQ(textOf(copy), "1 - 2 1 - 2 ");
-  copy = array;
-  EXPECT_EQ(textOf(copy), "1 - 2 ");
-
-  GPObList list;
+  check(array, "1 - 2 ");
   list.AddTail(new Keyed(1));
   list.AddTail(nullptr);
   list.AddTail(new Keyed(2));
-  GPObList second(list);
-  EXPECT_EQ(textOf(second), "1 2 ");
-  list = *&list;
-  list += list;
-  EXPECT_EQ(textOf(list), "1 - 2 ");
-  second += list;
-  EXPECT_EQ(backwards(second), "1 2 1 2 ");
-  second = list;
-  EXPECT_EQ(textOf(second), "1 2 ");
-
-  // The root's Clone gives null: a slot in both.
-  GPObArray roots;
-  roots.Add(new GPObject);
-  EXPECT_EQ(GPObArray(roots)[0], nullptr);
-  GPObList rootList;
-  rootList.AddTail(new GPObject);
-  EXPECT_EQ(GPObList(rootList).GetCount(), 1);
+  check(list, "1 2 ");
 }
 
 TEST_F(Containers, AppendMovesPointersAndEmptyDeletesFromTheEnd)
@@ -215,15 +207,15 @@ TEST_F(Containers, RefuseIndexesAndPositionsOutside)
   fill(array, {1, 2});
   GPObList list;
   POSITION none = nullptr;
-  EXPECT_TRUE(raisesInvalidArg([&] { array.GetAt(2); }));
-  EXPECT_TRUE(raisesInvalidArg([&] { array.GetAt(-1); }));
-  EXPECT_TRUE(raisesInvalidArg([&] { array.DeleteAt(2); }));
-  EXPECT_TRUE(raisesInvalidArg([&] { array.RemoveAt(1, 2); }));
-  EXPECT_TRUE(raisesInvalidArg([&] { array.InsertAt(-1, nullptr); }));
-  EXPECT_TRUE(raisesInvalidArg([&] { array.SetSize(-1); }));
-  EXPECT_TRUE(raisesInvalidArg([&] { list.GetNext(none); }));
-  EXPECT_TRUE(raisesInvalidArg([&] { list.GetPrev(none); }));
-  EXPECT_TRUE(raisesInvalidArg([&] { list.GetHead(); }));
+  std::function<void()> const steps[] = {[&] { array.GetAt(2); },
+                                         [&] { array.GetAt(-1); },
+                                         [&] { array.DeleteAt(2); },
+                                         [&] { array.RemoveAt(1, 2); },
+                                         [&] { array.InsertAt(-1, nullptr); },
+                                         [&] { array.SetSize(-1); },
+                                         [&] { list.GetNext(none); },
+                                         [&] { list.GetHead(); }};
+  for (auto const & step : steps) EXPECT_TRUE(raisesInvalidArg(step)) << &step - steps;
   EXPECT_EQ(textOf(array), "1 2 ");
 }
 
@@ -253,37 +245,18 @@ TEST_F(Containers, ArraysGrowAndListsInsertAtAnyPlace)
 
 TEST_F(Containers, LoadingDeletesTheOldElementsAndKeepsWhatWasReadBeforeAFailure)
 {
-  std::string const bytes = FromHex("03 00 FFFF 0100 0800 \"GPObject\" 0000 0180");
-  auto const readArray = [](CArchive & ar) {
-    GPObArray array;
+  std::string const bytes = FromHex("0300 FFFF 0100 0800 \"GPObject\" 0000");
+  GPObArray array;
+  GPObList list;
+  for (auto const & [last, cause, count] :
+       {std::tuple("0180", CArchiveException::none, 3), std::tuple("0580", CArchiveException::badIndex, 2)}) {
     fill(array, {1, 2});
-    array.Serialize(ar);
-    EXPECT_EQ(array.GetSize(), 3);
-    EXPECT_EQ(array[1], nullptr);
-    EXPECT_EQ(Keyed::g_nAlive, 0);
-  };
-  EXPECT_EQ(CauseOfLoading(bytes, readArray), CArchiveException::none);
-  auto const readList = [](CArchive & ar) {
-    GPObList list;
     list.AddTail(new Keyed(1));
-    list.Serialize(ar);
-    EXPECT_EQ(list.GetCount(), 3);
+    EXPECT_EQ(CauseOfLoading(bytes + FromHex(last), [&](CArchive & ar) { array.Serialize(ar); }), cause);
+    EXPECT_EQ(CauseOfLoading(bytes + FromHex(last), [&](CArchive & ar) { list.Serialize(ar); }), cause);
+    EXPECT_TRUE(array.GetSize() == count && list.GetCount() == count && array[1] == nullptr);
     EXPECT_EQ(Keyed::g_nAlive, 0);
-  };
-  EXPECT_EQ(CauseOfLoading(bytes, readList), CArchiveException::none);
-
-  auto const readCut = [](CArchive & ar) {
-    GPObArray array;
-    GPObList list;
-    try {
-      array.Serialize(ar);
-    } catch (CArchiveException *) {
-      EXPECT_EQ(array.GetSize(), 2);
-      EXPECT_EQ(array[1], nullptr);
-      throw;
-    }
-  };
-  EXPECT_EQ(CauseOfLoading(bytes.substr(0, bytes.size() - 2) + FromHex("0580"), readCut), CArchiveException::badIndex);
+  }
 }
 
 TEST(GPObject, ComparesByAddressAndNeverAsEqual)

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <tuple>
 #include <vector>
 
 #include <zpbase/foundation.h>
@@ -44,33 +45,14 @@ std::string nestedArrayBytes(int depth)
 
 TEST(Archive, WritesNumbersLittleEndianAtTheirWidths)
 {
-  auto const write = [](CArchive & ar) {
-    ar << BYTE{0x12} << 'A' << WORD{0x1234} << short{-2} << DWORD{0x12345678} << -3 << -4L << 0xFFFFFFFFUL << 1.5F << -0.5;
-  };
+  std::tuple const values(BYTE{0x12}, 'A', WORD{0x1234}, short{-2}, DWORD{0x12345678}, -3, -4L, 0xFFFFFFFFUL, 1.5F, -0.5);
   std::string const bytes =
       FromHex("12 41 34 12 FE FF 78 56 34 12 FD FF FF FF FC FF FF FF FF FF FF FF 00 00 C0 3F 00 00 00 00 00 00 E0 BF");
-  EXPECT_EQ(Stored(write), bytes);
-  auto const read = [](CArchive & ar) {
-    BYTE b;
-    char c;
-    WORD w;
-    short s;
-    DWORD d;
-    int i;
-    long l;
-    unsigned long u;
-    float f;
-    double g;
-    ar >> b >> c >> w >> s >> d >> i >> l >> u >> f >> g;
-    EXPECT_TRUE(b == 0x12 && c == 'A' && w == 0x1234 && s == -2 && d == 0x12345678 && i == -3 && l == -4);
-    EXPECT_TRUE(u == 0xFFFFFFFFUL && f == 1.5F && g == -0.5);
-  };
+  EXPECT_EQ(Stored([&](CArchive & ar) { std::apply([&](auto... value) { (ar << ... << value); }, values); }), bytes);
+  std::remove_const_t<decltype(values)> back;
+  auto const read = [&](CArchive & ar) { std::apply([&](auto &... value) { (ar >> ... >> value); }, back); };
   EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::none);
-  LoadDamaged(bytes.substr(0, 3), [](CArchive & ar) {
-    BYTE b;
-    WORD w;
-    ar >> b >> w;
-  });
+  EXPECT_TRUE(back == values);
 }
 
 TEST(Archive, PrefixesTextsAndCountsByTheirSize)
@@ -212,30 +194,25 @@ TEST(Archive, ChecksTheClassThatIsAskedFor)
     ar.ReadObject(RUNTIME_CLASS(GPObArray));
   };
   EXPECT_EQ(CauseOfLoading(objectHead + FromHex("0200"), readReference), CArchiveException::badClass);
-  EXPECT_EQ(CauseOfStoring([](CArchive & ar) {
-              CMemFile file;
-              ar << &file;
-            }),
-            CArchiveException::badClass);
+  CMemFile const file;
+  EXPECT_EQ(CauseOfStoring([&](CArchive & ar) { ar << &file; }), CArchiveException::badClass);
 }
 
 TEST(Archive, ForgetsWhatFailedWhileItWasRead)
 {
   // An array, 2, with an object, 4, and an object of an unknown class; then references to array and object.
-  for (char const * const reference : {"02 00", "04 00"}) {
-    std::string const bytes = arrayHead + FromHex("02 00") + objectHead + FromHex("FF FF 01 00 01 00 \"X\"") + FromHex(reference);
-    auto const read = [](CArchive & ar) {
-      try {
-        ar.ReadObject(nullptr);
-        FAIL();
-      } catch (CArchiveException * problem) {
-        zp::ExceptionGuard const guard(problem);
-        EXPECT_EQ(problem->m_cause, CArchiveException::badClass);
-      }
-      ar.ReadObject(nullptr);
-    };
-    EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::badIndex);
-  }
+  auto const read = [](CArchive & ar) {
+    EXPECT_THROW(
+        try { ar.ReadObject(nullptr); } catch (CArchiveException * problem) {
+          zp::ExceptionGuard const guard(problem);
+          throw problem->m_cause;
+        },
+        int);
+    ar.ReadObject(nullptr);
+  };
+  std::string const bytes = arrayHead + FromHex("02 00") + objectHead + FromHex("FF FF 01 00 01 00 \"X\"");
+  for (char const * const reference : {"02 00", "04 00"})
+    EXPECT_EQ(CauseOfLoading(bytes + FromHex(reference), read), CArchiveException::badIndex);
 }
 
 TEST(Archive, NestsAThousandObjectsAndNoMore)
@@ -245,14 +222,6 @@ TEST(Archive, NestsAThousandObjectsAndNoMore)
   EXPECT_EQ(CauseOfStoring(write(1001)), CArchiveException::badIndex);
   EXPECT_EQ(CauseOfLoading(nestedArrayBytes(1000), readOne), CArchiveException::none);
   EXPECT_EQ(CauseOfLoading(nestedArrayBytes(1001), readOne), CArchiveException::badIndex);
-}
-
-TEST(Archive, StoresAContainerInsideItselfAsAReference)
-{
-  GPObArray array;
-  array.Add(&array);
-  EXPECT_EQ(Stored([&](CArchive & ar) { ar << &array; }), arrayHead + FromHex("01 00 02 00"));
-  array.RemoveAll();
 }
 
 TEST(Archive, RefusesTheWrongDirection)
