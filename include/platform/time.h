@@ -1,7 +1,33 @@
-// The clocks of the host, replaceable so that time can be stopped.
+// The clocks of the host, replaceable so that time can be stopped, and dates and times as the user's locale (LC_TIME) shows them.
 #pragma once
 
 #include "types.h"
+
+struct _SYSTEMTIME {
+  WORD wYear;
+  WORD wMonth;      // from 1
+  WORD wDayOfWeek;  // Sunday is 0
+  WORD wDay;
+  WORD wHour;
+  WORD wMinute;
+  WORD wSecond;
+  WORD wMilliseconds;
+};
+using SYSTEMTIME = _SYSTEMTIME;
+using LCID = DWORD;
+
+inline constexpr DWORD DATE_SHORTDATE = 1;
+inline constexpr DWORD TIME_NOSECONDS = 2;
+
+// Now, in local time, to the second.
+ZP_API void GetLocalTime(SYSTEMTIME * time);
+
+// The short date, and the time without seconds, or with them for flags 0, in at most size - 1 characters and a terminating zero;
+// what the code page lacks becomes '?'. The result counts the zero; it is 0, and text stays, for a date or time that doesn't
+// exist, years outside 1601 to 30827, and a text that doesn't fit. The day of the week isn't looked at. There is one locale, the
+// user's, and no format but the locale's: format is null.
+ZP_API int GetDateFormatA(LCID locale, DWORD flags, SYSTEMTIME const * date, char const * format, char * text, int size);
+ZP_API int GetTimeFormatA(LCID locale, DWORD flags, SYSTEMTIME const * time, char const * format, char * text, int size);
 
 namespace zp {
 

@@ -1,0 +1,32 @@
+#include "tests/support/OwnProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "tests/support/TempFolder.h"
+
+void RunInLocale(std::string const & source, std::string const & codeset, std::function<void()> const & test)
+{
+  TempFolder const folder;
+  bool const isThere = source == "C";
+  std::string const name = isThere ? source : source + "." + codeset;
+  std::string const built = (folder.Path() / name).string();
+  if (!isThere && system(("localedef -i " + source + " -f " + codeset + " " + built + " >/dev/null 2>&1").c_str()) != 0)
+    GTEST_SKIP() << "the host can't build the locale " << name;
+  fflush(stdout);
+  pid_t const child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    setenv("LOCPATH", folder.Path().c_str(), 1);
+    setenv("LC_ALL", name.c_str(), 1);
+    test();
+    fflush(stdout);
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0) << "in the locale " << name;
+}
