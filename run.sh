@@ -7,7 +7,7 @@ cd "$(dirname "$0")"
 prepare "${BUILD_PACKAGES[@]}"
 
 cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DZP_BUILD_TESTS=OFF >/dev/null
-cmake --build build/run
+cmake --build build/run --target zp
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

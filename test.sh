@@ -24,8 +24,8 @@ echo "== Sanitizers"
 suite asan-ubsan
 
 echo "== Benchmarks build"
-cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DZP_BUILD_BENCH=ON -DZP_BUILD_TESTS=OFF -DZP_BUILD_TOOLS=OFF >/dev/null
-cmake --build build/bench
+cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DZP_BUILD_BENCH=ON -DZP_BUILD_TESTS=OFF >/dev/null
+cmake --build build/run
 
 echo "== Fuzzing"
 cmake --preset fuzz >/dev/null
