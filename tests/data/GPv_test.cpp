@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 #include <vector>
 
 #include <zpbase/data.h>
@@ -25,9 +26,9 @@ CStringArray arrayOf(Texts const & texts)
 // The texts joined, each in brackets.
 std::string joined(CStringArray const & array)
 {
-  std::string text;
-  for (int i = 0; i < array.GetSize(); ++i) text += "[" + std::string(array[i].View()) + "]";
-  return text;
+  CString text;
+  for (int i = 0; i < array.GetSize(); ++i) text += "[" + array[i] + "]";
+  return text.GetString();
 }
 
 template <class Record>
@@ -48,13 +49,8 @@ std::string areaOf(GPv const & item)
 
 TEST(GPv, DropsZerosAtTheEndAlone)
 {
-  struct Row {
-    Texts in;
-    int stored;
-    char const * area;
-    char const * out;
-  };
-  for (Row const & row : {
+  using Row = std::tuple<Texts, int, char const *, char const *>;
+  for (auto const & [in, stored, area, out] : {
            Row{{"1", "", "3"}, 3, "0000803F 00000000 00004040", "[1][0][3]"},
            Row{{"1", "", ""}, 1, "0000803F", "[1][][]"},
            Row{{"0", "", "0.0"}, 0, "", "[][][]"},
@@ -64,10 +60,10 @@ TEST(GPv, DropsZerosAtTheEndAlone)
            Row{{"1", "2", "3", "4"}, 4, "0000803F 00000040 00004040 00008040", "[1][2][3][4]"},
        }) {
     GPv item(5, 8);
-    EXPECT_EQ(item.PutFloatData(arrayOf(row.in)), row.stored) << row.out;
-    EXPECT_EQ(areaOf(item), FromHex(row.area));
-    EXPECT_EQ(item.GetArea() == nullptr, row.stored == 0);
-    EXPECT_EQ(floatTexts(item, 3), row.out);
+    EXPECT_EQ(item.PutFloatData(arrayOf(in)), stored) << out;
+    EXPECT_EQ(areaOf(item), FromHex(area));
+    EXPECT_EQ(item.GetArea() == nullptr, stored == 0);
+    EXPECT_EQ(floatTexts(item, 3), out);
   }
 }
 

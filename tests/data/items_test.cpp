@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <memory>
+#include <tuple>
 
 #include <zpbase/data.h>
 
@@ -28,50 +29,36 @@ CString textOf(GPData const & item, char const * format)
 
 TEST(DataItems, StreamAsTheirFormSays)
 {
-  GPObArray * const array = new GPObArray;
+  auto * const array = new GPObArray;
   array->Add(new GPw(6, 7));
-  GPa withArray(5, array);
-  GPa withoutArray(5);
-  GPData data(70000);
-  GPd d(5, -0.5);
-  GPdw dw(5, -2);
-  GPf f(5, 0.1);
-  GPs s(7, "water");
-  GPw w(5, -1);
-  GPxy xy(5, 1.0, 2.0);
-  GPv v(5, 3);
-  GPbip bip(5, 0x1FFFF, 2);
-  struct Row {
-    GPData & item;
-    char const * bytes;
-  };
-  for (Row const & row : {
-           Row{data, "7011"},
-           Row{d, "0500 000000000000E0BF"},
-           Row{dw, "0500 FEFFFFFF"},
-           Row{f, "0500 CDCCCC3D"},
-           Row{s, "0700 05 \"water\""},
-           Row{w, "0500 FFFF"},
-           Row{xy, "0500 000000000000F03F 0000000000000040"},
-           Row{withoutArray, "0500 0000"},
-           Row{withArray, "0500 FFFF 0100 0900 \"GPObArray\" 0100 FFFF 0100 0300 \"GPw\" 0600 0700"},
-           Row{v, "0500 0300 000000"},
-           Row{bip, "0500 0200 0000 FFFF"},
+  using Row = std::tuple<std::shared_ptr<GPData>, char const *>;
+  for (auto const & [item, hex] : {
+           Row{std::make_shared<GPData>(70000), "7011"},
+           Row{std::make_shared<GPd>(5, -0.5), "0500 000000000000E0BF"},
+           Row{std::make_shared<GPdw>(5, -2), "0500 FEFFFFFF"},
+           Row{std::make_shared<GPf>(5, 0.1), "0500 CDCCCC3D"},
+           Row{std::make_shared<GPs>(7, "water"), "0700 05 \"water\""},
+           Row{std::make_shared<GPw>(5, -1), "0500 FFFF"},
+           Row{std::make_shared<GPxy>(5, 1.0, 2.0), "0500 000000000000F03F 0000000000000040"},
+           Row{std::make_shared<GPa>(5), "0500 0000"},
+           Row{std::make_shared<GPa>(5, array), "0500 FFFF 0100 0900 \"GPObArray\" 0100 FFFF 0100 0300 \"GPw\" 0600 0700"},
+           Row{std::make_shared<GPv>(5, 3), "0500 0300 000000"},
+           Row{std::make_shared<GPbip>(5, 0x1FFFF, 2), "0500 0200 0000 FFFF"},
        }) {
-    std::string const bytes = FromHex(row.bytes);
-    char const * const name = row.item.GetRuntimeClass()->m_lpszClassName;
-    EXPECT_EQ(storedAlone(row.item), bytes) << name;
+    std::string const bytes = FromHex(hex);
+    char const * const name = item->GetRuntimeClass()->m_lpszClassName;
+    EXPECT_EQ(storedAlone(*item), bytes) << name;
     std::string again;
     auto const read = [&](CArchive & ar) {
-      std::unique_ptr<GPData> const back(static_cast<GPData *>(row.item.GetRuntimeClass()->CreateObject()));
+      std::unique_ptr<GPData> const back(static_cast<GPData *>(item->GetRuntimeClass()->CreateObject()));
       back->Serialize(ar);
       again = storedAlone(*back);
     };
     EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::none) << name;
     EXPECT_EQ(again, bytes) << name;
     LoadDamaged(bytes, read);
-    std::unique_ptr<GPData> const copy(static_cast<GPData *>(row.item.Clone()));
-    EXPECT_EQ(copy->GetRuntimeClass(), row.item.GetRuntimeClass());
+    std::unique_ptr<GPData> const copy(static_cast<GPData *>(item->Clone()));
+    EXPECT_EQ(copy->GetRuntimeClass(), item->GetRuntimeClass());
     EXPECT_EQ(storedAlone(*copy), bytes) << name;
   }
 }
@@ -79,12 +66,8 @@ TEST(DataItems, StreamAsTheirFormSays)
 TEST(DataItems, RefuseWhatNoItemCanHold)
 {
   using E = CArchiveException;
-  struct Row {
-    char const * bytes;
-    int cause;
-    char const * why;
-  };
-  for (Row const & row : {
+  using Row = std::tuple<char const *, int, char const *>;
+  for (auto const & [bytes, cause, why] : {
            Row{"0300 \"GPv\" 0500 FFFF 00", E::endOfFile, "a negative size"},
            Row{"0300 \"GPv\" 0500 0080 00", E::endOfFile, "the smallest size"},
            Row{"0300 \"GPa\" 0500 FFFF 0100 0300 \"GPw\" 0500 0000", E::badClass, "an item as an array"},
@@ -95,7 +78,7 @@ TEST(DataItems, RefuseWhatNoItemCanHold)
                "an array with two owners"},
        }) {
     auto const read = [](CArchive & ar) { delete ar.ReadOwnedObject(RUNTIME_CLASS(GPData)); };
-    EXPECT_EQ(CauseOfLoading(FromHex("FFFF 0100") + FromHex(row.bytes), read), row.cause) << row.why;
+    EXPECT_EQ(CauseOfLoading(FromHex("FFFF 0100") + FromHex(bytes), read), cause) << why;
   }
 }
 

@@ -57,28 +57,25 @@ TEST(Archive, WritesNumbersLittleEndianAtTheirWidths)
 
 TEST(Archive, PrefixesTextsAndCountsByTheirSize)
 {
-  struct Row {
-    int length;
-    char const * prefix;
-    char const * count;
-  };
-  for (Row const & row : {Row{0, "00", "0000"}, Row{254, "FE", "FE00"}, Row{255, "FF FF00", "FF00"},
-                          Row{0xFFFD, "FF FDFF", "FDFF"}, Row{0xFFFE, "FF FFFF FEFF0000", "FEFF"},
-                          Row{0xFFFF, "FF FFFF FFFF0000", "FFFF FFFF0000"}, Row{70000, "FF FFFF 70110100", "FFFF 70110100"}}) {
-    CString const text('x', row.length);
-    std::string const bytes = FromHex(row.prefix) + std::string(text.View()) + FromHex(row.count);
+  using Row = std::tuple<int, char const *, char const *>;
+  for (auto const & [length, prefix, count] :
+       {Row{0, "00", "0000"}, Row{254, "FE", "FE00"}, Row{255, "FF FF00", "FF00"}, Row{0xFFFD, "FF FDFF", "FDFF"},
+        Row{0xFFFE, "FF FFFF FEFF0000", "FEFF"}, Row{0xFFFF, "FF FFFF FFFF0000", "FFFF FFFF0000"},
+        Row{70000, "FF FFFF 70110100", "FFFF 70110100"}}) {
+    CString const text('x', length);
+    std::string const bytes = FromHex(prefix) + std::string(text.View()) + FromHex(count);
     EXPECT_EQ(Stored([&](CArchive & ar) {
                 ar << text;
-                ar.WriteCount(static_cast<DWORD>(row.length));
+                ar.WriteCount(static_cast<DWORD>(length));
               }),
               bytes);
     auto const read = [&](CArchive & ar) {
       CString back("old");
       ar >> back;
       EXPECT_EQ(back, text);
-      EXPECT_EQ(ar.ReadCount(), static_cast<DWORD>(row.length));
+      EXPECT_EQ(ar.ReadCount(), static_cast<DWORD>(length));
     };
-    EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::none) << row.length;
+    EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::none) << length;
   }
 }
 
@@ -152,13 +149,9 @@ TEST(Archive, UsesLargeIndexesPast7FFE)
 
 TEST(Archive, TellsTheCauseOfEachDamage)
 {
-  struct Row {
-    char const * bytes;
-    int cause;
-    char const * why;
-  };
+  using Row = std::tuple<char const *, int, char const *>;
   using E = CArchiveException;
-  for (Row const & row : {
+  for (auto const & [bytes, cause, why] : {
            Row{"", E::endOfFile, "nothing"},
            Row{"FF FF 01 00 09 00 \"GPNothing\"", E::badClass, "an unknown class"},
            Row{"FF FF FF FF 08 00 \"CObArray\"", E::badClass, "a class that can't be made"},
@@ -181,7 +174,7 @@ TEST(Archive, TellsTheCauseOfEachDamage)
            Row{"FF FF 01 00 09 00 \"GPObArray\" FF FF FF FF FF FF 00 00", E::endOfFile, "4294967295 elements"},
            Row{"FF FF 01 00 08 00 \"GPObList\" FF FF FF FF FF FF 00 00", E::endOfFile, "the same in a list"},
        })
-    EXPECT_EQ(CauseOfLoading(FromHex(row.bytes), readOne), row.cause) << row.why;
+    EXPECT_EQ(CauseOfLoading(FromHex(bytes), readOne), cause) << why;
 }
 
 TEST(Archive, ChecksTheClassThatIsAskedFor)
@@ -260,20 +253,18 @@ TEST(Archive, CarriesBlocksLargerThanItsBuffer)
 {
   std::string big(10000, '\0');
   for (size_t i = 0; i < big.size(); ++i) big[i] = static_cast<char>(i * 7);
+  auto const size = static_cast<UINT>(big.size());
+  std::string back(big.size() + 2, '\0');
   auto const write = [&](CArchive & ar) {
     ar << BYTE{1};
-    ar.Write(big.data(), static_cast<UINT>(big.size()));
+    ar.Write(big.data(), size);
     ar << BYTE{2};
   };
-  std::string const bytes = Stored(write);
-  EXPECT_EQ(bytes, '\1' + big + '\2');
+  EXPECT_EQ(Stored(write), '\1' + big + '\2');
   auto const read = [&](CArchive & ar) {
-    BYTE mark;
-    std::string back(big.size(), '\0');
-    ar >> mark;
-    ar.EnsureRead(back.data(), static_cast<UINT>(back.size()));
-    EXPECT_EQ(back, big);
-    EXPECT_EQ(ar.Read(back.data(), 100), 1u);
+    ar.EnsureRead(back.data(), 1);
+    EXPECT_EQ(ar.Read(back.data() + 1, size + 9), size + 1);
   };
-  EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::none);
+  EXPECT_EQ(CauseOfLoading('\1' + big + '\2', read), CArchiveException::none);
+  EXPECT_EQ(back, '\1' + big + '\2');
 }
