@@ -4,14 +4,14 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <string>
+#include <vector>
 
 #include <zpbase/data.h>
 #include <zpbase/platform/archive.h>
 
 namespace {
 
-using Bytes = std::basic_string<BYTE>;
+using Bytes = std::vector<BYTE>;
 
 // Runs read over an archive of the bytes; false if it ended with an archive exception. Any other one is a fault.
 template <class Read>
@@ -35,7 +35,7 @@ Bytes store(Write write)
   CArchive ar(&file, CArchive::store);
   write(ar);
   ar.Close();
-  Bytes bytes(static_cast<size_t>(file.GetLength()), 0);
+  Bytes bytes(static_cast<size_t>(file.GetLength()));
   file.SeekToBegin();
   file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
   return bytes;
@@ -99,8 +99,8 @@ void tryDataArray(Bytes const & bytes)
     auto const id = static_cast<unsigned int>(i);
     items.UnloadFloatData(number, id);
     items.UnloadStringData(text, id);
-    items.LoadIntData(id, i);
     visit(items.GetAt(i));
+    items.LoadIntData(id, i);
   }
   require(items == items);
 }
@@ -109,7 +109,7 @@ void tryDataArray(Bytes const & bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
 {
-  Bytes const bytes(data, size);
+  Bytes const bytes(data, data + size);
   tryObject(bytes);
   tryContainer<GPObArray>(bytes);
   tryContainer<GPObList>(bytes);
