@@ -21,7 +21,7 @@ struct MapArguments : StoreArguments {
 };
 
 constexpr size_t rowCells = 64;
-constexpr size_t mostRows = 16;
+constexpr size_t mostRows = 8;
 
 constexpr std::array<char, areaKinds> g_Marks = {'h', '#', '+', '.', '?'};
 constexpr std::array<char const *, areaKinds> g_Names = {"headers of live blocks", "live", "slack", "free", "unreadable"};
