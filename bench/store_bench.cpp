@@ -74,18 +74,18 @@ void count(benchmark::State & state)
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-template <class Peer>
-void insert(benchmark::State & state)
+// Times work alone, each time on a subject that make builds anew in a scratch folder of its own.
+template <class Make, class Work>
+void onFresh(benchmark::State & state, Make make, Work work)
 {
-  Records const records(static_cast<int>(state.range(0)));
   for (auto _ : state) {
     state.PauseTiming();
     auto scratch = std::make_unique<Scratch>();
-    auto peer = std::make_unique<Peer>(*scratch);
+    auto subject = make(*scratch);
     state.ResumeTiming();
-    fill(*peer, records);
+    work(*subject);
     state.PauseTiming();
-    peer.reset();
+    subject.reset();
     scratch.reset();
     state.ResumeTiming();
   }
@@ -93,15 +93,52 @@ void insert(benchmark::State & state)
 }
 
 template <class Peer>
+std::unique_ptr<Peer> makeFilled(Scratch const & scratch, Records const & records)
+{
+  auto peer = std::make_unique<Peer>(scratch);
+  fill(*peer, records);
+  return peer;
+}
+
+template <class Peer>
+void insert(benchmark::State & state)
+{
+  Records const records(static_cast<int>(state.range(0)));
+  onFresh(
+      state, [](Scratch const & scratch) { return std::make_unique<Peer>(scratch); }, [&](Peer & peer) { fill(peer, records); });
+}
+
+template <class Peer>
+void replace(benchmark::State & state)
+{
+  Records const records(static_cast<int>(state.range(0)));
+  onFresh(
+      state, [&](Scratch const & scratch) { return makeFilled<Peer>(scratch, records); },
+      [&](Peer & peer) {
+        for (int const id : records.order) peer.Put(id, records.Data(id), records.OtherLength(id));
+      });
+}
+
+template <class Peer>
+void remove(benchmark::State & state)
+{
+  Records const records(static_cast<int>(state.range(0)));
+  onFresh(
+      state, [&](Scratch const & scratch) { return makeFilled<Peer>(scratch, records); },
+      [&](Peer & peer) {
+        for (int const id : records.order) peer.Delete(id);
+      });
+}
+
+template <class Peer>
 void get(benchmark::State & state)
 {
   Records const records(static_cast<int>(state.range(0)));
   Scratch const scratch;
-  Peer peer(scratch);
-  fill(peer, records);
+  auto const peer = makeFilled<Peer>(scratch, records);
   char buffer[2048];
   for (auto _ : state)
-    for (int const id : records.order) benchmark::DoNotOptimize(peer.Get(id, buffer, records.Length(id)));
+    for (int const id : records.order) benchmark::DoNotOptimize(peer->Get(id, buffer, records.Length(id)));
   count(state);
 }
 
@@ -110,65 +147,19 @@ void overwrite(benchmark::State & state)
 {
   Records const records(static_cast<int>(state.range(0)));
   Scratch const scratch;
-  Peer peer(scratch);
-  fill(peer, records);
-  for (auto _ : state) fill(peer, records);
-  count(state);
-}
-
-template <class Peer>
-void replace(benchmark::State & state)
-{
-  Records const records(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
-    state.PauseTiming();
-    auto scratch = std::make_unique<Scratch>();
-    auto peer = std::make_unique<Peer>(*scratch);
-    fill(*peer, records);
-    state.ResumeTiming();
-    for (int const id : records.order) peer->Put(id, records.Data(id), records.OtherLength(id));
-    state.PauseTiming();
-    peer.reset();
-    scratch.reset();
-    state.ResumeTiming();
-  }
-  count(state);
-}
-
-template <class Peer>
-void remove(benchmark::State & state)
-{
-  Records const records(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
-    state.PauseTiming();
-    auto scratch = std::make_unique<Scratch>();
-    auto peer = std::make_unique<Peer>(*scratch);
-    fill(*peer, records);
-    state.ResumeTiming();
-    for (int const id : records.order) peer->Delete(id);
-    state.PauseTiming();
-    peer.reset();
-    scratch.reset();
-    state.ResumeTiming();
-  }
+  auto const peer = makeFilled<Peer>(scratch, records);
+  for (auto _ : state) fill(*peer, records);
   count(state);
 }
 
 void limitInsert(benchmark::State & state)
 {
   Records const records(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
-    state.PauseTiming();
-    auto scratch = std::make_unique<Scratch>();
-    auto limit = std::make_unique<Limit>(*scratch, records);
-    state.ResumeTiming();
-    for (int const id : records.order) limit->Write(id);
-    state.PauseTiming();
-    limit.reset();
-    scratch.reset();
-    state.ResumeTiming();
-  }
-  count(state);
+  onFresh(
+      state, [&](Scratch const & scratch) { return std::make_unique<Limit>(scratch, records); },
+      [&](Limit & limit) {
+        for (int const id : records.order) limit.Write(id);
+      });
 }
 
 template <class Work>
