@@ -2,7 +2,7 @@
 
 #include <zpbase/platform/runtime.h>
 
-#include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -53,9 +53,11 @@ bool CRuntimeClass::IsDerivedFrom(CRuntimeClass const * base) const
   }
 }
 
+// The name may hold zeros, so no end of a text is looked for in it.
 CRuntimeClass * CRuntimeClass::FromName(char const * name, size_t length)
 {
+  std::string_view const wanted(name, length);
   for (CRuntimeClass * record = g_pClasses; record != nullptr; record = record->m_pNextClass)
-    if (std::strncmp(record->m_lpszClassName, name, length) == 0 && record->m_lpszClassName[length] == '\0') return record;
+    if (record->m_lpszClassName == wanted) return record;
   return nullptr;
 }

@@ -157,6 +157,8 @@ TEST(Archive, TellsTheCauseOfEachDamage)
            Row{"FF FF FF FF 08 00 \"CObArray\"", E::badClass, "a class that can't be made"},
            Row{"FF FF 01 00 00 00", E::badClass, "no name"},
            Row{"FF FF 01 00 07 00 \"GPObjec\"", E::badClass, "the front of a name"},
+           Row{"FF FF 01 00 20 00 \"GPObject\" 000000000000000000000000000000000000000000000000", E::badClass,
+               "zeros behind a name"},
            Row{"FF FF 02 00 08 00 \"GPObject\"", E::badSchema, "another schema"},
            Row{"FF FF 01 00 FF FF \"GPObject\"", E::endOfFile, "a name longer than the bytes"},
            Row{"02 00", E::badIndex, "an index beyond what was read"},
