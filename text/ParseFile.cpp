@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstring>
 
+#include <zpbase/platform/windows.h>
 #include <zpbase/text.h>
 
 namespace {
@@ -41,10 +42,19 @@ char * findLineEnd(char * p, char * last)
   return p;
 }
 
+class WaitCursor {
+ public:
+  WaitCursor() { GetUserInterface().SetWaitCursor(1); }
+  ~WaitCursor() { GetUserInterface().SetWaitCursor(0); }
+  WaitCursor(WaitCursor const &) = delete;
+  WaitCursor & operator=(WaitCursor const &) = delete;
+};
+
 }  // namespace
 
 ParseFile::ParseFile(CString const & path) : m_File(path)
 {
+  WaitCursor const waiting;
   LoadContent();
   InitLineOffsets();
 }

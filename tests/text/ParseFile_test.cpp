@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <zpbase/platform/exceptions.h>
+#include <zpbase/platform/windows.h>
 #include <zpbase/text.h>
 
 #include "tests/support/TempFolder.h"
@@ -132,8 +133,25 @@ TEST(ParseFile, EachLineStartsAnew)
   EXPECT_EQ(file->GetNext_Double(), 5.0);
 }
 
-TEST(ParseFile, AFileThatCannotBeReadRaises)
+class CursorWatch : public CUserInterface {
+ public:
+  CursorWatch() : m_pFormer(SetUserInterface(this)) {}
+  ~CursorWatch() override { SetUserInterface(m_pFormer); }
+  int ShowMessage(CString const &, UINT, UINT) override { return 0; }
+  int RunDialog(CDialog &) override { return 0; }
+  void Beep(UINT) override {}
+  void SetWaitCursor(int on) override { m_strSeen += on != 0 ? "on " : "off "; }
+
+  CString m_strSeen;
+
+ private:
+  CUserInterface * m_pFormer;
+};
+
+TEST(ParseFile, TheWaitCursorIsOnWhileAFileLoadsOrFails)
 {
+  CursorWatch const watch;
+  Parsed const loaded("1\r\n");
   TempFolder const folder;
   try {
     ParseFile const missing(folder.Name("none"));
@@ -142,6 +160,7 @@ TEST(ParseFile, AFileThatCannotBeReadRaises)
     EXPECT_EQ(raised->m_cause, CFileException::fileNotFound);
     raised->Delete();
   }
+  EXPECT_EQ(watch.m_strSeen, "on off on off ");
 }
 
 TEST(ParseFile, NumericLinesAgreeOnTheirDelimeter)
