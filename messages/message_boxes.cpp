@@ -49,7 +49,7 @@ int showFormatted(unsigned int type, unsigned int icon, unsigned int id, va_list
   if (!format.LoadString(id)) return BeepMsgBox(id, type, icon, id);
   CString text;
   text.FormatV(format, args);
-  return BeepMsgBox(text.Left(maxMessage), type, icon, id);
+  return BeepMsgBox(text, type, icon, id);
 }
 
 CString systemText(unsigned long error)
@@ -73,8 +73,9 @@ int BeepMsgBox(CString const & text, unsigned int type, unsigned int icon, unsig
   bringMainWindowForward();
   DisabledOwner const disabled(focus);
   GPBeep(icon);
-  if (SimulationIsInProgress()) return AbortMsgBox(text).DoModal();
-  return AfxMessageBox(text, type | icon, helpId);
+  CString const shown = text.Left(maxMessage);
+  if (SimulationIsInProgress()) return AbortMsgBox(shown).DoModal();
+  return AfxMessageBox(shown, type | icon, helpId);
 }
 
 int BeepMsgBox(unsigned int id, unsigned int type, unsigned int icon, unsigned int helpId)
@@ -93,7 +94,7 @@ int PrintfMsgBox(unsigned int id, ...)
 
 int PrintfMsgBox(unsigned int id, std::initializer_list<zp::FormatArg> args)
 {
-  return BeepMsgBox(zp::FormatResource(id, args).Left(maxMessage), MB_OK, MB_ICONASTERISK, id);
+  return BeepMsgBox(zp::FormatResource(id, args), MB_OK, MB_ICONASTERISK, id);
 }
 
 int PrintfMsgBoxStyle(unsigned int type, unsigned int icon, unsigned int id, ...)
@@ -110,7 +111,7 @@ int SystemErrorMsgBox(unsigned long error, CString const & state)
   CString text;
   text.Format("--- SYSTEM ERROR %lu ---\n%s\n\n--- SYSTEM STATE ---\n%s", error, systemText(error).GetString(),
               state.GetString());
-  return BeepMsgBox(text.Left(maxMessage), MB_OK, MB_ICONHAND, 0);
+  return BeepMsgBox(text, MB_OK, MB_ICONHAND, 0);
 }
 
 int SystemErrorMsgBox(unsigned long error, unsigned int id)
