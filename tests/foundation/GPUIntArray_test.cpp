@@ -116,18 +116,13 @@ TEST(GPUIntArray, AddingFollowsTheFlags)
     int added;
     Values after;
   };
+  // clang-format off
   Row const rows[] = {
-      {2, 0, {}, 1, {1, 2, 4, 2}},
-      {3, 1, {}, 1, {1, 2, 3, 4}},
-      {2, 1, {}, 1, {1, 2, 2, 4}},
-      {9, 1, {}, 1, {1, 2, 4, 9}},
-      {0xFFFFFFFF, 1, {}, 1, {1, 2, 4, 0xFFFFFFFF}},
-      {2, 2, {}, 0, {1, 2, 4}},
-      {2, 4, {}, 0, {1, 4}},
-      {2, 6, {}, 0, {1, 4}},
-      {2, 4, {1, 4}, 0, {1, 2, 4}},
-      {3, 7, {3}, 1, {1, 2, 3, 4}},
+      {2, 0, {}, 1, {1, 2, 4, 2}}, {3, 1, {}, 1, {1, 2, 3, 4}}, {2, 1, {}, 1, {1, 2, 2, 4}}, {9, 1, {}, 1, {1, 2, 4, 9}},
+      {0xFFFFFFFF, 1, {}, 1, {1, 2, 4, 0xFFFFFFFF}}, {2, 2, {}, 0, {1, 2, 4}}, {2, 4, {}, 0, {1, 4}}, {2, 6, {}, 0, {1, 4}},
+      {2, 4, {1, 4}, 0, {1, 2, 4}}, {3, 7, {3}, 1, {1, 2, 3, 4}},
   };
+  // clang-format on
   for (Row const & row : rows) {
     GPUIntArray array = arrayOf({1, 2, 4});
     EXPECT_EQ(array.AddUIntVal(row.value, row.flags, arrayOf(row.valid)), row.added) << row.value << ' ' << row.flags;

@@ -155,23 +155,15 @@ TEST(Format, UntrustedFormatsTakeExactlyTheirArguments)
     std::initializer_list<zp::FormatArg> args;
     char const * expected;
   };
+  // clang-format off
   Row const rows[] = {
-      {"%d %s %g", {1, "two", 3.5}, "1 two 3.5"},
-      {"%s %d", {5, 7}, "%s 7"},
-      {"%d and %5.1f", {"text", "more"}, "%d and %5.1f"},
-      {"%g %g", {1.0}, "1 %g"},
-      {"%d", {1.0}, "%d"},
-      {"%g", {1}, "%g"},
-      {"none %n", {1}, "none %n"},
-      {"%n%d", {9}, "%n9"},
-      {"%c%c", {65, 66, 67}, "AB"},
-      {"%*d|%d", {4, 1, 2}, "   1|2"},
-      {"%*d|%d", {"x", 1, 2}, "%*d|2"},
-      {"%.*f", {2}, "%.*f"},
-      {"%-*.*f|", {8, 2, 1.5}, "1.50    |"},
-      {"%s", {static_cast<char const *>(nullptr)}, "(null)"},
+      {"%d %s %g", {1, "two", 3.5}, "1 two 3.5"}, {"%s %d", {5, 7}, "%s 7"}, {"%d and %5.1f", {"text", "more"}, "%d and %5.1f"},
+      {"%g %g", {1.0}, "1 %g"}, {"%d", {1.0}, "%d"}, {"%g", {1}, "%g"}, {"none %n", {1}, "none %n"}, {"%n%d", {9}, "%n9"},
+      {"%c%c", {65, 66, 67}, "AB"}, {"%*d|%d", {4, 1, 2}, "   1|2"}, {"%*d|%d", {"x", 1, 2}, "%*d|2"}, {"%.*f", {2}, "%.*f"},
+      {"%-*.*f|", {8, 2, 1.5}, "1.50    |"}, {"%s", {static_cast<char const *>(nullptr)}, "(null)"},
       {"%2000000000d", {}, "%2000000000d"},
   };
+  // clang-format on
   for (Row const & row : rows) EXPECT_EQ(formattedFrom(row.format, row.args), row.expected) << row.format;
   EXPECT_EQ(formattedFrom("%*d", {2000000000, 1}).size(), 5000U);
 }

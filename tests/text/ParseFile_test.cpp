@@ -45,31 +45,15 @@ TEST(ParseFile, LinesEndAtCarriageReturnsAndZeros)
     Texts read;
     Texts parsed;
   };
+  // clang-format off
   Row const rows[] = {
-      {"a\r\nb", {"a", "b"}, {"a", "b"}},
-      {"a\r\nb\x1A", {"a", "b"}, {"a", "b"}},
-      {"a\r\n\r\nb\r\n", {"a", "", "b"}, {"a", "", "b"}},
-      {"a\rb\0c\r"sv, {"a", "b", "c"}, {"a", "b", "c"}},
-      {"a\r\n\n\x1A"
-       "b\r\n",
-       {"a", "b"},
-       {"a", "b"}},
-      {"a\r\n\r\n", {"a", ""}, {"a"}},
-      {"\r", {""}, {}},
-      {"a\nb\x1A"
-       "c\r\n",
-       {"a\nb\x1A"
-        "c"},
-       {"abc"}},
-      {"\na\xFF\t\r\n", {"\na\xFF\t"}, {"a\xFF\t"}},
-      {"a\r\nb\n", {"a"}, {"a", "b"}},
-      {"a\nb\n", {}, {"ab"}},
-      {"a\0"sv, {"a", ""}, {"a"}},
-      {"\x1A", {}, {}},
-      {"\x1A\x1A", {"\x1A"}, {}},
-      {"\n", {}, {}},
-      {"", {}, {}},
+      {"a\r\nb", {"a", "b"}, {"a", "b"}}, {"a\r\nb\x1A", {"a", "b"}, {"a", "b"}},
+      {"a\r\n\r\nb\r\n", {"a", "", "b"}, {"a", "", "b"}}, {"a\rb\0c\r"sv, {"a", "b", "c"}, {"a", "b", "c"}}, {"a\r\n\n\x1A"
+      "b\r\n", {"a", "b"}, {"a", "b"}}, {"a\r\n\r\n", {"a", ""}, {"a"}}, {"\r", {""}, {}}, {"a\nb\x1A" "c\r\n", {"a\nb\x1A"
+      "c"}, {"abc"}}, {"\na\xFF\t\r\n", {"\na\xFF\t"}, {"a\xFF\t"}}, {"a\r\nb\n", {"a"}, {"a", "b"}}, {"a\nb\n", {}, {"ab"}},
+      {"a\0"sv, {"a", ""}, {"a"}}, {"\x1A", {}, {}}, {"\x1A\x1A", {"\x1A"}, {}}, {"\n", {}, {}}, {"", {}, {}},
   };
+  // clang-format on
   for (Row const & row : rows) {
     EXPECT_EQ(Parsed(row.bytes).Lines(&ParseFile::ReadLine), row.read) << row.bytes;
     EXPECT_EQ(Parsed(row.bytes).Lines(&ParseFile::ParseLine), row.parsed) << row.bytes;
@@ -170,15 +154,12 @@ TEST(ParseFile, NumericLinesAgreeOnTheirDelimeter)
     char delimiter;
     int mostValues;  // between blanks and tabs
   };
-  Row const rows[] = {{"1,2\r\n3,4\r\n", ',', 0},
-                      {"1,2\r\n3 4\r\n", 0, 2},
-                      {"x y\r\n1,2\r\n", ',', 0},
-                      {"1\r\n2\r\n", 0, 1},
-                      {" 1,2\r\n", ' ', 0},
-                      {"1\t2\r\n3\r\n4\t5\t6", '\t', 3},
-                      {"1 2\r\n1-2,3\r\n", ' ', 2},
-                      {"1 2\r\nx\t1\r\n3,4\r\n5 6", 0, 2},
-                      {"", 0, 0}};
+  // clang-format off
+  Row const rows[] = {
+      {"1,2\r\n3,4\r\n", ',', 0}, {"1,2\r\n3 4\r\n", 0, 2}, {"x y\r\n1,2\r\n", ',', 0}, {"1\r\n2\r\n", 0, 1},
+      {" 1,2\r\n", ' ', 0}, {"1\t2\r\n3\r\n4\t5\t6", '\t', 3}, {"1 2\r\n1-2,3\r\n", ' ', 2},
+      {"1 2\r\nx\t1\r\n3,4\r\n5 6", 0, 2}, {"", 0, 0}};
+  // clang-format on
   for (Row const & row : rows) {
     Parsed file(row.bytes);
     CString delimiters;
@@ -197,22 +178,15 @@ TEST(ParseFile, ColumnsAreWhereTheValuesOverlap)
     std::vector<UINT> starts;
     std::vector<UINT> ends;
   };
+  // clang-format off
   Row const rows[] = {
-      {"1  22\r\n10 2\r\n", {0, 3}, {1, 4}},
-      {"1 2\r\n1234\r\n", {}, {}},
-      {"1234\r\n1 2\r\n", {0}, {3}},
-      {"     7\r\n1\r\n  3\r\n", {0, 2, 5}, {0, 2, 5}},
-      {"1  4\r\n  3\r\n 2\r\n", {0, 1, 2, 3}, {0, 1, 2, 3}},
-      {"1  4\r\n 234\r\n", {0, 1}, {0, 3}},
-      {"1 3\r\n 23\r\n12\r\n", {}, {}},
-      {"word\r\n1 2\r\n3-4\r\n", {0, 2}, {0, 2}},
-      {"1 \r\n2 \r\n3 \r\n", {0, 2, 2, 2}, {0, 1, 1, 1}},
-      {"1   5\r\n2 \r\n3 \r\n", {0, 2, 2, 4}, {0, 1, 1, 4}},
-      {"1 \r\n2 \r\n3 567\r\n", {0, 2, 2, 2}, {0, 1, 1, 4}},
-      {"1 \r\n2 \r\n 23\r\n", {}, {}},
-      {"x\r\n", {}, {}},
-      {"", {}, {}},
+      {"1  22\r\n10 2\r\n", {0, 3}, {1, 4}}, {"1 2\r\n1234\r\n", {}, {}}, {"1234\r\n1 2\r\n", {0}, {3}},
+      {"     7\r\n1\r\n  3\r\n", {0, 2, 5}, {0, 2, 5}}, {"1  4\r\n  3\r\n 2\r\n", {0, 1, 2, 3}, {0, 1, 2, 3}},
+      {"1  4\r\n 234\r\n", {0, 1}, {0, 3}}, {"1 3\r\n 23\r\n12\r\n", {}, {}}, {"word\r\n1 2\r\n3-4\r\n", {0, 2}, {0, 2}},
+      {"1 \r\n2 \r\n3 \r\n", {0, 2, 2, 2}, {0, 1, 1, 1}}, {"1   5\r\n2 \r\n3 \r\n", {0, 2, 2, 4}, {0, 1, 1, 4}},
+      {"1 \r\n2 \r\n3 567\r\n", {0, 2, 2, 2}, {0, 1, 1, 4}}, {"1 \r\n2 \r\n 23\r\n", {}, {}}, {"x\r\n", {}, {}}, {"", {}, {}},
   };
+  // clang-format on
   for (Row const & row : rows) {
     Parsed file(row.bytes);
     CUIntArray starts;

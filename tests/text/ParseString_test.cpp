@@ -72,16 +72,12 @@ TEST(ParseString, TheLimitSaysHowManyDelimetersBelongTogether)
     int limit;
     Texts tokens;
   };
-  Row const rows[] = {{"a,,b", -1, {"a", "b"}},
-                      {"a,,b", 1, {"a", "", "b"}},
-                      {"a,,,b", 2, {"a", "", "b"}},
-                      {"a,,b", 0, {"a", "", "b"}},
-                      {",a", 1, {"a"}},
-                      {"a,", 1, {"a", ""}},
-                      {",,,", 1, {"", "", ""}},
-                      {",,,", -5, {""}},
-                      {"", -1, {}},
-                      {"x,\"a,b\"y", 1, {"x", "a,b", "y"}}};
+  // clang-format off
+  Row const rows[] = {
+      {"a,,b", -1, {"a", "b"}}, {"a,,b", 1, {"a", "", "b"}}, {"a,,,b", 2, {"a", "", "b"}}, {"a,,b", 0, {"a", "", "b"}},
+      {",a", 1, {"a"}}, {"a,", 1, {"a", ""}}, {",,,", 1, {"", "", ""}}, {",,,", -5, {""}}, {"", -1, {}},
+      {"x,\"a,b\"y", 1, {"x", "a,b", "y"}}};
+  // clang-format on
   for (Row const & row : rows) {
     ParseString line = withDelimeters(row.text, ",", row.limit);
     CStringArray tokens;
@@ -173,15 +169,12 @@ TEST(ParseString, QuotedStringsKeepEscapesAndExpandTabsAtTheirColumn)
     char const * quoted;  // "old" before
     char const * rest;
   };
-  Row const rows[] = {{"abc \"d\\\"e\" f", 4, "d\\\"e", " f"},
-                      {"x\"open", 4, "open", ""},
-                      {"none", 0, "old", ""},
-                      {"\"\" y", 0, "", " y"},
-                      {"\"a\\\\\"b\"c", 5, "a\\\\\"b", "c"},
-                      {"12345 \"\tz\" ", 2, " z", " "},
-                      {"123456 \"\tz\"", 9, "        z", ""},
-                      {"\\\"a\"", 1, "a", ""},
-                      {"", 0, "", ""}};
+  // clang-format off
+  Row const rows[] = {
+      {"abc \"d\\\"e\" f", 4, "d\\\"e", " f"}, {"x\"open", 4, "open", ""}, {"none", 0, "old", ""}, {"\"\" y", 0, "", " y"},
+      {"\"a\\\\\"b\"c", 5, "a\\\\\"b", "c"}, {"12345 \"\tz\" ", 2, " z", " "}, {"123456 \"\tz\"", 9, "        z", ""},
+      {"\\\"a\"", 1, "a", ""}, {"", 0, "", ""}};
+  // clang-format on
   for (Row const & row : rows) {
     ParseString line(row.text);
     CString quoted("old");
@@ -198,14 +191,12 @@ TEST(ParseString, ListsOfNumbersAndRangesFallBackToTheDefaultDelimeters)
     char const * delimiters;
     std::vector<int> values;
   };
-  Row const rows[] = {{"1 3-5 12", " ", {1, 3, 4, 5, 12}},
-                      {"1 - 3 , 5", " ", {1, 2, 3, 5}},
-                      {"1  -   3", " ", {1, 2, 3}},
-                      {"1,3-4,7", ",", {1, 3, 4, 7}},
-                      {"1,3 -4,7", ",", {}},
-                      {"2.5 x \"1 2\" 9", " ", {9}},
-                      {"4294967297", " ", {1}},
-                      {"", " ", {}}};
+  // clang-format off
+  Row const rows[] = {
+      {"1 3-5 12", " ", {1, 3, 4, 5, 12}}, {"1 - 3 , 5", " ", {1, 2, 3, 5}}, {"1  -   3", " ", {1, 2, 3}},
+      {"1,3-4,7", ",", {1, 3, 4, 7}}, {"1,3 -4,7", ",", {}}, {"2.5 x \"1 2\" 9", " ", {9}}, {"4294967297", " ", {1}},
+      {"", " ", {}}};
+  // clang-format on
   for (Row const & row : rows) {
     ParseString line = withDelimeters(row.text, row.delimiters);
     GPUIntArray out(77, 78);
@@ -226,14 +217,11 @@ TEST(ParseString, ValuesOfNumericLinesHaveCountsAndPositions)
     std::vector<int> starts;
     std::vector<int> ends;
   };
-  Row const rows[] = {{"10 20", 2, {0, 3}, {1, 4}},
-                      {"1 ", 2, {0, 2}, {0, 1}},
-                      {"1 2 ", 3, {0, 2, 4}, {0, 2, 3}},
-                      {"", 0, {}, {}},
-                      {"1 2 x", 0, {}, {}},
-                      {"1 3-7", 0, {}, {}},
-                      {"  ", 1, {2}, {1}},
-                      {"\t-1.5e3", 1, {1}, {6}}};
+  // clang-format off
+  Row const rows[] = {
+      {"10 20", 2, {0, 3}, {1, 4}}, {"1 ", 2, {0, 2}, {0, 1}}, {"1 2 ", 3, {0, 2, 4}, {0, 2, 3}}, {"", 0, {}, {}},
+      {"1 2 x", 0, {}, {}}, {"1 3-7", 0, {}, {}}, {"  ", 1, {2}, {1}}, {"\t-1.5e3", 1, {1}, {6}}};
+  // clang-format on
   for (Row const & row : rows) {
     ParseString line(row.text);
     CUIntArray starts;

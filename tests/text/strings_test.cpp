@@ -17,14 +17,11 @@ TEST(Strings, ChoppingCutsAtWholeLineEndsOnly)
     int longest;
     Texts lines;
   };
-  Row const rows[] = {{"a\r\nb", 1, {"a", "b"}},
-                      {"a\r\n\r\nbcd\r\n", 3, {"a", "", "bcd"}},
-                      {"", 0, {}},
-                      {"\r\n", 0, {""}},
-                      {"a\r\r\nb", 5, {"a\r\r\nb"}},
-                      {"a\rb\nc", 5, {"a\rb\nc"}},
-                      {"a\r", 2, {"a\r"}},
-                      {"\r\r\r\nx", 2, {"\r\r", "x"}}};
+  // clang-format off
+  Row const rows[] = {
+      {"a\r\nb", 1, {"a", "b"}}, {"a\r\n\r\nbcd\r\n", 3, {"a", "", "bcd"}}, {"", 0, {}}, {"\r\n", 0, {""}},
+      {"a\r\r\nb", 5, {"a\r\r\nb"}}, {"a\rb\nc", 5, {"a\rb\nc"}}, {"a\r", 2, {"a\r"}}, {"\r\r\r\nx", 2, {"\r\r", "x"}}};
+  // clang-format on
   for (Row const & row : rows) {
     CStringArray lines;
     lines.Add("kept");
