@@ -6,8 +6,10 @@
 #include <charconv>
 #include <cmath>
 #include <set>
+#include <sstream>
 
 #include <fmt/format.h>
+#include <zpbase/numeric.h>
 #include <zpbase/platform/collections.h>
 
 #include "tools/data_ids.h"
@@ -74,11 +76,39 @@ int wholeNumber(std::string const & cell, int high)
   throw Failure(fmt::format("\"{}\" is no whole number from 0 to {}", cell, high));
 }
 
+// A cell such as "1:2 12R:1": groups, of which R marks one, and their counts.
+void splitGroups(std::string const & cell, CStringArray & groups, GPIntVector & counts)
+{
+  std::istringstream words(cell);
+  for (std::string word; words >> word;) {
+    size_t const colon = word.find(':');
+    std::string group = word.substr(0, colon);
+    counts.ChangeSize(groups.GetSize() + 1);
+    counts[groups.GetSize()] = wholeNumber(colon == std::string::npos ? "" : word.substr(colon + 1), 0x7FFF);
+    groups.Add(CString(group.c_str()));
+    if (group.ends_with('R')) group.pop_back();
+    wholeNumber(group, 0x7FFF);
+  }
+}
+
+void requireGroups(std::string const & cell)
+{
+  CStringArray groups;
+  GPIntVector counts;
+  try {
+    splitGroups(cell, groups, counts);
+  } catch (Failure const &) {
+    throw Failure(fmt::format("\"{}\" is no list of groups and counts such as 1:2 12R:1", cell));
+  }
+}
+
 void requireCell(Column const & column, std::string const & cell)
 {
   if (cell.empty()) return;
   if (column.m_nPart == equationPart)
     wholeNumber(cell, 0xFFFF);
+  else if (column.m_pMeaning->m_Kind == DataKind::Groups)
+    requireGroups(cell);
   else if (column.m_pMeaning->m_Kind != DataKind::Text)
     requireNumber(cell);
 }
@@ -108,6 +138,15 @@ void loadEquation(GPDataArray & data, DataMeaning const & meaning, std::string c
   data.AddData(item.release());
 }
 
+void loadGroups(GPDataArray & data, std::string const & cell)
+{
+  CStringArray groups;
+  GPIntVector counts;
+  splitGroups(cell, groups, counts);
+  auto item = std::make_unique<GPUnifac>();
+  if (item->Load(groups, counts) > 0) data.AddData(item.release());
+}
+
 void loadComponent(GPDataArray & data, Cells const & cells)
 {
   for (DataMeaning const & meaning : GetDataMeanings()) {
@@ -124,6 +163,9 @@ void loadComponent(GPDataArray & data, Cells const & cells)
         break;
       case DataKind::Equation:
         loadEquation(data, meaning, first);
+        break;
+      case DataKind::Groups:
+        loadGroups(data, *first);
         break;
     }
   }
@@ -180,6 +222,18 @@ Component readComponent(CsvRow const & row, std::vector<size_t> const & places)
   return component;
 }
 
+// The cells of a packed area: one for each number, but one for all groups.
+void writeArea(std::string * cell, GPv const & item, DataMeaning const & meaning)
+{
+  for (AreaNumber const & number : DecodeArea(item, meaning)) {
+    if (meaning.m_Kind == DataKind::Groups) {
+      *cell += fmt::format("{}{}:{}", cell->empty() ? "" : " ", number.m_strName, number.m_nValue);
+    } else {
+      *cell++ = number.m_bReal ? fmt::format("{:.9g}", number.m_fValue) : fmt::format("{}", number.m_nValue);
+    }
+  }
+}
+
 bool writeItem(Cells & cells, GPData const & item)
 {
   DataMeaning const * const meaning = FindDataMeaning(item.GetDataID());
@@ -190,9 +244,7 @@ bool writeItem(Cells & cells, GPData const & item)
   } else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPf)) {
     *cell = fmt::format("{:.9g}", static_cast<GPf const &>(item).GetValue());
   } else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPv)) {
-    for (AreaNumber const & number : DecodeArea(static_cast<GPv const &>(item), *meaning)) {
-      *cell++ = number.m_bReal ? fmt::format("{:.9g}", number.m_fValue) : fmt::format("{}", number.m_nValue);
-    }
+    writeArea(cell, static_cast<GPv const &>(item), *meaning);
   }
   return true;
 }

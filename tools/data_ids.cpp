@@ -27,6 +27,7 @@ constexpr DataMeaning g_Meanings[] = {
     {GPSt::dataID, DataKind::Floats, "surface_tension", "surface tension", "", "GPSt", 2},
     {GPHenry::dataID, DataKind::Floats, "henry", "Henry constants", "", "GPHenry", 4},
     {GPMsrk::dataID, DataKind::Floats, "msrk", "modified SRK", "", "GPMsrk", 2},
+    {GPUnifac::dataID, DataKind::Groups, "unifac_groups", "UNIFAC groups", "", "GPUnifac", 0},
     {40, DataKind::Equation, "rho_liq", "liquid density", "kmol/m3", "GPDippr", 9},
     {41, DataKind::Equation, "sigma", "surface tension", "N/m", "GPDippr", 9},
     {42, DataKind::Equation, "p_vap", "vapour pressure", "Pa", "GPDippr", 9},
@@ -70,6 +71,20 @@ std::vector<AreaNumber> decodeEquation(GPv const & item)
   return numbers;
 }
 
+// Marked groups, which are kept negated, as "12R".
+std::vector<AreaNumber> decodeGroups(GPv const & item)
+{
+  std::vector<AreaNumber> numbers;
+  if (item.GetSize() % 4 != 0) return numbers;
+  std::vector<int> words(static_cast<size_t>(item.GetSize() / 2));
+  item.GetShortIntData(words.data(), static_cast<int>(words.size()));
+  for (size_t i = 0; i + 1 < words.size(); i += 2) {
+    std::string const group = std::to_string(std::abs(words[i])) + (words[i] < 0 ? "R" : "");
+    numbers.push_back({group, false, 0.0F, words[i + 1]});
+  }
+  return numbers;
+}
+
 }  // namespace
 
 std::span<DataMeaning const> GetDataMeanings()
@@ -96,6 +111,8 @@ std::vector<AreaNumber> DecodeArea(GPv const & item, DataMeaning const & meaning
       return decodeFloats(item, meaning);
     case DataKind::Equation:
       return decodeEquation(item);
+    case DataKind::Groups:
+      return decodeGroups(item);
     default:
       return {};
   }

@@ -9,10 +9,11 @@
 class GPv;
 
 enum class DataKind {
-  Text,     // GPs
-  Number,   // GPf
-  Floats,   // GPv: float data of a fixed count of coefficients
-  Equation  // GPv: an equation number and up to nine coefficients
+  Text,      // GPs
+  Number,    // GPf
+  Floats,    // GPv: float data of a fixed count of coefficients
+  Equation,  // GPv: an equation number and up to nine coefficients
+  Groups     // GPv: pairs of a group and its count
 };
 
 struct DataMeaning {
@@ -42,5 +43,5 @@ struct AreaNumber {
 // The numbers of an item's area in the layout that its data id names; empty if the area doesn't fit it.
 std::vector<AreaNumber> DecodeArea(GPv const & item, DataMeaning const & meaning);
 
-// Its coefficient's letter: "A" for the first.
+// The letter of a coefficient: "A" for the first.
 std::string CoefficientName(int index);

@@ -41,9 +41,8 @@ bool fromMark(std::string_view text, Real & value)
 }
 
 template <class Real, class Bits>
-Real realMember(Json const & json, char const * name)
+Real realOf(Json const & member, char const * name)
 {
-  Json const & member = Member(json, name);
   Real value = 0;
   if (member.is_number()) {
     double const wide = member.get<double>();
@@ -66,14 +65,18 @@ Json const & Member(Json const & json, char const * name)
   return *found;
 }
 
-long long IntegerMember(Json const & json, char const * name, long long low, long long high)
+long long IntegerOf(Json const & value, char const * name, long long low, long long high)
 {
-  Json const & member = Member(json, name);
-  if (member.is_number_integer() && !(member.is_number_unsigned() && member.get<unsigned long long>() > 0x7FFFFFFF)) {
-    auto const value = member.get<long long>();
-    if (value >= low && value <= high) return value;
+  if (value.is_number_integer() && !(value.is_number_unsigned() && value.get<unsigned long long>() > 0xFFFFFFFF)) {
+    auto const number = value.get<long long>();
+    if (number >= low && number <= high) return number;
   }
   throw Failure(fmt::format("\"{}\" must be a whole number from {} to {}", name, low, high));
+}
+
+long long IntegerMember(Json const & json, char const * name, long long low, long long high)
+{
+  return IntegerOf(Member(json, name), name, low, high);
 }
 
 std::string TextMember(Json const & json, char const * name)
@@ -99,12 +102,17 @@ std::vector<BYTE> HexMember(Json const & json, char const * name)
 
 float FloatMember(Json const & json, char const * name)
 {
-  return realMember<float, uint32_t>(json, name);
+  return realOf<float, uint32_t>(Member(json, name), name);
 }
 
 double DoubleMember(Json const & json, char const * name)
 {
-  return realMember<double, uint64_t>(json, name);
+  return realOf<double, uint64_t>(Member(json, name), name);
+}
+
+double DoubleOf(Json const & value, char const * name)
+{
+  return realOf<double, uint64_t>(value, name);
 }
 
 std::string FloatToText(float value)

@@ -11,18 +11,13 @@
 
 #include "tools/data_ids.h"
 #include "tools/json_values.h"
+#include "tools/object_forms.h"
 #include "tools/payload.h"
 #include "tools/program.h"
 
 namespace {
 
 using Object = std::unique_ptr<CObject>;
-
-struct Form {
-  CRuntimeClass * (*m_pfnClass)();
-  void (*m_pfnWrite)(Json & json, CObject const & object);
-  Object (*m_pfnRead)(Json const & json);
-};
 
 template <class Class>
 Class const & as(CObject const & object)
@@ -206,7 +201,7 @@ Object readList(Json const & json)
   return list;
 }
 
-constexpr Form g_Forms[] = {
+constexpr ObjectForm g_Forms[] = {
     {GPObject::GetThisClass, [](Json &, CObject const &) {}, [](Json const &) { return Object(new GPObject); }},
     {GPData::GetThisClass, writeDataID, [](Json const & json) { return Object(new GPData(readDataID(json))); }},
     {GPd::GetThisClass, writeDouble,
@@ -233,11 +228,14 @@ constexpr Form g_Forms[] = {
     {GPDataList::GetThisClass, writeList<GPDataList>, readList<GPDataList>},
 };
 
-Form const * findForm(std::string_view name)
+ObjectForm const * findForm(std::string_view name)
 {
-  auto const found = std::find_if(std::begin(g_Forms), std::end(g_Forms),
-                                  [name](Form const & form) { return name == form.m_pfnClass()->m_lpszClassName; });
-  return found != std::end(g_Forms) ? &*found : nullptr;
+  for (std::span<ObjectForm const> const forms : {std::span<ObjectForm const>(g_Forms), GetNumberForms()}) {
+    for (ObjectForm const & form : forms) {
+      if (name == form.m_pfnClass()->m_lpszClassName) return &form;
+    }
+  }
+  return nullptr;
 }
 
 int g_nReadDepth = 0;
@@ -267,7 +265,7 @@ bool givesBack(Json const & json, std::span<BYTE const> bytes)
 Json ObjectToJson(CObject const * object)
 {
   if (object == nullptr) return nullptr;
-  Form const * const form = findForm(object->GetRuntimeClass()->m_lpszClassName);
+  ObjectForm const * const form = findForm(object->GetRuntimeClass()->m_lpszClassName);
   Json json = {{"class", object->GetRuntimeClass()->m_lpszClassName}};
   if (form != nullptr) form->m_pfnWrite(json, *object);
   return json;
@@ -278,7 +276,7 @@ std::unique_ptr<CObject> ObjectFromJson(Json const & json)
   ReadLevel const level;
   if (json.is_null()) return nullptr;
   std::string const name = TextMember(json, "class");
-  Form const * const form = findForm(name);
+  ObjectForm const * const form = findForm(name);
   if (form == nullptr) throw Failure(fmt::format("\"class\" is {}, which has no JSON form; give the record as \"hex\"", name));
   return form->m_pfnRead(json);
 }

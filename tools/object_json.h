@@ -4,6 +4,7 @@
 //   object   {"class": "GPf", "data_id": 10, "value": 18.01528}, null for a null pointer
 //   area     {"class": "GPv", "data_id": 97, "area": "...", "decoded": {...}}; the hex counts, decoded is for the reader
 //   list     {"class": "GPDataArray", "items": [...]}
+//   numbers  {"class": "GPVector", "values": [...]}
 //
 // Numbers have as many digits as they need; those that aren't finite are the texts "inf", "-inf" and "nan:" with the bits in hex.
 #pragma once

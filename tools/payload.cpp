@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 #include <zpbase/platform/archive.h>
+#include <zpbase/platform/windows.h>
 #include <zpbase/store.h>
 
 #include "tools/program.h"
@@ -19,6 +20,30 @@ size_t wordAt(std::span<BYTE const> bytes, size_t offset)
 {
   return static_cast<size_t>(bytes[offset]) | static_cast<size_t>(bytes[offset + 1]) << 8;
 }
+
+// Takes the messages with which containers of numbers tell that their bytes are damaged.
+class MessageCatcher : public CUserInterface {
+ public:
+  MessageCatcher() : m_pFormer(SetUserInterface(this)) {}
+  ~MessageCatcher() override { SetUserInterface(m_pFormer); }
+  MessageCatcher(MessageCatcher const &) = delete;
+  MessageCatcher & operator=(MessageCatcher const &) = delete;
+
+  int ShowMessage(CString const & text, UINT, UINT) override
+  {
+    m_strMessage = zp::TextToUtf8(text.View());
+    return IDOK;
+  }
+  int RunDialog(CDialog &) override { return IDCANCEL; }
+  void Beep(UINT) override {}
+  void SetWaitCursor(int) override {}
+
+  std::string const & GetMessage() const { return m_strMessage; }
+
+ private:
+  CUserInterface * m_pFormer;
+  std::string m_strMessage;
+};
 
 // Reads the one object of the archive. The result is the count of bytes it took.
 size_t readObject(std::span<BYTE const> bytes, std::unique_ptr<CObject> & object)
@@ -60,9 +85,12 @@ Payload DecodePayload(std::span<BYTE const> bytes)
     return payload;
   }
   payload.m_State = Payload::Damaged;
+  MessageCatcher const catcher;
   try {
     size_t const taken = readObject(bytes, payload.m_pObject);
-    if (taken == bytes.size()) {
+    if (!catcher.GetMessage().empty()) {
+      payload.m_strProblem = catcher.GetMessage();
+    } else if (taken == bytes.size()) {
       payload.m_State = Payload::Object;
     } else {
       payload.m_strProblem = fmt::format("{} bytes follow the object, from byte {}", bytes.size() - taken, taken);

@@ -35,6 +35,14 @@ std::string readAll(std::FILE * file, std::string const & name)
   return bytes;
 }
 
+// A pipe or device keeps its place.
+void writeToDevice(std::string const & name, std::string_view bytes)
+{
+  std::unique_ptr<std::FILE, CloseFile> const file(std::fopen(name.c_str(), "wb"));
+  if (file && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() && std::fflush(file.get()) == 0) return;
+  throw Failure(fmt::format("{}: can't be written: {}", name, std::strerror(errno)));
+}
+
 }  // namespace
 
 InterruptGuard::InterruptGuard() : m_pfnFormer(std::signal(SIGINT, noteInterrupt)) {}
@@ -74,6 +82,8 @@ std::string ReadWholeFile(std::string const & name)
 void WriteWholeFile(std::string const & name, std::string_view bytes)
 {
   if (name == "-") return Print(bytes);
+  std::error_code ignored;
+  if (FileExists(name) && !std::filesystem::is_regular_file(name, ignored)) return writeToDevice(name, bytes);
   int error = 0;
   if (!ReplaceFileDurably(FromHostPath(name), bytes, &error)) {
     throw Failure(fmt::format("{}: can't be written: {}; nothing was changed", name, std::strerror(error)));
@@ -93,6 +103,11 @@ std::string Describe(CException const & exception)
   std::string sentence = zp::TextToUtf8(text);
   while (!sentence.empty() && (sentence.back() == '.' || sentence.back() == '\n')) sentence.pop_back();
   return sentence.empty() ? "an unknown failure" : sentence;
+}
+
+std::string Counted(unsigned long long count, std::string_view noun)
+{
+  return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
 CString ToText(std::string_view utf8, std::string_view what)

@@ -48,5 +48,8 @@ bool FileExists(std::string const & name);
 // What a framework exception says, in one sentence without its point.
 std::string Describe(CException const & exception);
 
+// "1 record", "2 records".
+std::string Counted(unsigned long long count, std::string_view noun);
+
 // The text of an argument, in Windows-1252. Raises a usage failure for what can't be said in it; what names the argument.
 CString ToText(std::string_view utf8, std::string_view what);

@@ -45,7 +45,7 @@ class Checker {
  private:
   void Fault(std::string const & file, unsigned long long offset, std::string text)
   {
-    m_Report.m_Faults.push_back({file, offset, std::move(text)});
+    m_Report.m_Faults.push_back({file, static_cast<long long>(offset), std::move(text)});
   }
 
   void TellIndex()
@@ -54,7 +54,8 @@ class Checker {
     if (index.m_State == StoreIndex::UnknownClass) {
       m_Report.m_Notes.push_back(fmt::format("{}: {}; its tables weren't compared", m_Names.m_strIndex, index.m_strProblem));
     } else {
-      Fault(m_Names.m_strIndex, 0, index.m_State == StoreIndex::Missing ? "there is no index" : index.m_strProblem);
+      Fault(m_Names.m_strIndex, index.m_nProblem,
+            index.m_State == StoreIndex::Missing ? "there is no index" : index.m_strProblem);
     }
   }
 
@@ -89,7 +90,7 @@ class Checker {
   template <class... Values>
   void IndexFault(fmt::format_string<Values...> format, Values &&... values)
   {
-    Fault(m_Names.m_strIndex, 0, fmt::format(format, std::forward<Values>(values)...));
+    m_Report.m_Faults.push_back({m_Names.m_strIndex, -1, fmt::format(format, std::forward<Values>(values)...)});
   }
 
   template <class... Values>

@@ -9,7 +9,7 @@
 
 struct StoreFault {
   std::string m_strFile;
-  unsigned long long m_nOffset;
+  long long m_nOffset;  // -1 for an entry of the index, which its text tells
   std::string m_strText;
 };
 

@@ -12,23 +12,19 @@
 
 namespace {
 
-std::string counted(size_t count, char const * noun)
-{
-  return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
-}
-
 void printReport(CheckReport const & report)
 {
   std::string file;
   for (StoreFault const & fault : report.m_Faults) {
     if (fault.m_strFile != file) Print(fault.m_strFile + "\n");
     file = fault.m_strFile;
-    Print(fmt::format("  at {:>9}  {}\n", fault.m_nOffset, fault.m_strText));
+    std::string const place = fault.m_nOffset < 0 ? "" : fmt::format("at {:>9}", fault.m_nOffset);
+    Print(fmt::format("  {:<12}  {}\n", place, fault.m_strText));
   }
   for (std::string const & note : report.m_Notes) Print("note: " + note + "\n");
-  Print(fmt::format("{}, {}, {}: {}\n", counted(report.m_nRecords, "record"), counted(report.m_nFree, "free block"),
-                    counted(report.m_Survey.m_nFileLength, "byte"),
-                    report.m_Faults.empty() ? "sound" : counted(report.m_Faults.size(), "fault")));
+  Print(fmt::format("{}, {}, {}: {}\n", Counted(report.m_nRecords, "record"), Counted(report.m_nFree, "free block"),
+                    Counted(report.m_Survey.m_nFileLength, "byte"),
+                    report.m_Faults.empty() ? "sound" : Counted(report.m_Faults.size(), "fault")));
 }
 
 void printReportAsJson(CheckReport const & report)
@@ -36,7 +32,8 @@ void printReportAsJson(CheckReport const & report)
   Json json = {{"sound", report.m_Faults.empty()},       {"records", report.m_nRecords}, {"free_blocks", report.m_nFree},
                {"bytes", report.m_Survey.m_nFileLength}, {"faults", Json::array()},      {"notes", report.m_Notes}};
   for (StoreFault const & fault : report.m_Faults) {
-    json["faults"].push_back({{"file", fault.m_strFile}, {"offset", fault.m_nOffset}, {"text", fault.m_strText}});
+    json["faults"].push_back(
+        {{"file", fault.m_strFile}, {"offset", fault.m_nOffset < 0 ? Json() : Json(fault.m_nOffset)}, {"text", fault.m_strText}});
   }
   Print(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }

@@ -134,8 +134,8 @@ void requireSound(StoreNames const & names, CheckReport const & report)
   }
   if (report.m_Faults.empty()) return;
   StoreFault const & first = report.m_Faults.front();
-  throw Failure(fmt::format("{}: at {}: {}; see zp store check, and zp store recover for a sound copy", first.m_strFile,
-                            first.m_nOffset, first.m_strText));
+  throw Failure(
+      fmt::format("{}: {}; see zp store check, and zp store recover for a sound copy", first.m_strFile, first.m_strText));
 }
 
 Gain compactStore(StoreNames const & names)

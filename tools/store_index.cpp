@@ -29,7 +29,7 @@ class IndexReader {
       ReadParts(index);
       size_t const end = GetOffset();
       if (end != m_Bytes.size()) {
-        Fail(index, fmt::format("{} bytes follow the list of free blocks, from offset {}", m_Bytes.size() - end, end));
+        Fail(index, end, fmt::format("{} bytes follow the list of free blocks, from offset {}", m_Bytes.size() - end, end));
       }
     } catch (CArchiveException * caught) {
       zp::ExceptionGuard const guard(caught);
@@ -44,9 +44,10 @@ class IndexReader {
     return static_cast<size_t>(m_File.GetPosition());
   }
 
-  static void Fail(StoreIndex & index, std::string problem)
+  static void Fail(StoreIndex & index, size_t offset, std::string problem)
   {
     index.m_State = StoreIndex::Damaged;
+    index.m_nProblem = offset;
     index.m_strProblem = std::move(problem);
   }
 
@@ -108,7 +109,7 @@ class IndexReader {
           fmt::format("{} at offset {} is of class {}, which isn't known here", g_Parts[m_nPart], m_nPartStart, name);
       return;
     }
-    Fail(index, fmt::format("{} can't be read at offset {}: {}", g_Parts[m_nPart], offset, Describe(caught)));
+    Fail(index, offset, fmt::format("{} can't be read at offset {}: {}", g_Parts[m_nPart], offset, Describe(caught)));
   }
 
   std::string const & m_Bytes;

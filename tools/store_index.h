@@ -22,8 +22,9 @@ struct StoreIndex {
   enum State { Missing, Sound, UnknownClass, Damaged };
 
   State m_State = Missing;
-  std::string m_strProblem;    // one sentence with the offset in the index file
-  bool m_bHeaderRead = false;  // whether m_pHeader is what the file holds
+  unsigned long long m_nProblem = 0;  // its offset
+  std::string m_strProblem;           // one sentence with the offset in the index file
+  bool m_bHeaderRead = false;         // whether m_pHeader is what the file holds
   std::unique_ptr<CObject> m_pHeader;
   std::vector<LiveEntry> m_Live;  // in the file's order, as far as it could be read
   std::vector<FreeEntry> m_Free;

@@ -53,8 +53,8 @@ void printMap(StoreNames const & names, StoreLayout const & layout)
     Print(
         fmt::format("{:>10}  {}\n", start * layout.m_nBytes / std::max<size_t>(cells.size(), 1), cells.substr(start, rowCells)));
   }
-  Print(fmt::format("{}: {} bytes, {} records, {} free blocks\n", names.m_strRecord, layout.m_nBytes, layout.m_nRecords,
-                    layout.m_nFreeBlocks));
+  Print(fmt::format("{}: {}, {}, {}\n", names.m_strRecord, Counted(layout.m_nBytes, "byte"), Counted(layout.m_nRecords, "record"),
+                    Counted(layout.m_nFreeBlocks, "free block")));
   for (size_t kind = 0; kind < areaKinds; ++kind) {
     if (layout.m_Totals[kind] == 0) continue;
     char const mark = static_cast<AreaKind>(kind) == AreaKind::Header ? ' ' : g_Marks[kind];

@@ -50,11 +50,6 @@ std::string shortened(std::string text)
   return text.substr(0, end) + " ...";
 }
 
-std::string counted(size_t count, char const * noun)
-{
-  return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
-}
-
 void printRows(std::vector<ListRow> const & rows)
 {
   size_t width = 5;
@@ -68,7 +63,7 @@ void printRows(std::vector<ListRow> const & rows)
     Print(line + "\n");
     total += row.m_nBytes;
   }
-  Print(fmt::format("{}, {}\n", counted(rows.size(), "record"), counted(total, "byte")));
+  Print(fmt::format("{}, {}\n", Counted(rows.size(), "record"), Counted(total, "byte")));
 }
 
 void printRowsAsJson(std::vector<ListRow> const & rows)
@@ -98,7 +93,7 @@ void show(RecordArguments const & arguments)
 {
   std::vector<BYTE> const bytes = RecordSource(arguments.GetNames()).Load(arguments.m_nID);
   if (arguments.m_bJson) return Print(RecordToJson(arguments.m_nID, bytes).dump(2) + "\n");
-  Print(fmt::format("record {}, {}\n", arguments.m_nID, counted(bytes.size(), "byte")));
+  Print(fmt::format("record {}, {}\n", arguments.m_nID, Counted(bytes.size(), "byte")));
   Print(RecordTree(bytes));
 }
 
@@ -122,7 +117,7 @@ std::vector<BYTE> readRecord(RecordArguments const & arguments)
     throw Failure(fmt::format("{}: {}; zp store show --json prints the form", name, failure.what()));
   }
   if (!bytes.empty() && bytes.size() <= maxRecordBytes) return bytes;
-  throw Failure(fmt::format("{}: has {}, and a record has 1 to {}", name, counted(bytes.size(), "byte"), maxRecordBytes));
+  throw Failure(fmt::format("{}: has {}, and a record has 1 to {}", name, Counted(bytes.size(), "byte"), maxRecordBytes));
 }
 
 void put(RecordArguments const & arguments, int & status)

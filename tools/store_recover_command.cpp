@@ -210,6 +210,8 @@ void recover(RecoverArguments const & arguments, int & status)
   Recovery recovery(names);
   recovery.Examine();
   arguments.m_bJson ? printVerdictsAsJson(recovery, to.m_strIndex) : printVerdicts(recovery);
+  bool const whole = recovery.Count(Verdict::Kept) == recovery.GetVerdicts().size() && recovery.HeaderLoss().empty();
+  status = whole ? exitDone : exitWanting;
   if (arguments.m_strTo.empty()) {
     if (!arguments.m_bJson) Print("nothing was written; --to NEW writes what is kept and suspect into new files\n");
     return;

@@ -45,18 +45,19 @@ void requireSoundIndex(StoreNames const & names)
 bool requireFiles(StoreNames const & names, StoreAccess access)
 {
   RequireNoSwap(names);
-  bool const create = access == StoreAccess::Create;
-  unsigned int const mode = access == StoreAccess::Read ? readMode : writeMode;
-  bool const hasRecord = RequireFile(names.m_strRecord, "record file", mode, create);
+  bool const hasRecord = RequireFile(names.m_strRecord, "record file", access == StoreAccess::Read ? readMode : writeMode, true);
   bool const hasIndex = FileExists(names.m_strIndex);
+  if (hasIndex) RequireFile(names.m_strIndex, "index file", readMode);
   if (hasRecord && !hasIndex) {
     throw Failure(fmt::format("{}: there is no such index file beside {}; make a new one with zp store recover", names.m_strIndex,
                               names.m_strRecord));
   }
-  if (hasIndex) RequireFile(names.m_strIndex, "index file", readMode);
   if (hasIndex && !hasRecord) {
     throw Failure(fmt::format("{}: there is no such record file beside {}; bring it back or move the index file away",
                               names.m_strRecord, names.m_strIndex));
+  }
+  if (!hasRecord && access != StoreAccess::Create) {
+    throw Failure(failureOfOpen(names.m_strRecord, "record file", CFileException(CFileException::fileNotFound)));
   }
   return hasRecord;
 }

@@ -1,0 +1,15 @@
+// Runs the built program zp as a user would, in a folder.
+
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+struct ProgramRun {
+  int m_nStatus;
+  std::string m_strOut;
+  std::string m_strErr;
+};
+
+// arguments as a shell reads them; input is what standard input holds.
+ProgramRun RunZp(std::filesystem::path const & folder, std::string const & arguments, std::string const & input = "");

@@ -1,0 +1,179 @@
+// zp store check, recover, compact and map: damaged stores are told, saved and never made worse.
+
+#include "tests/tools/store_fixture.h"
+
+namespace {
+
+struct Damage {
+  char const * pFile;
+  size_t nOffset;
+  char const * pBytes;  // hex
+  char const * pFault;
+};
+
+// The index: header 14 bytes, array 17, then records of 8 bytes from 46 on with tags between, and the list.
+constexpr Damage g_Damages[] = {
+    {"a.SR", 2, "05 00", "  at         0  record 1: length 5 is above the capacity 2\n"},
+    {"a.SR", 2, "01 00", "  at         0  record 1: the index has 2 bytes, the block 1\n"},
+    {"a.SR", 8, "09 00", "  at         8  record 2: the index has it here, but the block is record 9\n"},
+    {"a.SR", 8, "02 80", "  at         8  record 2: the index has it here, but the block is free\n"},
+    {"a.SR", 8, "01 00", "  at         8  record 1: lives already at 0\n"},
+    {"a.SR", 26, "04 00", "  at        26  free block: the index has it here, but the block is record 4\n"},
+    {"a.SR", 12, "02 00", "  at        16  record 869: its block of 768 bytes isn't in the index\n"},
+    {"a.SR", 12, "FF 00",
+     "  at         8  the chain of blocks breaks: the block's capacity of 255 leads past the file's end; "
+     "it goes on at 17\n"},
+    {"a.SI", 14, "00", "a.SI\n  at        16  the table of records can't be read at offset 16: "},
+};
+
+TEST_F(StoreTool, CheckTellsEveryDamageAndChangesNothing)
+{
+  StoreFour();
+  std::string const index = m_Folder.Read("a.SI");
+  std::string const record = m_Folder.Read("a.SR");
+  EXPECT_EQ(Zp("check a").m_strOut, "3 records, 1 free block, 36 bytes: sound\n");
+  for (Damage const & damage : g_Damages) {
+    m_Folder.Write("a.SI", index);
+    m_Folder.Write("a.SR", record);
+    Patch(damage.pFile, damage.nOffset, FromHex(damage.pBytes));
+    std::string const before = m_Folder.Read("a.SI") + m_Folder.Read("a.SR");
+    ProgramRun const run = Zp("check a");
+    EXPECT_EQ(run.m_nStatus, 1);
+    EXPECT_NE(run.m_strOut.find(damage.pFault), std::string::npos) << damage.pFault << "in\n" << run.m_strOut << run.m_strErr;
+    EXPECT_EQ(m_Folder.Read("a.SI") + m_Folder.Read("a.SR"), before);
+    EXPECT_EQ(Zp("compact a").m_nStatus, 1);  // refused, with the files as they were
+    EXPECT_EQ(m_Folder.Read("a.SI") + m_Folder.Read("a.SR"), before);
+  }
+}
+
+TEST_F(StoreTool, AnyChangedByteEndsInAnExitStatus)
+{
+  StoreFour();
+  std::string const index = m_Folder.Read("a.SI");
+  for (size_t i = 0; i < index.size(); i += 3) {
+    m_Folder.Write("a.SI", index);
+    Patch("a.SI", i, "\xFF");
+    for (char const * const command : {"check a", "list a"}) {
+      int const status = Zp(command).m_nStatus;
+      EXPECT_TRUE(status == 0 || status == 1) << command << " with byte " << i << ": " << status;
+    }
+  }
+}
+
+TEST_F(StoreTool, UnknownClassesAreToldAndRecordsListedFromTheirHeaders)
+{
+  StoreFour();
+  Patch("a.SI", 6, "XXObject");
+  ProgramRun const list = Zp("list a");
+  EXPECT_EQ(list.m_nStatus, 0);
+  EXPECT_EQ(list.m_strErr,
+            "zp: a.SI: the header object at offset 0 is of class XXObject, which isn't known here; the records are those of the "
+            "block headers\n");
+  EXPECT_NE(list.m_strOut.find("3 records, 8 bytes\n"), std::string::npos) << list.m_strOut;
+  EXPECT_EQ(Zp("check a").m_nStatus, 0);
+  EXPECT_EQ(Zp("get a 2").m_strOut, "cde");
+  EXPECT_EQ(Zp("put a 2", "x").m_nStatus, 1);
+}
+
+TEST_F(StoreTool, RecoverySavesWhatTheHeadersHoldIntoNewFiles)
+{
+  StoreFour();
+  std::filesystem::remove(m_Folder.Path() / "a.SI");
+  ProgramRun const dry = Zp("recover a");
+  EXPECT_EQ(dry.m_strOut,
+            "kept     record     1  at         0      2 bytes\n"
+            "kept     record     2  at         8      3 bytes\n"
+            "kept     record     3  at        17      3 bytes\n"
+            "lost     the header object: there is no index file to take it from\n"
+            "3 kept, 0 suspect, 0 lost\n"
+            "nothing was written; --to NEW writes what is kept and suspect into new files\n");
+  EXPECT_EQ(dry.m_nStatus, 1);
+  EXPECT_FALSE(m_Folder.Has("a.SI"));
+  Zp("recover a --to b");
+  EXPECT_EQ(Load("b"), (Records{{1, "ab"}, {2, "cde"}, {3, "fgh"}}));
+  EXPECT_EQ(Zp("recover a --to b").m_strErr, "zp: b.SI: exists; recovery writes new files only, so name others\n");
+}
+
+TEST_F(StoreTool, RecoveryWalksOnBehindABreak)
+{
+  StoreFour();
+  Patch("a.SR", 12, FromHex("FF 00"));
+  ProgramRun const run = Zp("recover a --to b");
+  EXPECT_NE(run.m_strOut.find("3 kept, 0 suspect, 0 lost"), std::string::npos) << run.m_strOut;
+  EXPECT_EQ(Load("b"), (Records{{1, "ab"}, {2, "cde"}, {3, "fgh"}}));
+  EXPECT_EQ(Zp("check b").m_nStatus, 0);
+}
+
+TEST_F(StoreTool, CompactWinsTheFreeSpaceAndLeavesNothingBehind)
+{
+  StoreFour();
+  Records const records = Load();
+  EXPECT_EQ(Zp("compact a").m_strOut, "a.SR: 26 bytes instead of 36, 27.8% won\n");
+  EXPECT_EQ(Load(), records);
+  EXPECT_EQ(Zp("compact a").m_strOut, "a.SR: 26 bytes, nothing to win\n");
+  auto const files = std::filesystem::directory_iterator(m_Folder.Path());
+  EXPECT_EQ(std::distance(begin(files), end(files)), 2);
+}
+
+// Every state that an interruption of the exchange can leave: which of the files F, F.compact-new and F.compact-old stand for
+// the record file and the index file, and the mark. The old file is 36 bytes long, the new one 26.
+struct Interruption {
+  char const * pRecord;  // o: the old one under its name, n: the new one; lower case beside it: N new, O old
+  char const * pIndex;
+  bool bMark;
+};
+
+constexpr Interruption g_Interruptions[] = {
+    {"oT", "o", false}, {"oT", "oT", false}, {"oN", "oT", false}, {"oN", "oN", false}, {"oN", "oN", true}, {"ON", "oN", true},
+    {"nO", "oN", true}, {"nO", "ON", true},  {"nO", "nO", true},  {"nO", "nO", false}, {"n", "nO", false},
+};
+
+TEST_F(StoreTool, AnInterruptedExchangeIsFinishedOrUndoneFromEveryStep)
+{
+  StoreFour();
+  Records const records = Load();
+  std::string const old[] = {m_Folder.Read("a.SR"), m_Folder.Read("a.SI")};
+  Zp("compact a");
+  std::string const fresh[] = {m_Folder.Read("a.SR"), m_Folder.Read("a.SI")};
+  for (Interruption const & at : g_Interruptions) {
+    std::filesystem::remove(m_Folder.Path() / "a.SR");
+    std::filesystem::remove(m_Folder.Path() / "a.SI");
+    for (int i = 0; i < 2; ++i) {
+      std::string const name = i == 0 ? "a.SR" : "a.SI";
+      for (char const c : std::string(i == 0 ? at.pRecord : at.pIndex)) {
+        if (c == 'o') m_Folder.Write(name, old[i]);
+        if (c == 'n') m_Folder.Write(name, fresh[i]);
+        if (c == 'O') m_Folder.Write(name + ".compact-old", old[i]);
+        if (c == 'N') m_Folder.Write(name + ".compact-new", fresh[i]);
+        if (c == 'T') m_Folder.Write(name + ".compact-tmp", "half");
+      }
+    }
+    std::string const where = std::string(at.pRecord) + " " + at.pIndex + (at.bMark ? " mark" : "");
+    if (at.bMark) {
+      m_Folder.Write("a.SR.compact-swap", "");
+      EXPECT_EQ(Zp("list a").m_nStatus, 1) << where;
+    }
+    ProgramRun const run = Zp("compact a");
+    EXPECT_EQ(run.m_nStatus, 0) << where << run.m_strErr;
+    EXPECT_EQ(Load(), records) << where;
+    EXPECT_EQ(m_Folder.Read("a.SR"), fresh[0]) << where;
+    auto const files = std::filesystem::directory_iterator(m_Folder.Path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 2) << where;
+  }
+}
+
+TEST_F(StoreTool, MapShowsTheSharesAndDrawsThem)
+{
+  StoreFour();
+  ProgramRun const run = Zp("map a --svg a.svg");
+  EXPECT_EQ(run.m_strOut.substr(run.m_strOut.find("a.SR")),
+            "a.SR: 36 bytes, 3 records, 1 free block\n"
+            "     headers of live blocks          18   50.0%\n"
+            "  #  live                             8   22.2%\n"
+            "  .  free                            10   27.8%\n"
+            "compaction would win 10 bytes, 27.8%\n");
+  EXPECT_NE(m_Folder.Read("a.svg").find("compaction would win 10 bytes, 27.8%</text>"), std::string::npos);
+  EXPECT_NE(Zp("map a --json").m_strOut.find("\"compaction_wins\": 10"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,107 @@
+// zp store list, show, get, put and delete, the names of stores, and what is used wrongly.
+
+#include "tests/tools/store_fixture.h"
+
+namespace {
+
+TEST_F(StoreTool, ShowsAComponentWithTheNamesOfItsCoefficients)
+{
+  m_Folder.Write("t.csv", "id,name,tc_K,antoine_A,antoine_B,sigma_eq,sigma_A\n4,Wasser \xC3\xA4,647.14,23.401,,16,1.5\n");
+  Zp("import a t.csv");
+  EXPECT_EQ(Zp("show a 4").m_strOut,
+            "record 4, 95 bytes\n"
+            "GPDataArray  4 items\n"
+            "├─    1  name                         GPs    \"Wasser ä\"\n"
+            "├─   12  critical temperature         GPf    647.14 K\n"
+            "├─   41  surface tension              GPv    GPDippr in N/m\n"
+            "│          equation = 16\n"
+            "│          A = 1.5\n"
+            "│          B = 0.0\n"
+            "│          C = 0.0\n"
+            "│          D = 0.0\n"
+            "└─   97  vapour pressure              GPv    GPAvp in Pa\n"
+            "           A = 23.401\n");
+  EXPECT_EQ(Zp("list a").m_strOut,
+            "   ID   BYTES  CLASS        TEXT\n"
+            "    4      95  GPDataArray  Wasser ä\n"
+            "1 record, 95 bytes\n");
+}
+
+TEST_F(StoreTool, PutsGetsAndDeletesBytesAndObjects)
+{
+  EXPECT_EQ(Zp("put a 7", "some bytes").m_nStatus, 0);
+  EXPECT_EQ(Zp("get a 7").m_strOut, "some bytes");
+  EXPECT_EQ(Zp("show a 7").m_strOut,
+            "record 7, 10 bytes\nraw bytes\n"
+            "  000000  73 6f 6d 65 20 62 79 74 65 73                    some bytes\n");
+  EXPECT_EQ(Zp("put a 8 --json", R"({"object": {"class": "GPw", "data_id": 5, "value": -1}})").m_nStatus, 0);
+  EXPECT_EQ(Load()[8], FromHex("FF FF 01 00 03 00 \"GPw\" 05 00 FF FF"));
+  EXPECT_EQ(Zp("delete a 7 9").m_strErr, "zp: a.SI: there is no record 9; nothing was deleted, see zp store list\n");
+  EXPECT_EQ(Zp("delete a 7").m_nStatus, 0);
+  EXPECT_EQ(Load().size(), 1u);
+  EXPECT_EQ(Zp("put a 8", "").m_strErr, "zp: standard input: has 0 bytes, and a record has 1 to 65535\n");
+  EXPECT_EQ(Zp("put a 8", std::string(65536, 'x')).m_nStatus, 1);
+}
+
+TEST_F(StoreTool, FindsTheOtherFileByItsExtension)
+{
+  Store({{1, "x"}});
+  std::filesystem::rename(m_Folder.Path() / "a.SI", m_Folder.Path() / "b.ei");
+  std::filesystem::rename(m_Folder.Path() / "a.SR", m_Folder.Path() / "b.er");
+  for (char const * const name : {"b", "b.ei", "b.er"}) EXPECT_EQ(Zp(std::string("get ") + name + " 1").m_strOut, "x") << name;
+  Store({{1, "y"}}, "b");
+  EXPECT_EQ(Zp("get b 1").m_strErr, "zp: b: is the stem of several stores (b.SI, b.ei); name one of their files\n");
+  std::filesystem::rename(m_Folder.Path() / "b.er", m_Folder.Path() / "records");
+  EXPECT_EQ(Zp("get b.ei 1 --record records").m_strOut, "x");
+}
+
+TEST_F(StoreTool, SaysWhenAnotherProgramHoldsTheStore)
+{
+  Store({{1, "x"}});
+  GPDataFile holder(m_Folder.Name("a.SI"), m_Folder.Name("a.SR"), CFile::modeReadWrite | CFile::shareDenyWrite, nullptr);
+  char byte;
+  holder.LoadRec(&byte, 1, 1);
+  for (char const * const command : {"list a", "put a 1", "check a", "compact a", "recover a"}) {
+    ProgramRun const run = Zp(command, "z");
+    EXPECT_EQ(run.m_nStatus, 1) << command;
+    EXPECT_EQ(run.m_strErr, "zp: a.SR: the record file is in use by another program; try again when that has ended\n") << command;
+  }
+}
+
+struct Misuse {
+  char const * pArguments;
+  int nStatus;
+  char const * pError;
+};
+
+constexpr Misuse g_Misuses[] = {
+    {"", 2, "zp: A subcommand is required; see zp store --help\n"},
+    {"list", 2, "zp: store is required; see zp store list --help\n"},
+    {"show a", 2, "zp: id is required; see zp store show --help\n"},
+    {"show a 40000", 2, "zp: id: Value 40000 not in range 0 to 32767; see zp store show --help\n"},
+    {"list a", 1, "zp: a.SR: there is no such record file; check the name\n"},
+    {"list none/a", 1, "zp: none/a.SR: there is no such record file; check the name\n"},
+    {"import a none.csv", 1, "zp: none.csv: can't be opened: No such file or directory; check the name\n"},
+    {"import a .", 1, "zp: .: is a folder; name a file\n"},
+    {"get b 1", 1, "zp: b.SR: there is no such record file beside b.SI; bring it back or move the index file away\n"},
+    {"get c 1", 1, "zp: c.SI: there is no such index file beside c.SR; make a new one with zp store recover\n"},
+    {"list plain.txt", 2, "zp: plain.txt: has no extension of a store's file; name its record file with --record\n"},
+};
+
+TEST_F(StoreTool, TellsWhatIsUsedWronglyInOneLine)
+{
+  m_Folder.Write("b.SI", "");
+  m_Folder.Write("c.SR", "");
+  m_Folder.Write("plain.txt", "");
+  for (Misuse const & misuse : g_Misuses) {
+    ProgramRun const run = Zp(misuse.pArguments);
+    EXPECT_EQ(run.m_nStatus, misuse.nStatus) << misuse.pArguments;
+    EXPECT_EQ(run.m_strErr, misuse.pError);
+    EXPECT_EQ(run.m_strOut, "");
+  }
+  Store({{1, "x"}});
+  EXPECT_EQ(Zp("get a 1 /dev/full").m_strErr, "zp: /dev/full: can't be written: No space left on device\n");
+  EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+}  // namespace

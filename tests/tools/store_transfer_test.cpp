@@ -1,0 +1,156 @@
+// zp store import and export: nothing of a record is lost on the way.
+
+#include <limits>
+#include <memory>
+
+#include <zpbase/numeric.h>
+#include <zpbase/platform/archive.h>
+
+#include "tests/tools/store_fixture.h"
+
+namespace {
+
+std::string const g_Table = ZP_SOURCE_DIR "/examples/components.csv";
+
+std::string bytesOf(CObject const & object)
+{
+  GPMemFile file;
+  CArchive ar(&file, CArchive::store);
+  ar.WriteObject(&object);
+  ar.Close();
+  return {reinterpret_cast<char const *>(file.GetMemPtr()), static_cast<size_t>(file.GetLength())};
+}
+
+// One item of every kind, with the values that a text form loses most easily.
+std::string hardCollection()
+{
+  GPDataArray data;
+  data.AddData(new GPData(7));
+  data.AddData(new GPd(20, -0.0));
+  data.AddData(new GPd(21, std::bit_cast<double>(uint64_t{0x7FF0000000000123})));
+  data.AddData(new GPd(22, 0.1));
+  data.AddData(new GPf(23, std::bit_cast<float>(0xFFC12345U)));
+  data.AddData(new GPf(24, std::numeric_limits<float>::infinity()));
+  data.AddData(new GPf(25, 16777216.0F));
+  data.AddData(new GPf(26, std::numeric_limits<float>::denorm_min()));
+  data.AddData(new GPdw(27, -2147483647L - 1));
+  data.AddData(new GPw(28, -1));
+  data.AddData(new GPs(29, CString("\x80\x81\xFF\x01\"\\,", 7)));
+  data.AddData(new GPxy(30, -std::numeric_limits<double>::infinity(), 5e-324));
+  data.AddData(new GPa(31));
+  auto * const inner = new GPObArray;
+  inner->Add(nullptr);
+  inner->Add(new GPObList);
+  data.AddData(new GPa(32, inner));
+  auto * const packed = new GPv(97, 5);  // no whole number of floats
+  packed->GetArea()[4] = 0xAB;
+  data.AddData(packed);
+  float const pair[] = {1.0F, 2.0F, 3.0F};
+  auto * const bip = new GPbip(112, 9);
+  bip->PutFloatData(pair, 3);
+  data.AddData(bip);
+  return bytesOf(data);
+}
+
+std::string numbers()
+{
+  GPObArray all;
+  all.Add(new GPVector(2, -0.0));
+  all.Add(new GPMatrix(2, 3, 1.5));
+  all.Add(new GPIntVector(3, -7));
+  all.Add(new GPBOOLVector(1, 1));
+  all.Add(new GPUIntArray(5, 8));
+  return bytesOf(all);
+}
+
+TEST_F(StoreTool, JsonGivesBackEveryRecordBitForBit)
+{
+  Records const records = {{0, hardCollection()},
+                           {1, numbers()},
+                           {5, std::string("raw\0bytes", 9)},
+                           {6, FromHex("FF FF 01 00 05 00 \"Other\" 01 02")},                  // a class that isn't known
+                           {7, FromHex("FF FF 01 00 03 00 \"GPw\" 05 00")},                    // cut
+                           {8, FromHex("FF FF 01 00 03 00 \"GPs\" 05 00 FF FE FF 01 41 00")},  // a wide text
+                           {9, bytesOf(GPw(1, 2)) + "tail"},
+                           {32767, "x"}};
+  Store(records);
+  ASSERT_EQ(Zp("export a --json all.json").m_nStatus, 0);
+  ProgramRun const run = Zp("import b all.json");
+  EXPECT_EQ(run.m_strOut, "8 records stored in b.SR: 8 new, 0 replaced\n") << run.m_strErr;
+  EXPECT_EQ(Load("b"), records);
+  EXPECT_EQ(m_Folder.Read("b.SI"), m_Folder.Read("a.SI"));
+  Zp("export b --json again.json");
+  EXPECT_EQ(m_Folder.Read("again.json"), m_Folder.Read("all.json"));
+  EXPECT_NE(m_Folder.Read("all.json").find("\"value\": \"nan:7ff0000000000123\""), std::string::npos);
+}
+
+TEST_F(StoreTool, TableGivesBackComponentsBitForBit)
+{
+  EXPECT_EQ(Zp("import a " + g_Table).m_strOut, "37 records stored in a.SR: 37 new, 0 replaced\n");
+  ASSERT_EQ(Zp("export a a.csv").m_nStatus, 0);
+  Zp("import b a.csv");
+  EXPECT_EQ(m_Folder.Read("b.SR"), m_Folder.Read("a.SR"));
+  EXPECT_EQ(Zp("export b").m_strOut, m_Folder.Read("a.csv"));
+  EXPECT_EQ(Zp("import b a.csv").m_strOut, "37 records stored in b.SR: 0 new, 37 replaced\n");
+}
+
+TEST_F(StoreTool, TableKeepsQuotesMarksAndCoefficientsOfZero)
+{
+  m_Folder.Write("t.csv",
+                 "# head\nid,name,omega,unifac_groups,rho_liq_eq,rho_liq_A,rho_liq_B,rho_liq_C,rho_liq_D,rho_liq_E,rho_liq_F\n"
+                 "3,\"a, \"\"b\"\"\nc\",0,12R:1 1:2,105,1,0,0,0,0,0\n");
+  ASSERT_EQ(Zp("import a t.csv").m_nStatus, 0);
+  EXPECT_EQ(Zp("export a").m_strOut + "", m_Folder.Read("t.csv").substr(7));
+  EXPECT_NE(Zp("show a 3").m_strOut.find("│          F = 0.0\n"), std::string::npos);
+}
+
+struct Refusal {
+  char const * pInput;
+  char const * pError;
+};
+
+constexpr Refusal g_Refusals[] = {
+    {"", "standard input: is empty; a line with the names of the columns is expected"},
+    {"name\nx\n", "standard input: line 1: the column id is missing"},
+    {"id,colour\n1,x\n", "standard input: line 1: there is no column \"colour\"; the manual of zp store lists them"},
+    {"id,name,name\n", "standard input: line 1: column name stands twice"},
+    {"# note\nid,name\n1,a\n1,b\n", "standard input: line 4: column id: 1 stands twice; nothing was stored"},
+    {"id\n32768\n", "standard input: line 2: \"32768\" is no whole number from 0 to 32767; nothing was stored"},
+    {"id,tc_K\n1,12x\n", "standard input: line 2: column tc_K: \"12x\" is no number; nothing was stored"},
+    {"id,tc_K\n1,1e39\n", "standard input: line 2: column tc_K: 1e39 doesn't fit a 32-bit number; nothing was stored"},
+    {"id,sigma_A\n1,2\n", "standard input: line 2: column sigma_eq: the equation number is missing; nothing was stored"},
+    {"id,name\n1\n", "standard input: line 2: 1 fields under 2 columns; nothing was stored"},
+    {"id,name\n1,\"a\"b\n", "standard input: line 2: a quote stands alone; quote the whole field and double the quotes in it"},
+    {"id,unifac_groups\n1,5\n",
+     "standard input: line 2: column unifac_groups: \"5\" is no list of groups and counts such as 1:2 12R:1; nothing was stored"},
+    {"{\"format\": 1}", "standard input: \"format\" must be a text; nothing was stored"},
+    {"{\"format\": \"zp-store-records\", \"version\": 1, \"records\": [{\"id\": 4, \"object\": {\"class\": \"GPDataArray\", "
+     "\"items\": [null, {\"class\": \"GPw\", \"data_id\": 1, \"value\": 40000}]}}]}",
+     "standard input: record 4: items[1]: \"value\" must be a whole number from -32768 to 32767; nothing was stored"},
+    {"{\"format\": \"zp-store-records\", \"version\": 1, \"records\": [{\"id\": 4, \"hex\": \"\"}]}",
+     "standard input: record 4: has 0 bytes, and a record has 1 to 65535; nothing was stored"},
+};
+
+TEST_F(StoreTool, RefusedImportsStoreNothingAndSayWhere)
+{
+  for (Refusal const & refusal : g_Refusals) {
+    ProgramRun const run = Zp("import a -", refusal.pInput);
+    EXPECT_EQ(run.m_nStatus, 1) << refusal.pInput;
+    EXPECT_EQ(run.m_strErr, std::string("zp: ") + refusal.pError + "\n");
+    EXPECT_FALSE(m_Folder.Has("a.SR") || m_Folder.Has("a.SI"));
+  }
+  ProgramRun const deep =
+      Zp("import a -", std::string(R"({"format": "zp-store-records", "version": 1, "records": )") + std::string(100000, '['));
+  EXPECT_EQ(deep.m_nStatus, 1);
+}
+
+TEST_F(StoreTool, TableRefusesRecordsThatItCantTell)
+{
+  Store({{1, "raw"}});
+  ProgramRun const run = Zp("export a out.csv");
+  EXPECT_EQ(run.m_nStatus, 1);
+  EXPECT_EQ(run.m_strErr, "zp: a.SR: record 1 is no component that a table can tell; export with --json\n");
+  EXPECT_FALSE(m_Folder.Has("out.csv"));
+}
+
+}  // namespace
