@@ -92,7 +92,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
 {
   if (size < 2) return 0;
   auto const * const bytes = reinterpret_cast<char const *>(data + 2);
-  size_t const indexSize = std::min<size_t>(data[0] | data[1] << 8, size - 2);
+  size_t const indexSize = std::min(static_cast<size_t>(data[0] | data[1] << 8), size - 2);
   std::string const index = folder() + "/a.si";
   std::string const records = folder() + "/a.sr";
   write(index, bytes, indexSize);

@@ -241,6 +241,8 @@ class ZP_API GPbip : public GPv {
 // Vapour pressure. Up to seven coefficients through the wide forms; the narrow ones see three.
 class ZP_API GPAvp : public GPv {
  public:
+  using GPObject::Load;
+
   static constexpr unsigned int dataID = 97;
 
   explicit GPAvp(int size = 0) : GPv(dataID, size) {}
@@ -258,6 +260,8 @@ class ZP_API GPAvp : public GPv {
 // Ideal gas heat capacity.
 class ZP_API GPIghc : public GPv {
  public:
+  using GPObject::Load;
+
   static constexpr unsigned int dataID = 98;
 
   explicit GPIghc(int size = 0) : GPv(dataID, size) {}
@@ -275,6 +279,8 @@ class ZP_API GPIghc : public GPv {
 // Liquid volume.
 class ZP_API GPLv : public GPv {
  public:
+  using GPObject::Load;
+
   static constexpr unsigned int dataID = 99;
 
   explicit GPLv(int size = 0) : GPv(dataID, size) {}
@@ -291,6 +297,8 @@ class ZP_API GPLv : public GPv {
 // Surface tension.
 class ZP_API GPSt : public GPv {
  public:
+  using GPObject::Load;
+
   static constexpr unsigned int dataID = 100;
 
   explicit GPSt(int size = 0) : GPv(dataID, size) {}
@@ -307,6 +315,8 @@ class ZP_API GPSt : public GPv {
 // Henry constants.
 class ZP_API GPHenry : public GPv {
  public:
+  using GPObject::Load;
+
   static constexpr unsigned int dataID = 101;
 
   explicit GPHenry(int size = 0) : GPv(dataID, size) {}
@@ -323,6 +333,8 @@ class ZP_API GPHenry : public GPv {
 // Modified SRK.
 class ZP_API GPMsrk : public GPv {
  public:
+  using GPObject::Load;
+
   static constexpr unsigned int dataID = 102;
 
   explicit GPMsrk(int size = 0) : GPv(dataID, size) {}
@@ -342,6 +354,8 @@ class ZP_API GPMsrk : public GPv {
 // fit this layout.
 class ZP_API GPDippr : public GPv {
  public:
+  using GPObject::Load;
+
   explicit GPDippr(unsigned int id = 0, int size = 0) : GPv(id, size) {}
   static GPDippr As(GPv const & item);
   GPObject * Clone() const override;
@@ -368,6 +382,8 @@ class ZP_API GPDippr : public GPv {
 // or X in it is kept negated, and R and X can't be told apart afterwards. The constructor makes an area of size zero bytes.
 class ZP_API GPUnifac : public GPv {
  public:
+  using GPObject::Load;
+
   static constexpr unsigned int dataID = 103;
 
   explicit GPUnifac(int size = 0) : GPv(dataID, size) {}
@@ -390,6 +406,8 @@ class ZP_API GPUnifac : public GPv {
 // caller's data id. All forms give how many slots are held.
 class ZP_API GPUnifacBip : public GPv {
  public:
+  using GPObject::Load;
+
   GPUnifacBip(unsigned int id, int size) : GPv(id, size) {}
   static GPUnifacBip As(GPv const & item);
   GPObject * Clone() const override;

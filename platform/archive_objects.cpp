@@ -236,7 +236,7 @@ size_t CArchive::ReadRun(CRuntimeClass const * record, size_t objectBytes, size_
   size_t const ready = std::min(atMost, static_cast<size_t>(m_pMax - m_pCur) / stride);
   if (ready == 0) return 0;
   BYTE const * const first = m_pCur;
-  DWORD const index = (first[0] | first[1] << 8) ^ classBit;
+  auto const index = static_cast<DWORD>((first[0] | first[1] << 8) ^ classBit);
   if (index == 0 || index >= bigTag || index >= m_Identities->LoadedCount()) return 0;
   if (m_Identities->At(index) != (reinterpret_cast<zp::LoadedEntry>(record) | 1)) return 0;
   size_t count = 1;
