@@ -16,15 +16,22 @@
 
 namespace {
 
+// The files' folder, in memory where there is one; gone when the process ends.
+struct Folder {
+  Folder()
+  {
+    path = std::filesystem::exists("/dev/shm") ? "/dev/shm/zpfuzz-XXXXXX" : "/tmp/zpfuzz-XXXXXX";
+    if (mkdtemp(path.data()) == nullptr) abort();
+  }
+  ~Folder() { std::filesystem::remove_all(path); }
+
+  std::string path;
+};
+
 std::string const & folder()
 {
-  static std::string const path = [] {
-    std::string name = std::filesystem::exists("/dev/shm") ? "/dev/shm/zpfuzz-XXXXXX" : "/tmp/zpfuzz-XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) abort();
-    std::atexit([] { std::filesystem::remove_all(folder()); });
-    return name;
-  }();
-  return path;
+  static Folder const files;
+  return files.path;
 }
 
 void write(std::string const & name, char const * data, size_t size)

@@ -234,6 +234,7 @@ class ZP_API GPDataFile : public CObject {
   int LoadIndexFile();
   int StoreIndexFile();
   int OpenRecFile(unsigned int flags);
+  bool IsFreeBlock(zp::FreeBlock const & block) const;
   bool TakePlace(unsigned int length, zp::FreeBlock & block);
   int PutRec(void const * data, zp::ActiveEntry & entry, zp::FreeBlock const & block);
   int StoreNewRec(void const * data, zp::ActiveEntry & entry);

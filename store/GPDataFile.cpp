@@ -172,11 +172,22 @@ int GPDataFile::StoreRec(void const * data, unsigned int length, int id)
   return StoreNewRec(data, entry);
 }
 
-// The smallest free block that fits, taken from the table, else one at the end of the file; false if the file can't grow.
+// True when the block's header says that it is free and as large as the index has it.
+bool GPDataFile::IsFreeBlock(zp::FreeBlock const & block) const
+{
+  if (block.bSeen) return true;
+  BYTE header[zp::headerBytes];
+  return block.nFilePos <= zp::maxBlockPosition && m_RecFile.ReadAt(block.nFilePos, header, sizeof header) == sizeof header &&
+         (zp::LittleWord(header) & zp::freeMark) != 0 && zp::LittleWord(header + 4) == block.nCapacity;
+}
+
+// The smallest free block that fits, taken from the table, else one at the end of the file; false if the file can't grow. A
+// block that the record file doesn't know as free is forgotten: writing there could destroy a record.
 bool GPDataFile::TakePlace(unsigned int length, zp::FreeBlock & block)
 {
-  if (m_pEmptyRecs->TakeBestFit(length, block)) return true;
-  block = {static_cast<DWORD>(m_nRecFileLength), static_cast<WORD>(length)};
+  while (m_pEmptyRecs->TakeBestFit(length, block))
+    if (IsFreeBlock(block)) return true;
+  block = {static_cast<DWORD>(m_nRecFileLength), static_cast<WORD>(length), true};
   return m_nRecFileLength <= zp::maxBlockPosition;
 }
 
@@ -210,7 +221,7 @@ int GPDataFile::ReplaceRec(void const * data, unsigned int length, zp::ActiveEnt
 {
   unsigned int const capacity = CapacityOf(entry);
   if (capacity == 0 || (capacity < length && m_nRecFileLength > zp::maxBlockPosition)) return 0;
-  m_pEmptyRecs->Add({entry.nFilePos, static_cast<WORD>(capacity)});
+  m_pEmptyRecs->Add({entry.nFilePos, static_cast<WORD>(capacity), true});
   zp::FreeBlock block;
   TakePlace(length, block);
   if (block.nFilePos != entry.nFilePos) MarkFree(entry);
@@ -228,7 +239,7 @@ int GPDataFile::DeleteRec(int id)
   if (capacity == 0) return 0;
   MarkFree(*entry);
   m_bIndexDirty = 1;
-  m_pEmptyRecs->Add({entry->nFilePos, static_cast<WORD>(capacity)});
+  m_pEmptyRecs->Add({entry->nFilePos, static_cast<WORD>(capacity), true});
   m_pActiveRecs->Remove(*entry);
   return 1;
 }

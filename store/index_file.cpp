@@ -113,7 +113,7 @@ StoreIndex ReadIndex(CArchive & ar)
   readEntries<GPObList, GPEmptyRec, 6>(
       ar, [](DWORD) {},
       [&](BYTE const * bytes) {
-        free.Append({littleDword(bytes), LittleWord(bytes + 4)});
+        free.Append({littleDword(bytes), LittleWord(bytes + 4), false});
       });
   return index;
 }

@@ -147,10 +147,10 @@ void FreeTable::Add(FreeBlock block)
   int node = m_nUnusedNode;
   if (node >= 0) {
     m_nUnusedNode = m_Nodes[static_cast<size_t>(node)].nNext;
-    m_Nodes[static_cast<size_t>(node)] = {block.nFilePos, -1};
+    m_Nodes[static_cast<size_t>(node)] = {block, -1};
   } else {
     node = static_cast<int>(m_Nodes.size());
-    m_Nodes.push_back({block.nFilePos, -1});
+    m_Nodes.push_back({block, -1});
   }
   if (block.nCapacity >= m_Queues.size()) m_Queues.resize(size_t{block.nCapacity} + 1);
   Queue & queue = m_Queues[block.nCapacity];
@@ -175,7 +175,7 @@ bool FreeTable::TakeBestFit(unsigned int length, FreeBlock & block)
   Queue & queue = m_Queues[static_cast<size_t>(capacity)];
   int const taken = queue.nHead;
   Node & node = m_Nodes[static_cast<size_t>(taken)];
-  block = {node.nFilePos, static_cast<WORD>(capacity)};
+  block = node.block;
   queue.nHead = node.nNext;
   node.nNext = m_nUnusedNode;
   m_nUnusedNode = taken;

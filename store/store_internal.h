@@ -134,6 +134,7 @@ class ActiveTable {
 struct FreeBlock {
   DWORD nFilePos = 0;
   WORD nCapacity = 0;
+  bool bSeen = false;  // its header was seen in the record file, not only in the index
 };
 
 class FreeTable {
@@ -157,12 +158,12 @@ class FreeTable {
     for (int capacity = m_Capacities.AtOrAbove(0); capacity >= 0;
          capacity = m_Capacities.AtOrAbove(static_cast<size_t>(capacity) + 1))
       for (int node = m_Queues[static_cast<size_t>(capacity)].nHead; node >= 0; node = m_Nodes[static_cast<size_t>(node)].nNext)
-        use(FreeBlock{m_Nodes[static_cast<size_t>(node)].nFilePos, static_cast<WORD>(capacity)});
+        use(m_Nodes[static_cast<size_t>(node)].block);
   }
 
  private:
   struct Node {
-    DWORD nFilePos;
+    FreeBlock block;
     int nNext;
   };
   struct Queue {

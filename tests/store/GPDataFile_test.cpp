@@ -254,6 +254,19 @@ TEST_F(Store, RelocatesARecordWhoseBlockIsTooSmall)
   EXPECT_EQ(Get(*store, 1), "abcd");
 }
 
+TEST_F(Store, ForgetsFreeBlocksThatTheRecordFileDoesNotKnow)
+{
+  // Free blocks of 4 bytes at 0, where a live record stands, at 10, where the capacity differs, and far behind the end.
+  folder.Write("a.si", FromHex("00 00 FF FF 01 00 09 00 \"GPObArray\" 00 00 FF FF 01 00 08 00 \"GPObList\" 03 00"
+                               "FF FF 01 00 0A 00 \"GPEmptyRec\" 00 00 00 00 04 00  05 80 0A 00 00 00 04 00"
+                               "05 80 B6 B6 B6 B6 04 00"));
+  std::string const records = FromHex("01 00 04 00 04 00 \"ABCD\" 02 80 03 00 03 00 \"EFG\"");
+  folder.Write("a.sr", records);
+  auto const store = Open();
+  EXPECT_EQ(Put(*store, 5, "wxyz"), 1);
+  EXPECT_EQ(folder.Read("a.sr"), records + FromHex("05 00 04 00 04 00 \"wxyz\""));
+}
+
 TEST_F(Store, MeetsItsMatchInALock)
 {
   auto const first = Open();
