@@ -1,4 +1,4 @@
-// Runs a fuzz target once over every file of the given folders or files: the seeds as a test, without libFuzzer.
+// Runs a fuzz target once over every file of the given folders or files: seeds as a test, without libFuzzer.
 
 #include <cstdint>
 #include <cstdio>

@@ -27,24 +27,24 @@ int readCount(char const *& p)
   return static_cast<int>(value);
 }
 
-void readFlags(FormatSpec & spec, char const *& p)
+void readFlags(FormatField & field, char const *& p)
 {
   for (;; ++p) {
     switch (*p) {
       case '-':
-        spec.left = true;
+        field.left = true;
         break;
       case '+':
-        spec.plus = true;
+        field.plus = true;
         break;
       case ' ':
-        spec.space = true;
+        field.space = true;
         break;
       case '#':
-        spec.alternate = true;
+        field.alternate = true;
         break;
       case '0':
-        spec.zero = true;
+        field.zero = true;
         break;
       default:
         return;
@@ -89,10 +89,10 @@ bool isKnown(char c, LengthMark length)
 }
 
 // The value as its conversion sees it: cut to the width of the length mark, signed or not.
-void appendCut(std::string & out, FormatSpec const & spec, int64_t value)
+void appendCut(std::string & out, FormatField const & field, int64_t value)
 {
-  bool const isSigned = isSignedConversion(spec.conversion);
-  switch (spec.length) {
+  bool const isSigned = isSignedConversion(field.conversion);
+  switch (field.length) {
     case LengthMark::Char:
       value = isSigned ? int64_t{static_cast<int8_t>(value)} : static_cast<uint8_t>(value);
       break;
@@ -108,13 +108,13 @@ void appendCut(std::string & out, FormatSpec const & spec, int64_t value)
   }
   bool const negative = isSigned && value < 0;
   auto const bits = static_cast<uint64_t>(value);
-  AppendInteger(out, spec, negative ? uint64_t{0} - bits : bits, negative);
+  AppendInteger(out, field, negative ? uint64_t{0} - bits : bits, negative);
 }
 
-void appendCharacter(std::string & out, FormatSpec const & spec, int value)
+void appendCharacter(std::string & out, FormatField const & field, int value)
 {
   char const c = static_cast<char>(value);
-  AppendPadded(out, spec, {.body = {&c, 1}}, false);
+  AppendPadded(out, field, {.body = {&c, 1}}, false);
 }
 
 // At most precision characters of a text that need not end before that.
@@ -141,16 +141,16 @@ class VaSource {
 
   void Skip() {}
 
-  bool Append(std::string & out, FormatSpec const & spec)
+  bool Append(std::string & out, FormatField const & field)
   {
-    if (spec.conversion == 's') {
-      AppendText(out, spec, cutText(va_arg(m_Args, char const *), spec.precision));
-    } else if (spec.conversion == 'c') {
-      appendCharacter(out, spec, va_arg(m_Args, int));
-    } else if (isRealConversion(spec.conversion)) {
-      AppendReal(out, spec, va_arg(m_Args, double));
+    if (field.conversion == 's') {
+      AppendText(out, field, cutText(va_arg(m_Args, char const *), field.precision));
+    } else if (field.conversion == 'c') {
+      appendCharacter(out, field, va_arg(m_Args, int));
+    } else if (isRealConversion(field.conversion)) {
+      AppendReal(out, field, va_arg(m_Args, double));
     } else {
-      appendCut(out, spec, takeInteger(spec.length));
+      appendCut(out, field, takeInteger(field.length));
     }
     return true;
   }
@@ -180,21 +180,21 @@ class SpanSource {
 
   void Skip() { ++m_Next; }
 
-  bool Append(std::string & out, FormatSpec const & spec)
+  bool Append(std::string & out, FormatField const & field)
   {
-    bool const isReal = isRealConversion(spec.conversion);
-    bool const isText = spec.conversion == 's';
+    bool const isReal = isRealConversion(field.conversion);
+    bool const isText = field.conversion == 's';
     FormatArg const * arg = take(isText ? FormatArg::Kind::Text : isReal ? FormatArg::Kind::Real : FormatArg::Kind::Integer);
     if (arg == nullptr) return false;
     if (isText) {
-      AppendText(out, spec, cutText(arg->GetText(), spec.precision));
+      AppendText(out, field, cutText(arg->GetText(), field.precision));
     } else if (isReal) {
-      AppendReal(out, spec, arg->GetReal());
-    } else if (spec.conversion == 'c') {
-      appendCharacter(out, spec, arg->GetInteger());
+      AppendReal(out, field, arg->GetReal());
+    } else if (field.conversion == 'c') {
+      appendCharacter(out, field, arg->GetInteger());
     } else {
       int32_t const value = arg->GetInteger();
-      appendCut(out, spec, isSignedConversion(spec.conversion) ? int64_t{value} : static_cast<uint32_t>(value));
+      appendCut(out, field, isSignedConversion(field.conversion) ? int64_t{value} : static_cast<uint32_t>(value));
     }
     return true;
   }
@@ -212,24 +212,24 @@ class SpanSource {
 };
 
 template <class Source>
-bool appendConversion(std::string & out, FormatSpec & spec, Source & source)
+bool appendConversion(std::string & out, FormatField & field, Source & source)
 {
-  if (spec.conversion == 0) return false;
-  if (spec.conversion == '%') {
+  if (field.conversion == 0) return false;
+  if (field.conversion == '%') {
     out += '%';
     return true;
   }
-  int width = spec.width;
-  int precision = spec.precision;
-  bool const widthFits = !spec.widthIsArgument || source.TakeCount(width);
-  bool const precisionFits = !spec.precisionIsArgument || source.TakeCount(precision);
+  int width = field.width;
+  int precision = field.precision;
+  bool const widthFits = !field.widthIsArgument || source.TakeCount(width);
+  bool const precisionFits = !field.precisionIsArgument || source.TakeCount(precision);
   if (!widthFits || !precisionFits) {
     source.Skip();
     return false;
   }
-  SetFormatWidth(spec, width);
-  SetFormatPrecision(spec, precision);
-  return source.Append(out, spec);
+  SetFormatWidth(field, width);
+  SetFormatPrecision(field, precision);
+  return source.Append(out, field);
 }
 
 template <class Source>
@@ -241,89 +241,89 @@ void formatFrom(std::string & out, char const * format, Source & source)
     out.append(plain, p);
     if (*p == 0) return;
     char const * const start = p++;
-    FormatSpec spec = ReadFormatSpec(p);
-    if (!appendConversion(out, spec, source)) out.append(start, p);
+    FormatField field = ReadFormatField(p);
+    if (!appendConversion(out, field, source)) out.append(start, p);
   }
 }
 
 }  // namespace
 
-FormatSpec ReadFormatSpec(char const *& p)
+FormatField ReadFormatField(char const *& p)
 {
-  FormatSpec spec;
-  readFlags(spec, p);
-  spec.widthIsArgument = *p == '*';
-  if (spec.widthIsArgument) {
+  FormatField field;
+  readFlags(field, p);
+  field.widthIsArgument = *p == '*';
+  if (field.widthIsArgument) {
     ++p;
   } else {
-    SetFormatWidth(spec, readCount(p));
+    SetFormatWidth(field, readCount(p));
   }
   if (*p == '.') {
-    spec.precisionIsArgument = *++p == '*';
-    if (spec.precisionIsArgument) {
+    field.precisionIsArgument = *++p == '*';
+    if (field.precisionIsArgument) {
       ++p;
     } else {
-      SetFormatPrecision(spec, readCount(p));
+      SetFormatPrecision(field, readCount(p));
     }
   }
-  spec.length = readLength(p);
-  if (isKnown(*p, spec.length)) spec.conversion = *p;
+  field.length = readLength(p);
+  if (isKnown(*p, field.length)) field.conversion = *p;
   if (*p != 0) ++p;
-  return spec;
+  return field;
 }
 
-void SetFormatWidth(FormatSpec & spec, int width)
+void SetFormatWidth(FormatField & field, int width)
 {
   if (width < 0) {
-    spec.left = true;
+    field.left = true;
     width = width == INT_MIN ? INT_MAX : -width;
   }
-  spec.width = std::min(width, maxFormatWidth);
+  field.width = std::min(width, maxFormatWidth);
 }
 
-void SetFormatPrecision(FormatSpec & spec, int precision)
+void SetFormatPrecision(FormatField & field, int precision)
 {
-  spec.precision = precision < 0 ? -1 : precision;
+  field.precision = precision < 0 ? -1 : precision;
 }
 
-void AppendPadded(std::string & out, FormatSpec const & spec, FormatPieces const & pieces, bool zeros)
+void AppendPadded(std::string & out, FormatField const & field, FormatPieces const & pieces, bool zeros)
 {
   size_t const length =
       pieces.sign.size() + pieces.zerosInFront + pieces.body.size() + pieces.zerosBehind + pieces.exponent.size();
-  size_t const width = static_cast<size_t>(spec.width);
+  size_t const width = static_cast<size_t>(field.width);
   size_t const padding = width > length ? width - length : 0;
-  if (!spec.left && !zeros) out.append(padding, ' ');
+  if (!field.left && !zeros) out.append(padding, ' ');
   out.append(pieces.sign);
-  out.append(pieces.zerosInFront + (!spec.left && zeros ? padding : 0), '0');
+  out.append(pieces.zerosInFront + (!field.left && zeros ? padding : 0), '0');
   out.append(pieces.body);
   out.append(pieces.zerosBehind, '0');
   out.append(pieces.exponent);
-  if (spec.left) out.append(padding, ' ');
+  if (field.left) out.append(padding, ' ');
 }
 
-void AppendText(std::string & out, FormatSpec const & spec, std::string_view text)
+void AppendText(std::string & out, FormatField const & field, std::string_view text)
 {
-  AppendPadded(out, spec, {.body = text}, false);
+  AppendPadded(out, field, {.body = text}, false);
 }
 
-void AppendInteger(std::string & out, FormatSpec const & spec, uint64_t magnitude, bool negative)
+void AppendInteger(std::string & out, FormatField const & field, uint64_t magnitude, bool negative)
 {
-  bool const isSigned = isSignedConversion(spec.conversion);
-  bool const isHex = spec.conversion == 'x' || spec.conversion == 'X';
-  int const base = isHex ? 16 : spec.conversion == 'o' ? 8 : 10;
+  bool const isSigned = isSignedConversion(field.conversion);
+  bool const isHex = field.conversion == 'x' || field.conversion == 'X';
+  int const base = isHex ? 16 : field.conversion == 'o' ? 8 : 10;
 
   char digits[24];
   char * const end = magnitude == 0 ? digits : std::to_chars(digits, std::end(digits), magnitude, base).ptr;
-  if (spec.conversion == 'X')
+  if (field.conversion == 'X')
     std::transform(digits, end, digits, [](char c) { return c >= 'a' ? static_cast<char>(c - 32) : c; });
 
   FormatPieces pieces{.body = {digits, static_cast<size_t>(end - digits)}};
-  size_t const wanted = spec.precision < 0 ? 1 : static_cast<size_t>(std::min(spec.precision, maxFormatWidth));
+  size_t const wanted = field.precision < 0 ? 1 : static_cast<size_t>(std::min(field.precision, maxFormatWidth));
   if (wanted > pieces.body.size()) pieces.zerosInFront = wanted - pieces.body.size();
-  if (base == 8 && spec.alternate && pieces.zerosInFront == 0) pieces.zerosInFront = 1;
-  if (isSigned) pieces.sign = negative ? "-" : spec.plus ? "+" : spec.space ? " " : "";
-  if (isHex && spec.alternate && magnitude != 0) pieces.sign = spec.conversion == 'x' ? "0x" : "0X";
-  AppendPadded(out, spec, pieces, spec.zero && spec.precision < 0);
+  if (base == 8 && field.alternate && pieces.zerosInFront == 0) pieces.zerosInFront = 1;
+  if (isSigned) pieces.sign = negative ? "-" : field.plus ? "+" : field.space ? " " : "";
+  if (isHex && field.alternate && magnitude != 0) pieces.sign = field.conversion == 'x' ? "0x" : "0X";
+  AppendPadded(out, field, pieces, field.zero && field.precision < 0);
 }
 
 void FormatInto(std::string & out, char const * format, va_list args)

@@ -13,7 +13,7 @@ inline constexpr int maxFormatWidth = 5000;
 
 enum class LengthMark { None, Char, Short, Long, LongLong };
 
-struct FormatSpec {
+struct FormatField {
   bool left = false;
   bool plus = false;
   bool space = false;
@@ -37,18 +37,18 @@ struct FormatPieces {
 };
 
 // Reads the conversion behind a '%' at p; p moves behind it, or behind what was understood of it.
-FormatSpec ReadFormatSpec(char const *& p);
+FormatField ReadFormatField(char const *& p);
 
 // A width or precision that came as an argument: a negative width means left-aligned, a negative precision none.
-void SetFormatWidth(FormatSpec & spec, int width);
-void SetFormatPrecision(FormatSpec & spec, int precision);
+void SetFormatWidth(FormatField & field, int width);
+void SetFormatPrecision(FormatField & field, int precision);
 
 // magnitude is the absolute value; negative counts for d and i only.
-void AppendInteger(std::string & out, FormatSpec const & spec, uint64_t magnitude, bool negative);
-void AppendReal(std::string & out, FormatSpec const & spec, double value);
-void AppendText(std::string & out, FormatSpec const & spec, std::string_view text);
+void AppendInteger(std::string & out, FormatField const & field, uint64_t magnitude, bool negative);
+void AppendReal(std::string & out, FormatField const & field, double value);
+void AppendText(std::string & out, FormatField const & field, std::string_view text);
 
 // Appends the pieces, padded to the width: by zeros behind the sign, or by blanks in front or behind.
-void AppendPadded(std::string & out, FormatSpec const & spec, FormatPieces const & pieces, bool zeros);
+void AppendPadded(std::string & out, FormatField const & field, FormatPieces const & pieces, bool zeros);
 
 }  // namespace zp

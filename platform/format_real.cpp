@@ -83,11 +83,11 @@ void makeUpper(std::string & out, size_t from)
   }
 }
 
-void appendFinite(std::string & out, FormatSpec const & spec, std::string_view sign, double magnitude)
+void appendFinite(std::string & out, FormatField const & field, std::string_view sign, double magnitude)
 {
   RealText text;
-  int const precision = spec.precision < 0 ? 6 : std::min(spec.precision, maxFormatWidth);
-  switch (lowered(spec.conversion)) {
+  int const precision = field.precision < 0 ? 6 : std::min(field.precision, maxFormatWidth);
+  switch (lowered(field.conversion)) {
     case 'e':
       layOut(text, magnitude, std::chars_format::scientific, precision);
       break;
@@ -95,31 +95,31 @@ void appendFinite(std::string & out, FormatSpec const & spec, std::string_view s
       layOut(text, magnitude, std::chars_format::fixed, precision);
       break;
     default:
-      layOutGeneral(text, magnitude, precision, spec.alternate);
+      layOutGeneral(text, magnitude, precision, field.alternate);
       break;
   }
-  if (spec.alternate && !text.HasPoint()) text.Append('.');
+  if (field.alternate && !text.HasPoint()) text.Append('.');
 
-  AppendPadded(out, spec,
+  AppendPadded(out, field,
                {.sign = sign,
                 .body = {text.buffer, text.length},
                 .zerosBehind = text.moreZeros,
                 .exponent = {text.exponent, text.exponentLength}},
-               spec.zero);
+               field.zero);
 }
 
 }  // namespace
 
-void AppendReal(std::string & out, FormatSpec const & spec, double value)
+void AppendReal(std::string & out, FormatField const & field, double value)
 {
   size_t const from = out.size();
-  std::string_view const sign = std::signbit(value) ? "-" : spec.plus ? "+" : spec.space ? " " : "";
+  std::string_view const sign = std::signbit(value) ? "-" : field.plus ? "+" : field.space ? " " : "";
   if (std::isfinite(value)) {
-    appendFinite(out, spec, sign, std::abs(value));
+    appendFinite(out, field, sign, std::abs(value));
   } else {
-    AppendPadded(out, spec, {.sign = sign, .body = std::isnan(value) ? "nan" : "inf"}, false);
+    AppendPadded(out, field, {.sign = sign, .body = std::isnan(value) ? "nan" : "inf"}, false);
   }
-  if (spec.conversion < 'a') makeUpper(out, from);
+  if (field.conversion < 'a') makeUpper(out, from);
 }
 
 }  // namespace zp

@@ -66,5 +66,6 @@ int main(int argc, char ** argv)
 {
   CLI::App app("Tools of the Zephlow base library", "zp");
   app.require_subcommand(1);
+  app.set_version_flag("--version", "zp " ZP_VERSION);
   return run(app, argc, argv);
 }

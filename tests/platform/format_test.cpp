@@ -41,21 +41,21 @@ std::string hostFormatted(char const * format, Args... args)
 // Every set of flags with some widths and precisions, in front of what ends a conversion.
 std::vector<std::string> specsEndingIn(std::string const & end)
 {
-  std::vector<std::string> specs;
+  std::vector<std::string> fields;
   for (unsigned int bits = 0; bits < 32; ++bits) {
     std::string flags = "%";
     for (unsigned int i = 0; i < 5; ++i) {
       if (bits >> i & 1) flags += "-+ #0"[i];
     }
-    for (char const * size : {"", "1", "12", ".", ".0", ".3", "9.1", "30.17", "2.40"}) specs.push_back(flags + size + end);
+    for (char const * size : {"", "1", "12", ".", ".0", ".3", "9.1", "30.17", "2.40"}) fields.push_back(flags + size + end);
   }
-  return specs;
+  return fields;
 }
 
 // Some versions of the host's library drop the zeros that "%#g" keeps where rounding carries into a new digit.
-bool isRoundedUpUnderSharpG(std::string const & spec, double value)
+bool isRoundedUpUnderSharpG(std::string const & field, double value)
 {
-  return spec.find('#') != std::string::npos && (spec.back() | 0x20) == 'g' &&
+  return field.find('#') != std::string::npos && (field.back() | 0x20) == 'g' &&
          (value == 9.5 || value == 99999.95 || value == 999999.5);
 }
 
@@ -86,15 +86,15 @@ TEST(Format, RealsAreThoseOfTheHost)
   for (int i = 0; i < 40; ++i)
     values.push_back(std::ldexp(static_cast<double>(random() % 100000), -static_cast<int>(random() % 30)));
   for (char const * end : {"e", "E", "f", "F", "g", "G", "lf"}) {
-    for (std::string const & spec : specsEndingIn(end)) {
+    for (std::string const & field : specsEndingIn(end)) {
       for (double const value : values) {
-        if (isRoundedUpUnderSharpG(spec, value)) continue;
-        ASSERT_EQ(formatted(spec.c_str(), value), hostFormatted(spec.c_str(), value)) << spec << " of " << value;
+        if (isRoundedUpUnderSharpG(field, value)) continue;
+        ASSERT_EQ(formatted(field.c_str(), value), hostFormatted(field.c_str(), value)) << field << " of " << value;
       }
     }
   }
-  for (char const * spec : {"%.1500e", "%.1200f", "%#.1300g", "%.1300g", "%.1100g", "%05000.3f"}) {
-    for (double const value : values) ASSERT_EQ(formatted(spec, value), hostFormatted(spec, value)) << spec << " of " << value;
+  for (char const * field : {"%.1500e", "%.1200f", "%#.1300g", "%.1300g", "%.1100g", "%05000.3f"}) {
+    for (double const value : values) ASSERT_EQ(formatted(field, value), hostFormatted(field, value)) << field << " of " << value;
   }
 }
 
@@ -106,14 +106,14 @@ TEST(Format, SharpKeepsTheZerosOfARoundedUpNumber)
 TEST(Format, IntegersAreThoseOfTheHost)
 {
   for (char const * end : {"d", "i", "u", "x", "X", "o", "hd", "hu", "hhd", "hhX"}) {
-    for (std::string const & spec : specsEndingIn(end)) {
+    for (std::string const & field : specsEndingIn(end)) {
       for (int const value : {0, 1, -1, 255, 256, 40000, INT_MAX, INT_MIN, -129}) {
-        ASSERT_EQ(formatted(spec.c_str(), value), hostFormatted(spec.c_str(), value)) << spec << " of " << value;
+        ASSERT_EQ(formatted(field.c_str(), value), hostFormatted(field.c_str(), value)) << field << " of " << value;
       }
     }
   }
-  for (std::string const & spec : specsEndingIn("lld")) {
-    ASSERT_EQ(formatted(spec.c_str(), INT64_MIN), hostFormatted(spec.c_str(), INT64_MIN)) << spec;
+  for (std::string const & field : specsEndingIn("lld")) {
+    ASSERT_EQ(formatted(field.c_str(), INT64_MIN), hostFormatted(field.c_str(), INT64_MIN)) << field;
   }
   EXPECT_EQ(formatted("%I64d %I64X %llu", -5LL, -1LL, 1ULL << 63), "-5 FFFFFFFFFFFFFFFF 9223372036854775808");
 }
@@ -128,11 +128,11 @@ TEST(Format, LongsAre32BitsWide)
 
 TEST(Format, TextsAndCharactersAreThoseOfTheHost)
 {
-  for (std::string const & spec : specsEndingIn("s")) {
-    ASSERT_EQ(formatted(spec.c_str(), "abcdef"), hostFormatted(spec.c_str(), "abcdef")) << spec;
+  for (std::string const & field : specsEndingIn("s")) {
+    ASSERT_EQ(formatted(field.c_str(), "abcdef"), hostFormatted(field.c_str(), "abcdef")) << field;
   }
-  for (std::string const & spec : specsEndingIn("c"))
-    ASSERT_EQ(formatted(spec.c_str(), 'q'), hostFormatted(spec.c_str(), 'q')) << spec;
+  for (std::string const & field : specsEndingIn("c"))
+    ASSERT_EQ(formatted(field.c_str(), 'q'), hostFormatted(field.c_str(), 'q')) << field;
   EXPECT_EQ(formatted("a%cb", 0), std::string("a\0b", 3));
   char const unterminated[3] = {'a', 'b', 'c'};
   EXPECT_EQ(formatted("%.3s|%.*s", unterminated, 2, unterminated), "abc|ab");
