@@ -17,8 +17,7 @@ suite debug
 
 prepare "${CHECK_PACKAGES[@]}"
 echo "== Formatting"
-find include platform foundation store data numeric text config messages drawing views spreadsheet system tools tests bench fuzz \
-  examples \( -name '*.h' -o -name '*.cpp' \) -print0 | xargs -0 clang-format --dry-run -Werror
+find . -path ./build -prune -o \( -name '*.h' -o -name '*.cpp' \) -print0 | xargs -0 clang-format --dry-run -Werror
 
 echo "== Sanitizers"
 suite asan-ubsan

@@ -216,12 +216,24 @@ void multiplyRows(double * out, double const * m, double const * v, std::size_t 
   }
 }
 
-void matrixVector(double * out, double const * m, double const * v, std::size_t rows, std::size_t cols)
+// Takes rows in bundles of groups * laneWidth, as long as a whole bundle is left: the number of rows done.
+template <std::size_t groups>
+std::size_t multiplyBundles(double * out, double const * m, double const * v, std::size_t rows, std::size_t cols)
 {
-  constexpr std::size_t groups = laneWidth == 8 ? 2 : 12 / laneWidth;
   std::size_t row = 0;
   for (; row + groups * laneWidth <= rows; row += groups * laneWidth) multiplyRows<groups>(out + row, m + row * cols, v, cols);
-  for (; row + laneWidth <= rows; row += laneWidth) multiplyRows<1>(out + row, m + row * cols, v, cols);
+  return row;
+}
+
+// Twelve rows at once hide the waits best. Rows of a multiple of 4,096 bytes all begin in the same places of the first cache,
+// which has eight of each.
+void matrixVector(double * out, double const * m, double const * v, std::size_t rows, std::size_t cols)
+{
+  constexpr std::size_t many = laneWidth == 8 ? 2 : 12 / laneWidth;
+  constexpr std::size_t few = 8 / laneWidth;
+  bool const crowded = cols * sizeof(double) % 4096 == 0;
+  std::size_t row = crowded ? multiplyBundles<few>(out, m, v, rows, cols) : multiplyBundles<many>(out, m, v, rows, cols);
+  row += multiplyBundles<1>(out + row, m + row * cols, v, rows - row, cols);
   for (; row < rows; ++row) {
     double sum = 0.0;
     for (std::size_t c = 0; c < cols; ++c) sum += m[row * cols + c] * v[c];
