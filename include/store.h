@@ -88,6 +88,7 @@ class ZP_API GPFile : public CFile {
  private:
   int WriteArgPtr(char const * format, va_list args);
   int CopyBytes(GPFile & src, int append);
+  void ForgetHandle();
 
   CString m_strPath;
   int m_bExists = 0;

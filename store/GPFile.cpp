@@ -61,11 +61,20 @@ int GPFile::Open(unsigned int flags)
     CString text;
     GetOpenProblem(text);
     PutWarning("%s", text.GetString());
+    ForgetHandle();
     return 0;
   }
   m_bExists = 1;
   m_nOpenFlags = flags;
   return m_bIsOpen;
+}
+
+// A refused open leaves no handle behind that a later close could take for ours.
+void GPFile::ForgetHandle()
+{
+  if (m_hFile == hFileNull) return;
+  PutWarning("Restoring file %s handle to NULL", m_strPath.GetString());
+  m_hFile = hFileNull;
 }
 
 int GPFile::GetOpenProblem(CString & text)
