@@ -7,14 +7,16 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
 endif()
 
 # Sums have a promised order and no fused steps, whatever the machine: contraction stays off everywhere.
-set(ZP_COMPILE_OPTIONS -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -ffp-contract=off)
+set(ZP_COMPILE_OPTIONS -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -ffp-contract=off
+  -fno-semantic-interposition)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   list(APPEND ZP_COMPILE_OPTIONS -Wno-restrict)  # g++ 12 sees overlaps in plain string concatenation at -O2 that aren't there
 endif()
 if(ZP_WARNINGS_AS_ERRORS)
   list(APPEND ZP_COMPILE_OPTIONS -Werror)
 endif()
-set(ZP_LINK_OPTIONS "")
+# The library calls its own functions without the detour that would let a program replace them.
+set(ZP_LINK_OPTIONS -Wl,-Bsymbolic-functions)
 if(ZP_SANITIZE)
   list(APPEND ZP_COMPILE_OPTIONS -fsanitize=${ZP_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   list(APPEND ZP_LINK_OPTIONS -fsanitize=${ZP_SANITIZE})

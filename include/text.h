@@ -4,7 +4,7 @@
 // number at its head. Reading operations report the end of the text in their results: -1, 0, 0.0 or an empty string.
 #pragma once
 
-#include <bitset>
+#include <array>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -100,13 +100,19 @@ class ZP_API ParseString : public CString {
   int FindNextQuotes(int honourEscape);
   int TakeToken(CString & token, int type);
   void NoteDelimeters();
-  bool IsDelimeter(char c) const { return m_DelimeterSet[static_cast<unsigned char>(c)]; }
+  static constexpr std::array<bool, 256> BlankAndTab()
+  {
+    std::array<bool, 256> set{};
+    set[' '] = set['\t'] = true;
+    return set;
+  }
+  bool IsDelimeter(char c) const { return m_IsDelimeter[static_cast<unsigned char>(c)]; }
 
   int m_nOffset = 0;
   int m_nTokenStart = 0;
   CString m_strDelimeters{" \t"};
   int m_nDelimeterLimit = -1;
-  std::bitset<256> m_DelimeterSet = std::bitset<256>().set(' ').set('\t');
+  std::array<bool, 256> m_IsDelimeter = BlankAndTab();
   bool m_bNumbersAreTokens = true;  // no character that can stand in a number is a delimiter
 };
 

@@ -32,23 +32,39 @@ constexpr uint64_t maxExactInteger = uint64_t{1} << 53;
 constexpr ptrdiff_t maxGatheredDigits = 19;  // as many as 64 bits always hold
 constexpr int64_t maxExponent = 1'000'000'000'000'000;
 
+// Where a text ends: behind its view, or at any character that no number has, such as its terminating zero. The second saves a
+// comparison for each character.
+struct ViewEnd {
+  char const * last;
+  bool IsAt(char const * p) const { return p == last; }
+};
+struct TerminatedEnd {
+  bool IsAt(char const *) const { return false; }
+};
+
 // Takes the digits at p into mantissa, which wraps when there are too many of them. One at a time: the ends of the digits of
 // like numbers are foreseen by the processor, which then works on several numbers at once.
-inline char const * gatherDigits(char const * p, char const * last, uint64_t & mantissa)
+template <class End>
+inline char const * gatherDigits(char const * p, End end, uint64_t & mantissa)
 {
-  for (; p != last && isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
+  for (; !end.IsAt(p); ++p) {
+    unsigned int const digit = static_cast<unsigned char>(*p - '0');
+    if (digit > 9) break;
+    mantissa = mantissa * 10 + digit;
+  }
   return p;
 }
 
 // The exponent behind an 'e' at p, if digits follow; otherwise p stays.
-char const * gatherExponent(char const * p, char const * last, int64_t & exponent)
+template <class End>
+inline char const * gatherExponent(char const * p, End end, int64_t & exponent)
 {
   char const * q = p + 1;
-  bool const negative = q != last && *q == '-';
-  if (q != last && (*q == '-' || *q == '+')) ++q;
-  if (q == last || !isDigit(*q)) return p;
+  bool const negative = !end.IsAt(q) && *q == '-';
+  if (!end.IsAt(q) && (*q == '-' || *q == '+')) ++q;
+  if (end.IsAt(q) || !isDigit(*q)) return p;
   int64_t value = 0;
-  for (; q != last && isDigit(*q); ++q) {
+  for (; !end.IsAt(q) && isDigit(*q); ++q) {
     if (value < maxExponent) value = value * 10 + (*q - '0');
   }
   exponent += negative ? -value : value;
@@ -61,29 +77,25 @@ bool belongsToSpecial(char c)
   return isDigit(c) || letter < 26 || c == '.' || c == '+' || c == '-' || c == '(' || c == ')' || c == '_';
 }
 
-// What the host makes of the unsigned number at p; end moves behind it, or to p where there is none.
-double hostValue(char const * p, char const * last, char const *& end)
+// What the host makes of the unsigned number at p; an end of p where there is none.
+template <class End>
+[[gnu::noinline]] NumberText hostValue(char const * p, End end)
 {
   static locale_t const cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
   char const * stop = p;
-  while (stop != last && belongsToSpecial(*stop)) ++stop;
+  while (!end.IsAt(stop) && belongsToSpecial(*stop)) ++stop;
   std::string const copy(p, stop);
   char * copyEnd = nullptr;
   double const value = strtod_l(copy.c_str(), &copyEnd, cLocale);
-  end = p + (copyEnd - copy.c_str());
-  return value;
+  return {value, p + (copyEnd - copy.c_str())};
 }
 
-double libraryValue(char const * p, char const *& end)
+// The number that is known to stand from p to last.
+[[gnu::noinline]] NumberText libraryValue(char const * p, char const * last)
 {
   double value = 0.0;
-  if (std::from_chars(p, end, value).ec == std::errc()) return value;
-  return hostValue(p, end, end);
-}
-
-bool startsSpecial(char const * p, char const * last)
-{
-  return p != last && ((*p | 0x20) == 'i' || (*p | 0x20) == 'n');
+  if (std::from_chars(p, last, value).ec == std::errc()) return {value, last};
+  return hostValue(p, ViewEnd{last});
 }
 
 // An integer of at most 2^53; the host converts signed ones faster.
@@ -92,48 +104,64 @@ double asDouble(uint64_t mantissa)
   return static_cast<double>(static_cast<int64_t>(mantissa));
 }
 
-// The unsigned number at p; end moves behind it, or to p where there is none.
-double unsignedValue(char const * p, char const * last, char const *& end)
+// A text without digits: an infinity, a NaN or nothing.
+template <class End>
+NumberText specialValue(char const * p, End end)
+{
+  bool const mayBeSpecial = !end.IsAt(p) && ((*p | 0x20) == 'i' || (*p | 0x20) == 'n');
+  return mayBeSpecial ? hostValue(p, end) : NumberText{0.0, p};
+}
+
+// The unsigned number at p; an end of p where there is none.
+template <class End>
+inline NumberText unsignedValue(char const * p, End end)
 {
   uint64_t mantissa = 0;
   int64_t exponent = 0;
-  char const * q = gatherDigits(p, last, mantissa);
+  char const * q = gatherDigits(p, end, mantissa);
   ptrdiff_t digits = q - p;
-  if (q != last && *q == '.') {
+  if (!end.IsAt(q) && *q == '.') {
     char const * const fraction = q + 1;
-    q = gatherDigits(fraction, last, mantissa);
+    q = gatherDigits(fraction, end, mantissa);
     exponent = fraction - q;
     digits += q - fraction;
-    if (digits == 0) q = p;
   }
-  if (digits == 0) {
-    end = p;
-    return startsSpecial(p, last) ? hostValue(p, last, end) : 0.0;
+  if (digits == 0) return specialValue(p, end);
+  if (!end.IsAt(q)) {
+    int const letter = *q | 0x20;
+    if (letter == 'e') q = gatherExponent(q, end, exponent);
+    if (letter == 'x' && q - p == 1 && mantissa == 0) return hostValue(p, end);
   }
-  if (q != last && (*q | 0x20) == 'e') q = gatherExponent(q, last, exponent);
-  end = q;
-  if (q != last && (*q | 0x20) == 'x' && q - p == 1 && mantissa == 0) return hostValue(p, last, end);
-  if (digits > maxGatheredDigits || mantissa > maxExactInteger) return libraryValue(p, end);
-  if (exponent <= 0 && exponent >= -maxExactPower) return asDouble(mantissa) / exactPowers[-exponent];
-  if (exponent > 0 && exponent <= maxExactPower) return asDouble(mantissa) * exactPowers[exponent];
-  return libraryValue(p, end);
+  if (digits > maxGatheredDigits || mantissa > maxExactInteger) return libraryValue(p, q);
+  if (exponent <= 0 && exponent >= -maxExactPower) return {asDouble(mantissa) / exactPowers[-exponent], q};
+  if (exponent > 0 && exponent <= maxExactPower) return {asDouble(mantissa) * exactPowers[exponent], q};
+  return libraryValue(p, q);
+}
+
+template <class End>
+inline NumberText signedValue(char const * first, End end)
+{
+  char const * p = first;
+  while (!end.IsAt(p) && isBlank(*p)) ++p;
+  bool const negative = !end.IsAt(p) && *p == '-';
+  if (!end.IsAt(p) && (*p == '-' || *p == '+')) ++p;
+  NumberText const number = unsignedValue(p, end);
+  if (number.end == p) return {0.0, first};
+  return {negative ? -number.value : number.value, number.end};
 }
 
 }  // namespace
 
+NumberText ReadNumber(char const * text)
+{
+  return signedValue(text, TerminatedEnd{});
+}
+
 double TextToDouble(std::string_view text, size_t * used)
 {
-  char const * const first = text.data();
-  char const * const last = first + text.size();
-  char const * p = first;
-  while (p != last && isBlank(*p)) ++p;
-  bool const negative = p != last && *p == '-';
-  if (p != last && (*p == '-' || *p == '+')) ++p;
-  char const * end = p;
-  double const value = unsignedValue(p, last, end);
-  if (used != nullptr) *used = end == p ? 0 : static_cast<size_t>(end - first);
-  if (end == p) return 0.0;
-  return negative ? -value : value;
+  NumberText const number = signedValue(text.data(), ViewEnd{text.data() + text.size()});
+  if (used != nullptr) *used = static_cast<size_t>(number.end - text.data());
+  return number.value;
 }
 
 int TextToInt(std::string_view text)

@@ -113,19 +113,21 @@ inline void ParseFile::CountLine()
   if (!isInside) ++m_nCurLine;
 }
 
+// A line ends in front of the LFs and SUBs that precede the next one. What stands behind the last line is passed over with it.
 int ParseFile::ReadLine()
 {
-  char const * const start = m_pContent.get() + m_nReadPos;
-  auto const left = static_cast<size_t>(m_nContentLength - m_nReadPos);
-  auto const * const end = left != 0 ? static_cast<char const *>(std::memchr(start, '\0', left)) : nullptr;
-  if (end == nullptr) {
+  if (m_nLineCount == 0 || m_nReadPos >= m_LineOffsets.back()) {
     m_nReadPos = m_nContentLength;
     SetLine({});
     return -1;
   }
   CountLine();
-  m_nReadPos = m_nCurLine < m_nLineCount ? m_LineOffsets[static_cast<size_t>(m_nCurLine)] : m_nContentLength;
-  SetLine({start, static_cast<size_t>(end - start)});
+  char const * const content = m_pContent.get();
+  DWORD const next = m_LineOffsets[static_cast<size_t>(m_nCurLine)];
+  DWORD end = next - 1;
+  while (content[end] != '\0') --end;
+  SetLine({content + m_nReadPos, end - m_nReadPos});
+  m_nReadPos = m_nCurLine < m_nLineCount ? next : m_nContentLength;
   return GetLength();
 }
 

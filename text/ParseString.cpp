@@ -22,12 +22,8 @@ bool isRealCharacter(char c)
   return c == '+' || c == '.' || c == 'E' || c == 'e';
 }
 
-// Everything that atof may take, apart from white space.
-bool mayStandInNumber(int c)
-{
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '+' || c == '-' || c == '.' ||
-         c == '(' || c == ')' || c == '_';
-}
+// What atof may take, apart from white space, and the zero that ends a text.
+constexpr std::string_view numberCharacters("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz+-.()_\0", 69);
 
 int numberType(std::string_view token)
 {
@@ -111,12 +107,9 @@ void ParseString::AddTokenDelimeter(char delimiter)
 
 void ParseString::NoteDelimeters()
 {
-  m_DelimeterSet.reset();
-  for (char const c : m_strDelimeters.View()) m_DelimeterSet.set(static_cast<unsigned char>(c));
-  m_bNumbersAreTokens = true;
-  for (int c = 0; c < 256; ++c) {
-    if (m_DelimeterSet[static_cast<size_t>(c)] && mayStandInNumber(c)) m_bNumbersAreTokens = false;
-  }
+  m_IsDelimeter = {};
+  for (char const c : m_strDelimeters.View()) m_IsDelimeter[static_cast<unsigned char>(c)] = true;
+  m_bNumbersAreTokens = m_strDelimeters.View().find_first_of(numberCharacters) == std::string_view::npos;
 }
 
 // The first place from offset on that isn't a delimiter, or is one too many.
@@ -178,14 +171,13 @@ double ParseString::GetNext_Double()
   std::string_view const text = View();
   size_t const start = BehindDelimeters(text, static_cast<size_t>(m_nOffset));
   m_nOffset = static_cast<int>(start);
-  if (!m_bNumbersAreTokens || start == text.size() || isSpace(text[start])) return zp::TextToDouble(ParseToken());
-  size_t used = 0;
-  double const value = zp::TextToDouble(text.substr(start), &used);
-  size_t end = start + used;
+  if (!m_bNumbersAreTokens || isSpace(text.data()[start])) return zp::TextToDouble(ParseToken());
+  zp::NumberText const number = zp::ReadNumber(text.data() + start);
+  auto end = static_cast<size_t>(number.end - text.data());
   while (end < text.size() && !IsDelimeter(text[end])) ++end;
-  m_nTokenStart = m_nOffset;
+  m_nTokenStart = static_cast<int>(start);
   m_nOffset = static_cast<int>(end);
-  return value;
+  return number.value;
 }
 
 float ParseString::GetNextFloat()
