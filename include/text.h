@@ -79,6 +79,7 @@ class ZP_API ParseString : public CString {
   int GetValueCount();
 
   // First and last index of each value left; 0, and empty arrays, unless all are values. An empty value ends before it starts.
+  // Under a delimiter limit a value is looked for behind the delimiters in front of it and as many more as the limit allows.
   int GetValuePositions(CUIntArray & starts, CUIntArray & ends);
 
   // The texts at the positions, or in exactly count fields cut at every single delimiter from the begin of the text; empty
@@ -117,8 +118,8 @@ class ZP_API ParseString : public CString {
 };
 
 // A whole text file, read at once; each line in turn becomes the text that the object is. A line ends at a CR or a zero byte,
-// with the LFs and SUBs (26) behind it. So bare LFs end nothing, and what stands behind the last CR is no line. Raises the file's
-// exception for a file that is missing, can't be read or is 2 GiB or longer.
+// with the LFs and SUBs (26) behind it, and so does the file unless its last byte is an LF. So bare LFs end nothing. Raises the
+// file's exception for a file that is missing, can't be read or is 2 GiB or longer.
 class ZP_API ParseFile : public ParseString {
  public:
   static constexpr int maxParsedLine = 2000;  // characters

@@ -48,7 +48,7 @@ template <class End>
 inline char const * gatherDigits(char const * p, End end, uint64_t & mantissa)
 {
   for (; !end.IsAt(p); ++p) {
-    unsigned int const digit = static_cast<unsigned char>(*p - '0');
+    unsigned int const digit = static_cast<unsigned char>(*p) - unsigned{'0'};
     if (digit > 9) break;
     mantissa = mantissa * 10 + digit;
   }

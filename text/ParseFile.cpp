@@ -1,7 +1,10 @@
 // ParseFile: a whole text file in memory, its line ends found once, its lines given one after the other.
 #include <array>
 #include <bit>
-#include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 #include <zpbase/platform/windows.h>
 #include <zpbase/text.h>
@@ -13,13 +16,9 @@ constexpr char lineFeed = '\n';
 constexpr char substitute = 26;
 constexpr ULONGLONG maxFileLength = 0x7FFFFFFF - 2;  // bytes; two more may be appended
 
-constexpr uint64_t eachByte = 0x0101010101010101;
-constexpr uint64_t eachHighBit = 0x8080808080808080;
-
-// The high bit of the lowest zero byte of a word, and of no byte below it.
-uint64_t zeroBytes(uint64_t word)
+bool endsLine(char c)
 {
-  return (word - eachByte) & ~word & eachHighBit;
+  return c == carriageReturn || c == '\0';
 }
 
 bool belongsToLineEnd(char c)
@@ -27,19 +26,23 @@ bool belongsToLineEnd(char c)
   return c == lineFeed || c == substitute;
 }
 
-// The first CR or zero byte from p on, or last. Eight bytes a step.
-char * findLineEnd(char * p, char * last)
+constexpr ptrdiff_t blockLength = 64;
+
+// One bit for each of the 64 characters at p: set where it ends a line.
+uint64_t lineEnds(char const * p)
 {
-  if constexpr (std::endian::native == std::endian::little) {
-    for (; last - p >= 8; p += 8) {
-      uint64_t word;
-      std::memcpy(&word, p, sizeof word);
-      uint64_t const found = zeroBytes(word) | zeroBytes(word ^ (eachByte * carriageReturn));
-      if (found != 0) return p + std::countr_zero(found) / 8;
-    }
+  uint64_t ends = 0;
+#ifdef __SSE2__
+  __m128i const returns = _mm_set1_epi8(carriageReturn);
+  for (int i = 0; i < blockLength; i += 16) {
+    __m128i const text = _mm_loadu_si128(reinterpret_cast<__m128i const *>(p + i));
+    __m128i const found = _mm_or_si128(_mm_cmpeq_epi8(text, returns), _mm_cmpeq_epi8(text, _mm_setzero_si128()));
+    ends |= uint64_t{static_cast<unsigned int>(_mm_movemask_epi8(found))} << i;
   }
-  while (p != last && *p != carriageReturn && *p != '\0') ++p;
-  return p;
+#else
+  for (int i = 0; i < blockLength; ++i) ends |= uint64_t{endsLine(p[i])} << i;
+#endif
+  return ends;
 }
 
 class WaitCursor {
@@ -49,6 +52,15 @@ class WaitCursor {
   WaitCursor(WaitCursor const &) = delete;
   WaitCursor & operator=(WaitCursor const &) = delete;
 };
+
+// Opens the file once more, for the exception that tells why it doesn't open.
+[[noreturn]] void raiseOpenProblem(CString const & path)
+{
+  CFile again;
+  CFileException problem(CFileException::sharingViolation, 32);  // for a file that opens by now
+  again.Open(path, CFile::modeRead, &problem);
+  AfxThrowFileException(problem.m_cause, problem.m_lOsError, path);
+}
 
 }  // namespace
 
@@ -63,8 +75,7 @@ ParseFile::~ParseFile() = default;
 
 void ParseFile::LoadContent()
 {
-  if (!m_File.Exists()) AfxThrowFileException(CFileException::fileNotFound, 2, m_File.GetFilePath());
-  m_File.Open(CFile::modeRead);
+  if (!m_File.Open(CFile::modeRead)) raiseOpenProblem(m_File.GetFilePath());
   ULONGLONG const length = m_File.GetLength();
   if (length > maxFileLength) AfxThrowFileException(CFileException::genericException, -1, m_File.GetFilePath());
   if (length != 0) {
@@ -86,11 +97,18 @@ void ParseFile::InitLineOffsets()
 {
   char * const first = m_pContent.get();
   char * const last = first + m_nContentLength;
+  auto const endLine = [this, first, last](char * end) {
+    *end++ = '\0';
+    while (end != last && belongsToLineEnd(*end)) ++end;
+    m_LineOffsets.push_back(static_cast<DWORD>(end - first));
+  };
   m_LineOffsets.assign(1, 0);
-  for (char * p = first; (p = findLineEnd(p, last)) != last;) {
-    *p++ = '\0';
-    while (p != last && belongsToLineEnd(*p)) ++p;
-    m_LineOffsets.push_back(static_cast<DWORD>(p - first));
+  char * p = first;
+  for (; last - p >= blockLength; p += blockLength) {
+    for (uint64_t ends = lineEnds(p); ends != 0; ends &= ends - 1) endLine(p + std::countr_zero(ends));
+  }
+  for (; p != last; ++p) {
+    if (endsLine(*p)) endLine(p);
   }
   m_nLineCount = static_cast<int>(m_LineOffsets.size()) - 1;
   if (m_nLineCount == 0) m_LineOffsets.clear();

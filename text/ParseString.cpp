@@ -70,8 +70,7 @@ void ParseString::Init(ParseString const & other)
 
 void ParseString::SetLine(std::string_view line)
 {
-  Empty();
-  *this += line;
+  CString::operator=(line);
   m_nOffset = 0;
   m_nTokenStart = 0;
 }
@@ -147,8 +146,7 @@ int ParseString::GetToken(CString & token)
 {
   std::string_view found;
   bool const isThere = GetToken(found);
-  token.Empty();
-  token += found;
+  token = found;
   return isThere ? token.GetLength() : -1;
 }
 

@@ -84,8 +84,9 @@ int ParseString::GetValuePositions(CUIntArray & starts, CUIntArray & ends)
   int const offset = m_nOffset;
   int const tokenStart = m_nTokenStart;
   for (int i = 0; i < count; ++i) {
+    DiscardDelimeters();
+    starts[i] = static_cast<UINT>(m_nOffset);
     DiscardNextToken();
-    starts[i] = static_cast<UINT>(m_nTokenStart);
     ends[i] = static_cast<UINT>(m_nOffset - 1);
   }
   m_nOffset = offset;

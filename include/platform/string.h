@@ -21,6 +21,11 @@ class ZP_API CString {
 
   CString & operator=(char const * text);
   CString & operator=(char c);
+  CString & operator=(std::string_view text)
+  {
+    m_Text.assign(text);
+    return *this;
+  }
 
   int GetLength() const { return static_cast<int>(m_Text.size()); }
   bool IsEmpty() const { return m_Text.empty(); }

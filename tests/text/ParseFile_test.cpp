@@ -132,19 +132,26 @@ class CursorWatch : public CUserInterface {
   CUserInterface * m_pFormer;
 };
 
-TEST(ParseFile, TheWaitCursorIsOnWhileAFileLoadsOrFails)
+int causeOf(CString const & path)
+{
+  try {
+    ParseFile const file(path);
+  } catch (CFileException * raised) {
+    zp::ExceptionGuard const guard(raised);
+    return raised->m_cause;
+  }
+  return CFileException::none;
+}
+
+TEST(ParseFile, AFileThatCannotBeReadTellsWhyAndTheWaitCursorGoesOff)
 {
   CursorWatch const watch;
   Parsed const loaded("1\r\n");
   TempFolder const folder;
-  try {
-    ParseFile const missing(folder.Name("none"));
-    FAIL();
-  } catch (CFileException * raised) {
-    EXPECT_EQ(raised->m_cause, CFileException::fileNotFound);
-    raised->Delete();
-  }
-  EXPECT_EQ(watch.m_strSeen, "on off on off ");
+  EXPECT_EQ(causeOf(folder.Name("none")), CFileException::fileNotFound);
+  EXPECT_EQ(causeOf(folder.Name("none\\none")), CFileException::badPath);
+  EXPECT_EQ(causeOf(folder.Name("")), CFileException::accessDenied);
+  EXPECT_EQ(watch.m_strSeen, "on off on off on off on off ");
 }
 
 TEST(ParseFile, NumericLinesAgreeOnTheirDelimeter)

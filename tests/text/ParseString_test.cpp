@@ -216,14 +216,17 @@ TEST(ParseString, ValuesOfNumericLinesHaveCountsAndPositions)
     int count;
     std::vector<int> starts;
     std::vector<int> ends;
+    int limit = -1;
   };
   // clang-format off
   Row const rows[] = {
+      {"1  2", 3, {0, 2, 4}, {0, 3, 3}, 1}, {"1   2", 3, {0, 3, 5}, {0, 4, 4}, 2},
       {"10 20", 2, {0, 3}, {1, 4}}, {"1 ", 2, {0, 2}, {0, 1}}, {"1 2 ", 3, {0, 2, 4}, {0, 2, 3}}, {"", 0, {}, {}},
       {"1 2 x", 0, {}, {}}, {"1 3-7", 0, {}, {}}, {"  ", 1, {2}, {1}}, {"\t-1.5e3", 1, {1}, {6}}};
   // clang-format on
   for (Row const & row : rows) {
     ParseString line(row.text);
+    line.SetDelimeterLimit(row.limit);
     CUIntArray starts;
     CUIntArray ends;
     starts.SetSize(9);
