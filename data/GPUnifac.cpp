@@ -87,9 +87,10 @@ int GPUnifac::HelpConstruct(CStringArray const & groups, GPIntVector const & cou
 {
   int const count = groups.GetSize();
   if (count > maxSize / entrySize || !ResetArea(count * entrySize)) return 0;
-  for (int i = 0; i < std::min(count, counts.GetSize()); ++i) {
+  for (int i = 0; i < count; ++i) {
+    int const times = i < counts.GetSize() ? counts[i] : 0;
     zp::PutPacked(GetArea() + i * entrySize, groupNumber(groups[i]));
-    zp::PutPacked(GetArea() + i * entrySize + 2, static_cast<short>(counts[i]));
+    zp::PutPacked(GetArea() + i * entrySize + 2, static_cast<short>(times));
   }
   return count;
 }

@@ -391,7 +391,8 @@ class ZP_API GPUnifac : public GPv {
   static GPUnifac As(GPv const & item);
   GPObject * Clone() const override;
 
-  // One count for each group. Gives how many are held; more than 8,191 are refused with 0 and the old ones kept.
+  // One count for each group, 0 where counts has too few. Gives how many are held; more than 8,191 are refused with 0 and the old
+  // ones kept.
   int Load(CStringArray const & groups, GPIntVector const & counts);
 
   // Each group once, in the order of first appearance, with the sum of its counts; gives how many. Marked groups come as "12R",

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cassert>
+#include <concepts>
 #include <cstddef>
 #include <memory>
 
@@ -71,7 +72,10 @@ class ZP_API GPVector : public GPObject {
  public:
   GPVector() = default;
   explicit GPVector(int size, double value = 0.0);
-  GPVector(int size, int value) : GPVector(size, static_cast<double>(value)) {}
+  template <std::integral Value>
+  GPVector(int size, Value value) : GPVector(size, static_cast<double>(value))
+  {
+  }
   GPVector(int size, std::nullptr_t) : GPVector(size, 0.0) {}
   GPVector(int size, double const * values);  // zeros for null
   GPVector(int size, float const * values);   // not null
@@ -105,7 +109,7 @@ class ZP_API GPVector : public GPObject {
 
   // The elements rounded to single precision, in a new array that the caller releases with delete[]; null for an empty vector.
   float * GetFloatArray() const;
-  void Trace() const {}
+  void Trace() const {}  // a hook for diagnosis; does nothing
 
   // Ascending; NaNs end up at the ends, by their sign.
   void Sort();
@@ -189,6 +193,11 @@ class ZP_API GPIntVector : public GPObject {
  public:
   GPIntVector() = default;
   explicit GPIntVector(int size, int value = 0) : m_Elements(size, value) {}
+  template <std::integral Value>
+  GPIntVector(int size, Value value) : GPIntVector(size, static_cast<int>(value))
+  {
+  }
+  GPIntVector(int size, std::nullptr_t) : GPIntVector(size) {}
   GPIntVector(int size, int const * values) : m_Elements(size, values) {}  // zeros for null
   GPIntVector(GPIntVector const & other) = default;
   GPIntVector(GPIntVector && other) noexcept = default;
@@ -212,7 +221,7 @@ class ZP_API GPIntVector : public GPObject {
   void ChangeSize(int size, int const * values = nullptr) { m_Elements.ChangeSize(size, values); }  // as GPVector's
   void Reset(int value);
   void InitSequentialValues(int start, int step);  // element i becomes start + i * step
-  void Trace() const {}
+  void Trace() const {}                            // a hook for diagnosis; does nothing
 
   // Sort and BSearch compare by the 32-bit difference, which is no order when values lie further apart than 2^31 - 1.
   void Sort();
@@ -272,6 +281,11 @@ class ZP_API GPBOOLVector : public GPObject {
  public:
   GPBOOLVector() = default;
   explicit GPBOOLVector(int size, int value = 0) : m_Elements(size, value) {}
+  template <std::integral Value>
+  GPBOOLVector(int size, Value value) : GPBOOLVector(size, static_cast<int>(value))
+  {
+  }
+  GPBOOLVector(int size, std::nullptr_t) : GPBOOLVector(size) {}
   GPBOOLVector(int size, int const * values) : m_Elements(size, values) {}
   GPBOOLVector(GPBOOLVector const & other) = default;
   GPBOOLVector(GPBOOLVector && other) noexcept = default;
@@ -329,7 +343,10 @@ class ZP_API GPMatrix : public GPObject {
  public:
   GPMatrix() = default;
   explicit GPMatrix(int rows, int cols, double value = 0.0);
-  GPMatrix(int rows, int cols, int value) : GPMatrix(rows, cols, static_cast<double>(value)) {}
+  template <std::integral Value>
+  GPMatrix(int rows, int cols, Value value) : GPMatrix(rows, cols, static_cast<double>(value))
+  {
+  }
   GPMatrix(int rows, int cols, std::nullptr_t) : GPMatrix(rows, cols, 0.0) {}
   GPMatrix(int rows, int cols, double const * values);  // row by row; zeros for null
   GPMatrix(int rows, int cols, float const * values);   // not null
@@ -356,15 +373,15 @@ class ZP_API GPMatrix : public GPObject {
   void Swap(int row1, int col1, int row2, int col2);
   void SwapTwoRows(int a, int b);
   void SwapTwoCols(int a, int b);
-  void GetRowVector(GPVector & out, int row) const;
+  void GetRowVector(GPVector & out, int row) const;  // out takes the row's or column's size
   void GetColumnVector(GPVector & out, int col) const;
   void Empty();
 
   // Always makes a new block, from rows * cols values or, for null, from the common top-left part of the old one and zeros.
   void ChangeSize(int rows, int cols, double const * values = nullptr);
   void Reset(double value);
-  void Transpose();  // in place, with the same block, for a single row or column
-  void Trace() const {}
+  void Transpose();      // in place, with the same block, for a single row or column
+  void Trace() const {}  // a hook for diagnosis; does nothing
 
   // 1 when the dimensions and all bytes are equal.
   int operator==(GPMatrix const & other) const;

@@ -28,6 +28,7 @@ void GPBOOLVector::FlipState()
 
 int GPBOOLVector::operator==(GPBOOLVector const & other) const
 {
+  if (other.GetSize() < GetSize()) return 0;
   return std::equal(ArrayPtr(), ArrayPtr() + m_Elements.Count(), other.ArrayPtr());
 }
 

@@ -1,5 +1,7 @@
 // GPIntVector: size, searching, arithmetic and sets. Arithmetic runs on unsigned numbers, which wrap.
 #include <algorithm>
+#include <limits>
+#include <new>
 #include <utility>
 
 #include "numeric/int_stream_internal.h"
@@ -238,6 +240,7 @@ GPIntVector operator/(GPIntVector left, GPIntVector const & right)
 
 GPIntVector operator|(GPIntVector const & left, GPIntVector const & right)
 {
+  if (right.GetSize() > std::numeric_limits<int>::max() - left.GetSize()) throw std::bad_array_new_length();
   return combineSets(zp::Unite, left, right, left.GetSize() + right.GetSize());
 }
 

@@ -163,7 +163,7 @@ CArchive & operator>>(CArchive & ar, GPMatrix & matrix)
   return zp::ReadOrEmpty(ar, matrix, [&ar] {
     int const rows = zp::ReadCount(ar);
     int const cols = zp::ReadCount(ar);
-    ar.RequireBytes(static_cast<ULONGLONG>(rows) * static_cast<ULONGLONG>(cols) * sizeof(double));
+    zp::RequireElements(ar, static_cast<ULONGLONG>(rows) * static_cast<ULONGLONG>(cols) * sizeof(double));
     GPMatrix read = zp::ElementAccess::MakeMatrix(rows, cols);
     zp::ReadElements(ar, read.ArrayPtr(), zp::ElementAccess::Count(read));
     return read;

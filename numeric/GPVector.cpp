@@ -177,7 +177,7 @@ CArchive & operator>>(CArchive & ar, GPVector & vector)
 {
   return zp::ReadOrEmpty(ar, vector, [&ar] {
     int const size = zp::ReadCount(ar);
-    ar.RequireBytes(static_cast<ULONGLONG>(size) * sizeof(double));
+    zp::RequireElements(ar, static_cast<ULONGLONG>(size) * sizeof(double));
     GPVector read = zp::ElementAccess::MakeVector(size);
     zp::ReadElements(ar, read.ArrayPtr(), zp::ElementAccess::Count(read));
     return read;

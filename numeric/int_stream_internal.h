@@ -27,7 +27,7 @@ CArchive & ReadIntegers(CArchive & ar, Vector & vector)
 {
   return ReadOrEmpty(ar, vector, [&ar] {
     int const size = ReadCount(ar);
-    ar.RequireBytes(static_cast<ULONGLONG>(size) * sizeof(WORD));
+    RequireElements(ar, static_cast<ULONGLONG>(size) * sizeof(WORD));
     Vector read(size);
     for (int i = 0; i < size; ++i) {
       short element;

@@ -33,7 +33,7 @@ inline void store(T * to, Lanes<T> const & lanes)
 template <class T>
 inline Lanes<T> broadcast(T value)
 {
-  return Lanes<T>{} + value;
+  return value - Lanes<T>{};  // adding would turn -0.0 into 0.0
 }
 
 enum class Operation { add, subtract, multiply, divide, divideGuarded };

@@ -31,6 +31,18 @@ int ReadCount(CArchive & ar)
   return count;
 }
 
+void RequireElements(CArchive & ar, ULONGLONG bytes)
+{
+  try {
+    ar.RequireBytes(bytes);
+  } catch (CArchiveException *) {
+    BYTE rest[512];
+    while (ar.Read(rest, sizeof rest) == sizeof rest) {
+    }
+    throw;
+  }
+}
+
 void WriteElements(CArchive & ar, double const * elements, std::size_t count)
 {
   for (std::size_t i = 0; i < count; ++i) ar << elements[i];

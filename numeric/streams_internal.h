@@ -13,6 +13,9 @@ void WriteCount(CArchive & ar, int count);
 // A count as it was written; a negative one raises endOfFile.
 int ReadCount(CArchive & ar);
 
+// Raises endOfFile if fewer bytes are left. They are used up then, so that nothing behind a cut container reads its elements.
+void RequireElements(CArchive & ar, ULONGLONG bytes);
+
 void WriteElements(CArchive & ar, double const * elements, std::size_t count);
 void ReadElements(CArchive & ar, double * elements, std::size_t count);
 

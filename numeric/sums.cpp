@@ -10,11 +10,6 @@ double Sum(double const * values, std::size_t n)
   return sum;
 }
 
-double SumOfSquares(double const * values, std::size_t n)
-{
-  return DotProduct(values, values, n);
-}
-
 double DotProduct(double const * a, double const * b, std::size_t n)
 {
   double sum = 0.0;

@@ -93,7 +93,7 @@ template <class T, class Right, class Plain>
 void expectElementwise(void (*kernel)(T *, T const *, Right, std::size_t), Plain plain)
 {
   constexpr bool scalar = std::is_same_v<Right, T>;
-  for (int n : {1, 7, 15, 16, 70, 131}) {
+  for (int n : {1, 7, 15, 16, 70, 71, 131}) {
     auto const count = static_cast<std::size_t>(n);
     std::vector<double> const numbers = randomNumbers(3 * count);
     std::vector<T> a(count), b(count), out(count + 1, T{42});
@@ -101,6 +101,7 @@ void expectElementwise(void (*kernel)(T *, T const *, Right, std::size_t), Plain
       a[i] = static_cast<T>(static_cast<std::int64_t>(numbers[i]));
       b[i] = i % 3 == 1 ? static_cast<T>(0) : static_cast<T>(static_cast<std::int64_t>(numbers[2 * count + i] * 1e5));
     }
+    if (n == 71) b[0] = static_cast<T>(-0.0);
     std::vector<T> expected = out;
     for (std::size_t i = 0; i < count; ++i) expected[i] = plain(a[i], b[scalar ? 0 : i]);
     if constexpr (scalar)
@@ -128,7 +129,9 @@ TEST_P(Kernels, ElementwiseKernelsReachEveryElementAndNoFurther)
   expectElementwise(table.words.add, sum);
   expectElementwise(table.words.subtract, difference);
   expectElementwise(table.words.multiply, product);
+  expectElementwise(table.words.addScalar, sum);
   expectElementwise(table.words.subtractScalar, difference);
+  expectElementwise(table.words.multiplyScalar, product);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryInstructionSet, Kernels,
