@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include <fmt/format.h>
+#include <zpbase/data.h>
 #include <zpbase/numeric.h>
 #include <zpbase/platform/collections.h>
 
@@ -20,6 +21,7 @@
 namespace {
 
 constexpr int equationPart = -1;
+constexpr size_t mostGroups = GPv::maxSize / 4;
 constexpr int fixedCoefficients = 4;  // of a numbered equation
 
 struct Column {
@@ -76,30 +78,36 @@ int wholeNumber(std::string const & cell, int high)
   throw Failure(fmt::format("\"{}\" is no whole number from 0 to {}", cell, high));
 }
 
-// A cell such as "1:2 12R:1": groups, of which R marks one, and their counts.
-void splitGroups(std::string const & cell, CStringArray & groups, GPIntVector & counts)
+struct Groups {
+  CStringArray m_Names;
+  std::vector<int> m_Counts;
+};
+
+// A cell such as "1:2 12R:1": groups, of which R or X marks one, and their counts.
+Groups splitGroups(std::string const & cell)
 {
+  Groups groups;
   std::istringstream words(cell);
   for (std::string word; words >> word;) {
     size_t const colon = word.find(':');
     std::string group = word.substr(0, colon);
-    counts.ChangeSize(groups.GetSize() + 1);
-    counts[groups.GetSize()] = wholeNumber(colon == std::string::npos ? "" : word.substr(colon + 1), 0x7FFF);
-    groups.Add(CString(group.c_str()));
-    if (group.ends_with('R')) group.pop_back();
+    groups.m_Counts.push_back(wholeNumber(colon == std::string::npos ? "" : word.substr(colon + 1), 0x7FFF));
+    groups.m_Names.Add(CString(group.c_str()));
+    if (group.ends_with('R') || group.ends_with('X')) group.pop_back();
     wholeNumber(group, 0x7FFF);
   }
+  return groups;
 }
 
 void requireGroups(std::string const & cell)
 {
-  CStringArray groups;
-  GPIntVector counts;
+  size_t count = 0;
   try {
-    splitGroups(cell, groups, counts);
+    count = splitGroups(cell).m_Counts.size();
   } catch (Failure const &) {
     throw Failure(fmt::format("\"{}\" is no list of groups and counts such as 1:2 12R:1", cell));
   }
+  if (count > mostGroups) throw Failure(fmt::format("{} groups are more than the {} of a record", count, mostGroups));
 }
 
 void requireCell(Column const & column, std::string const & cell)
@@ -140,11 +148,10 @@ void loadEquation(GPDataArray & data, DataMeaning const & meaning, std::string c
 
 void loadGroups(GPDataArray & data, std::string const & cell)
 {
-  CStringArray groups;
-  GPIntVector counts;
-  splitGroups(cell, groups, counts);
+  Groups const groups = splitGroups(cell);
+  GPIntVector const counts(static_cast<int>(groups.m_Counts.size()), groups.m_Counts.data());
   auto item = std::make_unique<GPUnifac>();
-  if (item->Load(groups, counts) > 0) data.AddData(item.release());
+  if (item->Load(groups.m_Names, counts) > 0) data.AddData(item.release());
 }
 
 void loadComponent(GPDataArray & data, Cells const & cells)

@@ -3,6 +3,7 @@
 #include "tools/data_ids.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include <zpbase/data.h>
 
@@ -116,4 +117,25 @@ std::vector<AreaNumber> DecodeArea(GPv const & item, DataMeaning const & meaning
     default:
       return {};
   }
+}
+
+std::vector<AreaNumber> DecodeInteractions(GPv const & item)
+{
+  constexpr int slotBytes = 10;
+  constexpr unsigned int firstTag = 128;
+  constexpr unsigned int lastTag = 133;
+  int const slots = item.GetSize() / slotBytes;
+  if (item.GetSize() % slotBytes != 0) return {};
+  std::vector<AreaNumber> numbers;
+  unsigned int lowest = firstTag;
+  for (int slot = 0; slot < slots; ++slot) {
+    BYTE const * const place = item.GetArea() + slot * slotBytes;
+    unsigned int const tag = place[0] | static_cast<unsigned int>(place[1]) << 8;
+    if (tag < lowest || tag > lastTag) return {};
+    lowest = tag + 1;
+    float values[2];
+    std::memcpy(values, place + 2, sizeof values);
+    for (int i = 0; i < 2; ++i) numbers.push_back(realNumber((i == 0 ? "a" : "b") + std::to_string(tag), values[i]));
+  }
+  return numbers;
 }

@@ -43,5 +43,9 @@ struct AreaNumber {
 // The numbers of an item's area in the layout that its data id names; empty if the area doesn't fit it.
 std::vector<AreaNumber> DecodeArea(GPv const & item, DataMeaning const & meaning);
 
+// The numbers of an area that has the shape of interaction parameters between groups: one to six slots with ascending tags. Such
+// records stand under data ids of the program that keeps them. Empty for any other area.
+std::vector<AreaNumber> DecodeInteractions(GPv const & item);
+
 // The letter of a coefficient: "A" for the first.
 std::string CoefficientName(int index);

@@ -94,9 +94,9 @@ Object readArrayItem(Json const & json)
 Json decodedArea(GPv const & item)
 {
   DataMeaning const * const meaning = FindDataMeaning(item.GetDataID());
-  std::vector<AreaNumber> const numbers = meaning != nullptr ? DecodeArea(item, *meaning) : std::vector<AreaNumber>();
+  std::vector<AreaNumber> const numbers = meaning != nullptr ? DecodeArea(item, *meaning) : DecodeInteractions(item);
   Json decoded = Json::object();
-  if (!numbers.empty()) decoded["layout"] = meaning->m_pLayout;
+  if (!numbers.empty()) decoded["layout"] = meaning != nullptr ? meaning->m_pLayout : "GPUnifacBip";
   for (AreaNumber const & number : numbers) {
     decoded[number.m_strName] = number.m_bReal ? FloatToJson(number.m_fValue) : Json(number.m_nValue);
   }

@@ -104,6 +104,30 @@ TEST_F(StoreTool, TableKeepsQuotesMarksAndCoefficientsOfZero)
   EXPECT_NE(Zp("show a 3").m_strOut.find("│          F = 0.0\n"), std::string::npos);
 }
 
+TEST_F(StoreTool, GroupsAreMarkedByEitherLetterAndFitOneRecord)
+{
+  std::string cell = "12X:2";
+  for (int i = 1; i < 8191; ++i) cell += " 1:1";
+  ASSERT_EQ(Zp("import a -", "id,unifac_groups\n1,5R:1 12X:2\n2," + cell + "\n").m_nStatus, 0);
+  EXPECT_EQ(Zp("export a").m_strOut.substr(0, 38), "id,unifac_groups\n1,5R:1 12R:2\n2,12R:2 ");
+  ProgramRun const run = Zp("import a -", "id,unifac_groups\n1," + cell + " 2:2\n");
+  EXPECT_EQ(run.m_strErr,
+            "zp: standard input: line 2: column unifac_groups: 8192 groups are more than the 8191 of a record; "
+            "nothing was stored\n");
+}
+
+TEST_F(StoreTool, GroupInteractionsAreKnownByTheirShape)
+{
+  std::string const record = R"({"format": "zp-store-records", "version": 1, "records": [{"id": 4, "object":
+    {"class": "GPDataArray", "items": [
+      {"class": "GPv", "data_id": 900, "area": "80000000803F0000004085000000003F000000BF"},
+      {"class": "GPv", "data_id": 901, "area": "81000000803F0000004080000000003F000000BF"}]}}]})";
+  ASSERT_EQ(Zp("import a -", record).m_nStatus, 0);
+  std::string const shown = Zp("show a 4").m_strOut;
+  EXPECT_NE(shown.find("GPUnifacBip\n│          a128 = 1.0\n│          b128 = 2.0\n│          a133 = 0.5\n"), std::string::npos);
+  EXPECT_EQ(shown.find("a129"), std::string::npos);
+}
+
 struct Refusal {
   char const * pInput;
   char const * pError;
