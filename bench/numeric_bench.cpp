@@ -177,12 +177,19 @@ void addSorts(int size)
   addSort(size, "std::sort", [](GPVector & vector) { std::sort(vector.ArrayPtr(), vector.ArrayPtr() + vector.GetSize()); });
 }
 
+// With gaps that nothing foretells, as between the numbers of chosen streams.
+GPIntVector ascendingInts(std::mt19937 & random, int size)
+{
+  GPIntVector ints(size);
+  for (int i = 0, value = 0; i < size; ++i) ints[i] = value += 1 + static_cast<int>(random() % 5);
+  return ints;
+}
+
 void addSets(int size)
 {
-  auto & a = *new GPIntVector(size);
-  auto & b = *new GPIntVector(size);
-  a.InitSequentialValues(0, 3);
-  b.InitSequentialValues(0, 5);
+  std::mt19937 random(static_cast<unsigned int>(size));
+  auto & a = *new GPIntVector(ascendingInts(random, size));
+  auto & b = *new GPIntVector(ascendingInts(random, size));
   auto const standard = [&a, &b](auto operation) {
     std::vector<int> out;
     operation(a.ArrayPtr(), a.ArrayPtr() + a.GetSize(), b.ArrayPtr(), b.ArrayPtr() + b.GetSize(), std::back_inserter(out));

@@ -1,4 +1,4 @@
-// Union and intersection of ascending lists of integers, each in one pass over both, without branches that data decides.
+// Union and intersection of ascending lists of integers, each in one pass over both.
 #include <algorithm>
 #include <cstdint>
 #include <limits>
