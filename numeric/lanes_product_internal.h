@@ -184,18 +184,18 @@ inline void transposeSquare(Lanes<double> (&square)[laneWidth])
   }
 }
 
-// Adds lineTerms terms to the sums of laneWidth rows. Squares of the matrix are turned in registers, so that a lane holds a row's
-// sum.
+// Adds lineTerms terms to the sums of laneWidth rows. Squares of terms are turned in registers, so that a lane holds a row's sum.
 inline void addLine(Lanes<double> & sums, double const * m, double const * v, std::size_t cols)
 {
 #pragma GCC unroll 4
   for (std::size_t c = 0; c < lineTerms; c += laneWidth) {
+    Lanes<double> const factors = load(v + c);
     Lanes<double> square[laneWidth];
 #pragma GCC unroll 8
-    for (std::size_t r = 0; r < laneWidth; ++r) square[r] = load(m + r * cols + c);
+    for (std::size_t r = 0; r < laneWidth; ++r) square[r] = load(m + r * cols + c) * factors;
     transposeSquare<1>(square);
 #pragma GCC unroll 8
-    for (std::size_t column = 0; column < laneWidth; ++column) sums += square[column] * v[c + column];
+    for (std::size_t column = 0; column < laneWidth; ++column) sums += square[column];
   }
 }
 
