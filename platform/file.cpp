@@ -8,9 +8,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <memory>
 #include <utility>
 
+#include "platform/descriptor_internal.h"
 #include "platform/file_internal.h"
 
 IMPLEMENT_DYNAMIC(CFile, CObject)
@@ -41,23 +41,6 @@ int lockOf(UINT flags)
   return share == CFile::shareDenyWrite && (flags & accessMask) == CFile::modeRead ? LOCK_SH : LOCK_EX;
 }
 
-// An open descriptor that closes itself unless it is taken.
-class Descriptor {
- public:
-  explicit Descriptor(int file) : m_nFile(file) {}
-  ~Descriptor()
-  {
-    if (m_nFile >= 0) close(m_nFile);
-  }
-  Descriptor(Descriptor const &) = delete;
-  Descriptor & operator=(Descriptor const &) = delete;
-  int Get() const { return m_nFile; }
-  int Take() { return std::exchange(m_nFile, -1); }
-
- private:
-  int m_nFile;
-};
-
 // True when path still leads to the file that is open.
 bool leadsTo(char const * path, struct stat const & open)
 {
@@ -71,7 +54,7 @@ int openLocked(char const * path, UINT flags)
   int const create = (flags & CFile::modeCreate) != 0 ? O_CREAT : 0;
   int const lock = lockOf(flags);
   for (int i = 0; i < openTries; ++i) {
-    Descriptor file(open(path, hostAccess(flags) | create | O_CLOEXEC | O_NOCTTY, 0666));
+    zp::Descriptor file(open(path, hostAccess(flags) | create | O_CLOEXEC | O_NOCTTY, 0666));
     if (file.Get() < 0) return -1;
     struct stat status;
     if (fstat(file.Get(), &status) != 0) return -1;
@@ -89,7 +72,7 @@ int openLocked(char const * path, UINT flags)
 
 int openAndTruncate(char const * path, UINT flags)
 {
-  Descriptor file(openLocked(path, flags));
+  zp::Descriptor file(openLocked(path, flags));
   if (file.Get() < 0) return -1;
   bool const truncate = (flags & CFile::modeCreate) != 0 && (flags & CFile::modeNoTruncate) == 0;
   struct stat status;

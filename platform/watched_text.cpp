@@ -1,4 +1,4 @@
-// Keeps the text of a file in memory and notices, with one stat, when the file has become another.
+// Keeps the text of a file in memory and notices, with one system call, when the file has become another.
 
 #include "platform/watched_text_internal.h"
 
@@ -20,6 +20,16 @@ constexpr long long k_TickNanos = 20'000'000;
 bool sameTime(timespec const & a, timespec const & b)
 {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+// How long the name of a file is taken to lead to the file that is held.
+constexpr long long k_TrustNanos = 100'000'000;
+
+long long steadyNanos()
+{
+  timespec now;
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return now.tv_sec * k_NanosPerSecond + now.tv_nsec;
 }
 
 bool isJustWritten(timespec const & written)
@@ -65,7 +75,21 @@ void WatchedText::Remember(struct stat const & now)
   m_bKnown = !isJustWritten(now.st_mtim);
 }
 
+// A file that was replaced or removed has no name any more, and a renamed one another time of change.
+bool WatchedText::IsHeldUnchanged() const
+{
+  struct stat now;
+  return m_bKnown && m_Held.Get() >= 0 && steadyNanos() - m_nLooked < k_TrustNanos && fstat(m_Held.Get(), &now) == 0 &&
+         now.st_nlink != 0 && IsUnchanged(now);
+}
+
 bool WatchedText::Refresh()
+{
+  return !IsHeldUnchanged() && Look();
+}
+
+// Follows the name.
+bool WatchedText::Look()
 {
   struct stat now;
   if (stat(m_strFile.c_str(), &now) != 0) {
@@ -74,9 +98,11 @@ bool WatchedText::Refresh()
     bool const wasThere = m_Stamp.st_ino != 0;
     m_Stamp = now;
     m_bKnown = false;
+    m_Held.Close();
     m_Text.clear();
     return wasThere;
   }
+  m_nLooked = steadyNanos();
   if (m_bKnown && IsUnchanged(now)) return false;
   Read();
   return true;
@@ -86,20 +112,21 @@ bool WatchedText::Refresh()
 void WatchedText::Read()
 {
   m_Text.clear();
-  int const file = open(m_strFile.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (file < 0) {
+  m_Held = Descriptor(open(m_strFile.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (m_Held.Get() < 0) {
     m_nError = errno;
     m_bKnown = false;
     return;
   }
   struct stat now;
-  m_nError = fstat(file, &now) != 0 ? errno : 0;
+  m_nError = fstat(m_Held.Get(), &now) != 0 ? errno : 0;
   if (m_nError == 0) {
     Remember(now);
-    m_nError = S_ISREG(now.st_mode) ? readWhole(file, m_Text) : EINVAL;
+    m_nError = S_ISREG(now.st_mode) ? readWhole(m_Held.Get(), m_Text) : EINVAL;
   }
-  if (m_nError != 0) m_Text.clear();
-  close(file);
+  if (m_nError == 0) return;
+  m_Text.clear();
+  m_Held.Close();
 }
 
 int WatchedText::Replace(FolderLock const & lock, std::string const & hostFile, std::string text)
@@ -107,8 +134,10 @@ int WatchedText::Replace(FolderLock const & lock, std::string const & hostFile, 
   int const error = ReplaceLockedFile(lock, hostFile, text);
   if (error != 0) return error;
   m_Text = std::move(text);
+  m_Held = Descriptor(open(hostFile.c_str(), O_RDONLY | O_CLOEXEC));
+  m_nLooked = steadyNanos();
   struct stat now;
-  if (stat(hostFile.c_str(), &now) == 0) Remember(now);
+  if (fstat(m_Held.Get(), &now) == 0) Remember(now);
   return 0;
 }
 

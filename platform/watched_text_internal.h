@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/descriptor_internal.h"
 #include "platform/durable_file_internal.h"
 
 namespace zp {
@@ -17,7 +18,8 @@ class WatchedText {
  public:
   explicit WatchedText(std::string hostFile) : m_strFile(std::move(hostFile)) {}
 
-  // Reads the file if it isn't the one read before, at the price of one stat if it is. True if it was read anew.
+  // Reads the file if it isn't the one read before, at the price of one fstat if it is. True if it was read anew. That the name
+  // leads elsewhere because one of its folders was renamed is noticed within a tenth of a second, everything else at once.
   bool Refresh();
 
   std::string const & GetFile() const { return m_strFile; }
@@ -29,11 +31,15 @@ class WatchedText {
 
  private:
   bool IsUnchanged(struct stat const & now) const;
+  bool IsHeldUnchanged() const;
+  bool Look();
   void Read();
   void Remember(struct stat const & now);
 
   std::string m_strFile;
   std::string m_Text;
+  Descriptor m_Held;       // the file that was read
+  long long m_nLooked = 0;  // when its name led to it last, in nanoseconds of the steady clock
   struct stat m_Stamp = {};
   int m_nError = 0;
   bool m_bKnown = false;  // the stamp is that of the text, and no later write can bear the same one
