@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 #include <utility>
 
 #include "platform/descriptor_internal.h"
