@@ -1,119 +1,28 @@
 // zp settings: looks at and changes the settings of an application, in its profile file or its registry hive, and carries them
 // to and from registration-entries files.
 
+#include <algorithm>
 #include <charconv>
-#include <cstdlib>
 #include <optional>
 #include <vector>
 
 #include <fmt/format.h>
-#include <zpbase/config.h>
-#include <zpbase/platform/application.h>
-#include <zpbase/platform/paths.h>
-#include <zpbase/platform/registry.h>
 #include <nlohmann/json.hpp>
 
 #include "tools/commands.h"
 #include "tools/program.h"
+#include "tools/settings_store.h"
 
 namespace {
-
-struct Options {
-  std::string application = "Zephlow";
-  std::string company;
-  std::string profile;
-  std::string hive;
-  std::string section;
-  std::string key;
-  std::string value;
-  std::string type = "text";
-  std::string file = "-";
-  bool json = false;
-};
-
-// The application whose settings the command works on.
-class Store {
- public:
-  explicit Store(Options const & options)
-      : m_App(ToText(options.application, "the application")),
-        m_bRegistry(!options.hive.empty() || !options.company.empty()),
-        m_strCompany(options.company.empty() ? CString(GetRegistryCompanyKey()) : ToText(options.company, "the company"))
-  {
-    if (m_bRegistry) {
-      UseHive(options);
-    } else {
-      UseProfile(options);
-    }
-  }
-
-  CWinApp & App() { return m_App; }
-  bool IsRegistry() const { return m_bRegistry; }
-  std::string const & Name() const { return m_strName; }
-  CString Path() const { return "Software\\" + m_strCompany + "\\" + m_App.m_pszAppName; }
-  CString Branch() const { return "HKEY_CURRENT_USER\\" + Path(); }
-
-  std::vector<zp::Setting> List(CString const & section)
-  {
-    std::vector<zp::Setting> settings = m_App.ListSettings();
-    if (!section.IsEmpty())
-      std::erase_if(settings, [&](zp::Setting const & each) { return each.m_strSection.CompareNoCase(section) != 0; });
-    return settings;
-  }
-
-  void Require(BOOL written) const
-  {
-    if (!written)
-      throw Failure(fmt::format("{}: the change was not made; the file must be writable, and names and texts must fit its form",
-                                m_strName));
-  }
-
- private:
-  void UseHive(Options const & options)
-  {
-    if (!options.hive.empty()) setenv("ZP_USER_HIVE", options.hive.c_str(), 1);
-    m_strName = options.hive.empty() ? "the user's hive" : options.hive;
-    HKEY root = nullptr;
-    LONG const error = RegOpenKeyExA(HKEY_CURRENT_USER, "", 0, KEY_READ, &root);
-    if (error == ERROR_NOT_REGISTRY_FILE)
-      throw Failure(fmt::format("{}: doesn't begin with REGEDIT4; name a registration-entries file", m_strName));
-    if (error != ERROR_SUCCESS) throw Failure(fmt::format("{}: can't be read (error {})", m_strName, error));
-    RegCloseKey(root);
-    m_App.SetRegistryKey(m_strCompany);
-  }
-
-  void UseProfile(Options const & options)
-  {
-    m_strName = options.profile.empty() ? GetUserConfigFolder() + '/' + options.application + ".ini" : options.profile;
-    if (FileExists(m_strName)) ReadWholeFile(m_strName);
-    m_App.SetProfileFile(FromHostPath(m_strName));
-  }
-
-  CWinApp m_App;
-  bool m_bRegistry;
-  CString m_strCompany;
-  std::string m_strName;
-};
-
-bool isText(DWORD type)
-{
-  return type == REG_SZ || type == REG_EXPAND_SZ;
-}
 
 bool isNumber(zp::Setting const & setting)
 {
   return setting.m_nType == REG_DWORD && setting.m_strData.GetLength() == 4;
 }
 
-int numberOf(CString const & data)
-{
-  unsigned int number = 0;
-  for (int i = 4; i-- > 0;) number = number << 8 | static_cast<unsigned char>(data[i]);
-  return static_cast<int>(number);
-}
-
 std::string typeName(zp::Setting const & setting)
 {
-  if (isText(setting.m_nType)) return "text";
+  if (IsTextType(setting.m_nType)) return "text";
   if (isNumber(setting)) return "integer";
   return setting.m_nType == REG_BINARY ? "binary" : fmt::format("type {}", setting.m_nType);
 }
@@ -121,8 +30,8 @@ std::string typeName(zp::Setting const & setting)
 // The text up to its zero byte, the number, or the bytes as pairs of digits.
 std::string shownValue(zp::Setting const & setting)
 {
-  if (isText(setting.m_nType)) return zp::TextToUtf8(setting.m_strData.GetString());
-  if (isNumber(setting)) return std::to_string(numberOf(setting.m_strData));
+  if (IsTextType(setting.m_nType)) return zp::TextToUtf8(setting.m_strData.GetString());
+  if (isNumber(setting)) return std::to_string(NumberOfBytes(setting.m_strData));
   std::string digits;
   for (char const c : setting.m_strData.View()) digits += fmt::format("{:02x}", static_cast<unsigned char>(c));
   return digits;
@@ -159,49 +68,87 @@ int integerOf(std::string const & digits)
   return number;
 }
 
-BOOL writeBlock(CWinApp & app, CString const & section, CString const & key, std::string_view bytes)
+// An argument that names something; an empty one comes from an unset variable of the shell and names nothing.
+CString nameOf(std::string const & argument, char const * what)
 {
-  return app.WriteProfileBinary(section, key, reinterpret_cast<BYTE const *>(bytes.data()), static_cast<UINT>(bytes.size()));
+  if (argument.empty()) throw Failure(fmt::format("{} is empty; name one", what), exitUsage);
+  return ToText(argument, what);
 }
 
-void get(Options const & options)
+CString sectionName(SettingsOptions const & options)
 {
-  Store store(options);
-  CString const key = ToText(options.key, "the key");
-  for (zp::Setting const & setting : store.List(ToText(options.section, "the section"))) {
-    if (setting.m_strKey.CompareNoCase(key) != 0) continue;
-    Print((options.json ? jsonOf(setting).dump() : shownValue(setting)) + "\n");
-    return;
+  return nameOf(options.section, "the section");
+}
+
+CString keyName(SettingsOptions const & options)
+{
+  return nameOf(options.key.value_or(std::string()), "the key");
+}
+
+// The setting itself, which must be there.
+zp::Setting find(SettingsStore & store, CString const & section, CString const & key)
+{
+  for (zp::Setting & setting : store.List(section)) {
+    if (setting.m_strKey.CompareNoCase(key) == 0) return std::move(setting);
   }
-  throw Failure(fmt::format("{}: no setting \"{}\" in the section \"{}\"; see zp settings list", store.Name(), options.key,
-                            options.section));
+  throw Failure(fmt::format("{}: no setting \"{}\" in the section \"{}\"; see zp settings list", store.Name(),
+                            zp::TextToUtf8(key.View()), zp::TextToUtf8(section.View())));
 }
 
-void set(Options const & options)
+void get(SettingsOptions const & options)
 {
-  Store store(options);
-  CString const section = ToText(options.section, "the section");
-  CString const key = ToText(options.key, "the key");
+  CString const section = sectionName(options);
+  CString const key = keyName(options);
+  SettingsStore store(options);
+  zp::Setting const setting = find(store, section, key);
+  Print((options.json ? jsonOf(setting).dump() : shownValue(setting)) + "\n");
+}
+
+void set(SettingsOptions const & options)
+{
+  CString const section = sectionName(options);
+  CString const key = keyName(options);
+  SettingsStore store(options);
   if (options.type == "integer") {
     store.Require(store.App().WriteProfileInt(section, key, integerOf(options.value)));
   } else if (options.type == "binary") {
-    store.Require(writeBlock(store.App(), section, key, bytesOf(options.value)));
+    store.Require(store.WriteBlock(section, key, bytesOf(options.value)));
   } else {
     store.Require(store.App().WriteProfileString(section, key, ToText(options.value, "the value")));
   }
 }
 
-void removeSetting(Options const & options)
+// With all below it.
+void removeSection(SettingsOptions const & options, CString const & section)
 {
-  Store store(options);
-  CString const section = ToText(options.section, "the section");
-  CString const key = ToText(options.key, "the key");
-  store.Require(store.App().WriteProfileString(section, options.key.empty() ? nullptr : key.GetString(), nullptr));
+  SettingsStore store(options);
+  std::vector<zp::Setting> const settings = store.List(CString());
+  bool const isThere = std::any_of(settings.begin(), settings.end(), [&](zp::Setting const & each) {
+    CString const & name = each.m_strSection;
+    bool const isWhole = name.GetLength() == section.GetLength() || name.Mid(section.GetLength(), 1) == "\\";
+    return isWhole && name.Left(section.GetLength()).CompareNoCase(section) == 0;
+  });
+  if (!isThere)
+    throw Failure(fmt::format("{}: no section \"{}\"; see zp settings list", store.Name(), zp::TextToUtf8(section.View())));
+  store.Require(store.App().WriteProfileString(section, nullptr, nullptr));
 }
 
-void list(Options const & options)
+void removeSetting(SettingsOptions const & options)
 {
-  Store store(options);
+  CString const section = sectionName(options);
+  if (!options.key) {
+    removeSection(options, section);
+    return;
+  }
+  CString const key = keyName(options);
+  SettingsStore store(options);
+  find(store, section, key);
+  store.Require(store.App().WriteProfileString(section, key, nullptr));
+}
+
+void list(SettingsOptions const & options)
+{
+  SettingsStore store(options);
   std::vector<zp::Setting> const settings = store.List(ToText(options.section, "the section"));
   if (options.json) {
     nlohmann::ordered_json all = nlohmann::ordered_json::array();
@@ -219,95 +166,34 @@ void list(Options const & options)
   }
 }
 
-void exportTo(Options const & options)
+// Where settings come from or go to a registration-entries file, -c names the branch in that, whichever store is used.
+void addStoreOptions(CLI::App & command, SettingsOptions & options, bool carries)
 {
-  Store store(options);
-  std::vector<zp::RegistryEntry> entries;
-  for (zp::Setting & setting : store.List(CString()))
-    entries.push_back({zp::RegistryEntry::SetValue, store.Branch() + "\\" + setting.m_strSection, std::move(setting.m_strKey),
-                       setting.m_nType, std::move(setting.m_strData)});
-  WriteWholeFile(options.file, zp::WriteRegistryText(entries));
-}
-
-// The section that a key of the branch is, or nothing for another key.
-std::optional<CString> sectionOf(CString const & key, CString const & branch)
-{
-  if (key.Left(branch.GetLength()).CompareNoCase(branch) != 0) return std::nullopt;
-  CString const rest = key.Mid(branch.GetLength());
-  if (rest.IsEmpty() || rest[0] != '\\') return std::nullopt;
-  return rest.Mid(1);
-}
-
-// A hive keeps every type. A profile file has no form for those beyond text, integer and block.
-BOOL writeValue(Store & store, CString const & section, zp::RegistryEntry const & entry)
-{
-  CWinApp & app = store.App();
-  std::string_view const data = entry.m_strData.View();
-  if (store.IsRegistry()) {
-    HKEY key = nullptr;
-    CString const path = store.Path() + "\\" + section;
-    if (RegCreateKeyExA(HKEY_CURRENT_USER, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_SET_VALUE, nullptr, &key, nullptr) != 0)
-      return FALSE;
-    auto const * const bytes = reinterpret_cast<BYTE const *>(data.data());
-    LONG const error = RegSetValueExA(key, entry.m_strName, 0, entry.m_nType, bytes, static_cast<DWORD>(data.size()));
-    RegCloseKey(key);
-    return error == ERROR_SUCCESS;
-  }
-  if (isText(entry.m_nType)) return app.WriteProfileString(section, entry.m_strName, entry.m_strData.GetString());
-  if (entry.m_nType == REG_DWORD && data.size() == 4)
-    return app.WriteProfileInt(section, entry.m_strName, numberOf(entry.m_strData));
-  return entry.m_nType == REG_BINARY && writeBlock(app, section, entry.m_strName, data);
-}
-
-BOOL apply(Store & store, CString const & section, zp::RegistryEntry const & entry)
-{
-  switch (entry.m_Kind) {
-    case zp::RegistryEntry::RemoveKey:
-      return store.App().WriteProfileString(section, nullptr, nullptr);
-    case zp::RegistryEntry::RemoveValue:
-      return store.App().WriteProfileString(section, entry.m_strName, nullptr);
-    default:
-      return writeValue(store, section, entry);
-  }
-}
-
-void importFrom(Options const & options, int & status)
-{
-  Store store(options);
-  std::vector<zp::RegistryEntry> entries;
-  int damaged = 0;
-  if (!zp::ReadRegistryText(ReadWholeFile(options.file), entries, damaged))
-    throw Failure(fmt::format("{}: is no registration-entries file; it must begin with REGEDIT4", options.file));
-  int taken = 0;
-  int refused = 0;
-  int elsewhere = 0;
-  for (zp::RegistryEntry const & entry : entries) {
-    std::optional<CString> const section = sectionOf(entry.m_strKey, store.Branch());
-    ++(!section ? elsewhere : apply(store, *section, entry) ? taken : refused);
-  }
-  Print(fmt::format("{}: {} settings taken, {} refused, {} damaged lines, {} of other keys than {}\n", options.file, taken,
-                    refused, damaged, elsewhere, zp::TextToUtf8(store.Branch().View())));
-  if (refused + damaged > 0) status = exitWanting;
-}
-
-void addStoreOptions(CLI::App & command, Options & options)
-{
-  command.add_option("-a,--application", options.application, "Whose settings they are")->capture_default_str();
-  auto * const profile = command.add_option("-p,--profile", options.profile, "Profile file; by default that of the application");
-  command.add_option("-c,--company", options.company, "Use the registry, the branch of this company")->excludes(profile);
-  command.add_option("-r,--hive", options.hive, "Use the registry in this registration-entries file")->excludes(profile);
+  // An unset variable of the shell must not lead to another store.
+  CLI::Validator const isNamed([](std::string & name) { return std::string(name.empty() ? "is empty; name one" : ""); }, "TEXT");
+  command.add_option("-a,--application", options.application, "Whose settings they are")->check(isNamed)->capture_default_str();
+  auto * const profile =
+      command.add_option("-p,--profile", options.profile, "Profile file; by default that of the application")->check(isNamed);
+  auto * const company = command.add_option("-c,--company", options.company,
+                                            carries ? "The company of the branch in the file; without -p, use the registry"
+                                                    : "Use the registry, the branch of this company");
+  company->check(isNamed);
+  if (!carries) company->excludes(profile);
+  command.add_option("-r,--hive", options.hive, "Use the registry in this registration-entries file")
+      ->check(isNamed)
+      ->excludes(profile);
 }
 
 }  // namespace
 
 void AddSettingsCommands(CLI::App & app, int & status)
 {
-  static Options options;
+  static SettingsOptions options;
   CLI::App * const settings = app.add_subcommand("settings", "Look at and change an application's settings");
   settings->require_subcommand(1);
-  auto const add = [&](char const * name, char const * what, auto work) {
+  auto const add = [&](char const * name, char const * what, auto work, bool carries = false) {
     CLI::App * const command = settings->add_subcommand(name, what);
-    addStoreOptions(*command, options);
+    addStoreOptions(*command, options, carries);
     command->callback(work);
     return command;
   };
@@ -315,9 +201,10 @@ void AddSettingsCommands(CLI::App & app, int & status)
   CLI::App * const setter = add("set", "Change or add a setting", [] { set(options); });
   CLI::App * const remover = add("remove", "Remove a setting, or a section without a key", [] { removeSetting(options); });
   CLI::App * const lister = add("list", "List all settings, or those of a section", [] { list(options); });
-  CLI::App * const importer =
-      add("import", "Take settings from a registration-entries file", [&status] { importFrom(options, status); });
-  CLI::App * const exporter = add("export", "Write all settings as a registration-entries file", [] { exportTo(options); });
+  CLI::App * const importer = add(
+      "import", "Take settings from a registration-entries file", [&status] { ImportSettings(options, status); }, true);
+  CLI::App * const exporter = add(
+      "export", "Write all settings as a registration-entries file", [] { ExportSettings(options); }, true);
   for (CLI::App * const command : {getter, setter, remover}) command->add_option("section", options.section)->required();
   lister->add_option("section", options.section);
   for (CLI::App * const command : {getter, setter}) command->add_option("key", options.key)->required();

@@ -58,12 +58,41 @@ TEST_F(ZpSettings, CarryEveryTypeBetweenHivesAndTextsToProfiles)
   EXPECT_EQ(Run("get Misc n -r user.reg -c Acme -a Flow"), "0 -5\n");
   m_Folder.Write("more.reg", "REGEDIT4\n" + body + "broken\n\"t\"=-\n");
   EXPECT_EQ(Run("import more.reg -r user.reg -c Acme -a Flow").substr(0, 70),
-            "1 more.reg: 6 settings taken, 0 refused, 1 damaged lines, 0 of other k");
-  std::string ours = body;
-  ours.replace(ours.find("Acme"), 4, "Vantrelis");
-  m_Folder.Write("ours.reg", "REGEDIT4\n" + ours);
-  EXPECT_EQ(Run("import ours.reg -p x.ini -a Flow").substr(0, 41), "1 ours.reg: 4 settings taken, 1 refused, ");
-  EXPECT_EQ(m_Folder.Read("x.ini"), "[Misc]\nb=PEAA\ne=%\nn=-5\nt=x\n");
+            "1 more.reg: 6 settings taken, 0 refused, 1 damaged line, 0 of other ke");
+}
+
+TEST_F(ZpSettings, CarryAnotherCompanysBranchToAProfileFileAndBack)
+{
+  std::string const branch = "[HKEY_CURRENT_USER\\Software\\Acme\\Flow\\Misc]\r\n";
+  m_Folder.Write("in.reg", "REGEDIT4\r\n\r\n" + branch + "\"b\"=hex:4f,00\r\n\"m\"=hex(7):61,00,00\r\n\"n\"=dword:fffffffb\r\n" +
+                               "[-HKEY_CURRENT_USER\\Software\\Acme\\Flow]\r\n");
+  EXPECT_EQ(
+      Run("import in.reg -p x.ini -c Acme -a Flow"),
+      "1 zp: in.reg: \"m\" in the section \"Misc\" was refused; x.ini has no form for its name or its type\n"
+      "in.reg: 2 settings taken, 1 refused, 0 damaged lines, 1 of other keys than HKEY_CURRENT_USER\\Software\\Acme\\Flow\n");
+  EXPECT_EQ(m_Folder.Read("x.ini"), "[Misc]\nb=PEAA\nn=-5\n");
+  EXPECT_EQ(Run("export -p x.ini -c Acme -a Flow"), "0 REGEDIT4\r\n\r\n" + branch + "\"b\"=\"PEAA\"\r\n\"n\"=\"-5\"\r\n");
+  EXPECT_EQ(Run("import in.reg -p x.ini"),
+            "1 in.reg: 0 settings taken, 0 refused, 0 damaged lines, 4 of other keys than "
+            "HKEY_CURRENT_USER\\Software\\Vantrelis\\Zephlow\n"
+            "zp: in.reg: has no settings of this application; name the one that it is for with -c and -a\n");
+  EXPECT_EQ(Run("list -p x.ini -c Acme").substr(0, 2), "2 ");
+}
+
+TEST_F(ZpSettings, RemoveWhatWasNamedAndNothingElse)
+{
+  std::string const all = "[Misc]\na=1\nb=2\n\n[Other]\nc=3\n";
+  m_Folder.Write("x.ini", all);
+  for (char const * misuse : {"remove Misc ''", "remove ''", "remove '' a", "get '' a", "get Misc ''", "set '' a 1",
+                              "set Misc '' 1", "remove Misc -c ''", "remove Misc -r ''"}) {
+    EXPECT_EQ(Run(misuse + " -p x.ini"s).substr(0, 2), "2 ") << misuse;
+  }
+  EXPECT_EQ(Run("remove Misc nope -p x.ini"), "1 zp: x.ini: no setting \"nope\" in the section \"Misc\"; see zp settings list\n");
+  EXPECT_EQ(Run("remove Mis -p x.ini"), "1 zp: x.ini: no section \"Mis\"; see zp settings list\n");
+  EXPECT_EQ(m_Folder.Read("x.ini"), all);
+  EXPECT_EQ(Run("set 'A\\B' k v -r h.reg -c Acme"), "0 ");
+  EXPECT_EQ(Run("remove a -r h.reg -c Acme"), "0 ");
+  EXPECT_EQ(Run("list -r h.reg -c Acme"), "0 ");
 }
 
 TEST_F(ZpSettings, SayWhatIsWrong)

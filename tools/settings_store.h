@@ -1,0 +1,62 @@
+// The store of an application's settings that the options of zp settings name: a profile file, or a branch of a hive.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <zpbase/platform/application.h>
+#include <zpbase/platform/registry.h>
+
+struct SettingsOptions {
+  std::string application = "Zephlow";
+  std::string company;
+  std::string profile;
+  std::string hive;
+  std::string section;
+  std::optional<std::string> key;
+  std::string value;
+  std::string type = "text";
+  std::string file = "-";
+  bool json = false;
+};
+
+// Makes the application that the options name the one whose settings are used. Raises Failure for a store that can't be read.
+class SettingsStore {
+ public:
+  explicit SettingsStore(SettingsOptions const & options);
+
+  CWinApp & App() { return m_App; }
+  bool IsRegistry() const { return m_bRegistry; }
+  std::string const & Name() const { return m_strName; }
+  CString Path() const { return "Software\\" + m_strCompany + "\\" + m_App.m_pszAppName; }
+  CString Branch() const { return "HKEY_CURRENT_USER\\" + Path(); }
+
+  // All settings, or those of a section.
+  std::vector<zp::Setting> List(CString const & section);
+
+  BOOL WriteBlock(CString const & section, CString const & key, std::string_view bytes);
+
+  // Raises Failure for a change that was not made.
+  void Require(BOOL written) const;
+
+ private:
+  void UseHive(SettingsOptions const & options);
+  void UseProfile(SettingsOptions const & options);
+
+  CWinApp m_App;
+  bool m_bRegistry;
+  CString m_strCompany;
+  std::string m_strName;
+};
+
+bool IsTextType(DWORD type);
+
+// The value of a REG_DWORD's four bytes.
+int NumberOfBytes(CString const & data);
+
+// Settings to and from registration-entries files. The import tells what it took, and leaves exitWanting in status where it
+// couldn't take all.
+void ExportSettings(SettingsOptions const & options);
+void ImportSettings(SettingsOptions const & options, int & status);
