@@ -1,241 +1,160 @@
-// zp text: what the file parser finds in a numeric text file, and the values as CSV.
+// zp text: what a numeric text file holds, where its columns stand, and its values as CSV.
 
-#include <algorithm>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include <fmt/format.h>
-#include <zpbase/platform/paths.h>
+#include <zpbase/platform/application.h>
 #include <zpbase/text.h>
 #include <nlohmann/json.hpp>
 
 #include "tools/commands.h"
 #include "tools/program.h"
+#include "tools/text_report.h"
+#include "tools/text_survey.h"
 
 namespace {
 
-struct Options {
-  std::string file;
-  int skip = 0;
-  int report = 20;
-  bool json = false;
-};
+constexpr int standardOutput = 1;
 
-std::unique_ptr<ParseFile> load(Options const & options)
+CLI::Range const g_Count(0, 0x7FFFFFFF);
+
+void showLines(TextOptions const & options, int & status)
 {
-  if (!FileExists(options.file)) throw Failure(fmt::format("{}: there is no such file; check the name", options.file));
-  auto file = std::make_unique<ParseFile>(FromHostPath(options.file));
-  if (file->GetLineCount() == 0 && !GPFile::IsEmpty(FromHostPath(options.file))) {
-    throw Failure(
-        fmt::format("{}: its lines end in LF alone, where CR LF is expected; convert a copy, as by unix2dos", options.file));
-  }
-  return file;
-}
-
-// Sets the delimiters that the file's numeric lines use, and gives the one found, 0 for blanks and tabs in any mixture. Between
-// commas and tabs a value may be missing.
-char adoptDelimiter(ParseFile & file)
-{
-  char const delimiter = static_cast<char>(file.GetDelimeter());
-  if (delimiter == ',' || delimiter == '\t') {
-    file.SetTokenDelimeters(CString(delimiter));
-    file.SetDelimeterLimit(1);
-  }
-  return delimiter;
-}
-
-std::string nameOf(char delimiter)
-{
-  switch (delimiter) {
-    case ',':
-      return "comma";
-    case '\t':
-      return "tab";
-    case ' ':
-      return "blank";
-    default:
-      return "none";
-  }
-}
-
-// A line that isn't numeric: where its first token that is no value starts, from 1, and that token.
-struct Misfit {
-  int line;
-  int column;
-  CString token;
-};
-
-// The first misfit of the current line; a blank line has none.
-std::optional<Misfit> findMisfit(ParseFile & file)
-{
-  for (int type; (type = file.GetNextTokenType()) != noToken; file.DiscardNextToken()) {
-    if (type == emptyToken || type == integerToken || type == realToken) continue;
-    Misfit misfit = {file.GetCurLineNumber(), 0, CString()};
-    file.DiscardDelimeters();
-    misfit.column = file.GetLength() - static_cast<int>(std::string_view(file).size()) + 1;
-    file.GetNextString(misfit.token);
-    return misfit;
-  }
-  return std::nullopt;
-}
-
-bool isBlank(ParseFile const & file)
-{
-  return static_cast<CString const &>(file).View().find_first_not_of(" \t\n\x1A") == std::string_view::npos;
-}
-
-struct Survey {
-  int lines = 0;
-  int numeric = 0;
-  int blank = 0;
-  int longest = 0;
-  int mostValues = 0;
-  std::vector<Misfit> misfits;
-};
-
-Survey survey(ParseFile & file, int skip)
-{
-  Survey found;
-  found.lines = file.GetLineCount();
-  file.GotoLineNumber(1);
-  for (int length; (length = file.ReadLine()) != -1;) {
-    found.longest = std::max(found.longest, length);
-    if (file.GetCurLineNumber() <= skip) continue;
-    found.mostValues = std::max(found.mostValues, file.GetValueCount());
-    if (isBlank(file)) {
-      ++found.blank;
-    } else if (auto misfit = findMisfit(file)) {
-      found.misfits.push_back(std::move(*misfit));
-    } else {
-      ++found.numeric;
-    }
-  }
-  file.GotoLineNumber(1);
-  return found;
-}
-
-std::string sentenceOf(Misfit const & misfit)
-{
-  std::string const token = zp::TextToUtf8(misfit.token.Left(40).View());
-  return fmt::format("line {}, column {}: \"{}\" is no number", misfit.line, misfit.column, token);
-}
-
-void reportMisfits(std::FILE * to, Options const & options, std::vector<Misfit> const & misfits)
-{
-  int shown = 0;
-  for (Misfit const & misfit : misfits) {
-    if (shown++ == options.report) break;
-    fmt::print(to, "{}: {}\n", options.file, sentenceOf(misfit));
-  }
-  if (shown > options.report) fmt::print(to, "{}: {} such lines in all; --report N shows more\n", options.file, misfits.size());
-}
-
-nlohmann::json jsonOf(std::vector<Misfit> const & misfits)
-{
-  nlohmann::json list = nlohmann::json::array();
-  for (Misfit const & misfit : misfits) {
-    list.push_back({{"line", misfit.line}, {"column", misfit.column}, {"text", zp::TextToUtf8(misfit.token.View())}});
-  }
-  return list;
-}
-
-void showLines(Options const & options, int & status)
-{
-  auto const file = load(options);
-  adoptDelimiter(*file);
-  Survey const found = survey(*file, options.skip);
-  status = found.misfits.empty() ? exitDone : exitWanting;
+  TextLines text(options, PassesOf(options));
+  char const delimiter = ChooseDelimiter(text, options);
+  TextSurvey const found = SurveyLines(text, delimiter, options, [](std::vector<Cell> const &) {});
+  status = found.other == 0 && found.numeric > 0 ? exitDone : exitWanting;
   if (options.json) {
-    nlohmann::json const all = {{"lines", found.lines},
-                                {"numeric", found.numeric},
-                                {"blank", found.blank},
-                                {"longest", found.longest},
-                                {"notNumeric", jsonOf(found.misfits)}};
+    nlohmann::json const all = {{"lines", found.lines},        {"numeric", found.numeric},
+                                {"blank", found.blank},        {"comments", found.comments},
+                                {"longest", found.longest},    {"delimiter", NameOf(delimiter)},
+                                {"hints", JsonOfHints(found)}, {"notNumeric", JsonOfMisfits(found)}};
     Print(all.dump(2) + "\n");
     return;
   }
-  Print(fmt::format("{} lines: {} numeric, {} blank, {} not numeric; the longest has {} characters\n", found.lines, found.numeric,
-                    found.blank, found.misfits.size(), found.longest));
-  reportMisfits(stdout, options, found.misfits);
+  std::string const comments = options.comment.empty() ? "" : Counted(static_cast<unsigned>(found.comments), "comment") + ", ";
+  Print(fmt::format("{}, delimiter {}: {} numeric, {} blank, {}{} not numeric; the longest has {}\n",
+                    Counted(static_cast<unsigned>(found.lines), "line"), NameOf(delimiter), found.numeric, found.blank, comments,
+                    found.other, Counted(static_cast<unsigned>(found.longest), "character")));
+  if (found.numeric == 0) Print(WhyNone(text, options, found) + "\n");
+  ReportMisfits(stdout, options, found);
 }
 
-void showColumns(Options const & options, int & status)
+struct Column {
+  unsigned int first;  // characters, from 1
+  unsigned int last;
+};
+
+// A line in which digits stand wherever a cell has characters, and blanks elsewhere.
+void appendPicture(std::string & pictures, std::vector<Cell> const & cells)
 {
-  auto const file = load(options);
-  char const delimiter = adoptDelimiter(*file);
-  int const mostValues = file->GetMaxValuesPerLine();
+  size_t const begin = pictures.size();
+  for (Cell const & cell : cells) {
+    if (cell.text.empty()) continue;
+    pictures.resize(begin + static_cast<size_t>(cell.column) - 1, ' ');
+    pictures.append(cell.text.size(), '0');
+  }
+  pictures += "\r\n";
+}
+
+std::vector<Column> findColumns(std::string const & pictures, TextOptions const & options)
+{
   CUIntArray starts;
   CUIntArray ends;
-  file->GetColumnPositions(starts, ends);
-  status = mostValues != 0 ? exitDone : exitWanting;
-  if (options.json) {
-    nlohmann::json columns = nlohmann::json::array();
-    for (int i = 0; i < starts.GetSize(); ++i) columns.push_back({starts[i] + 1, ends[i] + 1});
-    nlohmann::json const all = {{"delimiter", nameOf(delimiter)}, {"mostValues", mostValues}, {"columns", columns}};
-    Print(all.dump(2) + "\n");
-    return;
-  }
-  Print(fmt::format("delimiter: {}\nvalues on a line: {} at most\n", nameOf(delimiter), mostValues));
-  if (starts.GetSize() == 0) Print("columns: none, the values of different lines don't stand below each other\n");
-  for (int i = 0; i < starts.GetSize(); ++i) {
-    if (ends[i] + 1 != starts[i]) Print(fmt::format("column {}: characters {} to {}\n", i + 1, starts[i] + 1, ends[i] + 1));
+  ParseCopy(pictures, options.ShownName())->GetColumnPositions(starts, ends);
+  std::vector<Column> columns;
+  for (int i = 0; i < starts.GetSize(); ++i) columns.push_back({starts[i] + 1, ends[i] + 1});
+  return columns;
+}
+
+void printColumns(TextSurvey const & found, char delimiter, std::vector<Column> const & columns)
+{
+  Print(fmt::format("delimiter: {}\nvalues on a line: {}\n", NameOf(delimiter), ValueCounts(found)));
+  if (columns.empty()) Print("columns: none, the values of different lines don't stand below each other\n");
+  int number = 0;
+  for (Column const & column : columns)
+    Print(fmt::format("column {}: characters {} to {}\n", ++number, column.first, column.last));
+  if (number > found.mostValues)
+    Print("more columns than values on a line: some lack values, or they don't stand below each other\n");
+  if (found.other > 0) {
+    Print(fmt::format("{} not numeric; zp text lines shows {}\n",
+                      found.other == 1 ? "1 line is" : fmt::format("{} lines are", found.other),
+                      found.other == 1 ? "it" : "them"));
   }
 }
 
-// The current line's values, each in the shortest form that reads back the same, between commas. A missing one is empty; blanks
-// at the end of a line are none.
-std::string csvLine(ParseFile & file, bool keepsEmpty)
+void showColumns(TextOptions const & options, int & status)
+{
+  TextLines text(options, PassesOf(options));
+  char const delimiter = ChooseDelimiter(text, options);
+  std::string pictures;
+  TextSurvey const found =
+      SurveyLines(text, delimiter, options, [&](std::vector<Cell> const & cells) { appendPicture(pictures, cells); });
+  std::vector<Column> const columns = findColumns(pictures, options);
+  status = found.numeric > 0 ? exitDone : exitWanting;
+  if (options.json) {
+    nlohmann::json places = nlohmann::json::array();
+    for (Column const & column : columns) places.push_back({column.first, column.last});
+    nlohmann::json const all = {{"delimiter", NameOf(delimiter)},
+                                {"fewestValues", found.fewestValues},
+                                {"mostValues", found.mostValues},
+                                {"notNumeric", found.other},
+                                {"columns", places}};
+    Print(all.dump(2) + "\n");
+  } else if (found.numeric > 0) {
+    printColumns(found, delimiter, columns);
+  } else {
+    Print(WhyNone(text, options, found) + (found.other > 0 ? "; zp text lines shows why\n" : "\n"));
+  }
+}
+
+std::string csvLine(NumberReader & reader, std::vector<Cell> const & cells)
 {
   std::string line;
-  bool first = true;
-  for (int type; (type = file.GetNextTokenType()) != noToken; first = false) {
-    double const value = file.GetNext_Double();
-    if (type == emptyToken && !keepsEmpty) continue;
-    if (!first) line += ',';
-    if (type != emptyToken) line += fmt::format("{}", value);
+  for (Cell const & cell : cells) {
+    if (&cell != &cells.front()) line += ',';
+    reader.Read(cell.text);
+    reader.AppendTo(line);
   }
   return line + '\n';
 }
 
-void showNumbers(Options const & options, int & status)
+void showNumbers(TextOptions const & options, int & status)
 {
-  auto const file = load(options);
-  char const delimiter = adoptDelimiter(*file);
-  bool const keepsEmpty = delimiter == ',' || delimiter == '\t';
-  std::vector<Misfit> misfits;
-  int written = 0;
-  while (file->ReadLine() != -1) {
-    if (file->GetCurLineNumber() <= options.skip || isBlank(*file)) continue;
-    if (file->GetValueCount() != 0) {
-      Print(csvLine(*file, keepsEmpty));
-      ++written;
-    } else if (auto misfit = findMisfit(*file)) {
-      misfits.push_back(std::move(*misfit));
-    }
-  }
+  TextLines text(options, PassesOf(options));
+  char const delimiter = ChooseDelimiter(text, options);
+  if (IsTerminal(standardOutput)) text.EndProgress();
+  NumberReader reader(options.decimalComma);
+  TextSurvey const found =
+      SurveyLines(text, delimiter, options, [&](std::vector<Cell> const & cells) { Print(csvLine(reader, cells)); });
   FlushOutput();
-  reportMisfits(stderr, options, misfits);
-  if (written == 0) throw Failure(fmt::format("{}: no line is numeric; zp text lines shows why", options.file));
-  status = misfits.empty() ? exitDone : exitWanting;
+  ReportMisfits(stderr, options, found);
+  if (found.numeric == 0) throw Failure(WhyNone(text, options, found));
+  if (found.fewestValues != found.mostValues) {
+    fmt::print(stderr, "zp: {}: lines have {} values; {}\n", options.ShownName(), ValueCounts(found),
+               delimiter == blankDelimiter ? "where one is missing between blanks, those behind it have moved up"
+                                           : "short ones were not filled up");
+  }
+  status = found.other == 0 ? exitDone : exitWanting;
 }
 
-using Action = void (*)(Options const & options, int & status);
+using Action = void (*)(TextOptions const & options, int & status);
 
-void addCommand(CLI::App & text, char const * name, char const * about, Action action, int & status)
+CLI::App * addCommand(CLI::App & text, char const * name, char const * about, std::shared_ptr<TextOptions> const & options,
+                      Action action, int & status)
 {
-  auto const options = std::make_shared<Options>();
   CLI::App * const command = text.add_subcommand(name, about);
-  command->add_option("FILE", options->file, "A text file with CR LF line ends")->required();
-  if (action != showColumns) {
-    command->add_option("--skip", options->skip, "Lines at the begin, such as a header, that aren't looked at")
-        ->check(CLI::NonNegativeNumber);
-    command->add_option("--report", options->report, "How many lines that aren't numeric are shown (20)")
-        ->check(CLI::NonNegativeNumber);
-  }
-  if (action != showNumbers) command->add_flag("--json", options->json, "Print JSON");
+  command->add_option("FILE", options->file, "A text file, or - for standard input")->required();
+  command->add_option("--skip", options->skip, "Lines at the begin, such as a header, that aren't looked at")->check(g_Count);
+  command->add_option("--delimiter", options->delimiter,
+                      "comma, tab, semicolon, blank (blanks and tabs in any mixture) or another character; by default the one "
+                      "that makes most lines numeric");
+  command->add_option("--comment", options->comment, "Leave out the rest of a line from this text on");
+  command->add_flag("--decimal-comma", options->decimalComma, "Numbers have a comma where others have a point");
   command->callback([options, action, &status] { action(*options, status); });
+  return command;
 }
 
 }  // namespace
@@ -244,9 +163,18 @@ void AddTextCommands(CLI::App & app, int & status)
 {
   CLI::App * const text = app.add_subcommand("text", "Look into numeric text files");
   text->require_subcommand(1);
-  addCommand(*text, "lines", "Count numeric, blank and other lines, and show the others; status 1 if there are any", showLines,
-             status);
-  addCommand(*text, "columns", "Show the delimiter or the character columns of the values", showColumns, status);
-  addCommand(*text, "numbers", "Print the values as CSV; lines that aren't numeric are reported, with status 1", showNumbers,
-             status);
+  auto const options = std::make_shared<TextOptions>();
+  CLI::App * const lines =
+      addCommand(*text, "lines", "Count numeric, blank and other lines, and show the others; status 1 if there are any", options,
+                 showLines, status);
+  CLI::App * const columns =
+      addCommand(*text, "columns", "Show the delimiter and the character columns of the values", options, showColumns, status);
+  CLI::App * const numbers =
+      addCommand(*text, "numbers", "Print the values as CSV; lines that aren't numeric are reported, with status 1", options,
+                 showNumbers, status);
+  for (CLI::App * const command : {lines, columns}) command->add_flag("--json", options->json, "Print JSON");
+  for (CLI::App * const command : {lines, numbers})
+    command->add_option("--report", options->report, "How many lines that aren't numeric are shown")
+        ->check(g_Count)
+        ->capture_default_str();
 }

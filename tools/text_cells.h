@@ -1,0 +1,43 @@
+// A line's cells, and the numbers in them.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct Cell {
+  std::string_view text;  // without white space around it
+  int column;             // of its first character, or of its delimiter if it is empty, from 1
+};
+
+constexpr char blankDelimiter = ' ';  // blanks and tabs in any mixture
+
+// The cells between single delimiters, or between runs of blanks. A cell in double quotes keeps the delimiters in it.
+void CutCells(std::string_view line, char delimiter, std::vector<Cell> & cells);
+
+// The text between the quotes around it, or itself.
+std::string_view WithoutQuotes(std::string_view text);
+
+// Takes cells one after the other as the numbers that they are. A number is decimal, finite and the whole cell; it may stand in
+// quotes and have Fortran's D for an E.
+class NumberReader {
+ public:
+  explicit NumberReader(bool decimalComma) : m_bDecimalComma(decimalComma) {}
+
+  // False if the cell is no number and not empty.
+  bool Read(std::string_view cell);
+  bool IsMissing() const { return m_Text.empty(); }
+
+  // The last cell's number in the shortest form that gives the same double; as it stands if it has more digits than a double.
+  void AppendTo(std::string & csv) const;
+
+ private:
+  bool HasNumberCharacters(std::string_view text) const;
+  std::string_view InPlainForm(std::string_view text);
+  bool IsHeldByDouble() const;
+
+  bool m_bDecimalComma;
+  std::string m_strPlain;
+  std::string_view m_Text;  // of the last cell, in plain form
+  double m_dValue = 0.0;
+};
