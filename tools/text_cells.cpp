@@ -14,12 +14,11 @@
 
 namespace {
 
-constexpr std::string_view g_Blanks = " \t\f\v\n\x1A";
 constexpr int surelyHeldDigits = DBL_DIG;
 
 bool isBlank(char c)
 {
-  return g_Blanks.find(c) != std::string_view::npos;
+  return c == ' ' || (c >= '\t' && c <= '\f') || c == '\x1A';
 }
 
 bool isDelimiter(char c, char delimiter)
