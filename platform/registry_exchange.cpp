@@ -2,6 +2,8 @@
 
 #include <zpbase/platform/registry.h>
 
+#include <algorithm>
+
 #include "platform/registry_text_internal.h"
 
 namespace zp {
@@ -11,13 +13,16 @@ constexpr std::string_view k_LineEnd = "\r\n";
 constexpr std::string_view k_WideMark = "\xFF\xFE";  // UTF-16, low byte first
 constexpr std::string_view k_WideForm = "Windows Registry Editor Version 5.00";
 
-std::string narrowed(std::string_view bytes)
+// lost grows by the characters that have become '?'.
+std::string narrowed(std::string_view bytes, int & lost)
 {
   std::u16string wide;
   for (size_t i = 0; i + 1 < bytes.size(); i += 2)
     wide += static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) | static_cast<unsigned char>(bytes[i + 1]) << 8);
   std::string text;
   AppendWide(text, wide);
+  auto const marks = std::count(text.begin(), text.end(), '?') - std::count(wide.begin(), wide.end(), u'?');
+  lost += static_cast<int>(marks);
   return text;
 }
 
@@ -35,7 +40,7 @@ bool hasWideData(DWORD type)
   return type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
 }
 
-RegistryEntry entryOf(RegistryLine const & line, bool wide)
+RegistryEntry entryOf(RegistryLine const & line, bool wide, int & lost)
 {
   RegistryEntry entry;
   entry.m_Kind = line.m_Kind == RegistryLine::Value         ? RegistryEntry::SetValue
@@ -44,24 +49,25 @@ RegistryEntry entryOf(RegistryLine const & line, bool wide)
   entry.m_strKey = CString(line.m_Path);
   entry.m_strName = CString(line.m_Name);
   entry.m_nType = line.m_nType;
-  entry.m_strData = CString(wide && hasWideData(line.m_nType) ? narrowed(line.m_Data) : line.m_Data);
+  entry.m_strData = CString(wide && hasWideData(line.m_nType) ? narrowed(line.m_Data, lost) : line.m_Data);
   return entry;
 }
 
 }  // namespace
 
-bool ReadRegistryText(std::string_view text, std::vector<RegistryEntry> & entries, int & damaged)
+bool ReadRegistryText(std::string_view text, std::vector<RegistryEntry> & entries, int & damaged, int & lost)
 {
   entries.clear();
   damaged = 0;
-  std::string const plain = text.starts_with(k_WideMark) ? narrowed(text.substr(k_WideMark.size())) : std::string(text);
+  lost = 0;
+  std::string const plain = text.starts_with(k_WideMark) ? narrowed(text.substr(k_WideMark.size()), lost) : std::string(text);
   bool const wide = plain.starts_with(k_WideForm);
   if (!wide && !IsRegistryText(plain)) return false;
   WalkRegistryText(plain, [&](RegistryLine const & line) {
     if (line.m_Kind == RegistryLine::Other) {
       if (!isExpected(std::string_view(plain).substr(line.m_nBegin, line.m_nEnd - line.m_nBegin))) ++damaged;
     } else if (line.m_Kind != RegistryLine::Key) {
-      entries.push_back(entryOf(line, wide));
+      entries.push_back(entryOf(line, wide, lost));
     }
   });
   return true;

@@ -89,14 +89,18 @@ void ImportSettings(SettingsOptions const & options, int & status)
   std::string const name = options.file == "-" ? "standard input" : options.file;
   std::vector<zp::RegistryEntry> entries;
   int damaged = 0;
-  if (!zp::ReadRegistryText(ReadWholeFile(options.file), entries, damaged))
+  int lost = 0;
+  if (!zp::ReadRegistryText(ReadWholeFile(options.file), entries, damaged, lost))
     throw Failure(fmt::format("{}: is no registration-entries file; it must begin with REGEDIT4", name));
   Tally tally;
   for (zp::RegistryEntry const & entry : entries) take(store, entry, name, tally);
   Print(fmt::format("{}: {} taken, {} refused, {}, {} of other keys than {}\n", name, Counted(tally.taken, "setting"),
                     tally.refused, Counted(static_cast<unsigned>(damaged), "damaged line"), tally.elsewhere,
                     zp::TextToUtf8(store.Branch().View())));
+  if (lost > 0)
+    fmt::print(stderr, "zp: {}: {} that Windows-1252 lacks became \"?\"\n", name,
+               Counted(static_cast<unsigned>(lost), "character"));
   if (tally.elsewhere > 0 && tally.taken + tally.refused == 0)
     throw Failure(fmt::format("{}: has no settings of this application; name the one that it is for with -c and -a", name));
-  if (tally.refused > 0 || damaged > 0) status = exitWanting;
+  if (tally.refused > 0 || damaged > 0 || lost > 0) status = exitWanting;
 }

@@ -91,9 +91,10 @@ struct RegistryEntry {
   CString m_strData;
 };
 
-// The steps of a text in their order; damaged lines are passed over and counted. Both published forms are read, "REGEDIT4" and
+// The steps of a text in their order; damaged lines are passed over and counted, and so are the characters of wide text that have
+// become '?' because Windows-1252 lacks them. Both published forms are read, "REGEDIT4" and
 // "Windows Registry Editor Version 5.00" with its wide characters; false for any other.
-ZP_API bool ReadRegistryText(std::string_view text, std::vector<RegistryEntry> & entries, int & damaged);
+ZP_API bool ReadRegistryText(std::string_view text, std::vector<RegistryEntry> & entries, int & damaged, int & lost);
 
 // The same as a "REGEDIT4" text.
 ZP_API std::string WriteRegistryText(std::vector<RegistryEntry> const & entries);

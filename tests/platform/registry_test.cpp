@@ -218,7 +218,8 @@ TEST_F(Registry, TextsFromElsewhereAreStepsInTheirOrder)
       "\r\n";
   std::vector<zp::RegistryEntry> entries;
   int damaged = 0;
-  ASSERT_TRUE(zp::ReadRegistryText(plain, entries, damaged));
+  int lost = 0;
+  ASSERT_TRUE(zp::ReadRegistryText(plain, entries, damaged, lost));
   ASSERT_EQ(entries.size(), 4u);
   EXPECT_EQ(damaged, 0);
   EXPECT_EQ(entries[3].m_Kind, zp::RegistryEntry::RemoveKey);
@@ -226,12 +227,13 @@ TEST_F(Registry, TextsFromElsewhereAreStepsInTheirOrder)
   std::string wide = "\xFF\xFE";
   for (
       char const c :
-      "Windows Registry Editor Version 5.00\r\n[HKEY_CURRENT_USER\\K]\r\n\"a\"=\"\x80\"\r\n@=hex(2):25,00,41,00,00,00\r\n;\r\n?"s)
-    wide += c == '\x80' ? "\xAC\x20"s : std::string{c, '\0'};  // the euro sign
-  ASSERT_TRUE(zp::ReadRegistryText(wide, entries, damaged));
+      "Windows Registry Editor Version 5.00\r\n[HKEY_CURRENT_USER\\K]\r\n\"a\"=\"\x80?\x81\"\r\n@=hex(2):25,00,41,00,00,00\r\n;\r\n?"s)
+    wide += c == '\x80' ? "\xAC\x20"s : c == '\x81' ? "\xB1\x03"s : std::string{c, '\0'};  // the euro sign, and an alpha
+  ASSERT_TRUE(zp::ReadRegistryText(wide, entries, damaged, lost));
   ASSERT_EQ(entries.size(), 2u);
   EXPECT_EQ(damaged, 1);
-  EXPECT_EQ(std::string(entries[0].m_strData.View()), "\x80\0"s);
+  EXPECT_EQ(lost, 1);
+  EXPECT_EQ(std::string(entries[0].m_strData.View()), "\x80??\0"s);
   EXPECT_EQ(std::string(entries[1].m_strData.View()), "%A\0"s);
-  EXPECT_FALSE(zp::ReadRegistryText("[HKEY_CURRENT_USER]\n", entries, damaged));
+  EXPECT_FALSE(zp::ReadRegistryText("[HKEY_CURRENT_USER]\n", entries, damaged, lost));
 }
