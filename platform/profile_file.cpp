@@ -61,6 +61,15 @@ bool sameName(std::string_view a, std::string_view b)
   return EqualsNoCase(trimmed(a), trimmed(b));
 }
 
+// "Misc\\Sub" is of "Misc".
+bool isOfSection(std::string_view name, std::string_view section)
+{
+  std::string_view const own = trimmed(name);
+  std::string_view const above = trimmed(section);
+  bool const fits = own.size() == above.size() || (own.size() > above.size() && own[above.size()] == '\\');
+  return fits && EqualsNoCase(own.substr(0, above.size()), above);
+}
+
 std::string_view lineEndOf(std::string_view text)
 {
   size_t const end = text.find('\n');
@@ -211,10 +220,11 @@ bool ProfileFile::Remove(std::string_view section, std::string_view key)
 
 bool ProfileFile::RemoveSection(std::string_view section)
 {
+  if (trimmed(section).empty()) return false;
   return Change([&](std::string_view text) {
     std::string kept;
     WalkProfile(text, [&](ProfileLine const & line) {
-      if (line.m_Kind == ProfileLine::Other || !sameName(line.m_Section, section)) kept += line.m_Line;
+      if (line.m_Kind == ProfileLine::Other || !isOfSection(line.m_Section, section)) kept += line.m_Line;
     });
     return kept;
   });

@@ -35,7 +35,7 @@ class ProfileFile {
   // Each replaces the whole file durably; false if that fails or if the form of the file can't hold the text.
   bool Set(std::string_view section, std::string_view key, std::string_view value);
   bool Remove(std::string_view section, std::string_view key);
-  bool RemoveSection(std::string_view section);
+  bool RemoveSection(std::string_view section);  // with those below it; false for the empty one
 
   // Every section, key and text in the file's order, each once.
   void List(std::function<void(std::string_view section, std::string_view key, std::string_view value)> const & visit);

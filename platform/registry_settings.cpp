@@ -81,7 +81,10 @@ class RegistrySettings : public SettingsBackEnd {
     return wasRemoved(GetUserHive().DeleteValue(PathOf(section), key));
   }
 
-  bool RemoveSection(std::string_view section) override { return wasRemoved(GetUserHive().DeleteTree(PathOf(section))); }
+  bool RemoveSection(std::string_view section) override
+  {
+    return !section.empty() && wasRemoved(GetUserHive().DeleteTree(PathOf(section)));
+  }
 
   std::vector<Setting> List() override
   {

@@ -24,6 +24,8 @@ class SettingsBackEnd {
   virtual bool SetInt(std::string_view section, std::string_view key, int value) = 0;
   virtual bool SetBinary(std::string_view section, std::string_view key, std::string_view bytes) = 0;
   virtual bool Remove(std::string_view section, std::string_view key) = 0;
+
+  // The section and those below it, such as "Misc\\Sub" below "Misc". The empty section can't be removed.
   virtual bool RemoveSection(std::string_view section) = 0;
 
   virtual std::vector<Setting> List() = 0;

@@ -43,7 +43,8 @@ class ZP_API CWinApp : public CWinThread {
   // A block of *length bytes that the caller releases with delete[]; FALSE, with null and 0, if there is none.
   BOOL GetProfileBinary(char const * section, char const * key, BYTE ** bytes, UINT * length);
 
-  // FALSE if the store can't be written or can't hold the text. A null value removes the key, a null key its section.
+  // FALSE if the store can't be written or can't hold the text. A null value removes the key, a null key its section and
+  // those below it ("Misc\\Sub" is below "Misc"); the empty section can't be removed.
   BOOL WriteProfileInt(char const * section, char const * key, int value);
   BOOL WriteProfileString(char const * section, char const * key, char const * value);
   BOOL WriteProfileBinary(char const * section, char const * key, BYTE const * bytes, UINT length);

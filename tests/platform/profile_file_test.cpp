@@ -46,6 +46,14 @@ TEST_F(ProfileFile, AChangeTouchesItsOwnLineAlone)
             "; by hand\r\nstray line\r\n\r\n; of the next\r\n[Other]\r\nNew=-7\r\n\r\n[Third]\r\na=b\r\n");
 }
 
+TEST_F(ProfileFile, ARemovalOfASectionTakesThoseBelowItToo)
+{
+  m_Folder.Write("app.ini", "[Misc]\na=1\n[misc\\Sub]\nb=2\n[Miscellany]\nc=3\n[]\nd=4\n");
+  EXPECT_TRUE(m_App.WriteProfileString("Misc", nullptr, nullptr));
+  EXPECT_FALSE(m_App.WriteProfileString("", nullptr, nullptr));
+  EXPECT_EQ(m_Folder.Read("app.ini"), "[Miscellany]\nc=3\n[]\nd=4\n");
+}
+
 TEST_F(ProfileFile, TextsComeBackAsTheyWentIn)
 {
   for (char const * text : {"", " blanks ", "\"quoted\"", "'", "a=b;c", "[x]", "\xE4\x80", "\ttab"}) {

@@ -206,6 +206,8 @@ TEST_F(Registry, HoldsAnApplicationsSettings)
   for (zp::Setting const & s : app.ListSettings())
     all += (s.m_strSection + "." + s.m_strKey).GetString() + std::to_string(s.m_nType) + std::string(s.m_strData.View());
   EXPECT_EQ(all, "Misc.n4\xFE\xFF\xFF\xFFMisc.t1 x \0Misc\\Sub.b3\x1F\0"s);
+  EXPECT_FALSE(app.WriteProfileString("", nullptr, nullptr));
+  EXPECT_EQ(app.ListSettings().size(), 3u);
   EXPECT_TRUE(app.WriteProfileString("Misc", "t", nullptr));
   EXPECT_TRUE(app.WriteProfileString("Misc", nullptr, nullptr));
   EXPECT_TRUE(app.ListSettings().empty());
