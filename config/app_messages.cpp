@@ -239,7 +239,7 @@ Ids const g_Ids = registeredIds();
 
 unsigned int GetAppMessage(char const * name)
 {
-  for (size_t i = 0; i < g_Ids.size(); ++i)
+  for (size_t i = 0; name != nullptr && i < g_Ids.size(); ++i)
     if (std::string_view(name) == g_Messages[i].pName) return g_Ids[i];
   return 0;
 }

@@ -121,7 +121,7 @@ ZP_API int GetLoadAuthority();
 ZP_API int SetLoadAuthority(int level);
 
 // Ids of the application messages that the modules share, registered at load: the id of a name such as "UWM_DOQUICKSHEET", or
-// 0 for a name that isn't one of them.
+// 0 for null and for a name that isn't one of them.
 ZP_API unsigned int GetAppMessage(char const * name);
 
 // The short label of class number index of engineering units, such as "PRES" for 3; null outside.

@@ -2,6 +2,7 @@
 
 #include <zpbase/platform/messages.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -9,14 +10,22 @@
 namespace {
 
 constexpr UINT k_FirstId = 0xC000;
-constexpr UINT k_LastId = 0xFFFF;
+constexpr UINT k_Ids = 0x4000;
 constexpr size_t k_LongestName = 255;
 
 // Others register while the program is being loaded, so the table is made at its first use.
-std::unordered_map<std::string, UINT> & registered()
+std::unordered_map<UINT, std::string> & registered()
 {
-  static std::unordered_map<std::string, UINT> ids;
-  return ids;
+  static std::unordered_map<UINT, std::string> names;
+  return names;
+}
+
+// The upper 14 bits of FNV-1a over the bytes, so that each process gives a string the same id without asking another.
+UINT placeOf(std::string_view name)
+{
+  uint64_t hash = 0xCBF29CE484222325u;
+  for (char const c : name) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3u;
+  return static_cast<UINT>(hash >> 50);
 }
 
 }  // namespace
@@ -25,11 +34,10 @@ UINT RegisterWindowMessageA(char const * name)
 {
   std::string_view const text = name != nullptr ? name : "";
   if (text.empty() || text.size() > k_LongestName) return 0;
-  auto & ids = registered();
-  auto const found = ids.find(std::string(text));
-  if (found != ids.end()) return found->second;
-  if (ids.size() > k_LastId - k_FirstId) return 0;
-  auto const id = static_cast<UINT>(k_FirstId + ids.size());
-  ids.emplace(text, id);
-  return id;
+  UINT const place = placeOf(text);
+  for (UINT i = 0; i < k_Ids; ++i) {
+    UINT const id = k_FirstId + (place + i) % k_Ids;
+    if (registered().try_emplace(id, text).first->second == text) return id;
+  }
+  return 0;
 }

@@ -75,8 +75,9 @@ ZP_API void PostQuitMessage(int exitCode);
 ZP_API UINT SetTimer(HWND window, UINT id, UINT interval, TIMERPROC callback);
 ZP_API BOOL KillTimer(HWND window, UINT id);
 
-// The id, from 0xC000 to 0xFFFF, of a message named by a string: one string has one id in the whole process. 0 for an empty
-// string, one of more than 255 characters, and when all ids are taken.
+// The id, from 0xC000 to 0xFFFF, of a message named by a string, which counts byte for byte. It follows from the string alone, so
+// that every process gives the same; only a string that meets the id of one registered before it in its process has the next free
+// one there. 0 for an empty string, one of more than 255 characters, and when all ids are taken.
 ZP_API UINT RegisterWindowMessageA(char const * name);
 
 namespace zp {
