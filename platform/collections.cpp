@@ -25,6 +25,12 @@ void checkRange(int index, int count, int size)
   if (index < 0 || count < 0 || index > size || count > size - index) AfxThrowInvalidArgException();
 }
 
+// The last index of all leaves no number for the size.
+void checkGrowth(int index)
+{
+  if (index < 0 || index == INT32_MAX) AfxThrowInvalidArgException();
+}
+
 }  // namespace
 
 size_t CObArray::Checked(int index) const
@@ -41,7 +47,7 @@ void CObArray::SetSize(int size)
 
 void CObArray::SetAtGrow(int index, CObject * element)
 {
-  if (index < 0) AfxThrowInvalidArgException();
+  checkGrowth(index);
   if (index >= GetSize()) SetSize(index + 1);
   m_Elements[static_cast<size_t>(index)] = element;
 }
@@ -97,6 +103,22 @@ size_t CPlainArray<Value>::Checked(int index) const
 }
 
 template <class Value>
+void CPlainArray<Value>::SetSize(int size)
+{
+  if (size < 0) AfxThrowInvalidArgException();
+  m_Elements.resize(static_cast<size_t>(size));
+}
+
+template <class Value>
+void CPlainArray<Value>::SetAtGrow(int index, Value const & value)
+{
+  checkGrowth(index);
+  Value const kept = value;  // growing moves the elements
+  if (index >= GetSize()) SetSize(index + 1);
+  m_Elements[static_cast<size_t>(index)] = kept;
+}
+
+template <class Value>
 int CPlainArray<Value>::Add(Value const & value)
 {
   m_Elements.push_back(value);
@@ -107,8 +129,9 @@ template <class Value>
 void CPlainArray<Value>::InsertAt(int index, Value const & value, int count)
 {
   if (index < 0 || count < 0) AfxThrowInvalidArgException();
+  Value const kept = value;  // growing moves the elements
   if (index > GetSize()) SetSize(index);
-  m_Elements.insert(m_Elements.begin() + index, static_cast<size_t>(count), value);
+  m_Elements.insert(m_Elements.begin() + index, static_cast<size_t>(count), kept);
 }
 
 template <class Value>

@@ -102,20 +102,21 @@ class ZP_API CObList : public CObject {
   std::vector<std::unique_ptr<Node[]>> m_Blocks;
 };
 
-// An array of plain values with checked indexes.
+// An array of plain values with checked indexes. A value to be stored may be one of the array's own elements.
 template <class Value>
 class CPlainArray : public CObject {
  public:
   int GetSize() const { return static_cast<int>(m_Elements.size()); }
   int GetUpperBound() const { return GetSize() - 1; }
   bool IsEmpty() const { return m_Elements.empty(); }
-  void SetSize(int size) { m_Elements.resize(static_cast<size_t>(size)); }
+  void SetSize(int size);  // new elements are empty or 0
   void RemoveAll() { m_Elements.clear(); }
   Value const & GetAt(int index) const { return m_Elements[Checked(index)]; }
   Value & ElementAt(int index) { return m_Elements[Checked(index)]; }
   Value const & operator[](int index) const { return GetAt(index); }
   Value & operator[](int index) { return ElementAt(index); }
   void SetAt(int index, Value const & value) { m_Elements[Checked(index)] = value; }
+  void SetAtGrow(int index, Value const & value);
   int Add(Value const & value);
   void InsertAt(int index, Value const & value, int count = 1);
   void RemoveAt(int index, int count = 1);
