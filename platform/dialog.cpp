@@ -19,10 +19,13 @@ void CDialog::CreateControls()
   }
 }
 
+// A parent that has no window is as good as none.
 int CDialog::DoModal()
 {
   m_pTemplate = zp::FindTemplate(m_nTemplateID);
-  if (m_pTemplate == nullptr || !Create(m_pTemplate->m_pTitle, WS_OVERLAPPED, m_pDialogParent)) return -1;
+  bool const hasParent = m_pDialogParent != nullptr && m_pDialogParent->GetSafeHwnd() != nullptr;
+  CWnd * const parent = hasParent ? m_pDialogParent : nullptr;
+  if (m_pTemplate == nullptr || !Create(m_pTemplate->m_pTitle, WS_OVERLAPPED, parent)) return -1;
   struct Window {
     CDialog & dialog;
     ~Window()

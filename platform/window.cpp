@@ -24,7 +24,7 @@ CWnd::~CWnd()
 
 BOOL CWnd::Create(char const * title, DWORD style, CWnd * parent, UINT id)
 {
-  if (m_hWnd != nullptr) return FALSE;
+  if (m_hWnd != nullptr || (parent != nullptr && parent->m_hWnd == nullptr)) return FALSE;
   m_hWnd = zp::AddWindow(*this, zp::GetThreadQueue());
   m_strText = title;
   m_nStyle = style;

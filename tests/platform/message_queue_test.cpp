@@ -80,6 +80,20 @@ TEST_F(MessageQueueTest, FiresTimersWhenTheyAreDueAndMissedOnesOnce)
   EXPECT_TRUE(Pump().empty());
 }
 
+TEST(Windows, StandOnlyBehindParentsThatHaveAWindow)
+{
+  CWnd child;
+  {
+    CWnd parent;
+    EXPECT_FALSE(child.Create("child", WS_CHILD, &parent, 1));
+    EXPECT_EQ(child.GetSafeHwnd(), nullptr);
+    EXPECT_TRUE(parent.Create("parent"));
+    EXPECT_TRUE(child.Create("child", WS_CHILD, &parent, 1));
+  }
+  EXPECT_EQ(child.GetSafeHwnd(), nullptr) << "gone with its parent";
+  EXPECT_FALSE(child.DestroyWindow());
+}
+
 TEST_F(MessageQueueTest, TakesPostsFromOtherThreadsAndForgetsWindowsThatAreGone)
 {
   struct Window : CWnd {
