@@ -90,10 +90,11 @@ LONGLONG MessageQueue::UntilDue(LONGLONG time) const
 
 void MessageQueue::Wait(int milliseconds)
 {
-  LONGLONG const due = UntilDue(now());
+  std::unique_lock lock(m_Mutex);
+  if (m_Quit && milliseconds < 0) return;
+  LONGLONG const due = m_Quit ? -1 : UntilDue(now());
   LONGLONG const most = milliseconds < 0 || (due >= 0 && due < milliseconds) ? due : milliseconds;
   auto const arrived = [this] { return !m_Messages.empty(); };
-  std::unique_lock lock(m_Mutex);
   if (most < 0)
     m_Posted.wait(lock, arrived);
   else

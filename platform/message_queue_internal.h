@@ -22,7 +22,8 @@ class MessageQueue {
   std::optional<MSG> Next(bool remove);
 
   // Waits until there is a posted message or a timer is due, at most that long; negative waits as long as it takes. The thread
-  // itself posts its quit, so that none can come while it waits.
+  // itself posts its quit, so that none can come while it waits. While one is pending no timer has its turn: none ends the wait,
+  // and a wait as long as it takes is over at once.
   void Wait(int milliseconds);
 
   UINT StartTimer(HWND window, UINT id, UINT interval, TIMERPROC callback);

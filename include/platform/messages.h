@@ -82,7 +82,8 @@ ZP_API UINT RegisterWindowMessageA(char const * name);
 
 namespace zp {
 
-// Waits until a message has been posted to the calling thread or one of its timers is due, at most that many milliseconds.
+// Waits until a message has been posted to the calling thread or one of its timers is due, at most that many milliseconds. Timers
+// don't count while a quit is pending, which goes before them.
 ZP_API void WaitForMessage(int milliseconds);
 
 }  // namespace zp

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <thread>
 
 #include <zpbase/messages.h>
+#include <zpbase/platform/time.h>
 #include <zpbase/platform/windows.h>
 
 namespace {
@@ -99,6 +101,40 @@ TEST_F(RunControl, PostsTheQuitAgainAndGoesOn)
   EXPECT_FALSE(GetMessageA(&message));
   EXPECT_EQ(message.wParam, 7u);
   EXPECT_FALSE(PeekMessageA(&message, PM_NOREMOVE));
+}
+
+// Rests 10 ms between rounds, and counts them.
+class CountingThread : public CWinThread {
+ public:
+  BOOL PumpMessage() override
+  {
+    if (++m_nRounds == 6) SetAbortFlag(1);
+    return CWinThread::PumpMessage();
+  }
+
+  int m_nRounds = 0;
+};
+
+TEST_F(RunControl, RestsBetweenRoundsThoughATimerIsDueBehindAQuit)
+{
+  CountingThread thread;
+  zp::ClockCalls const kept = zp::GetClockCalls();
+  static LONGLONG now = 0;
+  zp::GetClockCalls().SteadyMilliseconds = [] { return now; };
+  SetTimer(m_Window.GetSafeHwnd(), 1, 10, nullptr);
+  now = 10;
+  PostQuitMessage(7);
+  SetPauseFlag(1);
+  auto const begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(AbortRun(), 1);
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(50));
+  EXPECT_TRUE(m_Window.m_Seen.empty());
+  zp::WaitForMessage(-1);  // doesn't wait for what can't come
+  MSG message;
+  EXPECT_FALSE(GetMessageA(&message));
+  EXPECT_TRUE(GetMessageA(&message)) << "the timer, once the quit is gone";
+  KillTimer(m_Window.GetSafeHwnd(), 1);
+  zp::GetClockCalls() = kept;
 }
 
 TEST(RunControlWithoutAThreadObject, DeliversTheMessagesAllTheSame)
