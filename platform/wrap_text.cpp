@@ -7,6 +7,13 @@
 namespace zp {
 namespace {
 
+// A byte that a terminal takes as a command: the controls, and the bytes that code page 1252 leaves open, which are controls in
+// the terminal's text.
+bool isControl(char c)
+{
+  return static_cast<unsigned char>(c) < ' ' || std::string_view("\x7F\x81\x8D\x8F\x90\x9D").find(c) != std::string_view::npos;
+}
+
 std::string harmless(std::string_view line)
 {
   std::string shown(line);
@@ -14,7 +21,7 @@ std::string harmless(std::string_view line)
   for (char & c : shown)
     if (c == '\t')
       c = ' ';
-    else if (static_cast<unsigned char>(c) < ' ' || c == '\x7F')
+    else if (isControl(c))
       c = '?';
   return shown;
 }

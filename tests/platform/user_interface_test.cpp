@@ -129,10 +129,10 @@ TEST(Terminal, WrapsAtBlanksAndLetsNoTextSteerIt)
 {
   Outcome const outcome = withoutTerminal([] {
     return AfxMessageBox(
-        "The file C:\\a very long path\\that nobody wants to read in one line\\a.obj\r\n\x1b[2J\x07 Temp\xE9rature");
+        "The file C:\\a very long path\\that nobody wants to read in one line\\a.obj\r\n\x1b[2J\x07\x9D Temp\xE9rature");
   });
   EXPECT_EQ(outcome.shown,
-            "The file C:\\a very long path\\that nobody wants to read in one line\\a.obj\n?[2J? Temp\xC3\xA9rature\n");
+            "The file C:\\a very long path\\that nobody wants to read in one line\\a.obj\n?[2J?? Temp\xC3\xA9rature\n");
   Outcome const narrow = onTerminal("", [] { return AfxMessageBox("one two three four five six seven eight nine ten"); });
   EXPECT_EQ(narrow.shown, "one two three four five six seven eight\r\nnine ten\r\n");
   Outcome const word = withoutTerminal([] { return AfxMessageBox(std::string(170, 'x').c_str()); });
