@@ -52,6 +52,13 @@ int showFormatted(unsigned int type, unsigned int icon, unsigned int id, va_list
   return BeepMsgBox(text, type, icon, id);
 }
 
+// The text as it stands in the resources, or the id.
+CString resourceText(unsigned int id)
+{
+  CString text;
+  return text.LoadString(id) != 0 ? text : zp::FormatResource(id, {});
+}
+
 CString systemText(unsigned long error)
 {
   char * text = nullptr;
@@ -80,7 +87,7 @@ int BeepMsgBox(CString const & text, unsigned int type, unsigned int icon, unsig
 
 int BeepMsgBox(unsigned int id, unsigned int type, unsigned int icon, unsigned int helpId)
 {
-  return BeepMsgBox(zp::FormatResource(id, {}), type, icon, helpId != 0 ? helpId : id);
+  return BeepMsgBox(resourceText(id), type, icon, helpId != 0 ? helpId : id);
 }
 
 int PrintfMsgBox(unsigned int id, ...)
@@ -116,7 +123,7 @@ int SystemErrorMsgBox(unsigned long error, CString const & state)
 
 int SystemErrorMsgBox(unsigned long error, unsigned int id)
 {
-  return SystemErrorMsgBox(error, zp::FormatResource(id, {}));
+  return SystemErrorMsgBox(error, resourceText(id));
 }
 
 void GPBeep(unsigned int type)

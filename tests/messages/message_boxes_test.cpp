@@ -5,6 +5,7 @@
 #include <zpbase/config.h>
 #include <zpbase/messages.h>
 #include <zpbase/platform/application.h>
+#include <zpbase/platform/resources.h>
 
 #include "tests/support/RecordingInterface.h"
 #include "tests/support/TempFolder.h"
@@ -44,6 +45,23 @@ TEST_F(MessageBoxes, GiveIconAndHelpTheirDefaults)
   BeepMsgBox(43150, 0, 0, 0);
   EXPECT_EQ(m_UI.m_Messages.back().helpId, 43150u);
   EXPECT_EQ(m_UI.m_Messages.back().text, "Do you want to leave Zephlow?");
+}
+
+char const * findShare(UINT id)
+{
+  return id == 70001 ? "100%% of %s" : nullptr;
+}
+
+TEST_F(MessageBoxes, ShowAResourceAsItStandsUnlessItIsFormatted)
+{
+  zp::RegisterResourceModule(&findShare);
+  BeepMsgBox(70001, 0, 0, 0);
+  EXPECT_EQ(m_UI.m_Messages.back().text, "100%% of %s");
+  SystemErrorMsgBox(2, 70001);
+  EXPECT_TRUE(m_UI.m_Messages.back().text.ends_with("100%% of %s"));
+  PrintfMsgBox(70001, {"it"});
+  EXPECT_EQ(m_UI.m_Messages.back().text, "100% of it");
+  zp::UnregisterResourceModule(&findShare);
 }
 
 TEST_F(MessageBoxes, BeepAlwaysForProblemsAndElseIfAllowed)
