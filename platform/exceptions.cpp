@@ -59,7 +59,7 @@ std::string sentenceOf(char const * const (&sentences)[count], int cause, CStrin
   size_t const row = cause >= 0 && static_cast<size_t>(cause) < count ? static_cast<size_t>(cause) : 1;
   std::string sentence(sentences[row]);
   if (size_t const place = sentence.find("%s"); place != std::string::npos)
-    sentence.replace(place, 2, name.IsEmpty() ? std::string_view("The data") : name.View());
+    sentence.replace(place, 2, name.IsEmpty() ? std::string_view(place == 0 ? "The data" : "the data") : name.View());
   return sentence;
 }
 
