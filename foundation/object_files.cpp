@@ -13,40 +13,49 @@ constexpr int bufferSize = 4096;
 constexpr unsigned int unreadableFileID = 43782;  // name, cause, text
 constexpr UINT sentenceSize = 260;
 
-// Shows why the file can't be read, and releases the exception.
-void tellDamage(CString const & name, CArchiveException * problem)
+// Shows why the file can't be read.
+void tellDamage(CString const & name, CArchiveException const & problem)
 {
-  ExceptionGuard const guard(problem);
   char sentence[sentenceSize];
-  problem->GetErrorMessage(sentence, sentenceSize);
-  PrintfMsgBox(unreadableFileID, {name.GetString(), problem->m_cause, sentence});
+  problem.GetErrorMessage(sentence, sentenceSize);
+  PrintfMsgBox(unreadableFileID, {name.GetString(), problem.m_cause, sentence});
 }
 
-// Loads and, on an archive's exception, shows it and leaves the container empty.
+// What read raises passes, and closes the file all the same.
+template <class Read>
+int loadFile(CString const & name, Read read)
+{
+  if (GPFile::IsEmpty(name)) return 0;
+  GPFile file(name);
+  file.Open(CFile::modeRead);
+  CArchive archive(&file, CArchive::load, bufferSize);
+  read(archive);
+  archive.Close();
+  if (file.IsOpen()) file.Close();
+  return 1;
+}
+
+// On an archive's exception the message comes first, while the elements read so far and the file are still there; then the
+// container is emptied.
 template <class Container>
 int loadContainer(CString const & name, Container & container)
 {
-  try {
-    return LoadObjectFile(name, container);
-  } catch (CArchiveException * problem) {
-    container.Empty();
-    tellDamage(name, problem);
-    return 1;
-  }
+  return loadFile(name, [&](CArchive & archive) {
+    try {
+      container.Serialize(archive);
+    } catch (CArchiveException * problem) {
+      ExceptionGuard const guard(problem);
+      tellDamage(name, *problem);
+      container.Empty();
+    }
+  });
 }
 
 }  // namespace
 
 int LoadObjectFile(CString const & name, CObject & object)
 {
-  if (GPFile::IsEmpty(name)) return 0;
-  GPFile file(name);
-  file.Open(CFile::modeRead);
-  CArchive archive(&file, CArchive::load, bufferSize);
-  object.Serialize(archive);
-  archive.Close();
-  if (file.IsOpen()) file.Close();
-  return 1;
+  return loadFile(name, [&](CArchive & archive) { object.Serialize(archive); });
 }
 
 // Everything is streamed into memory first: content that a stream can't hold raises while the old file still stands.

@@ -71,6 +71,26 @@ TEST_F(ObjectFiles, ThatAreCutLeaveContainersEmptyWithAMessage)
   EXPECT_NE(m_UI.m_Messages.back().text.find("(problem 3)"), std::string::npos);
 }
 
+TEST_F(ObjectFiles, ThatAreCutShowTheirMessageBeforeTheContainerIsEmptied)
+{
+  m_Folder.Write("cut", FromHex("0200  FFFF 0100 0300 \"GPs\"  0100 02\"ab\"  0180 0200"));
+  GPObArray container;
+  int elements = 0;
+  bool inUse = false;
+  m_UI.m_WhileShown = [&] {
+    elements = container.GetSize();
+    inUse = !CFile().Open(m_Folder.Name("cut"), CFile::modeReadWrite);
+  };
+  EXPECT_EQ(container.Load(m_Folder.Name("cut")), 1);
+  EXPECT_EQ(elements, 1);
+  EXPECT_TRUE(inUse);
+  EXPECT_TRUE(container.IsEmpty());
+
+  m_UI.m_WhileShown = [] { throw 0; };
+  EXPECT_THROW(container.Load(m_Folder.Name("cut")), int);
+  EXPECT_TRUE(CFile().Open(m_Folder.Name("cut"), CFile::modeReadWrite));
+}
+
 TEST_F(ObjectFiles, OfItemsLetTheArchivesExceptionPass)
 {
   GPs text(1, "ab");
