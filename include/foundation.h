@@ -72,21 +72,26 @@ class ZP_API GPObList : public CObList {
   GPObList & operator+=(GPObList const & other);
   ~GPObList() override;
 
+  // Count and elements from head to tail; loading empties the list first.
   void Serialize(CArchive & ar) override;
 
+  // As GPObject's, but an archive's exception shows a message and leaves the list empty, with result 1.
   virtual int Load(CString const & name);
   virtual int Store(CString const & name);
 
-  // As for the array, but Init skips null elements of the source.
+  // Moves the pointers of other behind the own elements, as for the array.
   void Append(GPObList * other, int removeFromOther);
-  void Empty();
+
+  void Empty();  // deletes the elements, from the tail
+
+  // Ascending by Compare, not stable; all elements must be non-null.
   void Sort();
 
   // Ordered insertion, in front of equal elements. The list takes the object over.
   void InsertObject(GPObject * object);
 
  protected:
-  void Init(GPObList const & other);
+  void Init(GPObList const & other);  // appends clones; null elements of other are left out
   void SerializeElements(CArchive & ar, CRuntimeClass const * elementClass);
 };
 
@@ -132,8 +137,11 @@ class ZP_API GPUIntArray : public CUIntArray {
   // 1 if the value was added, 0 if it was refused or removed. An empty valid allows every value.
   int AddUIntVal(unsigned int value, unsigned int flags, GPUIntArray const & valid);
 
-  // Adds each value of a run such as "5-9" or "9-5", both ends included. An end that reads as 0 is 1; equal ends add nothing.
-  // Gives the growth in size, negative if the flags removed values.
+  // Adds each value of a run such as "5-9" or "9-5", both ends included, as AddUIntVal does. An end that reads as 0 is 1; equal
+  // ends add nothing. A text without '-' is the far end of a run from 1: "7" adds 1 to 7. Gives the growth in size, negative if
+  // the flags removed values. A range that would take the array beyond 1,048,576 elements, sixteen times what a stream holds, and
+  // one longer than that without a valid list, is refused whole: 0, nothing changed. valid counts as it stands before, even if it
+  // is this array.
   int AddUIntRange(CString const & text, unsigned int flags, GPUIntArray const & valid);
 
   // The low 16 bits of each element in a new array that the caller releases with delete[]; null if there are none.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -41,6 +42,18 @@ int causeOf(Action action)
     return cause;
   }
   return CArchiveException::none;
+}
+
+template <class Exception>
+bool raises(std::function<void()> const & action)
+{
+  try {
+    action();
+  } catch (Exception * raised) {
+    raised->Delete();
+    return true;
+  }
+  return false;
 }
 
 TEST(GPUIntArray, RunsGoUpAndDown)
@@ -147,6 +160,57 @@ TEST(GPUIntArray, RangesInTextTakeZerosAndMissingSidesAsOne)
   EXPECT_EQ(array.AddUIntRange("2-8", GPUIntArray::addToggles, GPUIntArray()), -7);
   EXPECT_EQ(array.AddUIntRange("1-3", GPUIntArray::addUnique | GPUIntArray::addSorted, GPUIntArray(2, 3)), 2);
   EXPECT_EQ(valuesOf(array), (Values{1, 2, 3, 9}));
+}
+
+// A range is what its values are one after the other, whatever the flags, the order and the elements that are there.
+TEST(GPUIntArray, RangesFollowTheFlagsAsSingleValuesDo)
+{
+  Values const starts[] = {{}, {2, 4, 4, 9}, {9, 4, 2, 4, 0xFFFFFFFE, 2}};
+  for (Values const & start : starts) {
+    for (Values const & valid : {Values{}, Values{4, 2, 4, 12, 0xFFFFFFFE, 3}}) {
+      for (unsigned int flags = 0; flags < 8; ++flags) {
+        GPUIntArray up = arrayOf(start);
+        GPUIntArray expected = arrayOf(start);
+        for (UINT value = 1; value <= 6; ++value) expected.AddUIntVal(value, flags, arrayOf(valid));
+        EXPECT_EQ(up.AddUIntRange("1-6", flags, arrayOf(valid)), expected.GetSize() - static_cast<int>(start.size()));
+        EXPECT_EQ(valuesOf(up), valuesOf(expected)) << flags;
+        GPUIntArray down = arrayOf(start);
+        expected = arrayOf(start);
+        for (int value = 3; value >= -3; --value) expected.AddUIntVal(static_cast<UINT>(value), flags, arrayOf(valid));
+        down.AddUIntRange("3--3", flags, arrayOf(valid));
+        EXPECT_EQ(valuesOf(down), valuesOf(expected)) << flags;
+      }
+    }
+  }
+}
+
+TEST(GPUIntArray, RangesThatNoMemoryHoldsAreRefusedWhole)
+{
+  GPUIntArray array(5, 5);
+  EXPECT_EQ(array.AddUIntRange("1-2147483647", 0, GPUIntArray()), 0);
+  EXPECT_EQ(array.AddUIntRange("1-1048576", 0, GPUIntArray()), 0);
+  EXPECT_EQ(valuesOf(array), (Values{5}));
+  EXPECT_EQ(array.AddUIntRange("2147483647-1", GPUIntArray::addToggles, GPUIntArray(4, 6)), 1);
+  EXPECT_EQ(valuesOf(array), (Values{6, 4}));
+  EXPECT_EQ(array.AddUIntRange("1-1048576", GPUIntArray::addUnique | GPUIntArray::addSorted, GPUIntArray()), 1048574);
+  EXPECT_EQ(array.AddUIntRange("1048577-1048578", 0, GPUIntArray()), 0);
+  EXPECT_EQ(array.AddUIntRange("1-3", GPUIntArray::addToggles, GPUIntArray()), -3);
+}
+
+TEST(CUIntArray, GrowsBehindItsEndAndRefusesBadIndexes)
+{
+  CUIntArray array;
+  array.SetAtGrow(2, 7);
+  array.SetAtGrow(0, 1);
+  array.InsertAt(500, array[2]);  // an element of its own, which moves
+  array.SetAtGrow(5000, array[2]);
+  EXPECT_EQ(array.GetSize(), 5001);
+  EXPECT_EQ((Values{array[0], array[1], array[2], array[500], array[5000]}), (Values{1, 0, 7, 7, 7}));
+  std::function<void()> const refused[] = {[&] { array.SetSize(-1); },     [&] { array.SetAtGrow(-1, 0); },
+                                           [&] { array.InsertAt(-1, 0); }, [&] { array.RemoveAt(5000, 2); },
+                                           [&] { array.GetAt(5001); },     [&] { array.SetAtGrow(INT32_MAX, 0); }};
+  for (auto const & action : refused) EXPECT_TRUE(raises<CInvalidArgException>(action));
+  EXPECT_EQ(array.GetSize(), 5001);
 }
 
 TEST(GPUIntArray, FilesHoldTheLowSixteenBits)
