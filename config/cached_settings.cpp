@@ -63,43 +63,41 @@ int markOf(SwitchSetting const & setting, bool on)
 int isOn(Switch which)
 {
   SwitchSetting const & setting = g_Switches[which];
-  int & mark = GetCachedSettings().m_Switches[which];
-  if (mark == 0) {
+  int const mark = KeptValue(GetCachedSettings().m_Switches[which], 0, [&setting] {
     bool const on = setting.bOnWhenUnset ? !GetSysNo(k_Misc, setting.pKey()) : GetSysYes(k_Misc, setting.pKey()) != 0;
-    mark = markOf(setting, on);
-  }
+    return markOf(setting, on);
+  });
   return mark == setting.nOn;
 }
 
 double baseValue(Base which)
 {
-  double & value = GetCachedSettings().m_Bases[which];
-  if (value == 0.0) {
+  return KeptValue(GetCachedSettings().m_Bases[which], 0.0, [which] {
     CString text;
     GetSysString(text, k_Misc, g_Bases[which].pKey, CString());
-    value = text.IsEmpty() ? g_Bases[which].fWhenUnset : TextToDouble(text.View());
-  }
-  return value;
+    return text.IsEmpty() ? g_Bases[which].fWhenUnset : TextToDouble(text.View());
+  });
 }
 
 int cachedFlag(unsigned int & cache, char const * key)
 {
-  if (cache == k_NotRead) cache = static_cast<unsigned int>(GetSysYes(GetExcelSectionKey(), key));
-  return static_cast<int>(cache);
+  auto const read = [key] { return static_cast<unsigned int>(GetSysYes(GetExcelSectionKey(), key)); };
+  return static_cast<int>(KeptValue(cache, k_NotRead, read));
 }
 
 int changeFlag(unsigned int & cache, char const * key, int flag)
 {
   int const former = cachedFlag(cache, key);
-  cache = static_cast<unsigned int>(flag);
+  cache = flag != 0;
   SetSysFlag(GetExcelSectionKey(), key, flag);
   return former;
 }
 
-CString const & cachedFormat(CString & cache, char const * key, unsigned int resourceID)
+CString const & cachedFormat(CachedText & cache, char const * key, unsigned int resourceID)
 {
-  if (cache.IsEmpty() && GetSysString(cache, k_Misc, key, CString()) == 0) cache.LoadString(resourceID);
-  return cache;
+  return KeptText(cache, [key, resourceID](CString & text) {
+    if (GetSysString(text, k_Misc, key, CString()) == 0) text.LoadString(resourceID);
+  });
 }
 
 }  // namespace
@@ -219,9 +217,8 @@ int FlushMsgWin()
 
 int GetCompSelectBy()
 {
-  unsigned int & cache = GetCachedSettings().m_nCompSelectBy;
-  if (cache == k_NotRead) cache = static_cast<unsigned int>(GetSysInt(k_Misc, "CompSelectBy", 0));
-  return static_cast<int>(cache);
+  auto const read = [] { return static_cast<unsigned int>(GetSysInt(k_Misc, "CompSelectBy", 0)); };
+  return static_cast<int>(KeptValue(GetCachedSettings().m_nCompSelectBy, k_NotRead, read));
 }
 
 void SetCompSelectBy(int value)
@@ -268,10 +265,10 @@ CString const & GetShortDateFormat()
 
 CString const & GetSDBCFRValFormat()
 {
-  return cachedFormat(GetCachedSettings().m_strCFRValue, GetSDBCFRValFmtKey(), k_CFRValueFormatID);
+  return cachedFormat(GetCachedSettings().m_CFRValue, GetSDBCFRValFmtKey(), k_CFRValueFormatID);
 }
 
 CString const & GetSDBPropValFormat()
 {
-  return cachedFormat(GetCachedSettings().m_strPropertyValue, GetSDBPropValFmtKey(), k_PropertyValueFormatID);
+  return cachedFormat(GetCachedSettings().m_PropertyValue, GetSDBPropValFmtKey(), k_PropertyValueFormatID);
 }

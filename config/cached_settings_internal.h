@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include <zpbase/platform/application.h>
 #include <zpbase/platform/string.h>
 
 namespace zp {
@@ -23,6 +24,12 @@ enum Colour {
 };
 enum Base { baseKelvin, baseRankine, baseBar, baseKgCm2, basePsi, baseCount };
 
+// A text in memory; one without an application is read again when there is one.
+struct CachedText {
+  CString m_strText;  // empty: not read
+  bool m_bFromSettings = false;
+};
+
 struct CachedSettings {
   CachedSettings() { m_Colours.fill(k_NotRead); }
 
@@ -33,11 +40,33 @@ struct CachedSettings {
   std::array<int, switchCount> m_Switches = {};  // 0: not read
   std::array<double, baseCount> m_Bases = {};    // 0.0: not read
   CString m_strShortDate;                        // empty: not read
-  CString m_strCFRValue;
-  CString m_strPropertyValue;
+  CachedText m_CFRValue;
+  CachedText m_PropertyValue;
   int m_nAuthority = 0;  // 0: not read
 };
 
 CachedSettings & GetCachedSettings();
+
+// What cache holds, or else what read gives. That is kept if there is an application whose settings it can come from: without one
+// it is the default, and a setting may still appear.
+template <class Value, class Read>
+Value KeptValue(Value & cache, Value notRead, Read read)
+{
+  if (cache != notRead) return cache;
+  Value const value = read();
+  if (AfxGetApp() != nullptr) cache = value;
+  return value;
+}
+
+// The same for a text, which read puts into its argument; it stays where it is until the cache is emptied.
+template <class Read>
+CString const & KeptText(CachedText & cache, Read read)
+{
+  bool const canRead = AfxGetApp() != nullptr;
+  if (!cache.m_strText.IsEmpty() && (cache.m_bFromSettings || !canRead)) return cache.m_strText;
+  read(cache.m_strText);
+  cache.m_bFromSettings = canRead;
+  return cache.m_strText;
+}
 
 }  // namespace zp

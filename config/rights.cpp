@@ -36,13 +36,11 @@ char GetAuthorityAppendChar(int level)
 
 int GetUserAuthority()
 {
-  int & level = zp::GetCachedSettings().m_nAuthority;
-  if (level == 0) {
+  return zp::KeptValue(zp::GetCachedSettings().m_nAuthority, 0, [] {
     CString name;
     GetSysString(name, GetAuthSectionKey(), GetAuthorityKey(), CString());
-    level = name.IsEmpty() ? k_UserLevel : GetSysAuthority(name);
-  }
-  return level;
+    return name.IsEmpty() ? k_UserLevel : GetSysAuthority(name);
+  });
 }
 
 int GetLoadAuthority()

@@ -48,24 +48,23 @@ bool takeComma(std::string_view & text)
   return found;
 }
 
-// False for a text that doesn't begin with three numbers and two commas, each right behind its number.
-bool readColour(std::string_view text, unsigned int & colour)
+// Leaves colour as it is for a text that doesn't begin with three numbers and two commas, each right behind its number.
+void readColour(std::string_view text, unsigned int & colour)
 {
   unsigned int red, green, blue;
   bool const whole = takeByte(text, red) && takeComma(text) && takeByte(text, green) && takeComma(text) && takeByte(text, blue);
   if (whole) colour = red | green << 8 | blue << 16;
-  return whole;
 }
 
 unsigned long cachedColour(Colour which)
 {
-  unsigned int & colour = GetCachedSettings().m_Colours[which];
-  if (colour == k_NotRead) {
+  return KeptValue(GetCachedSettings().m_Colours[which], k_NotRead, [which] {
     CString text;
     GetSysString(text, k_Misc, g_Colours[which].pKey, CString());
-    if (!readColour(text.View(), colour)) colour = g_Colours[which].nWhenUnset;
-  }
-  return colour;
+    unsigned int colour = g_Colours[which].nWhenUnset;
+    readColour(text.View(), colour);
+    return colour;
+  });
 }
 
 }  // namespace

@@ -19,9 +19,9 @@ CString & rootDirectory()
   return directory;
 }
 
-CString & olderSystemPrefix()
+zp::CachedText & olderSystemPrefix()
 {
-  static CString prefix;
+  static zp::CachedText prefix;
   return prefix;
 }
 
@@ -46,22 +46,21 @@ CString const & GetSystemRootDirectory()
 
 CString const & GetZP3SystemPathPrefix()
 {
-  CString & prefix = olderSystemPrefix();
-  if (!prefix.IsEmpty()) return prefix;
-  if (GetSysString(prefix, GetZPXDirSectionKey(), k_OlderSystemKey, CString()) > 0) {
-    prefix += '\\';
-  } else {
-    prefix = GetSystemPathPrefix();
-  }
-  return prefix;
+  return zp::KeptText(olderSystemPrefix(), [](CString & prefix) {
+    if (GetSysString(prefix, GetZPXDirSectionKey(), k_OlderSystemKey, CString()) > 0) {
+      prefix += '\\';
+    } else {
+      prefix = GetSystemPathPrefix();
+    }
+  });
 }
 
 void FlushSysINIValues()
 {
   rootDirectory().Empty();
-  olderSystemPrefix().Empty();
+  olderSystemPrefix() = {};
   zp::CachedSettings & cached = zp::GetCachedSettings();
   cached.m_strShortDate.Empty();
-  cached.m_strCFRValue.Empty();
-  cached.m_strPropertyValue.Empty();
+  cached.m_CFRValue = {};
+  cached.m_PropertyValue = {};
 }

@@ -54,7 +54,8 @@ ZP_API void FlushSysINIValues();
 ZP_API int InitRegistry(CString const & company, CString const & application, CString const & section);
 
 // Preferences: one reader each, with its section, key and default fixed. Those marked "kept" are read from the store once and
-// then live in memory, where their writers keep them in step; a change made to the store by other ways is not seen.
+// then live in memory, where their writers keep them in step; a change made to the store by other ways is not seen. Without an
+// application object they give their defaults, and none is kept.
 
 // Reports and accounting. Off or empty unless set; the file is GetDefOutFile, which isn't written back.
 ZP_API int GetDefAcctFlag();

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
 #include <string>
 
@@ -79,6 +80,41 @@ TEST_F(Preferences, KeptFlagsStayInStepWithTheirWritersAlone)
   EXPECT_EQ(m_Folder.Read("app.ini"),
             "[ExcelSettings]\nShowExcel=No\nIsVBServer=Yes\nRptExcel=Yes\n\n"
             "[Misc]\nOldCalc=Yes\nCompSelectBy=7\nAcctFlag=Yes\nRptASCII=Yes\nAcctCode=C7\n");
+}
+
+TEST_F(Preferences, FlagsOfAnyNumberAreOneOrZero)
+{
+  for (int const flag : {5, -1}) {
+    SetShowExcelFlag(flag);
+    SetIsVBServerFlag(flag);
+    EXPECT_EQ(GetShowExcelFlag(), 1) << flag;
+    m_App.WriteProfileString("ExcelSettings", "ShowExcel", "No");
+    EXPECT_EQ(SetShowExcelFlag(0), 1) << flag;
+    EXPECT_EQ(SetIsVBServerFlag(0), 1) << flag;
+  }
+}
+
+TEST(PreferencesBeforeTheApplication, AreDefaultsThatDontStay)
+{
+  TempFolder const folder;
+  folder.Write("app.ini",
+               "[Misc]\nBeep=Yes\nKBase=1\nEULabels=1, 2, 3\nCompSelectBy=4\nCFRVal=%.2f\n[ExcelSettings]\n"
+               "ShowExcel=Yes\n[Authorization]\nAuthority=Mgr\n[Directory]\nZP3System=C:\\old\n");
+  zp::ForgetCachedSettings();
+  auto const all = [] {
+    return std::array<double, 6>{double(AllowBeep()),        GetKBase(),
+                                 double(GetEULabelColor()),  double(GetCompSelectBy()),
+                                 double(GetShowExcelFlag()), double(GetUserAuthority())};
+  };
+  EXPECT_EQ(all(), (std::array<double, 6>{0, 273.15, 128, 0, 0, 3}));
+  EXPECT_STREQ(GetSDBCFRValFormat(), "%g");
+  EXPECT_EQ(GetZP3SystemPathPrefix(), GetSystemPathPrefix());
+  CWinApp app("App");
+  app.SetProfileFile(folder.Name("app.ini"));
+  EXPECT_EQ(all(), (std::array<double, 6>{1, 1, 0x030201, 4, 1, 4}));
+  EXPECT_STREQ(GetSDBCFRValFormat(), "%.2f");
+  EXPECT_STREQ(GetZP3SystemPathPrefix(), "C:\\old\\");
+  zp::ForgetCachedSettings();
 }
 
 TEST_F(Preferences, ReportFileFallsBackWithoutWriting)
