@@ -4,7 +4,6 @@
 
 #include <langinfo.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <ctime>
@@ -12,6 +11,7 @@
 
 #include <zpbase/platform/string.h>
 
+#include "platform/locale_formats_internal.h"
 #include "platform/user_locale_internal.h"
 
 namespace {
@@ -20,7 +20,7 @@ constexpr size_t maxShown = 256;  // bytes of a date or time in the locale's own
 
 bool isDate(SYSTEMTIME const & date)
 {
-  if (date.wYear < 1601 || date.wYear > 30827) return false;
+  if (date.wYear < 1601 || date.wYear > 30827 || date.wMonth > 12 || date.wDay > 31) return false;
   return std::chrono::year_month_day(std::chrono::year(date.wYear), std::chrono::month(date.wMonth), std::chrono::day(date.wDay))
       .ok();
 }
@@ -42,16 +42,6 @@ std::tm brokenDown(SYSTEMTIME const & time)
   return fields;
 }
 
-// Only for a date that exists.
-void addDays(std::tm & fields)
-{
-  using namespace std::chrono;
-  year_month_day const date(year(fields.tm_year + 1900), month(static_cast<unsigned>(fields.tm_mon + 1)),
-                            day(static_cast<unsigned>(fields.tm_mday)));
-  fields.tm_wday = static_cast<int>(weekday(sys_days(date)).c_encoding());
-  fields.tm_yday = static_cast<int>((sys_days(date) - sys_days(date.year() / January / 1)).count());
-}
-
 // Length of the UTF-8 sequence that begins with lead; 1 for a byte that begins none.
 size_t sequenceLength(unsigned char lead)
 {
@@ -61,7 +51,7 @@ size_t sequenceLength(unsigned char lead)
 CString textOf(std::string_view shown, std::string_view codeset)
 {
   bool const isUtf8 = codeset == "UTF-8";
-  bool const isLatin = codeset.starts_with("ISO-8859-1") || codeset == "CP1252";
+  bool const isLatin = codeset == "ISO-8859-1" || codeset == "CP1252";
   CString text;
   for (size_t i = 0; i < shown.size();) {
     size_t const length = isUtf8 ? sequenceLength(static_cast<unsigned char>(shown[i])) : 1;
@@ -77,40 +67,12 @@ CString textOf(std::string_view shown, std::string_view codeset)
   return text;
 }
 
-// Takes "%S" out of a time format: with the separator in front of it, or in a format that marks its fields behind them
-// ("%Hh%Mm%Ss") with the mark behind it.
-std::string withoutSeconds(std::string format)
-{
-  size_t const seconds = format.find("%S");
-  if (seconds == std::string::npos) return format;
-  size_t const behind = seconds + 2;
-  size_t const markEnd = std::min(format.find_first_of(" %", behind), format.size());
-  if (markEnd > behind) return format.erase(seconds, markEnd - seconds);
-  size_t const field = seconds > 0 ? format.rfind('%', seconds - 1) : std::string::npos;
-  size_t const separator = field == std::string::npos ? 0 : std::min(field + 2, seconds);
-  return format.erase(separator, behind - separator);
-}
-
-void replaceAll(std::string & text, std::string_view what, std::string_view by)
-{
-  for (size_t place = 0; (place = text.find(what, place)) != std::string::npos; place += by.size())
-    text.replace(place, what.size(), by);
-}
-
-std::string timeFormat(locale_t locale, DWORD flags)
-{
-  std::string format = nl_langinfo_l(T_FMT, locale);
-  char const * const halfDays = nl_langinfo_l(T_FMT_AMPM, locale);
-  replaceAll(format, "%r", *halfDays != '\0' ? halfDays : "%I:%M:%S %p");
-  replaceAll(format, "%T", "%H:%M:%S");
-  return (flags & TIME_NOSECONDS) != 0 ? withoutSeconds(format) : format;
-}
-
 // The result of the published operations: the characters with their zero, or 0.
 int show(locale_t locale, std::string const & format, std::tm const & fields, char * out, int size)
 {
   char shown[maxShown];
-  size_t const length = strftime_l(shown, sizeof shown, format.c_str(), &fields, locale);
+  size_t length = strftime_l(shown, sizeof shown, format.c_str(), &fields, locale);
+  while (length > 0 && shown[length - 1] == ' ') --length;  // where a locale has no word for the half of the day
   CString const text = textOf({shown, length}, nl_langinfo_l(_NL_TIME_CODESET, locale));
   if (length == 0 || text.GetLength() >= size) return 0;
   std::memcpy(out, text.GetString(), static_cast<size_t>(text.GetLength()) + 1);
@@ -135,14 +97,12 @@ int GetDateFormatA(LCID, DWORD, SYSTEMTIME const * date, char const *, char * te
 {
   zp::Locale const locale = zp::UserLocale(LC_TIME_MASK);
   if (!locale || !isDate(*date)) return 0;
-  std::tm fields = brokenDown(*date);
-  addDays(fields);
-  return show(locale.get(), "%x", fields, text, size);
+  return show(locale.get(), zp::ShortDateFormat(locale.get()), brokenDown(*date), text, size);
 }
 
 int GetTimeFormatA(LCID, DWORD flags, SYSTEMTIME const * time, char const *, char * text, int size)
 {
   zp::Locale const locale = zp::UserLocale(LC_TIME_MASK);
   if (!locale || !isTime(*time)) return 0;
-  return show(locale.get(), timeFormat(locale.get(), flags), brokenDown(*time), text, size);
+  return show(locale.get(), zp::TimeFormat(locale.get(), (flags & TIME_NOSECONDS) == 0), brokenDown(*time), text, size);
 }

@@ -88,6 +88,7 @@ int ParseDateString(DateVals & date, CString const & text)
   date = DateVals();
   if (text.IsEmpty()) return 1;
   auto const fields = readFields(text.View());
+  if (fields[Year] < 0) return 0;  // a number of more than 31 bits
   DateVals const read(fullYear(fields[Year]), fields[Month], fields[Day]);
   if (!zp::IsDate(read.m_nYear, read.m_nMonth, read.m_nDay)) return 0;
   date = read;

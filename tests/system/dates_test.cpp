@@ -109,6 +109,7 @@ TEST(Dates, AreReadInTheOrderOfThePattern)
       {"12/31/3000", 1, {3000, 12, 31}},
       {"1/1/3001", 0, {0, 0, 0}},
       {"1/99999999999999999999/00", 0, {0, 0, 0}},
+      {"1/1/4294967295", 0, {0, 0, 0}},
   };
   zp::ForgetDateOrder();
   for (Row const & row : rows) {
@@ -213,7 +214,9 @@ void expectTexts(char const * date, char const * time)
   GetSystemTime(moment);
   EXPECT_TRUE(moment == TimeVals(16, 0, 0));
 
-  GetUserDate(text = "kept", DateVals(2000, 2, 30));
+  text = "kept";
+  for (DateVals const & none : {DateVals(2000, 2, 30), DateVals(2000, 257, 1), DateVals(2000, 1, 257), DateVals(2000, 0, 1)})
+    GetUserDate(text, none);
   EXPECT_EQ(text, "kept");
   GetUserTime(text, TimeVals(24, 0, 0));
   EXPECT_EQ(text, "kept");
@@ -234,9 +237,33 @@ TEST(DatesInLocales, American)
   RunInLocale("en_US", "ISO-8859-1", [] { expectTexts("04/01/2000", "04:00 PM"); });
 }
 
-TEST(DatesInLocales, WithMarksBehindTheirFields)
+struct InLocale {
+  char const * name;
+  char const * date;
+  char const * time;
+  char const * picture;
+};
+
+// Locales whose own date has a named month or weekday or other digits, or whose time tells the zone.
+class DatesInLocalesWithWords : public testing::TestWithParam<InLocale> {};
+
+TEST_P(DatesInLocalesWithWords, AreNumbersThatCanBeReadBack)
 {
-  RunInLocale("ja_JP", "UTF-8", [] { expectTexts("2000?04?01?", "16?00?"); });
+  InLocale const & expected = GetParam();
+  RunInLocale(expected.name, "UTF-8", [&expected] {
+    expectTexts(expected.date, expected.time);
+    EXPECT_EQ(GetShortDateFormat(), expected.picture);
+  });
 }
+
+InLocale const g_Locales[] = {
+    {"nb_NO", "01. 04 2000", "kl. 16.00", "dd. MM yyyy"}, {"is_IS", "1.04 2000", "16:00", "d.MM yyyy"},
+    {"ms_MY", "01 04 2000", "16:00", "dd MM yyyy"},       {"ar_EG", "01 04, 2000", "04:00 ?", "dd MM, yyyy"},
+    {"fa_IR", "00/04/01", "16:00", "yy/MM/dd"},           {"sq_AL", "1.4.00", "04:00.MD", "d.M.yy"},
+    {"ko_KR", "2000? 04? 01?", "16? 00?", "yyyy/MM/dd"},  {"zh_HK", "2000?04?01?", "?? 04?00?", "yyyy/MM/dd"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Of, DatesInLocalesWithWords, testing::ValuesIn(g_Locales),
+                         [](auto const & run) { return std::string(run.param.name); });
 
 }  // namespace
