@@ -1,11 +1,14 @@
 // The terminal's user interface: messages on standard error, wrapped to its width, and answers from standard input where both
-// are terminals. Without one the safe answer is given at once, and shown.
+// are terminals. The thread's messages are delivered while it waits for one. Without a terminal the safe answer is given at once,
+// and shown.
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -18,6 +21,7 @@ namespace {
 
 constexpr size_t defaultWidth = 80;  // columns
 constexpr size_t minWidth = 20;
+constexpr int inputWait = 10;  // milliseconds between two looks at the thread's messages
 
 // One thing that can be answered: its letter in "[y/n]", its words, and the id that it stands for.
 struct Choice {
@@ -94,11 +98,34 @@ bool canAsk()
   return IsTerminal(STDIN_FILENO) && IsTerminal(STDERR_FILENO);
 }
 
-// False at the end of the input.
-bool readLine(std::string & line)
+// Delivers what is there for the thread, up to a quit, which stays for the program's own loop.
+void deliverMessages()
+{
+  CWinThread * const thread = AfxGetThread();
+  for (MSG next; PeekMessageA(&next, PM_NOREMOVE) && next.message != WM_QUIT;) {
+    if (thread != nullptr) {
+      thread->PumpMessage();
+    } else {
+      PeekMessageA(&next, PM_REMOVE);
+      DispatchMessageA(&next);
+    }
+  }
+}
+
+bool hasInput()
+{
+  pollfd input{STDIN_FILENO, POLLIN, 0};
+  return poll(&input, 1, inputWait) > 0;
+}
+
+// False at the end of the input, and when a message has made the answer needless.
+bool readLine(std::string & line, std::function<bool()> const & isOver)
 {
   line.clear();
   for (char c = 0;;) {
+    deliverMessages();
+    if (isOver()) return false;
+    if (!hasInput()) continue;
     ssize_t const got = read(STDIN_FILENO, &c, 1);
     if (got < 0 && errno == EINTR) continue;
     if (got <= 0) return false;
@@ -124,8 +151,8 @@ Choice const & safeChoice(Choices const & choices)
   return safe != choices.end() ? *safe : choices.back();
 }
 
-// Asks until one of the keys is at the head of a line; the end of the input is the safe choice.
-Choice const & ask(Choices const & choices)
+// Asks until one of the keys is at the head of a line; the end of the input, or of what is asked for, is the safe choice.
+Choice const & ask(Choices const & choices, std::function<bool()> const & isOver)
 {
   if (!canAsk()) {
     writeAll("(" + zp::TextToUtf8(safeChoice(choices).words) + ")\n");
@@ -133,7 +160,7 @@ Choice const & ask(Choices const & choices)
   }
   for (std::string line;;) {
     writeAll(keysOf(choices) + " ");
-    if (!readLine(line)) return safeChoice(choices);
+    if (!readLine(line, isOver)) return safeChoice(choices);
     size_t const first = line.find_first_not_of(" \t");
     char const key = first != std::string::npos ? lower(line[first]) : '\0';
     auto const chosen = std::find_if(choices.begin(), choices.end(), [key](Choice const & choice) { return choice.cKey == key; });
@@ -181,7 +208,7 @@ class Terminal : public CUserInterface {
   {
     print(iconWord(style) + std::string(text.View()));
     Choices const choices = choicesOf(style);
-    return choices.empty() ? IDOK : ask(choices).nAnswer;
+    return choices.empty() ? IDOK : ask(choices, [] { return false; }).nAnswer;
   }
 
   int RunDialog(CDialog & dialog) override
@@ -196,7 +223,8 @@ class Terminal : public CUserInterface {
     }
     while (!dialog.IsEnded() && !choices.empty()) {
       if (canAsk()) print(legend(choices));
-      dialog.SendMessage(WM_COMMAND, static_cast<WPARAM>(ask(choices).nAnswer));
+      int const answer = ask(choices, [&dialog] { return dialog.IsEnded(); }).nAnswer;
+      if (!dialog.IsEnded()) dialog.SendMessage(WM_COMMAND, static_cast<WPARAM>(answer));
       if (!canAsk()) break;
     }
     return dialog.GetResult();

@@ -125,6 +125,37 @@ TEST(Terminal, AsksUntilAKeyFits)
   EXPECT_NE(run.shown.find("\x1b[38;2;128;0;0m"), std::string::npos);
 }
 
+// Tells on standard error that a message has come.
+class TellingWindow : public CWnd {
+ public:
+  LRESULT WindowProc(UINT, WPARAM, LPARAM) override { return write(STDERR_FILENO, "delivered", 9); }
+};
+
+class DialogEndedByAMessage : public CDialog {
+ public:
+  DialogEndedByAMessage() : CDialog(323) {}
+  BOOL OnInitDialog() override { return PostMessage(WM_USER); }
+  LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+  {
+    if (message == WM_USER) EndDialog(77);
+    return CDialog::WindowProc(message, wParam, lParam);
+  }
+};
+
+TEST(Terminal, DeliversMessagesWhileItWaits)
+{
+  Outcome const outcome = onTerminal("y\n", [] {
+    TellingWindow window;
+    window.Create("w");
+    window.PostMessage(WM_USER);
+    PostQuitMessage(1);
+    return ask();
+  });
+  EXPECT_EQ(outcome.answer, IDYES);
+  EXPECT_NE(outcome.shown.find("delivered"), std::string::npos);
+  EXPECT_EQ(onTerminal("", [] { return static_cast<int>(DialogEndedByAMessage().DoModal()); }).answer, 77);
+}
+
 TEST(Terminal, WrapsAtBlanksAndLetsNoTextSteerIt)
 {
   Outcome const outcome = withoutTerminal([] {
