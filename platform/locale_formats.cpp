@@ -85,13 +85,23 @@ void takeOut(Parts & parts, std::string_view letters)
   }
 }
 
-// Names of months become their numbers, and no number is padded with a blank.
-void useNumbers(Parts & parts)
+// No number is padded with a blank.
+void dropBlanks(Parts & parts)
 {
   for (Part & part : parts) {
-    if (isFieldOf(part, "bBh")) part = {'m', "%m"};
     if (part.cLetter == 'e') part = {'d', "%-d"};
+    if (part.cLetter == 'k') part = {'H', "%-H"};
+    if (part.cLetter == 'l') part = {'I', "%-I"};
   }
+}
+
+// Names of months become their numbers, which need something between them and the next field.
+void useNumbers(Parts & parts)
+{
+  for (Part & part : parts)
+    if (isFieldOf(part, "bBh")) part = {'m', "%m"};
+  for (size_t i = 1; i < parts.size(); ++i)
+    if (!isText(parts, i - 1) && !isText(parts, i)) parts.insert(parts.begin() + static_cast<std::ptrdiff_t>(i), {0, "/"});
 }
 
 bool hasEachFieldOnce(Parts const & parts)
@@ -112,6 +122,7 @@ Parts shortDateParts(locale_t locale)
   Parts parts = partsOf(format);
   takeOut(parts, "aA");
   useNumbers(parts);
+  dropBlanks(parts);
   return hasEachFieldOnce(parts) ? parts : partsOf(usualDate);
 }
 
@@ -153,7 +164,7 @@ void takeOutSeconds(Parts & parts)
 void useWholeDay(Parts & parts)
 {
   for (Part & part : parts)
-    if (isFieldOf(part, "Il")) part = {'H', "%H"};
+    if (isFieldOf(part, "I")) part = {'H', "%H"};
 }
 
 }  // namespace
@@ -187,6 +198,7 @@ std::string TimeFormat(locale_t locale, bool withSeconds)
   replaceAll(format, "%T", "%H:%M:%S");
   Parts parts = partsOf(format);
   takeOut(parts, "zZ");
+  dropBlanks(parts);
   if (!withSeconds) takeOutSeconds(parts);
   if (*nl_langinfo_l(PM_STR, locale) == '\0') useWholeDay(parts);
   return textOf(parts);
