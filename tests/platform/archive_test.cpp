@@ -251,6 +251,25 @@ TEST(Archive, LeavesTheFileBehindWhatItReadAndWritesNothingAfterAnException)
   EXPECT_EQ(folder.Read("numbers"), "abcdefgh");
 }
 
+TEST(Archive, ExceptionsWithoutAFileNameTellOfTheData)
+{
+  struct Row {
+    int cause;
+    char const * sentence;
+  } const rows[] = {{CArchiveException::genericException, "An unspecified error occurred in the data."},
+                    {CArchiveException::endOfFile, "The data ends before what it should hold."}};
+  for (Row const & row : rows) {
+    try {
+      AfxThrowArchiveException(row.cause);
+    } catch (CArchiveException * problem) {
+      char text[80];
+      EXPECT_EQ(problem->GetErrorMessage(text, sizeof text), 1);
+      EXPECT_STREQ(text, row.sentence);
+      problem->Delete();
+    }
+  }
+}
+
 TEST(Archive, CarriesBlocksLargerThanItsBuffer)
 {
   std::string big(10000, '\0');
