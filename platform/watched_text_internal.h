@@ -38,7 +38,7 @@ class WatchedText {
 
   std::string m_strFile;
   std::string m_Text;
-  Descriptor m_Held;       // the file that was read
+  Descriptor m_Held;        // the file that was read
   long long m_nLooked = 0;  // when its name led to it last, in nanoseconds of the steady clock
   struct stat m_Stamp = {};
   int m_nError = 0;
