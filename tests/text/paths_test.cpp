@@ -2,10 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <vector>
 
+#include <zpbase/config.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/text.h>
 
@@ -117,6 +122,50 @@ TEST_F(FileSearchTest, ANameWithoutOneIsAUserThenAPoolFile)
   EXPECT_EQ(Find("x"), "work\\x.UF");
   m_Folder.Write("bin/z.UF", "");
   EXPECT_EQ(Find(m_Folder.Name("bin\\z")), "bin\\z.UF");
+}
+
+// Files beside the program, where the system's own lie, for as long as a test runs.
+class SystemFiles {
+ public:
+  explicit SystemFiles(std::string const & name) : m_strName(name + std::to_string(getpid())) {}
+  ~SystemFiles()
+  {
+    for (std::filesystem::path const & file : m_Made) std::filesystem::remove(file);
+  }
+
+  void Make(std::string const & extension)
+  {
+    m_Made.push_back(std::filesystem::read_symlink("/proc/self/exe").parent_path() / (m_strName + extension));
+    std::ofstream const file(m_Made.back());
+  }
+  std::string const & Name() const { return m_strName; }
+  CString Find(char const * extension = "") const
+  {
+    CString found;
+    FindZephlowFile(found, (m_strName + extension).c_str());
+    return found;
+  }
+
+ private:
+  std::string m_strName;
+  std::vector<std::filesystem::path> m_Made;
+};
+
+TEST_F(FileSearchTest, TheSystemDirectoryStandsBehindWorkAndBehindPool)
+{
+  SystemFiles files("zp-search-");
+  CString const beside = GetSystemPathPrefix() + files.Name().c_str();
+  files.Make(".SF");
+  EXPECT_EQ(files.Find(), beside + ".SF");
+  m_Folder.Write("pool/" + files.Name() + ".PF", "");
+  EXPECT_EQ(files.Find(), poolfile_path + CString(files.Name().c_str()) + ".PF");
+  files.Make(".UF");
+  EXPECT_EQ(files.Find(), beside + ".UF");
+  m_Folder.Write("bin/" + files.Name() + ".dat", "");
+  files.Make(".dat");
+  EXPECT_EQ(files.Find(".dat"), beside + ".dat");
+  m_Folder.Write("work/" + files.Name() + ".dat", "");
+  EXPECT_EQ(files.Find(".dat"), workfile_path + CString(files.Name().c_str()) + ".dat");
 }
 
 }  // namespace
