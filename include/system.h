@@ -67,7 +67,8 @@ ZP_API int ParseDateString(DateVals & date, CString const & text);
 ZP_API void GetStartOfWeek(DateVals & out, DateVals const & date, int flag);
 ZP_API void GetEndOfWeek(DateVals & out, DateVals const & date);
 
-// The first day of the month that the date, or with a flag the one a week before, is in. Then the last day of the date's month.
+// The first day of the month that the date, or with a flag the one a week before, is in. Then the last day of the month that the
+// date names; it is told by the day behind it, so December 3000 raises the exception of a date out of range.
 ZP_API void GetStartOfMonth(DateVals & out, DateVals const & date, int flag);
 ZP_API void GetEndOfMonth(DateVals & out, DateVals const & date);
 

@@ -167,9 +167,8 @@ void GetStartOfMonth(DateVals & out, DateVals const & date, int flag)
 
 void GetEndOfMonth(DateVals & out, DateVals const & date)
 {
-  DateVals last;
-  zp::SetDayNumber(last, zp::DayNumber(date));
-  last.m_nDay = 31;
-  while (!zp::IsDate(last.m_nYear, last.m_nMonth, last.m_nDay)) --last.m_nDay;
-  out = last;
+  zp::DayNumber(date);  // raises for fields that are no date
+  bool const isDecember = date.m_nMonth == 12;
+  DateVals const next(isDecember ? date.m_nYear + 1 : date.m_nYear, isDecember ? 1 : date.m_nMonth + 1, 1);
+  zp::SetDayNumber(out, zp::DayNumber(next) - 1);
 }

@@ -70,6 +70,7 @@ TEST(Dates, OutsideTheirRangesRaise)
   DateVals out(7, 7, 7);
   EXPECT_EQ(codeOf([&] { GetStartOfWeek(out, DateVals(1970, 1, 1), 0); }), 0x80070057u);
   EXPECT_EQ(codeOf([&] { GetEndOfWeek(out, DateVals(3000, 12, 31)); }), 0x80070057u);
+  EXPECT_EQ(codeOf([&] { GetEndOfMonth(out, DateVals(3000, 12, 1)); }), 0x80070057u);
   EXPECT_EQ(fieldsOf(out), (Fields{7, 7, 7}));
 }
 
@@ -149,7 +150,7 @@ TEST(Dates, HaveMonths)
   GetEndOfMonth(out, DateVals(1999, 12, 31));
   EXPECT_EQ(fieldsOf(out), (Fields{1999, 12, 31}));
   GetEndOfMonth(out, DateVals(2001, 4, 31));
-  EXPECT_EQ(fieldsOf(out), (Fields{2001, 5, 31}));
+  EXPECT_EQ(fieldsOf(out), (Fields{2001, 4, 30}));
   GetStartOfMonth(out, DateVals(2001, 3, 4), 0);
   EXPECT_EQ(fieldsOf(out), (Fields{2001, 3, 1}));
   GetStartOfMonth(out, DateVals(2001, 3, 4), 1);
