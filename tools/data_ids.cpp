@@ -3,7 +3,6 @@
 #include "tools/data_ids.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include <zpbase/data.h>
 
@@ -126,6 +125,9 @@ std::vector<AreaNumber> DecodeInteractions(GPv const & item)
   constexpr unsigned int lastTag = 133;
   int const slots = item.GetSize() / slotBytes;
   if (item.GetSize() % slotBytes != 0) return {};
+  float values[2 * (lastTag + 1 - firstTag)];
+  GPUnifacBip::As(item).Unload(values[0], values[1], values[2], values[3], values[4], values[5], values[6], values[7], values[8],
+                               values[9], values[10], values[11]);
   std::vector<AreaNumber> numbers;
   unsigned int lowest = firstTag;
   for (int slot = 0; slot < slots; ++slot) {
@@ -133,9 +135,8 @@ std::vector<AreaNumber> DecodeInteractions(GPv const & item)
     unsigned int const tag = place[0] | static_cast<unsigned int>(place[1]) << 8;
     if (tag < lowest || tag > lastTag) return {};
     lowest = tag + 1;
-    float values[2];
-    std::memcpy(values, place + 2, sizeof values);
-    for (int i = 0; i < 2; ++i) numbers.push_back(realNumber((i == 0 ? "a" : "b") + std::to_string(tag), values[i]));
+    float const * const pair = values + 2 * (tag - firstTag);
+    for (int i = 0; i < 2; ++i) numbers.push_back(realNumber((i == 0 ? "a" : "b") + std::to_string(tag), pair[i]));
   }
   return numbers;
 }
