@@ -22,8 +22,8 @@ bool isRealCharacter(char c)
   return c == '+' || c == '.' || c == 'E' || c == 'e';
 }
 
-// What atof may take, apart from white space, and the zero that ends a text.
-constexpr std::string_view numberCharacters("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz+-.()_\0", 69);
+// What atof may take, apart from white space.
+constexpr std::string_view numberCharacters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz+-.()_";
 
 int numberType(std::string_view token)
 {
