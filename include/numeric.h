@@ -134,7 +134,8 @@ class ZP_API GPVector : public GPObject {
   // two elements. includeZeros 0 leaves out elements equal to 0.0. The radicand isn't clamped: rounding may make it negative.
   double StdDevP(int includeZeros) const;
 
-  // The vector holds ascending abscissae, ordinates at least as many values. Beyond the ends the result is the end's ordinate.
+  // The vector holds ascending abscissae, ordinates at least as many values. Beyond the ends the result is the end's ordinate,
+  // and 0.0 if either is empty.
   double Interpolate(GPVector const & ordinates, double const & abscissa) const;
 
   GPVector & operator+=(double const & right);
@@ -310,7 +311,7 @@ class ZP_API GPBOOLVector : public GPObject {
   void Reset(int value);
   void FlipState();  // every element exclusive-or 1
 
-  // 1 when the elements equal the first ones of other, whatever follows there.
+  // 1 when the elements equal the first ones of other, whatever follows there; a shorter other is not equal.
   int operator==(GPBOOLVector const & other) const;
   int operator!=(GPBOOLVector const & other) const { return !(*this == other); }
 

@@ -19,7 +19,7 @@ class WatchedText {
   explicit WatchedText(std::string hostFile) : m_strFile(std::move(hostFile)) {}
 
   // Reads the file if it isn't the one read before, at the price of one fstat if it is. True if it was read anew. That the name
-  // leads elsewhere because one of its folders was renamed is noticed within a tenth of a second, everything else at once.
+  // leads elsewhere because a folder or a link on its way was changed is noticed within a tenth of a second, all else at once.
   bool Refresh();
 
   std::string const & GetFile() const { return m_strFile; }
