@@ -132,7 +132,7 @@ struct Boost : StreamPeer<boost::archive::binary_oarchive, boost::archive::binar
   }
 };
 
-inline bool const g_bBoostKnowsKinds =
+inline bool const bBoostKnowsKinds =
     Boost::Register<PeerReal>() && Boost::Register<PeerSingle>() && Boost::Register<PeerWord>() && Boost::Register<PeerText>();
 #endif
 

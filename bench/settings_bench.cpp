@@ -18,9 +18,9 @@
 
 namespace {
 
-constexpr int k_Sections = 40;
-constexpr int k_Keys = 25;
-constexpr int k_Reads = 1'000'000;
+constexpr int sections = 40;
+constexpr int keys = 25;
+constexpr int reads = 1'000'000;
 
 struct Name {
   std::string section;
@@ -30,8 +30,8 @@ struct Name {
 std::vector<Name> names()
 {
   std::vector<Name> all;
-  for (int s = 0; s < k_Sections; ++s)
-    for (int k = 0; k < k_Keys; ++k) all.push_back({"Section " + std::to_string(s), "TheKey" + std::to_string(k)});
+  for (int s = 0; s < sections; ++s)
+    for (int k = 0; k < keys; ++k) all.push_back({"Section " + std::to_string(s), "TheKey" + std::to_string(k)});
   return all;
 }
 
@@ -75,11 +75,11 @@ void readAll(benchmark::State & state)
   std::vector<Name> const all = names();
   CString text;
   for (auto _ : state)
-    for (int i = 0; i < k_Reads; ++i) {
+    for (int i = 0; i < reads; ++i) {
       Name const & name = all[static_cast<size_t>(i) * 7 % all.size()];
       if (GetSysString(text, name.section.c_str(), name.key.c_str(), CString()) != 9) state.SkipWithError("a setting is missing");
     }
-  state.SetItemsProcessed(state.iterations() * k_Reads);
+  state.SetItemsProcessed(state.iterations() * reads);
 }
 
 void oneStat(benchmark::State & state)
@@ -88,8 +88,8 @@ void oneStat(benchmark::State & state)
   std::string const file = files.Profile();
   struct stat now;
   for (auto _ : state)
-    for (int i = 0; i < k_Reads; ++i) benchmark::DoNotOptimize(stat(file.c_str(), &now));
-  state.SetItemsProcessed(state.iterations() * k_Reads);
+    for (int i = 0; i < reads; ++i) benchmark::DoNotOptimize(stat(file.c_str(), &now));
+  state.SetItemsProcessed(state.iterations() * reads);
 }
 
 void readProfile(benchmark::State & state)

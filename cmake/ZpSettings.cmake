@@ -24,7 +24,7 @@ endif()
 
 # zp_add_folder(<folder>): every .cpp of the folder becomes part of the library. Symbols are hidden unless ZP_API shows them.
 function(zp_add_folder folder)
-  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
   if(NOT sources)
     return()
   endif()

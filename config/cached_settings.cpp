@@ -26,9 +26,9 @@ namespace {
 
 using namespace zp;
 
-constexpr DWORD k_ProfileTextSize = 260;
-constexpr unsigned int k_CFRValueFormatID = 43415;
-constexpr unsigned int k_PropertyValueFormatID = 43414;
+constexpr DWORD profileTextSize = 260;
+constexpr unsigned int cfrValueFormatID = 43415;
+constexpr unsigned int propertyValueFormatID = 43414;
 
 // How a switch is read, and its two values in memory, 1 and 2.
 struct SwitchSetting {
@@ -37,7 +37,7 @@ struct SwitchSetting {
   int nOn;
 };
 
-constexpr SwitchSetting g_Switches[switchCount] = {
+constexpr SwitchSetting switches[switchCount] = {
     {GetAllowBeepKey, false, 2},        {GetAllowEnterKey, false, 1},        {GetAllowEscKey, true, 1},
     {GetKeshCalcOverrideKey, false, 2}, {GetKeshCompatibilityKey, false, 2}, {GetFlushMsgWinKey, true, 1},
 };
@@ -47,7 +47,7 @@ struct BaseSetting {
   double fWhenUnset;
 };
 
-constexpr BaseSetting g_Bases[baseCount] = {
+constexpr BaseSetting bases[baseCount] = {
     {"KBase", 273.15},        // K, 0 degrees Celsius
     {"RBase", 459.67},        // R, 0 degrees Fahrenheit
     {"barBase", 1.01325},     // bar, the standard atmosphere
@@ -62,9 +62,9 @@ int markOf(SwitchSetting const & setting, bool on)
 
 int isOn(Switch which)
 {
-  SwitchSetting const & setting = g_Switches[which];
+  SwitchSetting const & setting = switches[which];
   int const mark = KeptValue(GetCachedSettings().m_Switches[which], 0, [&setting] {
-    bool const on = setting.bOnWhenUnset ? !GetSysNo(k_Misc, setting.pKey()) : GetSysYes(k_Misc, setting.pKey()) != 0;
+    bool const on = setting.bOnWhenUnset ? !GetSysNo(misc, setting.pKey()) : GetSysYes(misc, setting.pKey()) != 0;
     return markOf(setting, on);
   });
   return mark == setting.nOn;
@@ -74,15 +74,15 @@ double baseValue(Base which)
 {
   return KeptValue(GetCachedSettings().m_Bases[which], 0.0, [which] {
     CString text;
-    GetSysString(text, k_Misc, g_Bases[which].pKey, CString());
-    return text.IsEmpty() ? g_Bases[which].fWhenUnset : TextToDouble(text.View());
+    GetSysString(text, misc, bases[which].pKey, CString());
+    return text.IsEmpty() ? bases[which].fWhenUnset : TextToDouble(text.View());
   });
 }
 
 int cachedFlag(unsigned int & cache, char const * key)
 {
   auto const read = [key] { return static_cast<unsigned int>(GetSysYes(GetExcelSectionKey(), key)); };
-  return static_cast<int>(KeptValue(cache, k_NotRead, read));
+  return static_cast<int>(KeptValue(cache, notRead, read));
 }
 
 int changeFlag(unsigned int & cache, char const * key, int flag)
@@ -96,7 +96,7 @@ int changeFlag(unsigned int & cache, char const * key, int flag)
 CString const & cachedFormat(CachedText & cache, char const * key, unsigned int resourceID)
 {
   return KeptText(cache, [key, resourceID](CString & text) {
-    if (GetSysString(text, k_Misc, key, CString()) == 0) text.LoadString(resourceID);
+    if (GetSysString(text, misc, key, CString()) == 0) text.LoadString(resourceID);
   });
 }
 
@@ -104,42 +104,42 @@ CString const & cachedFormat(CachedText & cache, char const * key, unsigned int 
 
 int GetDefAcctFlag()
 {
-  return GetSysYes(k_Misc, GetAcctFlagKey());
+  return GetSysYes(misc, GetAcctFlagKey());
 }
 
 void SetDefAcctFlag(int flag)
 {
-  SetSysFlag(k_Misc, GetAcctFlagKey(), flag);
+  SetSysFlag(misc, GetAcctFlagKey(), flag);
 }
 
 void GetDefAcctCode(CString & code)
 {
-  GetSysString(code, k_Misc, GetAcctCodeKey(), CString());
+  GetSysString(code, misc, GetAcctCodeKey(), CString());
 }
 
 void SetDefAcctCode(CString const & code)
 {
-  SetSysString(k_Misc, GetAcctCodeKey(), code);
+  SetSysString(misc, GetAcctCodeKey(), code);
 }
 
 int GetDefASCIIFlag()
 {
-  return GetSysYes(k_Misc, GetASCIIReportFlagKey());
+  return GetSysYes(misc, GetASCIIReportFlagKey());
 }
 
 void SetDefASCIIFlag(int flag)
 {
-  SetSysFlag(k_Misc, GetASCIIReportFlagKey(), flag);
+  SetSysFlag(misc, GetASCIIReportFlagKey(), flag);
 }
 
 void GetDefASCIIFile(CString & file)
 {
-  if (GetSysString(file, k_Misc, GetASCIIFileKey(), CString()) == 0) file = GetDefOutFile();
+  if (GetSysString(file, misc, GetASCIIFileKey(), CString()) == 0) file = GetDefOutFile();
 }
 
 void SetDefASCIIFile(CString const & file)
 {
-  SetSysString(k_Misc, GetASCIIFileKey(), file);
+  SetSysString(misc, GetASCIIFileKey(), file);
 }
 
 int GetDefExcelFlag()
@@ -201,8 +201,8 @@ int UseKeshCalcSequence()
 
 void SetKeshCalcSequence(int flag)
 {
-  GetCachedSettings().m_Switches[switchOldSequence] = markOf(g_Switches[switchOldSequence], flag != 0);
-  SetSysFlag(k_Misc, GetKeshCalcOverrideKey(), flag);
+  GetCachedSettings().m_Switches[switchOldSequence] = markOf(switches[switchOldSequence], flag != 0);
+  SetSysFlag(misc, GetKeshCalcOverrideKey(), flag);
 }
 
 int CalcAccordingToKesh()
@@ -217,14 +217,14 @@ int FlushMsgWin()
 
 int GetCompSelectBy()
 {
-  auto const read = [] { return static_cast<unsigned int>(GetSysInt(k_Misc, "CompSelectBy", 0)); };
-  return static_cast<int>(KeptValue(GetCachedSettings().m_nCompSelectBy, k_NotRead, read));
+  auto const read = [] { return static_cast<unsigned int>(GetSysInt(misc, "CompSelectBy", 0)); };
+  return static_cast<int>(KeptValue(GetCachedSettings().m_nCompSelectBy, notRead, read));
 }
 
 void SetCompSelectBy(int value)
 {
   GetCachedSettings().m_nCompSelectBy = static_cast<unsigned int>(value);
-  SetSysInt(k_Misc, "CompSelectBy", value);
+  SetSysInt(misc, "CompSelectBy", value);
 }
 
 double GetKBase()
@@ -256,8 +256,8 @@ CString const & GetShortDateFormat()
 {
   CString & format = GetCachedSettings().m_strShortDate;
   if (format.IsEmpty()) {
-    char text[k_ProfileTextSize];
-    GetProfileStringA("intl", "sShortDate", "", text, k_ProfileTextSize);
+    char text[profileTextSize];
+    GetProfileStringA("intl", "sShortDate", "", text, profileTextSize);
     format = text[0] != '\0' ? text : "mm/dd/yy";
   }
   return format;
@@ -265,10 +265,10 @@ CString const & GetShortDateFormat()
 
 CString const & GetSDBCFRValFormat()
 {
-  return cachedFormat(GetCachedSettings().m_CFRValue, GetSDBCFRValFmtKey(), k_CFRValueFormatID);
+  return cachedFormat(GetCachedSettings().m_CFRValue, GetSDBCFRValFmtKey(), cfrValueFormatID);
 }
 
 CString const & GetSDBPropValFormat()
 {
-  return cachedFormat(GetCachedSettings().m_PropertyValue, GetSDBPropValFmtKey(), k_PropertyValueFormatID);
+  return cachedFormat(GetCachedSettings().m_PropertyValue, GetSDBPropValFmtKey(), propertyValueFormatID);
 }

@@ -8,8 +8,8 @@
 
 namespace zp {
 
-constexpr unsigned int k_NotRead = 0xFFFFFFFF;
-constexpr char const * k_Misc = "Misc";
+constexpr unsigned int notRead = 0xFFFFFFFF;
+constexpr char const * misc = "Misc";
 
 enum Switch { switchBeep, switchEnter, switchEsc, switchOldSequence, switchOldCalculation, switchFlushMessages, switchCount };
 enum Colour {
@@ -31,11 +31,11 @@ struct CachedText {
 };
 
 struct CachedSettings {
-  CachedSettings() { m_Colours.fill(k_NotRead); }
+  CachedSettings() { m_Colours.fill(notRead); }
 
-  unsigned int m_nShowExcel = k_NotRead;
-  unsigned int m_nIsVBServer = k_NotRead;
-  unsigned int m_nCompSelectBy = k_NotRead;
+  unsigned int m_nShowExcel = notRead;
+  unsigned int m_nIsVBServer = notRead;
+  unsigned int m_nCompSelectBy = notRead;
   std::array<unsigned int, colourCount> m_Colours;
   std::array<int, switchCount> m_Switches = {};  // 0: not read
   std::array<double, baseCount> m_Bases = {};    // 0.0: not read
@@ -50,9 +50,9 @@ CachedSettings & GetCachedSettings();
 // What cache holds, or else what read gives. That is kept if there is an application whose settings it can come from: without one
 // it is the default, and a setting may still appear.
 template <class Value, class Read>
-Value KeptValue(Value & cache, Value notRead, Read read)
+Value KeptValue(Value & cache, Value unset, Read read)
 {
-  if (cache != notRead) return cache;
+  if (cache != unset) return cache;
   Value const value = read();
   if (AfxGetApp() != nullptr) cache = value;
   return value;

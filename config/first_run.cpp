@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr DWORD k_StatedLength = 259;
-using Buffer = std::array<char, k_StatedLength + 1>;
+constexpr DWORD statedLength = 259;
+using Buffer = std::array<char, statedLength + 1>;
 
 struct CloseKey {
   void operator()(HKEY key) const { RegCloseKey(key); }
@@ -37,9 +37,9 @@ LONG copyValues(HKEY from, HKEY to)
 {
   for (DWORD index = 0;; ++index) {
     Buffer name;
-    std::array<BYTE, k_StatedLength + 1> data;
-    DWORD nameSize = k_StatedLength;
-    DWORD dataSize = k_StatedLength;
+    std::array<BYTE, statedLength + 1> data;
+    DWORD nameSize = statedLength;
+    DWORD dataSize = statedLength;
     DWORD type = REG_NONE;
     LONG error = RegEnumValueA(from, index, name.data(), &nameSize, nullptr, &type, data.data(), &dataSize);
     if (error == ERROR_NO_MORE_ITEMS) return ERROR_SUCCESS;
@@ -61,8 +61,8 @@ bool copySubKeys(HKEY from, HKEY to)
   for (DWORD index = 0;; ++index) {
     Buffer name;
     Buffer keyClass;
-    DWORD nameSize = k_StatedLength;
-    DWORD classSize = k_StatedLength;
+    DWORD nameSize = statedLength;
+    DWORD classSize = statedLength;
     LONG const error = RegEnumKeyExA(from, index, name.data(), &nameSize, nullptr, keyClass.data(), &classSize, nullptr);
     if (error == ERROR_NO_MORE_ITEMS) return true;
     if (error != ERROR_SUCCESS || !copySubKey(from, to, name.data(), keyClass.data())) return false;

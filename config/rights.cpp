@@ -13,10 +13,10 @@ struct Right {
   char cMark;
 };
 
-constexpr Right g_Rights[] = {{"None", '*'}, {"Case", 'c'},    {"Job", 'J'},    {"User", 'W'},
-                              {"Mgr", 'M'},  {"PoolMgr", 'P'}, {"SysMax", 'S'}, {"ProgDog", '#'}};
-constexpr int k_Levels = static_cast<int>(std::size(g_Rights));
-constexpr int k_UserLevel = 3;
+constexpr Right rights[] = {{"None", '*'}, {"Case", 'c'},    {"Job", 'J'},    {"User", 'W'},
+                            {"Mgr", 'M'},  {"PoolMgr", 'P'}, {"SysMax", 'S'}, {"ProgDog", '#'}};
+constexpr int levels = static_cast<int>(std::size(rights));
+constexpr int userLevel = 3;
 
 int g_nLoadLevel = 0;
 
@@ -24,14 +24,14 @@ int g_nLoadLevel = 0;
 
 int GetSysAuthority(CString const & name)
 {
-  for (int level = 0; level < k_Levels; ++level)
-    if (name == g_Rights[level].pName) return level;
-  return k_UserLevel;
+  for (int level = 0; level < levels; ++level)
+    if (name == rights[level].pName) return level;
+  return userLevel;
 }
 
 char GetAuthorityAppendChar(int level)
 {
-  return level >= 0 && level < k_Levels ? g_Rights[level].cMark : '\0';
+  return level >= 0 && level < levels ? rights[level].cMark : '\0';
 }
 
 int GetUserAuthority()
@@ -39,7 +39,7 @@ int GetUserAuthority()
   return zp::KeptValue(zp::GetCachedSettings().m_nAuthority, 0, [] {
     CString name;
     GetSysString(name, GetAuthSectionKey(), GetAuthorityKey(), CString());
-    return name.IsEmpty() ? k_UserLevel : GetSysAuthority(name);
+    return name.IsEmpty() ? userLevel : GetSysAuthority(name);
   });
 }
 

@@ -16,7 +16,7 @@ struct ColourSetting {
   unsigned int nWhenUnset;  // 0x00BBGGRR
 };
 
-constexpr ColourSetting g_Colours[colourCount] = {
+constexpr ColourSetting colours[colourCount] = {
     {"EULabels", 0x000080}, {"ReqLabels", 0x0000FF}, {"ROText", 0x800000}, {"FocusFg", 0x000080},
     {"FocusBk", 0x00FFFF},  {"UserFg", 0x0000FF},    {"UserBk", 0xFFFFFF},
 };
@@ -58,10 +58,10 @@ void readColour(std::string_view text, unsigned int & colour)
 
 unsigned long cachedColour(Colour which)
 {
-  return KeptValue(GetCachedSettings().m_Colours[which], k_NotRead, [which] {
+  return KeptValue(GetCachedSettings().m_Colours[which], notRead, [which] {
     CString text;
-    GetSysString(text, k_Misc, g_Colours[which].pKey, CString());
-    unsigned int colour = g_Colours[which].nWhenUnset;
+    GetSysString(text, misc, colours[which].pKey, CString());
+    unsigned int colour = colours[which].nWhenUnset;
     readColour(text.View(), colour);
     return colour;
   });

@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr char const * k_OlderSystemKey = "ZP3System";
-constexpr DWORD k_PathSize = 4096;
-constexpr int k_RootLength = 3;  // drive, colon, backslash
+constexpr char const * olderSystemKey = "ZP3System";
+constexpr DWORD pathSize = 4096;
+constexpr int rootLength = 3;  // drive, colon, backslash
 
 CString & rootDirectory()
 {
@@ -30,8 +30,8 @@ zp::CachedText & olderSystemPrefix()
 CString const GetSystemPathPrefix()
 {
   CWinApp const * const app = AfxGetApp();
-  char path[k_PathSize];
-  DWORD const length = GetModuleFileName(app != nullptr ? app->m_hInstance : nullptr, path, k_PathSize);
+  char path[pathSize];
+  DWORD const length = GetModuleFileName(app != nullptr ? app->m_hInstance : nullptr, path, pathSize);
   CString prefix(path, static_cast<int>(length));
   int const last = prefix.ReverseFind('\\');
   if (last > 0) prefix = prefix.Left(last + 1);
@@ -41,13 +41,13 @@ CString const GetSystemPathPrefix()
 
 CString const & GetSystemRootDirectory()
 {
-  return rootDirectory() = GetSystemPathPrefix().Left(k_RootLength);
+  return rootDirectory() = GetSystemPathPrefix().Left(rootLength);
 }
 
 CString const & GetZP3SystemPathPrefix()
 {
   return zp::KeptText(olderSystemPrefix(), [](CString & prefix) {
-    if (GetSysString(prefix, GetZPXDirSectionKey(), k_OlderSystemKey, CString()) > 0) {
+    if (GetSysString(prefix, GetZPXDirSectionKey(), olderSystemKey, CString()) > 0) {
       prefix += '\\';
     } else {
       prefix = GetSystemPathPrefix();

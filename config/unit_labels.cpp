@@ -8,26 +8,26 @@
 
 namespace {
 
-constexpr char const * g_Labels[] = {
+constexpr char const * labels[] = {
     "MOLE",   "TEMP", "DELTAT", "PRES",   "DELTAP",  "QRATE", "WORK",   "AREA",   "HTC",    "HREAC",   "LEN",
     "DIA",    "LDEN", "VISC",   "ST",     "MASS",    "CRUDE", "CAKE",   "SOL",    "SVOL",   "DMOMENT", "VDEN",
     "VOL",    "VEL",  "MRES",   "PACKDP", "WHEAT",   "TCOND", "LVRATE", "VVRATE", "WTMOLE", "WTMASS",  "HEAT",
     "MOLEHC", "SPHC", "MHEAT",  "FOULF",  "HEATCAP", "ILV",   "TIME",   "MONEY",  "MPVOL",  "THICK",   "DIFF",
 };
 
-constexpr double k_KelvinAtZeroC = 273.15;   // K
-constexpr double k_RankineAtZeroF = 459.67;  // R
+constexpr double kelvinAtZeroC = 273.15;   // K
+constexpr double rankineAtZeroF = 459.67;  // R
 
 }  // namespace
 
 char const * GetEULabel(int index)
 {
-  return index >= 0 && index < GetEULabelCount() ? g_Labels[index] : nullptr;
+  return index >= 0 && index < GetEULabelCount() ? labels[index] : nullptr;
 }
 
 int GetEULabelCount()
 {
-  return static_cast<int>(std::size(g_Labels));
+  return static_cast<int>(std::size(labels));
 }
 
 double GetSqrtSingleEpsilon()
@@ -42,30 +42,30 @@ double GetSqrtDoubleEpsilon()
 
 double GetKelvinAt0C()
 {
-  return k_KelvinAtZeroC;
+  return kelvinAtZeroC;
 }
 
 double GetKelvinAt25C()
 {
-  return k_KelvinAtZeroC + 25;
+  return kelvinAtZeroC + 25;
 }
 
 double GetKelvinAt100C()
 {
-  return k_KelvinAtZeroC + 100;
+  return kelvinAtZeroC + 100;
 }
 
 double GetRankineAt32F()
 {
-  return k_RankineAtZeroF + 32;
+  return rankineAtZeroF + 32;
 }
 
 double GetRankineAt60F()
 {
-  return k_RankineAtZeroF + 60;
+  return rankineAtZeroF + 60;
 }
 
 double GetRankineAt212F()
 {
-  return k_RankineAtZeroF + 212;
+  return rankineAtZeroF + 212;
 }

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-#include "data/packed_internal.h"
+#include <zpbase/platform/bytes.h>
 
 namespace {
 
@@ -47,16 +47,16 @@ int GPDippr::Get(Values & values) const
 {
   if (GetSize() < fixedSize) return 0;
   int const further = std::min((GetSize() - fixedSize) / 4, allValues - fixedValues);
-  values.nEquation = zp::GetPacked<unsigned short>(GetArea());
-  for (int i = 0; i < fixedValues + further; ++i) values.fCoefficients[i] = zp::GetPacked<float>(GetArea() + 2 + 4 * i);
+  values.nEquation = zp::ReadLittle<unsigned short>(GetArea());
+  for (int i = 0; i < fixedValues + further; ++i) values.fCoefficients[i] = zp::ReadLittle<float>(GetArea() + 2 + 4 * i);
   return further;
 }
 
 int GPDippr::Put(unsigned int equation, std::span<float const> values)
 {
   ResetArea(static_cast<int>(2 + values.size_bytes()));
-  zp::PutPacked(GetArea(), static_cast<unsigned short>(equation));
-  for (size_t i = 0; i < values.size(); ++i) zp::PutPacked(GetArea() + 2 + 4 * i, values[i]);
+  zp::WriteLittle(GetArea(), static_cast<unsigned short>(equation));
+  for (size_t i = 0; i < values.size(); ++i) zp::WriteLittle(GetArea() + 2 + 4 * i, values[i]);
   return static_cast<int>(values.size()) - fixedValues;
 }
 

@@ -16,7 +16,7 @@
 #include <zpbase/numeric.h>
 #include <zpbase/platform/collections.h>
 
-#include "data/packed_internal.h"
+#include <zpbase/platform/bytes.h>
 
 namespace {
 
@@ -89,8 +89,8 @@ int GPUnifac::HelpConstruct(CStringArray const & groups, GPIntVector const & cou
   if (count > maxSize / entrySize || !ResetArea(count * entrySize)) return 0;
   for (int i = 0; i < count; ++i) {
     int const times = i < counts.GetSize() ? counts[i] : 0;
-    zp::PutPacked(GetArea() + i * entrySize, groupNumber(groups[i]));
-    zp::PutPacked(GetArea() + i * entrySize + 2, static_cast<short>(times));
+    zp::WriteLittle(GetArea() + i * entrySize, groupNumber(groups[i]));
+    zp::WriteLittle(GetArea() + i * entrySize + 2, static_cast<short>(times));
   }
   return count;
 }
@@ -105,7 +105,7 @@ int GPUnifac::Unload(CStringArray & groups, GPIntVector & counts, int keepMarks)
   groups.RemoveAll();
   GroupSums sums(groups);
   for (int at = 0; at + entrySize <= GetSize(); at += entrySize) {
-    addEntry(sums, zp::GetPacked<short>(GetArea() + at), zp::GetPacked<short>(GetArea() + at + 2), keepMarks);
+    addEntry(sums, zp::ReadLittle<short>(GetArea() + at), zp::ReadLittle<short>(GetArea() + at + 2), keepMarks);
   }
   counts = GPIntVector(groups.GetSize(), sums.GetCounts().data());
   return groups.GetSize();

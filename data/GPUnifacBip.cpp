@@ -12,7 +12,7 @@
 
 #include <algorithm>
 
-#include "data/packed_internal.h"
+#include <zpbase/platform/bytes.h>
 
 namespace {
 
@@ -42,7 +42,7 @@ struct Entry {
 
 Entry entryAt(BYTE const * place)
 {
-  return {zp::GetPacked<WORD>(place), zp::GetPacked<float>(place + 2), zp::GetPacked<float>(place + 6)};
+  return {zp::ReadLittle<WORD>(place), zp::ReadLittle<float>(place + 2), zp::ReadLittle<float>(place + 6)};
 }
 
 int entryCount(GPv const & item)
@@ -76,9 +76,9 @@ int GPUnifacBip::Load(CString const & a128, CString const & b128, CString const 
   BYTE * place = GetArea();
   for (unsigned int slot = 0; slot < slots; ++slot) {
     if (!held(in[slot])) continue;
-    zp::PutPacked(place, static_cast<WORD>(firstTag + slot));
-    zp::PutPacked(place + 2, toFloat(*in[slot][0]));
-    zp::PutPacked(place + 6, toFloat(*in[slot][1]));
+    zp::WriteLittle(place, static_cast<WORD>(firstTag + slot));
+    zp::WriteLittle(place + 2, toFloat(*in[slot][0]));
+    zp::WriteLittle(place + 6, toFloat(*in[slot][1]));
     place += entrySize;
   }
   return count;

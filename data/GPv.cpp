@@ -8,7 +8,7 @@
 #include <zpbase/platform/archive.h>
 #include <zpbase/platform/collections.h>
 
-#include "data/packed_internal.h"
+#include <zpbase/platform/bytes.h>
 
 IMPLEMENT_SERIAL(GPv, GPData, 1)
 
@@ -30,7 +30,7 @@ template <class Element, class Shown>
 void appendTexts(CStringArray & out, BYTE const * area, int count, int minimum, CString const & format)
 {
   for (int i = 0; i < count; ++i) {
-    zp::FormatArg const value(static_cast<Shown>(zp::GetPacked<Element>(area + static_cast<size_t>(i) * sizeof(Element))));
+    zp::FormatArg const value(static_cast<Shown>(zp::ReadLittle<Element>(area + static_cast<size_t>(i) * sizeof(Element))));
     std::string text;
     zp::FormatInto(text, format, std::span<zp::FormatArg const>(&value, 1));
     out.Add(CString(std::move(text)));
@@ -42,7 +42,7 @@ template <class Element, class Number>
 void copyNumbers(Number * out, int count, BYTE const * area, int stored)
 {
   for (int i = 0; i < count; ++i)
-    out[i] = i < stored ? zp::GetPacked<Element>(area + static_cast<size_t>(i) * sizeof(Element)) : Number{};
+    out[i] = i < stored ? zp::ReadLittle<Element>(area + static_cast<size_t>(i) * sizeof(Element)) : Number{};
 }
 
 }  // namespace
@@ -134,7 +134,7 @@ int GPv::PutElements(Element const * elements, size_t count)
   if (size > static_cast<size_t>(maxSize)) return 0;
   std::unique_ptr<BYTE[]> area;
   if (count > 0) area = std::make_unique_for_overwrite<BYTE[]>(size);
-  for (size_t i = 0; i < count; ++i) zp::PutPacked(area.get() + i * sizeof(Element), elements[i]);
+  for (size_t i = 0; i < count; ++i) zp::WriteLittle(area.get() + i * sizeof(Element), elements[i]);
   m_pArea = std::move(area);
   m_nSize = static_cast<int>(size);
   return static_cast<int>(count);

@@ -269,13 +269,3 @@ short * GPUIntArray::GetShortIntArray() const
   std::transform(m_Elements.begin(), m_Elements.end(), values.get(), [](UINT value) { return static_cast<short>(value); });
   return values.release();
 }
-
-int GPUIntArray::Load(CString const & name)
-{
-  return zp::LoadObjectFile(name, *this);
-}
-
-int GPUIntArray::Store(CString const & name)
-{
-  return zp::StoreObjectFile(name, *this);
-}

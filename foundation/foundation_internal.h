@@ -1,4 +1,4 @@
-// What the containers and the root share.
+// What the containers share.
 
 #pragma once
 
@@ -19,9 +19,5 @@ CObject * CloneElement(CObject const * element);
 
 // The element as a GPObject, or null.
 GPObject const * AsGPObject(CObject const * element);
-
-// The object's own fields from or to a file of that name, as GPObject::Load and Store. All exceptions pass.
-int LoadObjectFile(CString const & name, CObject & object);
-int StoreObjectFile(CString const & name, CObject & object);
 
 }  // namespace zp

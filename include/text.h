@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "foundation.h"
+#include "job_folders.h"
 #include "platform/registry.h"
 #include "store.h"
 
@@ -217,8 +218,3 @@ class ZP_API CSecurityAttributes : public SECURITY_ATTRIBUTES {
   CSecurityAttributes(CSecurityAttributes const &) = default;
   CSecurityAttributes & operator=(CSecurityAttributes const & other) = default;
 };
-
-// The job's directories, each a prefix that ends in a backslash, empty until the application sets them.
-extern ZP_API char job_path[260];
-extern ZP_API char workfile_path[260];
-extern ZP_API char poolfile_path[260];

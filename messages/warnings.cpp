@@ -1,11 +1,11 @@
 // Warnings: the gate that decides whether they are wanted, and the file that they go to.
 
 #include <zpbase/config.h>
+#include <zpbase/job_folders.h>
 #include <zpbase/messages.h>
 #include <zpbase/platform/application.h>
 #include <zpbase/platform/resources.h>
 #include <zpbase/store.h>
-#include <zpbase/text.h>
 
 #include <algorithm>
 

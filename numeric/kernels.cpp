@@ -14,7 +14,7 @@ KernelTable const * findWidest()
   for (InstructionSet set : {InstructionSet::avx512, InstructionSet::avx2}) {
     if (KernelTable const * kernels = FindKernels(set)) return kernels;
   }
-  return &g_BaselineKernels;
+  return &baselineKernels;
 }
 
 }  // namespace
@@ -23,10 +23,10 @@ KernelTable const * FindKernels(InstructionSet set)
 {
 #if defined(__x86_64__)
   __builtin_cpu_init();
-  if (set == InstructionSet::avx512) return __builtin_cpu_supports("avx512f") ? &g_Avx512Kernels : nullptr;
-  if (set == InstructionSet::avx2) return __builtin_cpu_supports("avx2") ? &g_Avx2Kernels : nullptr;
+  if (set == InstructionSet::avx512) return __builtin_cpu_supports("avx512f") ? &avx512Kernels : nullptr;
+  if (set == InstructionSet::avx2) return __builtin_cpu_supports("avx2") ? &avx2Kernels : nullptr;
 #endif
-  return set == InstructionSet::baseline ? &g_BaselineKernels : nullptr;
+  return set == InstructionSet::baseline ? &baselineKernels : nullptr;
 }
 
 KernelTable const & ChooseKernels()

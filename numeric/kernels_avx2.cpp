@@ -25,7 +25,7 @@ constexpr std::size_t laneBytes = 32;
 
 namespace zp {
 
-constinit KernelTable const g_Avx2Kernels = laneKernels;
+constinit KernelTable const avx2Kernels = laneKernels;
 
 }  // namespace zp
 

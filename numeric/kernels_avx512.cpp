@@ -25,7 +25,7 @@ constexpr std::size_t laneBytes = 64;
 
 namespace zp {
 
-constinit KernelTable const g_Avx512Kernels = laneKernels;
+constinit KernelTable const avx512Kernels = laneKernels;
 
 }  // namespace zp
 

@@ -14,6 +14,6 @@ constexpr std::size_t laneBytes = 16;
 
 namespace zp {
 
-constinit KernelTable const g_BaselineKernels = laneKernels;
+constinit KernelTable const baselineKernels = laneKernels;
 
 }  // namespace zp

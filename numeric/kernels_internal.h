@@ -63,10 +63,10 @@ inline KernelTable const & GetKernels()
 // Makes GetKernels answer with the given instruction set; 0, and no change, when the machine lacks it.
 ZP_API int UseInstructionSet(InstructionSet set);
 
-extern KernelTable const g_BaselineKernels;
+extern KernelTable const baselineKernels;
 #if defined(__x86_64__)
-extern KernelTable const g_Avx2Kernels;
-extern KernelTable const g_Avx512Kernels;
+extern KernelTable const avx2Kernels;
+extern KernelTable const avx512Kernels;
 #endif
 
 }  // namespace zp

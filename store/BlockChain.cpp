@@ -42,9 +42,9 @@ bool BlockChain::Next(RecordBlock & block)
   if (m_nNext == m_nFileLength) return m_State = State::AtEnd, false;
   BYTE const * const header = m_nFileLength - m_nNext < headerBytes ? nullptr : Fetch(m_nNext, headerBytes);
   if (header == nullptr) return m_State = State::CutHeader, false;
-  WORD const mark = LittleWord(header);
-  m_Block = {m_nNext, static_cast<WORD>(mark & ~freeMark), (mark & freeMark) != 0, LittleWord(header + 2),
-             LittleWord(header + 4)};
+  WORD const mark = ReadLittle<WORD>(header);
+  m_Block = {m_nNext, static_cast<WORD>(mark & ~freeMark), (mark & freeMark) != 0, ReadLittle<WORD>(header + 2),
+             ReadLittle<WORD>(header + 4)};
   m_nNext += headerBytes + m_Block.nCapacity;
   if (m_nNext > m_nFileLength) m_State = State::PastEnd;
   block = m_Block;

@@ -19,9 +19,9 @@ bool byID(zp::ActiveEntry const & a, zp::ActiveEntry const & b)
 void appendBlock(std::vector<BYTE> & bytes, zp::RecordBlock const & block, std::span<BYTE const> payload)
 {
   BYTE header[zp::headerBytes];
-  zp::PutLittleWord(header, block.nRecID);
-  zp::PutLittleWord(header + 2, block.nLength);
-  zp::PutLittleWord(header + 4, block.nLength);
+  zp::WriteLittle<WORD>(header, block.nRecID);
+  zp::WriteLittle<WORD>(header + 2, block.nLength);
+  zp::WriteLittle<WORD>(header + 4, block.nLength);
   bytes.insert(bytes.end(), header, header + sizeof header);
   bytes.insert(bytes.end(), payload.begin(), payload.end());
 }

@@ -50,11 +50,6 @@ void readEntries(CArchive & ar, Expect expect, Take take)
   }
 }
 
-DWORD littleDword(BYTE const * bytes)
-{
-  return zp::LittleWord(bytes) | static_cast<DWORD>(zp::LittleWord(bytes + 2)) << 16;
-}
-
 }  // namespace
 
 void GPActiveRec::Serialize(CArchive & ar)
@@ -108,12 +103,13 @@ StoreIndex ReadIndex(CArchive & ar)
   readEntries<GPObArray, GPActiveRec, 8>(
       ar, [&](DWORD count) { active.Reserve(static_cast<int>(std::min<DWORD>(count, maxRecordID))); },
       [&](BYTE const * bytes) {
-        active.Append(static_cast<short>(LittleWord(bytes + 4)), LittleWord(bytes + 6), littleDword(bytes), ActiveEntry::unknown);
+        active.Append(static_cast<short>(ReadLittle<WORD>(bytes + 4)), ReadLittle<WORD>(bytes + 6), ReadLittle<DWORD>(bytes),
+                      ActiveEntry::unknown);
       });
   readEntries<GPObList, GPEmptyRec, 6>(
       ar, [](DWORD) {},
       [&](BYTE const * bytes) {
-        free.Append({littleDword(bytes), LittleWord(bytes + 4), false});
+        free.Append({ReadLittle<DWORD>(bytes), ReadLittle<WORD>(bytes + 4), false});
       });
   return index;
 }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <zpbase/platform/archive.h>
+#include <zpbase/platform/bytes.h>
 #include <zpbase/store.h>
 
 namespace zp {
@@ -21,17 +22,6 @@ inline constexpr unsigned int maxRecordLength = 65535;
 inline constexpr unsigned int headerBytes = 6;
 inline constexpr WORD freeMark = 0x8000;
 inline constexpr DWORD maxBlockPosition = 0x7FFFFFFF;
-
-inline WORD LittleWord(BYTE const * bytes)
-{
-  return static_cast<WORD>(bytes[0] | bytes[1] << 8);
-}
-
-inline void PutLittleWord(BYTE * bytes, unsigned int value)
-{
-  bytes[0] = static_cast<BYTE>(value);
-  bytes[1] = static_cast<BYTE>(value >> 8);
-}
 
 // Which numbers of a range are taken, with a fast way to the next one up or down.
 class NumberSet {

@@ -17,7 +17,7 @@ struct Language {
 };
 
 // The published language identifiers in ascending order, each name padded to 25 characters.
-constexpr Language g_Languages[] = {
+constexpr Language languages[] = {
     {0x0000, "Language-Neutral         "},
     {0x0400, "Process Default Language "},
     {0x0401, "Arabic                   "},
@@ -143,9 +143,9 @@ void GetOSModsString(CString & text)
 
 unsigned long VerLanguageNameA(unsigned long language, CString & name)
 {
-  auto const * const found = std::find_if(std::begin(g_Languages), std::end(g_Languages),
-                                          [language](Language const & row) { return row.nID == language; });
-  name = found != std::end(g_Languages) ? found->pName : "Unknown";
+  auto const * const found =
+      std::find_if(std::begin(languages), std::end(languages), [language](Language const & row) { return row.nID == language; });
+  name = found != std::end(languages) ? found->pName : "Unknown";
   return static_cast<unsigned long>(name.GetLength());
 }
 

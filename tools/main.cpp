@@ -12,7 +12,7 @@ namespace {
 
 using AddCommands = void (*)(CLI::App & app, int & status);
 
-constexpr AddCommands g_Commands[] = {
+constexpr AddCommands commandTable[] = {
     AddStoreCommands,
     AddSettingsCommands,
     AddTextCommands,
@@ -41,7 +41,7 @@ int endParsing(CLI::App const & app, CLI::ParseError const & error)
 int run(CLI::App & app, int argc, char ** argv)
 {
   int status = exitDone;
-  for (AddCommands const add : g_Commands) add(app, status);
+  for (AddCommands const add : commandTable) add(app, status);
   try {
     app.parse(argc, argv);
     FlushOutput();

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 
+#include "bytes.h"
 #include "exceptions.h"
 #include "file.h"
 #include "runtime.h"
@@ -99,8 +100,6 @@ class ZP_API CArchive {
   struct Identities;
 
   template <class Unsigned>
-  static Unsigned LittleEndian(Unsigned value);
-  template <class Unsigned>
   CArchive & Put(Unsigned value);
   template <class Unsigned, class Value>
   CArchive & Get(Value & value);
@@ -132,19 +131,10 @@ ZP_API ULONGLONG AfxReadStringLength(CArchive & ar, int & charSize);
 ZP_API void AfxWriteStringLength(CArchive & ar, ULONGLONG length);
 
 template <class Unsigned>
-Unsigned CArchive::LittleEndian(Unsigned value)
-{
-  if constexpr (std::endian::native == std::endian::little || sizeof value == 1) return value;
-  Unsigned swapped = 0;
-  for (size_t i = 0; i < sizeof value; ++i) swapped = static_cast<Unsigned>((swapped << 8) | ((value >> (8 * i)) & 0xFF));
-  return swapped;
-}
-
-template <class Unsigned>
 CArchive & CArchive::Put(Unsigned value)
 {
   if (!m_bStoring || static_cast<size_t>(m_pMax - m_pCur) < sizeof value) MakeRoom(sizeof value);
-  value = LittleEndian(value);
+  value = zp::LittleEndian(value);
   std::memcpy(m_pCur, &value, sizeof value);
   m_pCur += sizeof value;
   return *this;
@@ -157,7 +147,7 @@ CArchive & CArchive::Get(Value & value)
   Unsigned bits;
   std::memcpy(&bits, m_pCur, sizeof bits);
   m_pCur += sizeof bits;
-  value = static_cast<Value>(LittleEndian(bits));
+  value = static_cast<Value>(zp::LittleEndian(bits));
   return *this;
 }
 

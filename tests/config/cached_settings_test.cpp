@@ -33,7 +33,7 @@ struct Flag {
   char const * results;  // for a missing key, "yes", "no" and "x"
 };
 
-Flag const g_Flags[] = {
+Flag const flags[] = {
     {GetDefAcctFlag, "Misc", "AcctFlag", "0100"},
     {GetDefASCIIFlag, "Misc", "RptASCII", "0100"},
     {GetDefExcelFlag, "ExcelSettings", "RptExcel", "0100"},
@@ -53,7 +53,7 @@ Flag const g_Flags[] = {
 TEST_F(Preferences, FlagsHaveTheirOwnDefaults)
 {
   char const * const texts[] = {nullptr, "yes", "no", "x"};
-  for (Flag const & flag : g_Flags) {
+  for (Flag const & flag : flags) {
     for (int i = 0; i < 4; ++i) {
       zp::ForgetCachedSettings();
       m_App.WriteProfileString(flag.section, flag.key, texts[i]);

@@ -13,7 +13,7 @@
 namespace {
 
 // The collection as its record: array, name, critical temperature, vapour pressure, numbered equation.
-std::string const g_Record = FromHex(
+std::string const record = FromHex(
     "FF FF 01 00 0B 00 \"GPDataArray\" 04 00"
     "FF FF 01 00 03 00 \"GPs\" 01 00 05 \"Water\""
     "FF FF 01 00 03 00 \"GPf\" 0C 00 F6 C8 21 44"  // 647.14
@@ -43,7 +43,7 @@ TEST(RecordRoad, KeepsAComponentThroughClosingChangingAndCompacting)
   ASSERT_EQ(store.StoreObj(&data, 7), 1);
   EXPECT_FALSE(folder.Has("a.SI"));
   std::string const header = FromHex("07 00 64 00 64 00");
-  EXPECT_EQ(folder.Read("a.SR"), header + g_Record);
+  EXPECT_EQ(folder.Read("a.SR"), header + record);
   store.Close();
   EXPECT_EQ(folder.Read("a.SI"),
             FromHex("FF FF 01 00 08 00 \"GPObject\" FF FF 01 00 09 00 \"GPObArray\" 01 00"
@@ -65,7 +65,7 @@ TEST(RecordRoad, KeepsAComponentThroughClosingChangingAndCompacting)
   loaded.DeleteData(40);  // shorter: the same block, with slack behind
   ASSERT_EQ(store.StoreObj(&loaded, 7), 1);
   store.StoreRec("tail", 4, 8);
-  EXPECT_EQ(folder.Read("a.SR").size(), 6 + g_Record.size() + 6 + 4);
+  EXPECT_EQ(folder.Read("a.SR").size(), 6 + record.size() + 6 + 4);
   ASSERT_EQ(store.DegasRecFile(), 1);
   EXPECT_EQ(folder.Read("a.SR").size(), 6 + store.GetRecLength(7) + 6 + 4);
   char tail[4];

@@ -46,8 +46,8 @@ class Store : public ::testing::Test {
   TempFolder folder;
 };
 
-std::string const g_RecordFile = FromHex("01 00 04 00 04 00 \"ABCD\" 02 00 02 00 02 00 \"XY\"");
-std::string const g_IndexAfterDelete = FromHex(
+std::string const recordFile = FromHex("01 00 04 00 04 00 \"ABCD\" 02 00 02 00 02 00 \"XY\"");
+std::string const indexAfterDelete = FromHex(
     "FF FF 01 00 08 00 \"GPObject\""
     "FF FF 01 00 09 00 \"GPObArray\" 01 00"
     "FF FF 01 00 0B 00 \"GPActiveRec\" 0A 00 00 00 02 00 02 00"
@@ -62,13 +62,13 @@ TEST_F(Store, WritesTheRecordFileAtOnceAndTheIndexAtClose)
   EXPECT_FALSE(folder.Has("a.sr"));
   EXPECT_EQ(Put(*store, 1, "ABCD"), 1);
   EXPECT_EQ(Put(*store, 2, "XY"), 1);
-  EXPECT_EQ(folder.Read("a.sr"), g_RecordFile);
+  EXPECT_EQ(folder.Read("a.sr"), recordFile);
   EXPECT_EQ(Get(*store, 1), "ABCD");
   EXPECT_EQ(store->DeleteRec(1), 1);
   EXPECT_EQ(folder.Read("a.sr").substr(0, 2), FromHex("01 80"));
   EXPECT_FALSE(folder.Has("a.si"));
   store->Close();
-  EXPECT_EQ(folder.Read("a.si"), g_IndexAfterDelete);
+  EXPECT_EQ(folder.Read("a.si"), indexAfterDelete);
 
   store = Open();
   EXPECT_EQ(store->GetRecCount(), 1);
@@ -193,7 +193,7 @@ TEST_F(Store, AnswersNothingWhenClosed)
 TEST_F(Store, RaisesForADamagedIndexAndLeavesTheFiles)
 {
   auto const damage = [&](size_t place, std::string_view bytes) {
-    std::string index = g_IndexAfterDelete;
+    std::string index = indexAfterDelete;
     index.replace(place, bytes.size(), bytes);
     folder.Write("a.si", index);
     int const cause = CauseOfOpen();
@@ -206,8 +206,8 @@ TEST_F(Store, RaisesForADamagedIndexAndLeavesTheFiles)
   EXPECT_EQ(damage(14, FromHex("00 00")), CArchiveException::badClass);   // no array at all
   EXPECT_EQ(damage(29, FromHex("FF FF")), CArchiveException::endOfFile);  // a count that no file holds
   EXPECT_EQ(damage(37, "GPDataArray"), CArchiveException::badClass);      // a class that is no entry
-  for (size_t length = 1; length < g_IndexAfterDelete.size(); ++length) {
-    folder.Write("a.si", g_IndexAfterDelete.substr(0, length));
+  for (size_t length = 1; length < indexAfterDelete.size(); ++length) {
+    folder.Write("a.si", indexAfterDelete.substr(0, length));
     EXPECT_NE(CauseOfOpen(), 0) << length;
   }
 }

@@ -16,7 +16,7 @@ std::string bytesOf(std::string hex)
   return FromHex(hex);
 }
 
-std::string const g_EmptyIndex = bytesOf("00 00 FF FF 01 00 09 00 'GPObArray' 00 00 FF FF 01 00 08 00 'GPObList' 00 00");
+std::string const emptyIndex = bytesOf("00 00 FF FF 01 00 09 00 'GPObArray' 00 00 FF FF 01 00 08 00 'GPObList' 00 00");
 
 struct Case {
   char const * pWhy;
@@ -24,7 +24,7 @@ struct Case {
   char const * pAfter;  // null: refused
 };
 
-constexpr Case g_Cases[] = {
+constexpr Case cases[] = {
     {"an empty file", "", ""},
     {"nothing to win", "02 00 01 00 01 00 'b' 01 00 01 00 01 00 'a'", "02 00 01 00 01 00 'b' 01 00 01 00 01 00 'a'"},
     {"a free block first", "01 80 02 00 02 00 'xx' 07 00 01 00 01 00 'a' 03 00 01 00 01 00 'b'",
@@ -41,23 +41,23 @@ constexpr Case g_Cases[] = {
 
 TEST(Compaction, MovesWhatIsLiveAndTouchesNothingElse)
 {
-  for (Case const & at : g_Cases) {
+  for (Case const & at : cases) {
     TempFolder const folder;
     std::string const before = bytesOf(at.pBefore);
-    folder.Write("a.si", g_EmptyIndex);
+    folder.Write("a.si", emptyIndex);
     folder.Write("a.sr", before);
     GPDataFile store(folder.Name("a.si"), folder.Name("a.sr"), CFile::modeReadWrite, nullptr);
     EXPECT_EQ(store.DegasRecFile(), at.pAfter != nullptr) << at.pWhy;
     store.Close();
     EXPECT_EQ(folder.Read("a.sr"), at.pAfter != nullptr ? bytesOf(at.pAfter) : before) << at.pWhy;
-    EXPECT_EQ(folder.Read("a.si") == g_EmptyIndex, at.pAfter == nullptr || before.empty()) << at.pWhy;
+    EXPECT_EQ(folder.Read("a.si") == emptyIndex, at.pAfter == nullptr || before.empty()) << at.pWhy;
   }
 }
 
 TEST(Compaction, SortsTheTableAndKeepsTheOrderInTheFile)
 {
   TempFolder const folder;
-  folder.Write("a.si", g_EmptyIndex);
+  folder.Write("a.si", emptyIndex);
   folder.Write("a.sr", bytesOf("07 00 01 00 01 00 'a' 01 80 02 00 02 00 'xx' 03 00 01 00 01 00 'b' 05 00 01 00 02 00 'c.'"));
   GPDataFile store(folder.Name("a.si"), folder.Name("a.sr"), CFile::modeReadWrite, nullptr);
   ASSERT_EQ(store.DegasRecFile(), 1);

@@ -257,7 +257,7 @@ TEST_P(DatesInLocalesWithWords, AreNumbersThatCanBeReadBack)
   });
 }
 
-InLocale const g_Locales[] = {
+InLocale const locales[] = {
     {"nb_NO", "01. 04 2000", "kl. 16.00", "dd. MM yyyy"}, {"is_IS", "1.04 2000", "16:00", "d.MM yyyy"},
     {"ms_MY", "01 04 2000", "16:00", "dd MM yyyy"},       {"ar_EG", "01 04, 2000", "04:00 ?", "dd MM, yyyy"},
     {"fa_IR", "00/04/01", "16:00", "yy/MM/dd"},           {"sq_AL", "1.4.00", "04:00.MD", "d.M.yy"},
@@ -265,7 +265,7 @@ InLocale const g_Locales[] = {
     {"ko_KR", "2000? 04? 01?", "16? 00?", "yyyy/MM/dd"},  {"zh_HK", "2000?04?01?", "?? 04?00?", "yyyy/MM/dd"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Of, DatesInLocalesWithWords, testing::ValuesIn(g_Locales),
+INSTANTIATE_TEST_SUITE_P(Of, DatesInLocalesWithWords, testing::ValuesIn(locales),
                          [](auto const & run) { return std::string(run.param.name); });
 
 }  // namespace

@@ -12,7 +12,7 @@ struct Damage {
 };
 
 // The index: header 14 bytes, array 17, then records of 8 bytes from 46 on with tags between, and the list.
-constexpr Damage g_Damages[] = {
+constexpr Damage damages[] = {
     {"a.SR", 2, "05 00", "  at         0  record 1: length 5 is above the capacity 2\n"},
     {"a.SR", 2, "01 00", "  at         0  record 1: the index has 2 bytes, the block 1\n"},
     {"a.SR", 8, "09 00", "  at         8  record 2: the index has it here, but the block is record 9\n"},
@@ -32,7 +32,7 @@ TEST_F(StoreTool, CheckTellsEveryDamageAndChangesNothing)
   std::string const index = m_Folder.Read("a.SI");
   std::string const record = m_Folder.Read("a.SR");
   EXPECT_EQ(Zp("check a").m_strOut, "3 records, 1 free block, 36 bytes: sound\n");
-  for (Damage const & damage : g_Damages) {
+  for (Damage const & damage : damages) {
     m_Folder.Write("a.SI", index);
     m_Folder.Write("a.SR", record);
     Patch(damage.pFile, damage.nOffset, FromHex(damage.pBytes));
@@ -123,7 +123,7 @@ struct Interruption {
   bool bMark;
 };
 
-constexpr Interruption g_Interruptions[] = {
+constexpr Interruption interruptions[] = {
     {"oT", "o", false}, {"oT", "oT", false}, {"oN", "oT", false}, {"oN", "oN", false}, {"oN", "oN", true}, {"ON", "oN", true},
     {"nO", "oN", true}, {"nO", "ON", true},  {"nO", "nO", true},  {"nO", "nO", false}, {"n", "nO", false},
 };
@@ -135,7 +135,7 @@ TEST_F(StoreTool, AnInterruptedExchangeIsFinishedOrUndoneFromEveryStep)
   std::string const old[] = {m_Folder.Read("a.SR"), m_Folder.Read("a.SI")};
   Zp("compact a");
   std::string const fresh[] = {m_Folder.Read("a.SR"), m_Folder.Read("a.SI")};
-  for (Interruption const & at : g_Interruptions) {
+  for (Interruption const & at : interruptions) {
     std::filesystem::remove(m_Folder.Path() / "a.SR");
     std::filesystem::remove(m_Folder.Path() / "a.SI");
     for (int i = 0; i < 2; ++i) {

@@ -74,7 +74,7 @@ struct Misuse {
   char const * pError;
 };
 
-constexpr Misuse g_Misuses[] = {
+constexpr Misuse misuses[] = {
     {"", 2, "zp: A subcommand is required; see zp store --help\n"},
     {"list", 2, "zp: store is required; see zp store list --help\n"},
     {"show a", 2, "zp: id is required; see zp store show --help\n"},
@@ -93,7 +93,7 @@ TEST_F(StoreTool, TellsWhatIsUsedWronglyInOneLine)
   m_Folder.Write("b.SI", "");
   m_Folder.Write("c.SR", "");
   m_Folder.Write("plain.txt", "");
-  for (Misuse const & misuse : g_Misuses) {
+  for (Misuse const & misuse : misuses) {
     ProgramRun const run = Zp(misuse.pArguments);
     EXPECT_EQ(run.m_nStatus, misuse.nStatus) << misuse.pArguments;
     EXPECT_EQ(run.m_strErr, misuse.pError);

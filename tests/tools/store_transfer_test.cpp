@@ -10,7 +10,7 @@
 
 namespace {
 
-std::string const g_Table = ZP_SOURCE_DIR "/examples/components.csv";
+std::string const componentTable = ZP_SOURCE_DIR "/examples/components.csv";
 
 std::string bytesOf(CObject const & object)
 {
@@ -86,7 +86,7 @@ TEST_F(StoreTool, JsonGivesBackEveryRecordBitForBit)
 
 TEST_F(StoreTool, TableGivesBackComponentsBitForBit)
 {
-  EXPECT_EQ(Zp("import a " + g_Table).m_strOut, "37 records stored in a.SR: 37 new, 0 replaced\n");
+  EXPECT_EQ(Zp("import a " + componentTable).m_strOut, "37 records stored in a.SR: 37 new, 0 replaced\n");
   ASSERT_EQ(Zp("export a a.csv").m_nStatus, 0);
   Zp("import b a.csv");
   EXPECT_EQ(m_Folder.Read("b.SR"), m_Folder.Read("a.SR"));
@@ -133,7 +133,7 @@ struct Refusal {
   char const * pError;
 };
 
-constexpr Refusal g_Refusals[] = {
+constexpr Refusal refusals[] = {
     {"", "standard input: is empty; a line with the names of the columns is expected"},
     {"name\nx\n", "standard input: line 1: the column id is missing"},
     {"id,colour\n1,x\n", "standard input: line 1: there is no column \"colour\"; the manual of zp store lists them"},
@@ -157,7 +157,7 @@ constexpr Refusal g_Refusals[] = {
 
 TEST_F(StoreTool, RefusedImportsStoreNothingAndSayWhere)
 {
-  for (Refusal const & refusal : g_Refusals) {
+  for (Refusal const & refusal : refusals) {
     ProgramRun const run = Zp("import a -", refusal.pInput);
     EXPECT_EQ(run.m_nStatus, 1) << refusal.pInput;
     EXPECT_EQ(run.m_strErr, std::string("zp: ") + refusal.pError + "\n");

@@ -1,0 +1,288 @@
+// CArchive: object pointers. A pointer is a tag and what the tag calls for:
+//
+//   0x0000            null
+//   0x0001 to 0x7FFE  an object that went through before, by its index
+//   0x7FFF            large index: DWORD, an object's, or 0x80000000 ORed with a class's
+//   0x8001 to 0xFFFE  a new object of a class that went through before: 0x8000 ORed with the class's index; its own bytes
+//   0xFFFF            a new object of a new class: WORD schema, WORD name length, name; then the object's own bytes
+//
+// A GPObject as an archive's first object: FF FF, 01 00, 08 00, "GPObject". It takes the indexes 1 (class) and 2 (object).
+
+#include <zpbase/platform/archive.h>
+
+#include <algorithm>
+#include <bit>
+#include <iterator>
+
+#include "platform/archive/archive_internal.h"
+
+namespace {
+
+constexpr WORD nullTag = 0x0000;
+constexpr WORD bigTag = 0x7FFF;
+constexpr WORD classBit = 0x8000;
+constexpr WORD newClassTag = 0xFFFF;
+constexpr DWORD bigClassBit = 0x80000000;
+constexpr size_t maxClassName = 63;
+constexpr size_t tagBytes = 2;
+
+bool isClass(zp::LoadedEntry entry)
+{
+  return (entry & 1) != 0;
+}
+
+CRuntimeClass * classOf(zp::LoadedEntry entry)
+{
+  return reinterpret_cast<CRuntimeClass *>(entry & ~uintptr_t{1});
+}
+
+// Counts a level of nesting for as long as it lives.
+class Nesting {
+ public:
+  explicit Nesting(int & depth) : m_nDepth(++depth) {}
+  ~Nesting() { --m_nDepth; }
+  Nesting(Nesting const &) = delete;
+  Nesting & operator=(Nesting const &) = delete;
+
+ private:
+  int & m_nDepth;
+};
+
+}  // namespace
+
+namespace zp {
+
+void IdentityTable::Grow()
+{
+  std::vector<Slot> old(m_Slots.empty() ? 16 : 4 * m_Slots.size());
+  old.swap(m_Slots);
+  m_nShift = 64 - std::countr_zero(m_Slots.size());
+  for (Slot const & slot : old)
+    if (slot.pLeaf != nullptr) PlaceOf(slot.nRegion) = slot;
+}
+
+IdentityTable::Leaf & IdentityTable::LeafOf(uintptr_t region)
+{
+  constexpr size_t chunkLeaves = 32;
+  if (2 * m_nLeaves >= m_Slots.size()) Grow();
+  Slot & slot = PlaceOf(region);
+  if (slot.pLeaf == nullptr) {
+    if (m_nLeaves % chunkLeaves == 0) m_Chunks.push_back(std::make_unique<Leaf[]>(chunkLeaves));
+    slot = {region, &m_Chunks.back()[m_nLeaves++ % chunkLeaves]};
+  }
+  return *slot.pLeaf;
+}
+
+}  // namespace zp
+
+DWORD CArchive::Identities::IndexOfClass(CRuntimeClass const * record)
+{
+  KnownClass & known = recentClasses[reinterpret_cast<uintptr_t>(record) / sizeof(CRuntimeClass) % std::size(recentClasses)];
+  if (known.pClass != record) known = {record, storedClasses.FindOrInsert(record, nCount + 1)};
+  return known.nIndex;
+}
+
+void CArchive::Identities::Enter(CObject * object)
+{
+  loaded.push_back(reinterpret_cast<zp::LoadedEntry>(object));
+  nForgotten = SIZE_MAX;
+}
+
+void CArchive::Identities::ForgetObjectsFrom(size_t entry)
+{
+  for (size_t i = entry, end = std::min(loaded.size(), nForgotten); i < end; ++i)
+    if (!isClass(loaded[i])) loaded[i] = 0;
+  nForgotten = entry;
+}
+
+void CArchive::Identities::AddGap(size_t count)
+{
+  if (!gaps.empty() && gaps.back().nIndex + gaps.back().nCount == LoadedCount())
+    gaps.back().nCount += count;
+  else
+    gaps.push_back({LoadedCount(), count});
+  nInGaps += count;
+}
+
+zp::LoadedEntry CArchive::Identities::At(size_t index) const
+{
+  size_t before = 0;
+  for (Gap const & gap : gaps) {
+    if (index < gap.nIndex) break;
+    if (index < gap.nIndex + gap.nCount) return 0;
+    before += gap.nCount;
+  }
+  return loaded[index - before];
+}
+
+void CArchive::WriteClass(CRuntimeClass const * record)
+{
+  Identities & known = *m_Identities;
+  if (known.nCount >= Identities::maxIndex) Fail(CArchiveException::badIndex);
+  DWORD const index = known.IndexOfClass(record);
+  if (index > known.nCount) {
+    ++known.nCount;
+    size_t const length = std::strlen(record->m_lpszClassName);
+    *this << newClassTag << static_cast<WORD>(record->m_wSchema) << static_cast<WORD>(length);
+    Write(record->m_lpszClassName, static_cast<UINT>(length));
+  } else if (index < bigTag) {
+    *this << static_cast<WORD>(classBit | index);
+  } else {
+    *this << bigTag << static_cast<DWORD>(bigClassBit | index);
+  }
+  ++known.nCount;
+}
+
+void CArchive::WriteObject(CObject const * object)
+{
+  RequireMode(true);
+  if (object == nullptr) {
+    *this << nullTag;
+    return;
+  }
+  Identities & known = *m_Identities;
+  CRuntimeClass const * const record = object->GetRuntimeClass();
+  DWORD const candidate = std::max(known.IndexOfClass(record), known.nCount) + 1;
+  DWORD const index = known.stored.FindOrInsert(object, candidate);
+  if (index != candidate) {
+    if (index < bigTag)
+      *this << static_cast<WORD>(index);
+    else
+      *this << bigTag << index;
+    return;
+  }
+  if (record->m_wSchema == 0xFFFF) Fail(CArchiveException::badClass);
+  if (m_nDepth >= maxDepth) Fail(CArchiveException::badIndex);
+  Nesting const nesting(m_nDepth);
+  WriteClass(record);
+  const_cast<CObject *>(object)->Serialize(*this);
+}
+
+CArchive & CArchive::operator<<(CObject const * object)
+{
+  WriteObject(object);
+  return *this;
+}
+
+CArchive & CArchive::operator>>(CObject *& object)
+{
+  object = ReadObject(nullptr);
+  return *this;
+}
+
+CRuntimeClass * CArchive::ReadNewClass()
+{
+  WORD schema;
+  WORD length;
+  *this >> schema >> length;
+  RequireBytes(length);
+  if (length > maxClassName) Fail(CArchiveException::badClass);
+  char name[maxClassName + 1];
+  EnsureRead(name, length);
+  CRuntimeClass * const record = CRuntimeClass::FromName(name, length);
+  if (record == nullptr || record->m_pfnCreateObject == nullptr) Fail(CArchiveException::badClass);
+  if (record->m_wSchema != schema) Fail(CArchiveException::badSchema);
+  m_Identities->loaded.push_back(reinterpret_cast<zp::LoadedEntry>(record) | 1);
+  return record;
+}
+
+// The class of the new object that the tag announces; or null, and the index of the object that it refers to, 0 for null.
+CRuntimeClass * CArchive::ReadTag(CRuntimeClass const * requested, DWORD & objectIndex)
+{
+  WORD tag;
+  *this >> tag;
+  DWORD index = tag & ~classBit;
+  bool ofClass = (tag & classBit) != 0;
+  objectIndex = 0;
+  CRuntimeClass * record = nullptr;
+  if (tag == newClassTag) {
+    record = ReadNewClass();
+  } else {
+    if (tag == bigTag) {
+      *this >> index;
+      ofClass = (index & bigClassBit) != 0;
+      index &= ~bigClassBit;
+    }
+    if (index >= m_Identities->LoadedCount()) Fail(CArchiveException::badIndex);
+    if (!ofClass) {
+      objectIndex = index;
+      return nullptr;
+    }
+    zp::LoadedEntry const entry = m_Identities->At(index);
+    if (!isClass(entry)) Fail(CArchiveException::badIndex);
+    record = classOf(entry);
+  }
+  if (requested != nullptr && record != requested && !record->IsDerivedFrom(requested)) Fail(CArchiveException::badClass);
+  return record;
+}
+
+CRuntimeClass * CArchive::ReadClass(CRuntimeClass const * requested)
+{
+  DWORD objectIndex;
+  CRuntimeClass * const record = ReadTag(requested, objectIndex);
+  if (objectIndex != 0) Fail(CArchiveException::badIndex);
+  return record;
+}
+
+void CArchive::MapObjects(size_t count)
+{
+  m_Identities->AddGap(count);
+}
+
+size_t CArchive::ReadRun(CRuntimeClass const * record, size_t objectBytes, size_t atMost, BYTE const *& objects)
+{
+  RequireMode(false);
+  size_t const stride = tagBytes + objectBytes;
+  size_t const ready = std::min(atMost, static_cast<size_t>(m_pMax - m_pCur) / stride);
+  if (ready == 0) return 0;
+  BYTE const * const first = m_pCur;
+  auto const index = static_cast<DWORD>((first[0] | first[1] << 8) ^ classBit);
+  if (index == 0 || index >= bigTag || index >= m_Identities->LoadedCount()) return 0;
+  if (m_Identities->At(index) != (reinterpret_cast<zp::LoadedEntry>(record) | 1)) return 0;
+  size_t count = 1;
+  while (count < ready && std::memcmp(first + count * stride, first, tagBytes) == 0) ++count;
+  objects = first + tagBytes;
+  m_pCur += count * stride;
+  m_Identities->AddGap(count);
+  return count;
+}
+
+// A failed object, and all that were read inside it, can't be referred to afterwards: they are gone.
+CObject * CArchive::ReadNewObject(CRuntimeClass * record)
+{
+  if (m_nDepth >= maxDepth) Fail(CArchiveException::badIndex);
+  Nesting const nesting(m_nDepth);
+  size_t const index = m_Identities->loaded.size();
+  std::unique_ptr<CObject> object(record->CreateObject());
+  m_Identities->Enter(object.get());
+  try {
+    object->Serialize(*this);
+  } catch (...) {
+    m_Identities->ForgetObjectsFrom(index);
+    throw;
+  }
+  return object.release();
+}
+
+CObject * CArchive::ReadTagged(CRuntimeClass const * requested, bool owned)
+{
+  DWORD index;
+  CRuntimeClass * const record = ReadTag(requested, index);
+  if (record != nullptr) return ReadNewObject(record);
+  if (index == 0) return nullptr;
+  zp::LoadedEntry const entry = m_Identities->At(index);
+  if (owned || entry == 0 || isClass(entry)) Fail(CArchiveException::badIndex);
+  auto * const object = reinterpret_cast<CObject *>(entry);
+  if (requested != nullptr && !object->IsKindOf(requested)) Fail(CArchiveException::badClass);
+  return object;
+}
+
+CObject * CArchive::ReadObject(CRuntimeClass const * requested)
+{
+  return ReadTagged(requested, false);
+}
+
+CObject * CArchive::ReadOwnedObject(CRuntimeClass const * requested)
+{
+  return ReadTagged(requested, true);
+}

@@ -1,0 +1,92 @@
+// Registration-entries texts that come from elsewhere or go there, as steps to be done one after the other.
+
+#include <zpbase/platform/registry.h>
+
+#include <algorithm>
+
+#include "platform/registry/registry_text_internal.h"
+
+namespace zp {
+namespace {
+
+constexpr std::string_view lineEnd = "\r\n";
+constexpr std::string_view wideMark = "\xFF\xFE";  // UTF-16, low byte first
+constexpr std::string_view wideForm = "Windows Registry Editor Version 5.00";
+
+// lost grows by the characters that have become '?'.
+std::string narrowed(std::string_view bytes, int & lost)
+{
+  std::u16string wide;
+  for (size_t i = 0; i + 1 < bytes.size(); i += 2)
+    wide += static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) | static_cast<unsigned char>(bytes[i + 1]) << 8);
+  std::string text;
+  AppendWide(text, wide);
+  auto const marks = std::count(text.begin(), text.end(), '?') - std::count(wide.begin(), wide.end(), u'?');
+  lost += static_cast<int>(marks);
+  return text;
+}
+
+// A comment, a blank line or the first line; all else that means nothing is damaged.
+bool isExpected(std::string_view line)
+{
+  size_t const first = line.find_first_not_of(" \t\r\n");
+  return first == std::string_view::npos || line[first] == ';' || line.substr(first).starts_with("REGEDIT4") ||
+         line.substr(first).starts_with(wideForm);
+}
+
+// In the wide form the bytes of these two types are wide characters.
+bool hasWideData(DWORD type)
+{
+  return type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
+}
+
+RegistryEntry entryOf(RegistryLine const & line, bool wide, int & lost)
+{
+  RegistryEntry entry;
+  entry.m_Kind = line.m_Kind == RegistryLine::Value         ? RegistryEntry::SetValue
+                 : line.m_Kind == RegistryLine::DeleteValue ? RegistryEntry::RemoveValue
+                                                            : RegistryEntry::RemoveKey;
+  entry.m_strKey = CString(line.m_Path);
+  entry.m_strName = CString(line.m_Name);
+  entry.m_nType = line.m_nType;
+  entry.m_strData = CString(wide && hasWideData(line.m_nType) ? narrowed(line.m_Data, lost) : line.m_Data);
+  return entry;
+}
+
+}  // namespace
+
+bool ReadRegistryText(std::string_view text, std::vector<RegistryEntry> & entries, int & damaged, int & lost)
+{
+  entries.clear();
+  damaged = 0;
+  lost = 0;
+  std::string const plain = text.starts_with(wideMark) ? narrowed(text.substr(wideMark.size()), lost) : std::string(text);
+  bool const wide = plain.starts_with(wideForm);
+  if (!wide && !IsRegistryText(plain)) return false;
+  WalkRegistryText(plain, [&](RegistryLine const & line) {
+    if (line.m_Kind == RegistryLine::Other) {
+      if (!isExpected(std::string_view(plain).substr(line.m_nBegin, line.m_nEnd - line.m_nBegin))) ++damaged;
+    } else if (line.m_Kind != RegistryLine::Key) {
+      entries.push_back(entryOf(line, wide, lost));
+    }
+  });
+  return true;
+}
+
+std::string WriteRegistryText(std::vector<RegistryEntry> const & entries)
+{
+  std::string text = "REGEDIT4\r\n";
+  std::string_view key;
+  for (RegistryEntry const & entry : entries) {
+    std::string_view const path = entry.m_strKey.View();
+    bool const removesKey = entry.m_Kind == RegistryEntry::RemoveKey;
+    if (removesKey || path != key) text.append("\r\n[").append(removesKey ? "-" : "").append(path).append("]\r\n");
+    key = removesKey ? std::string_view() : path;
+    if (entry.m_Kind == RegistryEntry::SetValue)
+      text += RegistryValueText(entry.m_strName.View(), entry.m_nType, entry.m_strData.View(), lineEnd);
+    if (entry.m_Kind == RegistryEntry::RemoveValue) text += RegistryRemovalText(entry.m_strName.View(), lineEnd);
+  }
+  return text;
+}
+
+}  // namespace zp

@@ -1,0 +1,40 @@
+// The registered modules of dialog templates; our stand-in for the application's module stands at their end.
+
+#include <algorithm>
+
+#include "platform/resources/resources_internal.h"
+#include "platform/windows/dialog_internal.h"
+
+namespace {
+
+std::vector<zp::FindDialogTemplate> & modules()
+{
+  static std::vector<zp::FindDialogTemplate> registered;
+  return registered;
+}
+
+}  // namespace
+
+namespace zp {
+
+void RegisterTemplateModule(FindDialogTemplate find)
+{
+  modules().insert(modules().begin(), find);
+}
+
+void UnregisterTemplateModule(FindDialogTemplate find)
+{
+  std::erase(modules(), find);
+}
+
+DialogTemplate const * FindTemplate(UINT id)
+{
+  for (FindDialogTemplate const find : modules())
+    if (DialogTemplate const * const found = find(id); found != nullptr) return found;
+  auto const * const end = applicationTemplates + applicationTemplateCount;
+  auto const * const found =
+      std::find_if(applicationTemplates, end, [id](DialogTemplate const & candidate) { return candidate.m_nID == id; });
+  return found != end ? found : nullptr;
+}
+
+}  // namespace zp

@@ -1,0 +1,276 @@
+// The terminal's user interface: messages on standard error, wrapped to its width, and answers from standard input where both
+// are terminals. The thread's messages are delivered while it waits for one. Without a terminal the safe answer is given at once,
+// and shown.
+
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <functional>
+#include <string>
+#include <utility>
+
+#include <zpbase/platform/application.h>
+#include <zpbase/platform/windows.h>
+
+#include "platform/windows/wrap_text_internal.h"
+
+namespace {
+
+constexpr size_t defaultWidth = 80;  // columns
+constexpr size_t minWidth = 20;
+constexpr int inputWait = 10;  // milliseconds between two looks at the thread's messages
+
+// One thing that can be answered: its letter in "[y/n]", its words, and the id that it stands for.
+struct Choice {
+  char cKey;
+  std::string words;
+  int nAnswer;
+  bool bSafe;
+};
+using Choices = std::vector<Choice>;
+
+Choices choicesOf(UINT style)
+{
+  switch (style & MB_TYPEMASK) {
+    case MB_OKCANCEL:
+      return {{'o', "OK", IDOK, false}, {'c', "Cancel", IDCANCEL, true}};
+    case MB_ABORTRETRYIGNORE:
+      return {{'a', "Abort", IDABORT, true}, {'r', "Retry", IDRETRY, false}, {'i', "Ignore", IDIGNORE, false}};
+    case MB_YESNOCANCEL:
+      return {{'y', "Yes", IDYES, false}, {'n', "No", IDNO, false}, {'c', "Cancel", IDCANCEL, true}};
+    case MB_YESNO:
+      return {{'y', "Yes", IDYES, false}, {'n', "No", IDNO, true}};
+    case MB_RETRYCANCEL:
+      return {{'r', "Retry", IDRETRY, false}, {'c', "Cancel", IDCANCEL, true}};
+    default:
+      return {};
+  }
+}
+
+char const * iconWord(UINT style)
+{
+  switch (style & MB_ICONMASK) {
+    case MB_ICONHAND:
+      return "Error: ";
+    case MB_ICONQUESTION:
+      return "Question: ";
+    case MB_ICONEXCLAMATION:
+      return "Warning: ";
+    case MB_ICONASTERISK:
+      return "Note: ";
+    default:
+      return "";
+  }
+}
+
+char lower(char c)
+{
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
+
+bool writeAll(std::string_view bytes)
+{
+  while (!bytes.empty()) {
+    ssize_t const written = write(STDERR_FILENO, bytes.data(), bytes.size());
+    if (written < 0 && errno != EINTR) return false;
+    if (written > 0) bytes.remove_prefix(static_cast<size_t>(written));
+  }
+  return true;
+}
+
+size_t columns()
+{
+  winsize size{};
+  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return defaultWidth;
+  return std::max<size_t>(size.ws_col, minWidth);
+}
+
+void print(std::string_view text)
+{
+  writeAll(zp::TextToUtf8(zp::WrapText(text, columns())));
+}
+
+bool canAsk()
+{
+  return IsTerminal(STDIN_FILENO) && IsTerminal(STDERR_FILENO);
+}
+
+// Delivers what is there for the thread, up to a quit, which stays for the program's own loop.
+void deliverMessages()
+{
+  CWinThread * const thread = AfxGetThread();
+  for (MSG next; PeekMessageA(&next, PM_NOREMOVE) && next.message != WM_QUIT;) {
+    if (thread != nullptr) {
+      thread->PumpMessage();
+    } else {
+      PeekMessageA(&next, PM_REMOVE);
+      DispatchMessageA(&next);
+    }
+  }
+}
+
+bool hasInput()
+{
+  pollfd input{STDIN_FILENO, POLLIN, 0};
+  return poll(&input, 1, inputWait) > 0;
+}
+
+// False at the end of the input, and when a message has made the answer needless.
+bool readLine(std::string & line, std::function<bool()> const & isOver)
+{
+  line.clear();
+  for (char c = 0;;) {
+    deliverMessages();
+    if (isOver()) return false;
+    if (!hasInput()) continue;
+    ssize_t const got = read(STDIN_FILENO, &c, 1);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return false;
+    if (c == '\n') return true;
+    line += c;
+  }
+}
+
+// "[y/n]"
+std::string keysOf(Choices const & choices)
+{
+  std::string keys = "[";
+  for (Choice const & choice : choices) {
+    if (keys.size() > 1) keys += '/';
+    keys += choice.cKey;
+  }
+  return keys + "]";
+}
+
+Choice const & safeChoice(Choices const & choices)
+{
+  auto const safe = std::find_if(choices.begin(), choices.end(), [](Choice const & choice) { return choice.bSafe; });
+  return safe != choices.end() ? *safe : choices.back();
+}
+
+// Asks until one of the keys is at the head of a line; the end of the input, or of what is asked for, is the safe choice.
+Choice const & ask(Choices const & choices, std::function<bool()> const & isOver)
+{
+  if (!canAsk()) {
+    writeAll("(" + zp::TextToUtf8(safeChoice(choices).words) + ")\n");
+    return safeChoice(choices);
+  }
+  for (std::string line;;) {
+    writeAll(keysOf(choices) + " ");
+    if (!readLine(line, isOver)) return safeChoice(choices);
+    size_t const first = line.find_first_not_of(" \t");
+    char const key = first != std::string::npos ? lower(line[first]) : '\0';
+    auto const chosen = std::find_if(choices.begin(), choices.end(), [key](Choice const & choice) { return choice.cKey == key; });
+    if (chosen != choices.end()) return *chosen;
+  }
+}
+
+// A button's text without its '&', and the key that it marks, else its first letter that no earlier button has.
+Choice choiceOf(std::string_view text, UINT id, bool isDefault, Choices const & others)
+{
+  Choice choice{'\0', {}, static_cast<int>(id), isDefault};
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '&')
+      choice.words += text[i];
+    else if (i + 1 < text.size())
+      choice.cKey = lower(text[i + 1]);
+  }
+  auto const taken = [&others](char key) {
+    return std::any_of(others.begin(), others.end(), [key](Choice const & other) { return other.cKey == key; });
+  };
+  for (size_t i = 0; i < choice.words.size() && (choice.cKey == '\0' || taken(choice.cKey)); ++i)
+    choice.cKey = lower(choice.words[i]);
+  return choice;
+}
+
+// Text in the colour that the dialog wants for it, on a terminal.
+void printStatic(CDialog & dialog, CWnd & control)
+{
+  CString text;
+  control.GetWindowText(text);
+  COLORREF const color = dialog.GetControlTextColor(control, CTLCOLOR_STATIC);
+  bool const colored = color != 0 && IsTerminal(STDERR_FILENO);
+  if (colored) {
+    CString start;
+    start.Format("\x1b[38;2;%u;%u;%um", color & 0xFF, (color >> 8) & 0xFF, (color >> 16) & 0xFF);
+    writeAll(start.View());
+  }
+  print(text.View());
+  if (colored) writeAll("\x1b[0m");
+}
+
+class Terminal : public CUserInterface {
+ public:
+  int ShowMessage(CString const & text, UINT style, UINT) override
+  {
+    print(iconWord(style) + std::string(text.View()));
+    Choices const choices = choicesOf(style);
+    return choices.empty() ? IDOK : ask(choices, [] { return false; }).nAnswer;
+  }
+
+  int RunDialog(CDialog & dialog) override
+  {
+    Choices choices;
+    for (DialogControl const & control : dialog.GetTemplate().m_Controls) {
+      CWnd * const window = dialog.GetDlgItem(static_cast<int>(control.m_nID));
+      if (control.m_Kind == DialogControl::Static)
+        printStatic(dialog, *window);
+      else
+        choices.push_back(choiceOf(control.m_pText, control.m_nID, control.m_bDefault, choices));
+    }
+    while (!dialog.IsEnded() && !choices.empty()) {
+      if (canAsk()) print(legend(choices));
+      int const answer = ask(choices, [&dialog] { return dialog.IsEnded(); }).nAnswer;
+      if (!dialog.IsEnded()) dialog.SendMessage(WM_COMMAND, static_cast<WPARAM>(answer));
+      if (!canAsk()) break;
+    }
+    return dialog.GetResult();
+  }
+
+  void Beep(UINT) override
+  {
+    if (IsTerminal(STDERR_FILENO)) writeAll("\a");
+  }
+
+  void SetWaitCursor(int) override {}
+
+ private:
+  // "c: Continue, s: Stop the run"
+  static std::string legend(Choices const & choices)
+  {
+    std::string text;
+    for (Choice const & choice : choices) {
+      if (!text.empty()) text += ", ";
+      text += choice.cKey + (": " + choice.words);
+    }
+    return text;
+  }
+};
+
+CUserInterface * g_pInstalled = nullptr;
+
+}  // namespace
+
+CUserInterface * SetUserInterface(CUserInterface * ui)
+{
+  return std::exchange(g_pInstalled, ui);
+}
+
+CUserInterface & GetUserInterface()
+{
+  static Terminal terminal;
+  return g_pInstalled != nullptr ? *g_pInstalled : terminal;
+}
+
+int AfxMessageBox(char const * text, UINT type, UINT helpId)
+{
+  return GetUserInterface().ShowMessage(text, type, helpId);
+}
+
+void MessageBeep(UINT type)
+{
+  GetUserInterface().Beep(type);
+}

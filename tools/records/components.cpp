@@ -1,0 +1,323 @@
+// Components as rows of a table.
+
+#include "tools/records/components.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <set>
+#include <sstream>
+
+#include <fmt/format.h>
+#include <zpbase/data.h>
+#include <zpbase/numeric.h>
+#include <zpbase/platform/collections.h>
+
+#include "tools/program.h"
+#include "tools/records/data_ids.h"
+#include "tools/records/payload.h"
+#include "tools/store/session.h"
+
+namespace {
+
+constexpr int equationPart = -1;
+constexpr size_t mostGroups = GPv::maxSize / 4;
+constexpr int fixedCoefficients = 4;  // of a numbered equation
+
+struct Column {
+  std::string m_strName;
+  DataMeaning const * m_pMeaning;  // null for the id
+  int m_nPart;                     // index of a coefficient, or equationPart
+};
+
+std::vector<Column> makeColumns()
+{
+  std::vector<Column> columns = {{"id", nullptr, 0}};
+  for (DataMeaning const & meaning : GetDataMeanings()) {
+    std::string const base = meaning.m_pColumn;
+    if (meaning.m_nCoefficients == 0) columns.push_back({base, &meaning, 0});
+    if (meaning.m_Kind == DataKind::Equation) columns.push_back({base + "_eq", &meaning, equationPart});
+    for (int i = 0; i < meaning.m_nCoefficients; ++i) columns.push_back({base + "_" + CoefficientName(i), &meaning, i});
+  }
+  return columns;
+}
+
+std::vector<Column> const & allColumns()
+{
+  static std::vector<Column> const columns = makeColumns();
+  return columns;
+}
+
+size_t firstColumnOf(DataMeaning const & meaning)
+{
+  auto const & columns = allColumns();
+  return static_cast<size_t>(
+      std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.m_pMeaning == &meaning; }) -
+      columns.begin());
+}
+
+using Cells = std::vector<std::string>;  // of all columns
+
+// Raises for text that is no number, or one that a 32-bit float can't hold.
+void requireNumber(std::string const & cell)
+{
+  size_t used = 0;
+  double const value = zp::TextToDouble(cell, &used);
+  if (used != cell.size()) throw Failure(fmt::format("\"{}\" is no number", cell));
+  auto const narrow = static_cast<float>(value);
+  if (!std::isfinite(narrow) || (narrow == 0.0F && value != 0.0)) {
+    throw Failure(fmt::format("{} doesn't fit a 32-bit number", cell));
+  }
+}
+
+int wholeNumber(std::string const & cell, int high)
+{
+  int value = -1;
+  auto const end = std::from_chars(cell.data(), cell.data() + cell.size(), value);
+  if (end.ec == std::errc() && end.ptr == cell.data() + cell.size() && value >= 0 && value <= high) return value;
+  throw Failure(fmt::format("\"{}\" is no whole number from 0 to {}", cell, high));
+}
+
+struct Groups {
+  CStringArray m_Names;
+  std::vector<int> m_Counts;
+};
+
+// A cell such as "1:2 12R:1": groups, of which R or X marks one, and their counts.
+Groups splitGroups(std::string const & cell)
+{
+  Groups groups;
+  std::istringstream words(cell);
+  for (std::string word; words >> word;) {
+    size_t const colon = word.find(':');
+    std::string group = word.substr(0, colon);
+    groups.m_Counts.push_back(wholeNumber(colon == std::string::npos ? "" : word.substr(colon + 1), 0x7FFF));
+    groups.m_Names.Add(CString(group.c_str()));
+    if (group.ends_with('R') || group.ends_with('X')) group.pop_back();
+    wholeNumber(group, 0x7FFF);
+  }
+  return groups;
+}
+
+void requireGroups(std::string const & cell)
+{
+  size_t count = 0;
+  try {
+    count = splitGroups(cell).m_Counts.size();
+  } catch (Failure const &) {
+    throw Failure(fmt::format("\"{}\" is no list of groups and counts such as 1:2 12R:1", cell));
+  }
+  if (count > mostGroups) throw Failure(fmt::format("{} groups are more than the {} of a record", count, mostGroups));
+}
+
+void requireCell(Column const & column, std::string const & cell)
+{
+  if (cell.empty()) return;
+  if (column.m_nPart == equationPart)
+    wholeNumber(cell, 0xFFFF);
+  else if (column.m_pMeaning->m_Kind == DataKind::Groups)
+    requireGroups(cell);
+  else if (column.m_pMeaning->m_Kind != DataKind::Text)
+    requireNumber(cell);
+}
+
+void loadFloats(GPDataArray & data, DataMeaning const & meaning, std::string const * cells)
+{
+  CStringArray texts;
+  for (int i = 0; i < meaning.m_nCoefficients; ++i) texts.Add(CString(cells[i].c_str()));
+  auto item = std::make_unique<GPv>(meaning.m_nDataID);
+  if (item->PutFloatData(texts) > 0) data.AddData(item.release());
+}
+
+void loadEquation(GPDataArray & data, DataMeaning const & meaning, std::string const * cells)
+{
+  CString c[10];
+  bool any = false;
+  for (int i = 0; i < 10; ++i) {
+    c[i] = cells[i].c_str();
+    any |= i > 0 && !cells[i].empty();
+  }
+  if (c[0].IsEmpty()) {
+    if (any) throw Failure(fmt::format("column {}_eq: the equation number is missing", meaning.m_pColumn));
+    return;
+  }
+  auto item = std::make_unique<GPDippr>(meaning.m_nDataID);
+  item->Load(c[0], c[1], c[2], c[3], c[4], c[5], c[6], c[7], c[8], c[9]);
+  data.AddData(item.release());
+}
+
+void loadGroups(GPDataArray & data, std::string const & cell)
+{
+  Groups const groups = splitGroups(cell);
+  GPIntVector const counts(static_cast<int>(groups.m_Counts.size()), groups.m_Counts.data());
+  auto item = std::make_unique<GPUnifac>();
+  if (item->Load(groups.m_Names, counts) > 0) data.AddData(item.release());
+}
+
+void loadComponent(GPDataArray & data, Cells const & cells)
+{
+  for (DataMeaning const & meaning : GetDataMeanings()) {
+    std::string const * const first = &cells[firstColumnOf(meaning)];
+    switch (meaning.m_Kind) {
+      case DataKind::Text:
+        data.LoadStringData(meaning.m_nDataID, ToText(*first, std::string("column ") + meaning.m_pColumn));
+        break;
+      case DataKind::Number:
+        data.LoadFloatData(meaning.m_nDataID, CString(first->c_str()));
+        break;
+      case DataKind::Floats:
+        loadFloats(data, meaning, first);
+        break;
+      case DataKind::Equation:
+        loadEquation(data, meaning, first);
+        break;
+      case DataKind::Groups:
+        loadGroups(data, *first);
+        break;
+    }
+  }
+}
+
+// For each of a table's columns its place among all of them.
+std::vector<size_t> placesOf(CsvRow const & head, std::string const & name)
+{
+  std::vector<size_t> places;
+  auto const & columns = allColumns();
+  for (std::string const & field : head.m_Fields) {
+    auto const found =
+        std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.m_strName == field; });
+    if (found == columns.end()) {
+      throw Failure(
+          fmt::format("{}: line {}: there is no column \"{}\"; the manual of zp store lists them", name, head.m_nLine, field));
+    }
+    auto const place = static_cast<size_t>(found - columns.begin());
+    if (std::find(places.begin(), places.end(), place) != places.end()) {
+      throw Failure(fmt::format("{}: line {}: column {} stands twice", name, head.m_nLine, field));
+    }
+    places.push_back(place);
+  }
+  if (std::find(places.begin(), places.end(), 0U) == places.end()) {
+    throw Failure(fmt::format("{}: line {}: the column id is missing", name, head.m_nLine));
+  }
+  return places;
+}
+
+Cells cellsOf(CsvRow const & row, std::vector<size_t> const & places)
+{
+  if (row.m_Fields.size() != places.size()) {
+    throw Failure(fmt::format("{} fields under {} columns", row.m_Fields.size(), places.size()));
+  }
+  Cells cells(allColumns().size());
+  for (size_t i = 0; i < places.size(); ++i) {
+    Column const & column = allColumns()[places[i]];
+    try {
+      if (column.m_pMeaning != nullptr) requireCell(column, row.m_Fields[i]);
+    } catch (Failure const & failure) {
+      throw Failure(fmt::format("column {}: {}", column.m_strName, failure.what()));
+    }
+    cells[places[i]] = row.m_Fields[i];
+  }
+  return cells;
+}
+
+Component readComponent(CsvRow const & row, std::vector<size_t> const & places)
+{
+  Cells const cells = cellsOf(row, places);
+  if (cells[0].empty()) throw Failure("column id: is empty");
+  Component component = {wholeNumber(cells[0], maxRecordID), {}};
+  loadComponent(component.m_Data, cells);
+  return component;
+}
+
+// The cells of a packed area: one for each number, but one for all groups.
+void writeArea(std::string * cell, GPv const & item, DataMeaning const & meaning)
+{
+  for (AreaNumber const & number : DecodeArea(item, meaning)) {
+    if (meaning.m_Kind == DataKind::Groups) {
+      *cell += fmt::format("{}{}:{}", cell->empty() ? "" : " ", number.m_strName, number.m_nValue);
+    } else {
+      *cell++ = number.m_bReal ? fmt::format("{:.9g}", number.m_fValue) : fmt::format("{}", number.m_nValue);
+    }
+  }
+}
+
+bool writeItem(Cells & cells, GPData const & item)
+{
+  DataMeaning const * const meaning = FindDataMeaning(item.GetDataID());
+  if (meaning == nullptr) return false;
+  std::string * cell = &cells[firstColumnOf(*meaning)];
+  if (item.GetRuntimeClass() == RUNTIME_CLASS(GPs)) {
+    *cell = zp::TextToUtf8(static_cast<GPs const &>(item).GetValue().View());
+  } else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPf)) {
+    *cell = fmt::format("{:.9g}", static_cast<GPf const &>(item).GetValue());
+  } else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPv)) {
+    writeArea(cell, static_cast<GPv const &>(item), *meaning);
+  }
+  return true;
+}
+
+bool givesBack(Cells const & cells, std::span<BYTE const> bytes)
+{
+  try {
+    GPDataArray data;
+    for (size_t i = 1; i < cells.size(); ++i) requireCell(allColumns()[i], cells[i]);
+    loadComponent(data, cells);
+    std::vector<BYTE> const again = EncodeObject(data);
+    return std::equal(again.begin(), again.end(), bytes.begin(), bytes.end());
+  } catch (Failure const &) {
+    return false;
+  }
+}
+
+}  // namespace
+
+std::vector<Component> ReadComponents(std::vector<CsvRow> const & rows, std::string const & name)
+{
+  if (rows.empty()) throw Failure(fmt::format("{}: is empty; a line with the names of the columns is expected", name));
+  std::vector<size_t> const places = placesOf(rows.front(), name);
+  std::vector<Component> components;
+  std::set<int> ids;
+  for (size_t i = 1; i < rows.size(); ++i) {
+    try {
+      components.push_back(readComponent(rows[i], places));
+      if (!ids.insert(components.back().m_nID).second) {
+        throw Failure(fmt::format("column id: {} stands twice", components.back().m_nID));
+      }
+    } catch (Failure const & failure) {
+      throw Failure(fmt::format("{}: line {}: {}; nothing was stored", name, rows[i].m_nLine, failure.what()));
+    }
+  }
+  return components;
+}
+
+bool ComponentTable::Add(int id, std::span<BYTE const> bytes)
+{
+  Payload const payload = DecodePayload(bytes);
+  if (payload.m_State != Payload::Object || payload.m_pObject->GetRuntimeClass() != RUNTIME_CLASS(GPDataArray)) return false;
+  auto const & data = static_cast<GPDataArray const &>(*payload.m_pObject);
+  Cells cells(allColumns().size());
+  cells[0] = std::to_string(id);
+  for (int i = 0; i < data.GetSize(); ++i) {
+    if (data.GetAt(i) == nullptr || !writeItem(cells, *data.GetAt(i))) return false;
+  }
+  if (!givesBack(cells, bytes)) return false;
+  m_Rows.push_back(std::move(cells));
+  return true;
+}
+
+std::string ComponentTable::GetText() const
+{
+  std::vector<size_t> used;
+  for (size_t i = 0; i < allColumns().size(); ++i) {
+    bool const any = std::any_of(m_Rows.begin(), m_Rows.end(), [i](Cells const & cells) { return !cells[i].empty(); });
+    if (i == 0 || any) used.push_back(i);
+  }
+  auto const lineOf = [&used](auto const & fieldOf) {
+    std::vector<std::string> fields;
+    for (size_t const i : used) fields.push_back(fieldOf(i));
+    return CsvLine(fields);
+  };
+  std::string text = lineOf([](size_t i) { return allColumns()[i].m_strName; });
+  for (Cells const & cells : m_Rows) text += lineOf([&cells](size_t i) { return cells[i]; });
+  return text;
+}

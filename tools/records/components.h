@@ -1,0 +1,33 @@
+// Components between the rows of a table and the collections that a store keeps.
+//
+// A table has the column id and any of the others: one for each text and number, one for each coefficient of a correlation
+// (antoine_A, antoine_B, ...), and for a correlation with an equation number one for that (rho_liq_eq). A blank is no value.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <zpbase/data.h>
+
+#include "tools/records/csv_table.h"
+
+struct Component {
+  int m_nID;
+  GPDataArray m_Data;
+};
+
+// The components of a whole table; name is the file's. Raises Failure with the line and column of what is wrong.
+std::vector<Component> ReadComponents(std::vector<CsvRow> const & rows, std::string const & name);
+
+class ComponentTable {
+ public:
+  // False for a record that a table can't give back bit for bit.
+  bool Add(int id, std::span<BYTE const> bytes);
+
+  // The rows with the columns that are used.
+  std::string GetText() const;
+
+ private:
+  std::vector<std::vector<std::string>> m_Rows;  // of all columns
+};

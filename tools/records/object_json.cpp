@@ -1,0 +1,308 @@
+// The JSON form of each class, and of records.
+
+#include "tools/records/object_json.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+#include <zpbase/data.h>
+#include <zpbase/platform/archive.h>
+#include <zpbase/store.h>
+
+#include "tools/program.h"
+#include "tools/records/data_ids.h"
+#include "tools/records/json_values.h"
+#include "tools/records/object_forms.h"
+#include "tools/records/payload.h"
+
+namespace {
+
+using Object = std::unique_ptr<CObject>;
+
+template <class Class>
+Class const & as(CObject const & object)
+{
+  return static_cast<Class const &>(object);
+}
+
+unsigned int readDataID(Json const & json)
+{
+  return static_cast<unsigned int>(IntegerMember(json, "data_id", 0, 0xFFFF));
+}
+
+void writeDataID(Json & json, CObject const & object)
+{
+  json["data_id"] = as<GPData>(object).GetDataID();
+}
+
+CString readText(Json const & json)
+{
+  return ToText(TextMember(json, "value"), "\"value\"");
+}
+
+void writeDouble(Json & json, CObject const & object)
+{
+  writeDataID(json, object);
+  json["value"] = DoubleToJson(as<GPd>(object).GetValue());
+}
+
+void writeFloat(Json & json, CObject const & object)
+{
+  writeDataID(json, object);
+  json["value"] = FloatToJson(as<GPf>(object).GetValue());
+}
+
+void writeLong(Json & json, CObject const & object)
+{
+  writeDataID(json, object);
+  json["value"] = as<GPdw>(object).GetValue();
+}
+
+void writeWord(Json & json, CObject const & object)
+{
+  writeDataID(json, object);
+  json["value"] = as<GPw>(object).GetValue();
+}
+
+void writeText(Json & json, CObject const & object)
+{
+  writeDataID(json, object);
+  json["value"] = zp::TextToUtf8(as<GPs>(object).GetValue().View());
+}
+
+void writePoint(Json & json, CObject const & object)
+{
+  writeDataID(json, object);
+  json["x"] = DoubleToJson(as<GPxy>(object).GetX());
+  json["y"] = DoubleToJson(as<GPxy>(object).GetY());
+}
+
+void writeArrayItem(Json & json, CObject const & object)
+{
+  writeDataID(json, object);
+  json["array"] = ObjectToJson(as<GPa>(object).GetArray());
+}
+
+Object readArrayItem(Json const & json)
+{
+  unsigned int const id = readDataID(json);
+  Object array = ObjectFromJson(Member(json, "array"));
+  if (array != nullptr && !array->IsKindOf(RUNTIME_CLASS(GPObArray))) throw Failure("\"array\" must be a GPObArray or null");
+  return std::make_unique<GPa>(id, static_cast<GPObArray *>(array.release()));
+}
+
+Json decodedArea(GPv const & item)
+{
+  DataMeaning const * const meaning = FindDataMeaning(item.GetDataID());
+  std::vector<AreaNumber> const numbers = meaning != nullptr ? DecodeArea(item, *meaning) : DecodeInteractions(item);
+  Json decoded = Json::object();
+  if (!numbers.empty()) decoded["layout"] = meaning != nullptr ? meaning->m_pLayout : "GPUnifacBip";
+  for (AreaNumber const & number : numbers) {
+    decoded[number.m_strName] = number.m_bReal ? FloatToJson(number.m_fValue) : Json(number.m_nValue);
+  }
+  return decoded;
+}
+
+std::span<BYTE const> areaOf(GPv const & item)
+{
+  return {item.GetArea(), static_cast<size_t>(item.GetSize())};
+}
+
+void writeArea(Json & json, CObject const & object)
+{
+  writeDataID(json, object);
+  json["area"] = ToHex(areaOf(as<GPv>(object)));
+  Json decoded = decodedArea(as<GPv>(object));
+  if (!decoded.empty()) json["decoded"] = std::move(decoded);
+}
+
+void writePair(Json & json, CObject const & object)
+{
+  auto const & pair = as<GPbip>(object);
+  writeDataID(json, object);
+  json["second_id"] = pair.GetSecondID();
+  json["area"] = ToHex(areaOf(pair));
+  if (pair.GetSize() == 0 || pair.GetSize() % 4 != 0) return;
+  std::vector<float> values(static_cast<size_t>(pair.GetSize()) / sizeof(float));
+  pair.GetFloatData(values.data(), static_cast<int>(values.size()));
+  Json & decoded = json["decoded"] = {{"layout", "GPbip"}};
+  for (float const value : values) decoded["values"].push_back(FloatToJson(value));
+}
+
+template <class Item>
+Object readAreaInto(std::unique_ptr<Item> item, Json const & json)
+{
+  std::vector<BYTE> const bytes = HexMember(json, "area");
+  if (bytes.size() > GPv::maxSize) throw Failure(fmt::format("\"area\" must have at most {} bytes", GPv::maxSize));
+  item->ExpandVArea(static_cast<int>(bytes.size()));
+  std::copy(bytes.begin(), bytes.end(), item->GetArea());
+  return item;
+}
+
+Object readPair(Json const & json)
+{
+  auto const second = static_cast<unsigned int>(IntegerMember(json, "second_id", 0, 0xFFFF));
+  return readAreaInto(std::make_unique<GPbip>(readDataID(json), second), json);
+}
+
+template <class Array>
+void writeArray(Json & json, CObject const & object)
+{
+  Json & items = json["items"] = Json::array();
+  CObArray const & array = as<Array>(object);
+  for (int i = 0; i < array.GetSize(); ++i) items.push_back(ObjectToJson(array.GetAt(i)));
+}
+
+template <class List>
+void writeList(Json & json, CObject const & object)
+{
+  Json & items = json["items"] = Json::array();
+  CObList const & list = as<List>(object);
+  for (POSITION at = list.GetHeadPosition(); at != nullptr;) items.push_back(ObjectToJson(list.GetNext(at)));
+}
+
+Object readItem(Json const & items, size_t index)
+{
+  try {
+    return ObjectFromJson(items[index]);
+  } catch (Failure const & failure) {
+    throw Failure(fmt::format("items[{}]: {}", index, failure.what()));
+  }
+}
+
+void requireItem(CObject const * item, CRuntimeClass const * wanted)
+{
+  if (item != nullptr && wanted != nullptr && !item->IsKindOf(wanted)) throw Failure("\"items\" must hold data items here");
+}
+
+template <class Array>
+Object readArray(Json const & json)
+{
+  auto array = std::make_unique<Array>();
+  Json const & items = ArrayMember(json, "items");
+  for (size_t i = 0; i < items.size(); ++i) {
+    Object item = readItem(items, i);
+    requireItem(item.get(), std::is_same_v<Array, GPDataArray> ? RUNTIME_CLASS(GPData) : nullptr);
+    array->Add(item.release());
+  }
+  return array;
+}
+
+template <class List>
+Object readList(Json const & json)
+{
+  auto list = std::make_unique<List>();
+  Json const & items = ArrayMember(json, "items");
+  for (size_t i = 0; i < items.size(); ++i) {
+    Object item = readItem(items, i);
+    requireItem(item.get(), std::is_same_v<List, GPDataList> ? RUNTIME_CLASS(GPData) : nullptr);
+    list->AddTail(item.release());
+  }
+  return list;
+}
+
+constexpr ObjectForm classForms[] = {
+    {GPObject::GetThisClass, [](Json &, CObject const &) {}, [](Json const &) { return Object(new GPObject); }},
+    {GPData::GetThisClass, writeDataID, [](Json const & json) { return Object(new GPData(readDataID(json))); }},
+    {GPd::GetThisClass, writeDouble,
+     [](Json const & json) { return Object(new GPd(readDataID(json), DoubleMember(json, "value"))); }},
+    {GPf::GetThisClass, writeFloat,
+     [](Json const & json) { return Object(new GPf(readDataID(json), FloatMember(json, "value"))); }},
+    {GPdw::GetThisClass, writeLong,
+     [](Json const & json) {
+       return Object(new GPdw(readDataID(json), static_cast<long>(IntegerMember(json, "value", INT32_MIN, INT32_MAX))));
+     }},
+    {GPw::GetThisClass, writeWord,
+     [](Json const & json) {
+       return Object(new GPw(readDataID(json), static_cast<int>(IntegerMember(json, "value", INT16_MIN, INT16_MAX))));
+     }},
+    {GPs::GetThisClass, writeText, [](Json const & json) { return Object(new GPs(readDataID(json), readText(json))); }},
+    {GPxy::GetThisClass, writePoint,
+     [](Json const & json) { return Object(new GPxy(readDataID(json), DoubleMember(json, "x"), DoubleMember(json, "y"))); }},
+    {GPa::GetThisClass, writeArrayItem, readArrayItem},
+    {GPv::GetThisClass, writeArea, [](Json const & json) { return readAreaInto(std::make_unique<GPv>(readDataID(json)), json); }},
+    {GPbip::GetThisClass, writePair, readPair},
+    {GPObArray::GetThisClass, writeArray<GPObArray>, readArray<GPObArray>},
+    {GPDataArray::GetThisClass, writeArray<GPDataArray>, readArray<GPDataArray>},
+    {GPObList::GetThisClass, writeList<GPObList>, readList<GPObList>},
+    {GPDataList::GetThisClass, writeList<GPDataList>, readList<GPDataList>},
+};
+
+ObjectForm const * findForm(std::string_view name)
+{
+  for (std::span<ObjectForm const> const forms : {std::span<ObjectForm const>(classForms), GetNumberForms()}) {
+    for (ObjectForm const & form : forms) {
+      if (name == form.m_pfnClass()->m_lpszClassName) return &form;
+    }
+  }
+  return nullptr;
+}
+
+int g_nReadDepth = 0;
+
+struct ReadLevel {
+  ReadLevel()
+  {
+    if (g_nReadDepth == CArchive::maxDepth) throw Failure("objects are nested too deep");
+    ++g_nReadDepth;
+  }
+  ~ReadLevel() { --g_nReadDepth; }
+};
+
+// Whether the object is what the bytes hold, to the bit.
+bool givesBack(Json const & json, std::span<BYTE const> bytes)
+{
+  try {
+    std::vector<BYTE> const again = EncodeObject(*ObjectFromJson(json));
+    return std::equal(again.begin(), again.end(), bytes.begin(), bytes.end());
+  } catch (Failure const &) {
+    return false;
+  }
+}
+
+}  // namespace
+
+Json ObjectToJson(CObject const * object)
+{
+  if (object == nullptr) return nullptr;
+  ObjectForm const * const form = findForm(object->GetRuntimeClass()->m_lpszClassName);
+  Json json = {{"class", object->GetRuntimeClass()->m_lpszClassName}};
+  if (form != nullptr) form->m_pfnWrite(json, *object);
+  return json;
+}
+
+std::unique_ptr<CObject> ObjectFromJson(Json const & json)
+{
+  ReadLevel const level;
+  if (json.is_null()) return nullptr;
+  std::string const name = TextMember(json, "class");
+  ObjectForm const * const form = findForm(name);
+  if (form == nullptr) throw Failure(fmt::format("\"class\" is {}, which has no JSON form; give the record as \"hex\"", name));
+  return form->m_pfnRead(json);
+}
+
+Json RecordToJson(int id, std::span<BYTE const> bytes)
+{
+  Json record = {{"id", id}};
+  Payload const payload = DecodePayload(bytes);
+  if (payload.m_State == Payload::Object) {
+    Json object = ObjectToJson(payload.m_pObject.get());
+    if (givesBack(object, bytes)) {
+      record["object"] = std::move(object);
+      return record;
+    }
+  }
+  record["hex"] = ToHex(bytes);
+  return record;
+}
+
+std::vector<BYTE> RecordFromJson(Json const & json)
+{
+  if (!json.is_object() || json.contains("object") == json.contains("hex")) {
+    throw Failure("a record has either \"object\" or \"hex\"");
+  }
+  if (json.contains("hex")) return HexMember(json, "hex");
+  std::unique_ptr<CObject> const object = ObjectFromJson(json["object"]);
+  if (object == nullptr) throw Failure("\"object\" must not be null");
+  return EncodeObject(*object);
+}

@@ -1,0 +1,156 @@
+// Between a record's bytes and the object in them.
+
+#include "tools/records/payload.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include <fmt/format.h>
+#include <zpbase/platform/archive.h>
+#include <zpbase/platform/windows.h>
+#include <zpbase/store.h>
+
+#include "tools/program.h"
+
+namespace {
+
+constexpr size_t classNameStart = 6;  // behind the tag, the schema and the name's length, a word each
+
+size_t wordAt(std::span<BYTE const> bytes, size_t offset)
+{
+  return static_cast<size_t>(bytes[offset]) | static_cast<size_t>(bytes[offset + 1]) << 8;
+}
+
+// Takes the messages with which containers of numbers tell that their bytes are damaged.
+class MessageCatcher : public CUserInterface {
+ public:
+  MessageCatcher() : m_pFormer(SetUserInterface(this)) {}
+  ~MessageCatcher() override { SetUserInterface(m_pFormer); }
+  MessageCatcher(MessageCatcher const &) = delete;
+  MessageCatcher & operator=(MessageCatcher const &) = delete;
+
+  int ShowMessage(CString const & text, UINT, UINT) override
+  {
+    m_strMessage = zp::TextToUtf8(text.View());
+    return IDOK;
+  }
+  int RunDialog(CDialog &) override { return IDCANCEL; }
+  void Beep(UINT) override {}
+  void SetWaitCursor(int) override {}
+
+  std::string const & GetMessage() const { return m_strMessage; }
+
+ private:
+  CUserInterface * m_pFormer;
+  std::string m_strMessage;
+};
+
+// Reads the one object of the archive. The result is the count of bytes it took.
+size_t readObject(std::span<BYTE const> bytes, std::unique_ptr<CObject> & object)
+{
+  CMemFile file(const_cast<BYTE *>(bytes.data()), static_cast<UINT>(bytes.size()));
+  CArchive ar(&file, CArchive::load);
+  object.reset(ar.ReadObject(nullptr));
+  ar.Flush();
+  return static_cast<size_t>(file.GetPosition());
+}
+
+int digitOf(char c)
+{
+  if (c >= '0' && c <= '9') return c - '0';
+  int const letter = std::tolower(static_cast<unsigned char>(c));
+  return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
+}
+
+}  // namespace
+
+std::string_view NamedClass(std::span<BYTE const> bytes)
+{
+  if (bytes.size() <= classNameStart || wordAt(bytes, 0) != 0xFFFF || wordAt(bytes, 2) == 0) return {};
+  size_t const length = wordAt(bytes, 4);
+  if (length == 0 || length > bytes.size() - classNameStart) return {};
+  std::string_view const name(reinterpret_cast<char const *>(bytes.data()) + classNameStart, length);
+  bool const isName =
+      std::all_of(name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) != 0 || c == '_' || c == ':'; });
+  return isName ? name : std::string_view();
+}
+
+Payload DecodePayload(std::span<BYTE const> bytes)
+{
+  Payload payload;
+  payload.m_strClass = NamedClass(bytes);
+  if (payload.m_strClass.empty()) return payload;
+  if (CRuntimeClass::FromName(payload.m_strClass.data(), payload.m_strClass.size()) == nullptr) {
+    payload.m_State = Payload::Unknown;
+    return payload;
+  }
+  payload.m_State = Payload::Damaged;
+  MessageCatcher const catcher;
+  try {
+    size_t const taken = readObject(bytes, payload.m_pObject);
+    if (!catcher.GetMessage().empty()) {
+      payload.m_strProblem = catcher.GetMessage();
+    } else if (taken == bytes.size()) {
+      payload.m_State = Payload::Object;
+    } else {
+      payload.m_strProblem = fmt::format("{} bytes follow the object, from byte {}", bytes.size() - taken, taken);
+    }
+  } catch (CException * caught) {
+    zp::ExceptionGuard const guard(caught);
+    payload.m_strProblem = Describe(*caught);
+  }
+  return payload;
+}
+
+std::vector<BYTE> EncodeObject(CObject const & object)
+{
+  GPMemFile file;
+  {
+    CArchive ar(&file, CArchive::store);
+    ar.WriteObject(&object);
+    ar.Close();
+  }
+  BYTE const * const start = file.GetMemPtr();
+  return {start, start + file.GetLength()};
+}
+
+std::string ToHex(std::span<BYTE const> bytes)
+{
+  std::string hex;
+  hex.reserve(bytes.size() * 2);
+  for (BYTE const byte : bytes) {
+    hex += "0123456789abcdef"[byte >> 4];
+    hex += "0123456789abcdef"[byte & 15];
+  }
+  return hex;
+}
+
+bool FromHex(std::string_view hex, std::vector<BYTE> & bytes)
+{
+  bytes.clear();
+  if (hex.size() % 2 != 0) return false;
+  bytes.reserve(hex.size() / 2);
+  for (size_t i = 0; i < hex.size(); i += 2) {
+    int const high = digitOf(hex[i]);
+    int const low = digitOf(hex[i + 1]);
+    if (high < 0 || low < 0) return false;
+    bytes.push_back(static_cast<BYTE>(high * 16 + low));
+  }
+  return true;
+}
+
+std::string HexDump(std::span<BYTE const> bytes, std::string_view indent)
+{
+  constexpr size_t lineBytes = 16;
+  std::string text;
+  for (size_t start = 0; start < bytes.size(); start += lineBytes) {
+    std::string hex;
+    std::string characters;
+    for (BYTE const byte : bytes.subspan(start, std::min(lineBytes, bytes.size() - start))) {
+      hex += fmt::format("{:02x} ", byte);
+      characters += byte >= 0x20 && byte < 0x7F ? static_cast<char>(byte) : '.';
+    }
+    text += fmt::format("{}{:06x}  {:<48} {}\n", indent, start, hex, characters);
+  }
+  return text;
+}

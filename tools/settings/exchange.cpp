@@ -1,0 +1,106 @@
+// Carrying settings to and from registration-entries files.
+
+#include <optional>
+
+#include <fmt/format.h>
+
+#include "tools/program.h"
+#include "tools/settings/settings_store.h"
+
+namespace {
+
+// The section that a key of the branch is, or nothing for another key.
+std::optional<CString> sectionOf(CString const & key, CString const & branch)
+{
+  if (key.Left(branch.GetLength()).CompareNoCase(branch) != 0) return std::nullopt;
+  CString const rest = key.Mid(branch.GetLength());
+  if (rest.GetLength() < 2 || rest[0] != '\\') return std::nullopt;
+  return rest.Mid(1);
+}
+
+// A hive keeps every type. A profile file has no form for those beyond text, integer and block.
+BOOL writeValue(SettingsStore & store, CString const & section, zp::RegistryEntry const & entry)
+{
+  CWinApp & app = store.App();
+  std::string_view const data = entry.m_strData.View();
+  if (store.IsRegistry()) {
+    HKEY key = nullptr;
+    CString const path = store.Path() + "\\" + section;
+    if (RegCreateKeyExA(HKEY_CURRENT_USER, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_SET_VALUE, nullptr, &key, nullptr) != 0)
+      return FALSE;
+    auto const * const bytes = reinterpret_cast<BYTE const *>(data.data());
+    LONG const error = RegSetValueExA(key, entry.m_strName, 0, entry.m_nType, bytes, static_cast<DWORD>(data.size()));
+    RegCloseKey(key);
+    return error == ERROR_SUCCESS;
+  }
+  if (IsTextType(entry.m_nType)) return app.WriteProfileString(section, entry.m_strName, entry.m_strData.GetString());
+  if (entry.m_nType == REG_DWORD && data.size() == 4)
+    return app.WriteProfileInt(section, entry.m_strName, NumberOfBytes(entry.m_strData));
+  return entry.m_nType == REG_BINARY && store.WriteBlock(section, entry.m_strName, data);
+}
+
+BOOL apply(SettingsStore & store, CString const & section, zp::RegistryEntry const & entry)
+{
+  switch (entry.m_Kind) {
+    case zp::RegistryEntry::RemoveKey:
+      return store.App().WriteProfileString(section, nullptr, nullptr);
+    case zp::RegistryEntry::RemoveValue:
+      return store.App().WriteProfileString(section, entry.m_strName, nullptr);
+    default:
+      return writeValue(store, section, entry);
+  }
+}
+
+struct Tally {
+  unsigned int taken = 0;
+  unsigned int refused = 0;
+  unsigned int elsewhere = 0;
+};
+
+void take(SettingsStore & store, zp::RegistryEntry const & entry, std::string const & name, Tally & tally)
+{
+  std::optional<CString> const section = sectionOf(entry.m_strKey, store.Branch());
+  if (!section) {
+    ++tally.elsewhere;
+  } else if (apply(store, *section, entry)) {
+    ++tally.taken;
+  } else {
+    ++tally.refused;
+    fmt::print(stderr, "zp: {}: \"{}\" in the section \"{}\" was refused; {} has no form for its name or its type\n", name,
+               zp::TextToUtf8(entry.m_strName.View()), zp::TextToUtf8(section->View()), store.Name());
+  }
+}
+
+}  // namespace
+
+void ExportSettings(SettingsOptions const & options)
+{
+  SettingsStore store(options);
+  std::vector<zp::RegistryEntry> entries;
+  for (zp::Setting & setting : store.List(CString()))
+    entries.push_back({zp::RegistryEntry::SetValue, store.Branch() + "\\" + setting.m_strSection, std::move(setting.m_strKey),
+                       setting.m_nType, std::move(setting.m_strData)});
+  WriteWholeFile(options.file, zp::WriteRegistryText(entries));
+}
+
+void ImportSettings(SettingsOptions const & options, int & status)
+{
+  SettingsStore store(options);
+  std::string const name = options.file == "-" ? "standard input" : options.file;
+  std::vector<zp::RegistryEntry> entries;
+  int damaged = 0;
+  int lost = 0;
+  if (!zp::ReadRegistryText(ReadWholeFile(options.file), entries, damaged, lost))
+    throw Failure(fmt::format("{}: is no registration-entries file; it must begin with REGEDIT4", name));
+  Tally tally;
+  for (zp::RegistryEntry const & entry : entries) take(store, entry, name, tally);
+  Print(fmt::format("{}: {} taken, {} refused, {}, {} of other keys than {}\n", name, Counted(tally.taken, "setting"),
+                    tally.refused, Counted(static_cast<unsigned>(damaged), "damaged line"), tally.elsewhere,
+                    zp::TextToUtf8(store.Branch().View())));
+  if (lost > 0)
+    fmt::print(stderr, "zp: {}: {} that Windows-1252 lacks became \"?\"\n", name,
+               Counted(static_cast<unsigned>(lost), "character"));
+  if (tally.elsewhere > 0 && tally.taken + tally.refused == 0)
+    throw Failure(fmt::format("{}: has no settings of this application; name the one that it is for with -c and -a", name));
+  if (tally.refused > 0 || damaged > 0 || lost > 0) status = exitWanting;
+}

@@ -1,0 +1,120 @@
+// The durable exchange of a store's files.
+
+#include "tools/store/exchange.h"
+
+#include <array>
+#include <cstring>
+#include <filesystem>
+
+#include <fmt/format.h>
+#include <zpbase/platform/paths.h>
+
+#include "tools/program.h"
+#include "tools/store/session.h"
+
+namespace {
+
+constexpr char const * markText = "Both new files of this store stand. Finish the exchange with zp store compact.\n";
+
+std::string newName(std::string const & file)
+{
+  return file + ".compact-new";
+}
+
+std::string oldName(std::string const & file)
+{
+  return file + ".compact-old";
+}
+
+std::string markName(StoreNames const & names)
+{
+  return names.m_strRecord + ".compact-swap";
+}
+
+std::array<std::string, 2> filesOf(StoreNames const & names)
+{
+  return {names.m_strRecord, names.m_strIndex};
+}
+
+void move(std::string const & from, std::string const & to)
+{
+  int error = 0;
+  if (MoveFileDurably(from.c_str(), to.c_str(), &error)) return;
+  throw Failure(fmt::format("{}: can't take the name {}: {}; make that possible and run zp store compact again", from, to,
+                            std::strerror(error)));
+}
+
+bool removeFile(std::string const & file)
+{
+  std::error_code error;
+  bool const removed = std::filesystem::remove(file, error);
+  if (error) throw Failure(fmt::format("{}: can't be removed: {}; remove it", file, error.message()));
+  return removed;
+}
+
+// From any step on. A file that stands beside both its new and its old form was put there by someone else.
+void exchange(std::string const & file)
+{
+  if (!FileExists(newName(file))) {
+    if (FileExists(file)) return;
+    throw Failure(fmt::format("{}: is missing, and so is {}; rename {} back and remove the mark of the exchange", file,
+                              newName(file), oldName(file)));
+  }
+  if (FileExists(file) && FileExists(oldName(file))) {
+    throw Failure(fmt::format("{}: came back during an exchange; keep what you need of it and of {}, and remove one of them",
+                              file, oldName(file)));
+  }
+  if (FileExists(file)) move(file, oldName(file));
+  move(newName(file), file);
+}
+
+void finish(StoreNames const & names)
+{
+  for (std::string const & file : filesOf(names)) exchange(file);
+  removeFile(markName(names));
+  for (std::string const & file : filesOf(names)) removeFile(oldName(file));
+}
+
+}  // namespace
+
+std::string TemporaryName(std::string const & file)
+{
+  return file + ".compact-tmp";
+}
+
+void RequireNoSwap(StoreNames const & names)
+{
+  if (!FileExists(markName(names))) return;
+  throw Failure(fmt::format("{}: a compaction of this store is under way or was interrupted; finish it with zp store compact",
+                            names.m_strRecord));
+}
+
+std::string TidySwap(StoreNames const & names)
+{
+  if (FileExists(markName(names))) {
+    CFile mark;
+    CFileException problem;
+    if (!mark.Open(FromHostPath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite, &problem)) {
+      throw Failure(fmt::format("{}: the store is in use by another program; try again when that has ended", names.m_strRecord));
+    }
+    finish(names);
+    return "an interrupted compaction was finished";
+  }
+  bool undone = false;
+  bool ended = false;
+  for (std::string const & file : filesOf(names)) {
+    undone |= removeFile(newName(file)) | removeFile(TemporaryName(file));
+    ended |= FileExists(file) && removeFile(oldName(file));
+  }
+  if (undone) return "what an interrupted compaction had begun was thrown away";
+  return ended ? "the old files of a finished compaction were removed" : "";
+}
+
+void SwapIn(StoreNames const & names)
+{
+  for (std::string const & file : filesOf(names)) move(TemporaryName(file), newName(file));
+  WriteWholeFile(markName(names), markText);
+  CFile mark;
+  mark.Open(FromHostPath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite);
+  finish(names);
+}

@@ -1,0 +1,107 @@
+// From a name to the two files of a store.
+
+#include "tools/store/store_names.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <vector>
+
+#include <fmt/format.h>
+#include <zpbase/config.h>
+
+#include "tools/program.h"
+
+namespace {
+
+struct Pair {
+  char const * (*m_pfnIndex)();
+  char const * (*m_pfnRecord)();
+};
+
+constexpr Pair pairs[] = {
+    {GetStrIndexExt, GetStrRecExt},
+    {GetUopIndexExt, GetUopRecExt},
+    {GetSpeIndexExt, GetSpeRecExt},
+    {GetBatchReactorIndexExt, GetBatchReactorRecExt},
+    {GetControlValveIndexExt, GetControlValveRecExt},
+    {GetDynamicVesselIndexExt, GetDynamicVesselRecExt},
+    {GetPidControllerIndexExt, GetPidControllerRecExt},
+    {GetStrHistoriesIndexExt, GetStrHistoriesRecExt},
+    {GetStrRecorderIndexExt, GetStrRecorderRecExt},
+    {GetStrTime0IndexExt, GetStrTime0RecExt},
+    {GetTimeDelayIndexExt, GetTimeDelayRecExt},
+    {GetPseudoDataIndexExt, GetPseudoDataExt},
+};
+
+std::string inLowerCase(std::string text)
+{
+  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+std::string inUpperCase(std::string text)
+{
+  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  return text;
+}
+
+// The spelling of an extension beside one that the user wrote: the case that leads to a file, else the case of what was written.
+std::string besides(std::string const & stem, std::string const & extension, std::string const & written)
+{
+  bool const lower = written == inLowerCase(written);
+  std::string const first = stem + (lower ? inLowerCase(extension) : inUpperCase(extension));
+  std::string const second = stem + (lower ? inUpperCase(extension) : inLowerCase(extension));
+  return !FileExists(first) && FileExists(second) ? second : first;
+}
+
+std::vector<StoreNames> storesOfStem(std::string const & stem)
+{
+  std::vector<StoreNames> found;
+  for (Pair const & pair : pairs) {
+    for (auto const inCase : {inUpperCase, inLowerCase}) {
+      StoreNames const names = {stem + inCase(pair.m_pfnIndex()), stem + inCase(pair.m_pfnRecord())};
+      if (FileExists(names.m_strIndex) || FileExists(names.m_strRecord)) found.push_back(names);
+    }
+  }
+  if (found.size() == 2 && inLowerCase(found[0].m_strIndex) == inLowerCase(found[1].m_strIndex)) {
+    // The two files of one pair in different cases of letters.
+    if (!FileExists(found[0].m_strIndex) && !FileExists(found[1].m_strRecord)) {
+      return {{found[1].m_strIndex, found[0].m_strRecord}};
+    }
+    if (!FileExists(found[0].m_strRecord) && !FileExists(found[1].m_strIndex)) {
+      return {{found[0].m_strIndex, found[1].m_strRecord}};
+    }
+  }
+  return found;
+}
+
+StoreNames resolveStem(std::string const & stem)
+{
+  std::vector<StoreNames> const found = storesOfStem(stem);
+  if (found.size() > 1) {
+    throw Failure(fmt::format("{}: is the stem of several stores ({}, {}{}); name one of their files", stem, found[0].m_strIndex,
+                              found[1].m_strIndex, found.size() > 2 ? ", ..." : ""),
+                  exitUsage);
+  }
+  return found.size() == 1 ? found.front() : StoreNames{stem + GetStrIndexExt(), stem + GetStrRecExt()};
+}
+
+}  // namespace
+
+StoreNames ResolveStore(std::string const & name, std::string const & recordName)
+{
+  if (!recordName.empty()) return {name, recordName};
+  std::filesystem::path const path(name);
+  std::string const written = path.extension().string();
+  std::string const stem = name.substr(0, name.size() - written.size());
+  for (Pair const & pair : pairs) {
+    if (inUpperCase(written) == pair.m_pfnIndex()) return {name, besides(stem, pair.m_pfnRecord(), written)};
+    if (inUpperCase(written) == pair.m_pfnRecord()) return {besides(stem, pair.m_pfnIndex(), written), name};
+  }
+  std::error_code ignored;
+  if (std::filesystem::is_regular_file(path, ignored)) {
+    throw Failure(fmt::format("{}: has no extension of a store's file; name its record file with --record", name), exitUsage);
+  }
+  return resolveStem(name);
+}

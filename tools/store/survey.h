@@ -1,0 +1,35 @@
+// The blocks of a record file, found by their headers and, where those lead astray, with the help of the index.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <zpbase/store.h>
+
+#include "tools/store/index_reader.h"
+
+struct SurveyBlock {
+  zp::RecordBlock m_Block;
+  bool m_bTrusted;  // on the chain from the begin, or where the index has it
+  bool m_bFits;     // ends inside the file, and before the next block that the index has
+};
+
+// Where the chain of headers breaks.
+struct ChainBreak {
+  unsigned long long m_nPosition;
+  unsigned long long m_nResumed;  // where the next block was found, or the file's length
+  std::string m_strProblem;
+};
+
+struct Survey {
+  unsigned long long m_nFileLength = 0;
+  std::vector<SurveyBlock> m_Blocks;  // in ascending position
+  std::vector<ChainBreak> m_Breaks;
+};
+
+// Walks a record file. The headers alone count as long as they meet the file's end. If they don't, the walk goes on at the next
+// position that the index has, and without one at the next place from where headers lead to the end.
+Survey SurveyRecordFile(CFile const & file, StoreIndex const & index);
+
+// The record's bytes, as far as its block and the file hold them.
+std::vector<BYTE> ReadPayload(CFile const & file, zp::RecordBlock const & block);

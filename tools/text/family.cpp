@@ -1,0 +1,180 @@
+// zp text: what a numeric text file holds, where its columns stand, and its values as CSV.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <fmt/format.h>
+#include <zpbase/platform/application.h>
+#include <zpbase/text.h>
+#include <nlohmann/json.hpp>
+
+#include "tools/commands.h"
+#include "tools/program.h"
+#include "tools/text/report.h"
+#include "tools/text/survey.h"
+
+namespace {
+
+constexpr int standardOutput = 1;
+
+CLI::Range const count(0, 0x7FFFFFFF);
+
+void showLines(TextOptions const & options, int & status)
+{
+  TextLines text(options, PassesOf(options));
+  char const delimiter = ChooseDelimiter(text, options);
+  TextSurvey const found = SurveyLines(text, delimiter, options, [](std::vector<Cell> const &) {});
+  status = found.other == 0 && found.numeric > 0 ? exitDone : exitWanting;
+  if (options.json) {
+    nlohmann::json const all = {{"lines", found.lines},        {"numeric", found.numeric},
+                                {"blank", found.blank},        {"comments", found.comments},
+                                {"longest", found.longest},    {"delimiter", NameOf(delimiter)},
+                                {"hints", JsonOfHints(found)}, {"notNumeric", JsonOfMisfits(found)}};
+    Print(all.dump(2) + "\n");
+    return;
+  }
+  std::string const comments = options.comment.empty() ? "" : Counted(static_cast<unsigned>(found.comments), "comment") + ", ";
+  Print(fmt::format("{}, delimiter {}: {} numeric, {} blank, {}{} not numeric; the longest has {}\n",
+                    Counted(static_cast<unsigned>(found.lines), "line"), NameOf(delimiter), found.numeric, found.blank, comments,
+                    found.other, Counted(static_cast<unsigned>(found.longest), "character")));
+  if (found.numeric == 0) Print(WhyNone(text, options, found) + "\n");
+  ReportMisfits(stdout, options, found);
+}
+
+struct Column {
+  unsigned int first;  // characters, from 1
+  unsigned int last;
+};
+
+// A line in which digits stand wherever a cell has characters, and blanks elsewhere.
+void appendPicture(std::string & pictures, std::vector<Cell> const & cells)
+{
+  size_t const begin = pictures.size();
+  for (Cell const & cell : cells) {
+    if (cell.text.empty()) continue;
+    pictures.resize(begin + static_cast<size_t>(cell.column) - 1, ' ');
+    pictures.append(cell.text.size(), '0');
+  }
+  pictures += "\r\n";
+}
+
+std::vector<Column> findColumns(std::string const & pictures, TextOptions const & options)
+{
+  CUIntArray starts;
+  CUIntArray ends;
+  ParseCopy(pictures, options.ShownName())->GetColumnPositions(starts, ends);
+  std::vector<Column> columns;
+  for (int i = 0; i < starts.GetSize(); ++i) columns.push_back({starts[i] + 1, ends[i] + 1});
+  return columns;
+}
+
+void printColumns(TextSurvey const & found, char delimiter, std::vector<Column> const & columns)
+{
+  Print(fmt::format("delimiter: {}\nvalues on a line: {}\n", NameOf(delimiter), ValueCounts(found)));
+  if (columns.empty()) Print("columns: none, the values of different lines don't stand below each other\n");
+  int number = 0;
+  for (Column const & column : columns)
+    Print(fmt::format("column {}: characters {} to {}\n", ++number, column.first, column.last));
+  if (number > found.mostValues)
+    Print("more columns than values on a line: some lack values, or they don't stand below each other\n");
+  if (found.other > 0) {
+    Print(fmt::format("{} not numeric; zp text lines shows {}\n",
+                      found.other == 1 ? "1 line is" : fmt::format("{} lines are", found.other),
+                      found.other == 1 ? "it" : "them"));
+  }
+}
+
+void showColumns(TextOptions const & options, int & status)
+{
+  TextLines text(options, PassesOf(options));
+  char const delimiter = ChooseDelimiter(text, options);
+  std::string pictures;
+  TextSurvey const found =
+      SurveyLines(text, delimiter, options, [&](std::vector<Cell> const & cells) { appendPicture(pictures, cells); });
+  std::vector<Column> const columns = findColumns(pictures, options);
+  status = found.numeric > 0 ? exitDone : exitWanting;
+  if (options.json) {
+    nlohmann::json places = nlohmann::json::array();
+    for (Column const & column : columns) places.push_back({column.first, column.last});
+    nlohmann::json const all = {{"delimiter", NameOf(delimiter)},
+                                {"fewestValues", found.fewestValues},
+                                {"mostValues", found.mostValues},
+                                {"notNumeric", found.other},
+                                {"columns", places}};
+    Print(all.dump(2) + "\n");
+  } else if (found.numeric > 0) {
+    printColumns(found, delimiter, columns);
+  } else {
+    Print(WhyNone(text, options, found) + (found.other > 0 ? "; zp text lines shows why\n" : "\n"));
+  }
+}
+
+std::string csvLine(NumberReader & reader, std::vector<Cell> const & cells)
+{
+  std::string line;
+  for (Cell const & cell : cells) {
+    if (&cell != &cells.front()) line += ',';
+    reader.Read(cell.text);
+    reader.AppendTo(line);
+  }
+  return line + '\n';
+}
+
+void showNumbers(TextOptions const & options, int & status)
+{
+  TextLines text(options, PassesOf(options));
+  char const delimiter = ChooseDelimiter(text, options);
+  if (IsTerminal(standardOutput)) text.EndProgress();
+  NumberReader reader(options.decimalComma);
+  TextSurvey const found =
+      SurveyLines(text, delimiter, options, [&](std::vector<Cell> const & cells) { Print(csvLine(reader, cells)); });
+  FlushOutput();
+  ReportMisfits(stderr, options, found);
+  if (found.numeric == 0) throw Failure(WhyNone(text, options, found));
+  if (found.fewestValues != found.mostValues) {
+    fmt::print(stderr, "zp: {}: lines have {} values; {}\n", options.ShownName(), ValueCounts(found),
+               delimiter == blankDelimiter ? "where one is missing between blanks, those behind it have moved up"
+                                           : "short ones were not filled up");
+  }
+  status = found.other == 0 ? exitDone : exitWanting;
+}
+
+using Action = void (*)(TextOptions const & options, int & status);
+
+CLI::App * addCommand(CLI::App & text, char const * name, char const * about, std::shared_ptr<TextOptions> const & options,
+                      Action action, int & status)
+{
+  CLI::App * const command = text.add_subcommand(name, about);
+  command->add_option("FILE", options->file, "A text file, or - for standard input")->required();
+  command->add_option("--skip", options->skip, "Lines at the begin, such as a header, that aren't looked at")->check(count);
+  command->add_option("--delimiter", options->delimiter,
+                      "comma, tab, semicolon, blank (blanks and tabs in any mixture) or another character; by default the one "
+                      "that makes most lines numeric");
+  command->add_option("--comment", options->comment, "Leave out the rest of a line from this text on");
+  command->add_flag("--decimal-comma", options->decimalComma, "Numbers have a comma where others have a point");
+  command->callback([options, action, &status] { action(*options, status); });
+  return command;
+}
+
+}  // namespace
+
+void AddTextCommands(CLI::App & app, int & status)
+{
+  CLI::App * const text = app.add_subcommand("text", "Look into numeric text files");
+  text->require_subcommand(1);
+  auto const options = std::make_shared<TextOptions>();
+  CLI::App * const lines =
+      addCommand(*text, "lines", "Count numeric, blank and other lines, and show the others; status 1 if there are any", options,
+                 showLines, status);
+  CLI::App * const columns =
+      addCommand(*text, "columns", "Show the delimiter and the character columns of the values", options, showColumns, status);
+  CLI::App * const numbers =
+      addCommand(*text, "numbers", "Print the values as CSV; lines that aren't numeric are reported, with status 1", options,
+                 showNumbers, status);
+  for (CLI::App * const command : {lines, columns}) command->add_flag("--json", options->json, "Print JSON");
+  for (CLI::App * const command : {lines, numbers})
+    command->add_option("--report", options->report, "How many lines that aren't numeric are shown")
+        ->check(count)
+        ->capture_default_str();
+}

@@ -1,0 +1,128 @@
+// Telling kinds of cells that are no numbers.
+
+#include "tools/text/hints.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include <zpbase/platform/string.h>
+
+#include "tools/text/cells.h"
+#include "tools/text/input.h"
+
+namespace {
+
+constexpr std::string_view decimalDigits = "0123456789";
+
+constexpr std::array<std::string_view, static_cast<size_t>(Hint::Count)> g_Texts = {
+    "",
+    "--decimal-comma reads the comma in a number as its decimal sign; one between thousands must go",
+    "commas between groups of digits have no place in a number; take them out",
+    "with --decimal-comma a point has no place in a number",
+    "--comment TEXT leaves out the rest of a line from TEXT on, such as --comment '#'",
+    "--delimiter CHAR cuts at another character, such as --delimiter '|'",
+    "some lines have another delimiter; --delimiter reads those and reports the others",
+    "infinite and undefined values are no numbers here; give them a value or take them out",
+    "beyond 1.8e308 there is no number of double precision",
+    "hexadecimal numbers aren't read; write them in decimal",
+    "dates and times are no numbers; take their columns out first, as by cut",
+    "two numbers run together, or an exponent lacks its E; put a blank or the E between",
+    "asterisks stand for a number that was too wide for its field; write the file with wider fields",
+};
+
+bool consistsOf(std::string_view text, std::string_view characters)
+{
+  return text.find_first_not_of(characters) == std::string_view::npos;
+}
+
+bool isDigit(char c)
+{
+  return decimalDigits.find(c) != std::string_view::npos;
+}
+
+bool startsComment(std::string_view cell)
+{
+  return cell.front() == '#' || cell.front() == '%' || cell.front() == '!' || cell.starts_with("//");
+}
+
+bool isNotFinite(std::string_view number)
+{
+  if (number.find(".#") != std::string_view::npos && isDigit(number.front())) return true;  // as in 1.#QNAN
+  std::string letters(number);
+  std::transform(letters.begin(), letters.end(), letters.begin(), [](char c) { return static_cast<char>(c | 0x20); });
+  return letters == "inf" || letters == "infinity" || letters.starts_with("nan");
+}
+
+bool isDate(std::string_view cell)
+{
+  auto const marks = std::count_if(cell.begin(), cell.end(), [](char c) { return c == '-' || c == '/' || c == ':'; });
+  return marks >= 1 && consistsOf(cell, "0123456789-/:.TZ") && isDigit(cell.front()) &&
+         (cell.find_first_of("/:") != std::string_view::npos || (marks == 2 && cell.find('.') == std::string_view::npos));
+}
+
+bool runsTogether(std::string_view cell)
+{
+  return consistsOf(cell, "0123456789.+-eEdD") && cell.find('.') != std::string_view::npos &&
+         cell.find_first_of("+-", 1) != std::string_view::npos && cell.find_first_of(decimalDigits) != std::string_view::npos;
+}
+
+// Several numbers, each without a comma, between blanks or single delimiters.
+bool isNumbers(std::string_view cell)
+{
+  if (!consistsOf(cell, "0123456789.+-eEdD ,;\t")) return false;
+  NumberReader reader(false);
+  std::vector<Cell> parts;
+  for (char const delimiter : {blankDelimiter, ';', '\t'}) {
+    CutCells(cell, delimiter, parts);
+    bool const areNumbers =
+        std::all_of(parts.begin(), parts.end(), [&](Cell const & part) { return reader.Read(part.text) && !reader.IsMissing(); });
+    if (areNumbers && parts.size() > 1) return true;
+  }
+  return false;
+}
+
+// Of the kinds of cells that hold digits, a point, a comma and an exponent alone.
+Hint hintForComma(std::string_view cell, bool decimalComma)
+{
+  if (!consistsOf(cell, "0123456789.,+-eEdD") || cell.find_first_of(decimalDigits) == std::string_view::npos) return Hint::None;
+  auto const commas = std::count(cell.begin(), cell.end(), ',');
+  auto const points = std::count(cell.begin(), cell.end(), '.');
+  if (decimalComma) return points > 0 ? Hint::PointInsteadOfComma : Hint::None;
+  if (commas == 1 && points == 0) return Hint::DecimalComma;
+  return commas > 0 ? Hint::DigitGroups : Hint::None;
+}
+
+bool isTooLarge(std::string_view cell)
+{
+  size_t used = 0;
+  double const value = zp::TextToDouble(cell, &used);
+  return used == cell.size() && std::isinf(value) && consistsOf(cell, "0123456789.+-eE");
+}
+
+}  // namespace
+
+Hint HintFor(std::string_view cell, bool decimalComma)
+{
+  cell = WithoutQuotes(cell);
+  if (cell.empty()) return Hint::None;
+  if (isNumbers(cell)) return Hint::MixedDelimiters;
+  if (cell.find(';') == cell.size() - 1) return Hint::Comment;  // a statement's end
+  cell = TrimBlanks(cell.substr(0, cell.find(';')));            // which had no part in cutting the line
+  if (cell.empty()) return Hint::None;
+  if (startsComment(cell)) return Hint::Comment;
+  if (consistsOf(cell, "*")) return Hint::Overflowed;
+  if (cell.find('|') != std::string_view::npos) return Hint::OtherDelimiter;
+  if (isDate(cell)) return Hint::Date;
+  if (isTooLarge(cell)) return Hint::TooLarge;
+  if (runsTogether(cell)) return Hint::RunTogether;
+  if (Hint const hint = hintForComma(cell, decimalComma); hint != Hint::None) return hint;
+  std::string_view const unsignedCell = cell.substr(cell.front() == '+' || cell.front() == '-');
+  if (unsignedCell.size() > 2 && unsignedCell[0] == '0' && (unsignedCell[1] | 0x20) == 'x') return Hint::Hexadecimal;
+  return !unsignedCell.empty() && isNotFinite(unsignedCell) ? Hint::NotFinite : Hint::None;
+}
+
+std::string_view TextOf(Hint hint)
+{
+  return g_Texts[static_cast<size_t>(hint)];
+}

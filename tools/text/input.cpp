@@ -1,0 +1,232 @@
+// Reading a text file: what can't be text is refused, what ParseFile would take otherwise than meant is put right in a copy.
+
+#include "tools/text/input.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include <fmt/format.h>
+#include <zpbase/platform/exceptions.h>
+#include <zpbase/platform/file.h>
+#include <zpbase/platform/paths.h>
+
+#include "tools/program.h"
+
+namespace {
+
+constexpr unsigned long long mostBytes = 0x7FFFFFFF - 2;  // that ParseFile takes
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
+[[noreturn]] void failTooLong(std::string const & name)
+{
+  throw Failure(fmt::format("{}: is too long: at most {} bytes can be parsed at once; split it", name, mostBytes));
+}
+
+[[noreturn]] void failOpening(std::string const & name, CFileException const & problem)
+{
+  switch (problem.m_cause) {
+    case CFileException::sharingViolation:
+      throw Failure(fmt::format("{}: is in use by another program; try again when that has ended", name));
+    case CFileException::accessDenied:
+      throw Failure(fmt::format("{}: can't be opened: permission denied", name));
+    default:
+      throw Failure(fmt::format("{}: can't be read: {}", name, Describe(problem)));
+  }
+}
+
+void requireRegularFile(std::string const & name)
+{
+  std::error_code error;
+  auto const status = std::filesystem::status(name, error);
+  if (status.type() == std::filesystem::file_type::not_found)
+    throw Failure(fmt::format("{}: there is no such file; check the name", name));
+  if (is_directory(status)) throw Failure(fmt::format("{}: is a folder; name a file", name));
+  if (exists(status) && !is_regular_file(status))
+    throw Failure(fmt::format("{}: is no regular file; give a file's name, or - for standard input", name));
+  if (!error && std::filesystem::file_size(name, error) > mostBytes && !error) failTooLong(name);
+}
+
+template <class Read>
+std::string gather(Read read, std::string const & name)
+{
+  std::string bytes;
+  char piece[0x10000];
+  for (size_t count = 0; (count = read(piece, sizeof piece)) > 0;) {
+    bytes.append(piece, count);
+    if (bytes.size() > mostBytes) failTooLong(name);
+  }
+  return bytes;
+}
+
+std::string readStandardInput(std::string const & name)
+{
+  std::string bytes = gather([](char * piece, size_t size) { return std::fread(piece, 1, size, stdin); }, name);
+  if (std::ferror(stdin) != 0) throw Failure(fmt::format("{}: can't be read: {}", name, std::strerror(errno)));
+  return bytes;
+}
+
+// The size that the system tells may be 0 for a file that has content, so the file is read to its end.
+std::string readFile(std::string const & name)
+{
+  requireRegularFile(name);
+  try {
+    CFile file;
+    CFileException problem;
+    if (!file.Open(FromHostPath(name), CFile::modeRead | CFile::shareDenyWrite, &problem)) failOpening(name, problem);
+    return gather([&](char * piece, size_t size) -> size_t { return file.Read(piece, static_cast<UINT>(size)); }, name);
+  } catch (CFileException * caught) {
+    zp::ExceptionGuard const guard(caught);
+    failOpening(name, *caught);
+  }
+}
+
+bool isWide(std::string_view bytes)
+{
+  if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) return true;
+  if (bytes.size() < 4) return false;
+  bool const evenZero = bytes[0] == '\0' && bytes[2] == '\0';
+  bool const oddZero = bytes[1] == '\0' && bytes[3] == '\0';
+  return evenZero != oddZero;
+}
+
+// A zero byte ends a line too, with the LFs behind it.
+bool isLoneLineFeed(std::string_view bytes, size_t place)
+{
+  return bytes[place] == '\n' && (place == 0 || (bytes[place - 1] != '\r' && bytes[place - 1] != '\0'));
+}
+
+// Gives each lone LF its CR; the result is how many there were.
+size_t completeLineEnds(std::string & bytes)
+{
+  size_t lone = 0;
+  for (size_t place = bytes.find('\n'); place != std::string::npos; place = bytes.find('\n', place + 1))
+    lone += isLoneLineFeed(bytes, place);
+  if (lone == 0) return 0;
+  std::string complete;
+  complete.reserve(bytes.size() + lone);
+  size_t taken = 0;
+  for (size_t place = bytes.find('\n'); place != std::string::npos; place = bytes.find('\n', place + 1)) {
+    if (!isLoneLineFeed(bytes, place)) continue;
+    complete.append(bytes, taken, place - taken).append("\r\n");
+    taken = place + 1;
+  }
+  bytes = complete.append(bytes, taken);
+  return lone;
+}
+
+// A file with a name of its own for as long as it is parsed.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(std::string_view content)
+  {
+    std::error_code ignored;
+    auto const folder = std::filesystem::temp_directory_path(ignored);
+    m_strName = ((ignored ? "/tmp" : folder) / "zp_text_XXXXXX").string();
+    int const handle = mkstemp(m_strName.data());
+    if (handle == -1) Fail();
+    std::FILE * const file = fdopen(handle, "wb");
+    bool const written = file != nullptr && std::fwrite(content.data(), 1, content.size(), file) == content.size();
+    bool const closed = file != nullptr && std::fclose(file) == 0;
+    if (written && closed) return;
+    int const error = errno;
+    std::remove(m_strName.c_str());
+    errno = error;
+    Fail();
+  }
+  ~TemporaryFile() { std::remove(m_strName.c_str()); }
+  TemporaryFile(TemporaryFile const &) = delete;
+  TemporaryFile & operator=(TemporaryFile const &) = delete;
+
+  std::string const & Name() const { return m_strName; }
+
+ private:
+  [[noreturn]] void Fail() const
+  {
+    throw Failure(fmt::format("{}: a copy with CR LF line ends can't be written: {}; TMPDIR names another folder", m_strName,
+                              std::strerror(errno)));
+  }
+
+  std::string m_strName;
+};
+
+std::unique_ptr<ParseFile> parse(std::string const & hostName, std::string const & name)
+{
+  try {
+    return std::make_unique<ParseFile>(FromHostPath(hostName));
+  } catch (CFileException * caught) {
+    zp::ExceptionGuard const guard(caught);
+    failOpening(name, *caught);
+  }
+}
+
+std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
+{
+  std::string const name = options.ShownName();
+  bool const isPiped = options.file == "-";
+  std::string bytes = isPiped ? readStandardInput(name) : readFile(options.file);
+  if (isWide(bytes)) throw Failure(fmt::format("{}: is UTF-16 text; convert it, as by iconv -f UTF-16 -t WINDOWS-1252", name));
+  bool const isMarked = bytes.starts_with(utf8Mark);
+  if (isMarked) bytes.erase(0, utf8Mark.size());
+  isEmpty = bytes.empty();
+  size_t const lone = completeLineEnds(bytes);
+  if (lone != 0) {
+    fmt::print(stderr, "zp: {}: {} in LF alone where ParseFile expects CR LF; a copy that has both was read\n", name,
+               lone == 1 ? "1 line ends" : fmt::format("{} lines end", lone));
+  }
+  std::error_code ignored;
+  bool const asItStands = !isPiped && !isMarked && lone == 0 && std::filesystem::file_size(options.file, ignored) == bytes.size();
+  if (asItStands) {
+    std::string().swap(bytes);
+    return parse(options.file, name);
+  }
+  return ParseCopy(bytes, name);
+}
+
+}  // namespace
+
+std::unique_ptr<ParseFile> ParseCopy(std::string_view text, std::string const & name)
+{
+  if (text.size() > mostBytes) failTooLong(name);
+  InterruptGuard const guard;
+  TemporaryFile const copy(text);
+  auto file = parse(copy.Name(), name);
+  if (InterruptGuard::IsInterrupted()) throw Failure("interrupted; nothing was read", exitInterrupted);
+  return file;
+}
+
+std::string_view TrimBlanks(std::string_view text)
+{
+  constexpr std::string_view blanks = " \t\f\v\n\r\x1A";
+  size_t const first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+}
+
+TextLines::TextLines(TextOptions const & options, int passes)
+    : m_strComment(options.comment), m_nSkip(options.skip), m_pFile(load(options, m_bEmpty)), m_nCount(m_pFile->GetLineCount())
+{
+  m_Progress.emplace("reading " + options.ShownName(), static_cast<unsigned long long>(passes) * static_cast<unsigned>(m_nCount));
+  Rewind();
+}
+
+void TextLines::Rewind()
+{
+  m_pFile->GotoLineNumber(std::min(m_nSkip, m_nCount) + 1);
+}
+
+bool TextLines::Next()
+{
+  if (m_pFile->ReadLine() == -1) return false;
+  if (m_Progress) m_Progress->Reach(++m_nDone);
+  m_Line = static_cast<CString const &>(*m_pFile).View();
+  m_bComment = false;
+  if (m_strComment.empty()) return true;
+  size_t const place = m_Line.find(m_strComment);
+  if (place == std::string_view::npos) return true;
+  m_Line = m_Line.substr(0, place);
+  m_bComment = TrimBlanks(m_Line).empty();
+  return true;
+}
