@@ -1,14 +1,13 @@
-# Peers of the archive, each compiled in when it is installed. Their headers aren't ours to warn about.
+# Peers of the archive, each compiled in when it is installed.
 find_path(ZP_CEREAL_HEADER cereal/cereal.hpp)
 if(ZP_CEREAL_HEADER)
-  target_compile_definitions(archive_bench PRIVATE ZP_HAVE_CEREAL)
+  zp_add_peer(archive_bench ZP_HAVE_CEREAL SOURCE archive_bench.cpp HEADERS ${ZP_CEREAL_HEADER})
 else()
   message(STATUS "archive_bench: no cereal, that peer is left out")
 endif()
 find_package(Boost QUIET COMPONENTS serialization)
 if(Boost_SERIALIZATION_FOUND)
-  target_compile_definitions(archive_bench PRIVATE ZP_HAVE_BOOST)
-  target_link_libraries(archive_bench PRIVATE Boost::serialization)
+  zp_add_peer(archive_bench ZP_HAVE_BOOST SOURCE archive_bench.cpp LIBRARIES Boost::serialization)
 else()
   message(STATUS "archive_bench: no Boost.Serialization, that peer is left out")
 endif()
