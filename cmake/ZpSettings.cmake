@@ -21,6 +21,9 @@ if(ZP_SANITIZE)
   list(APPEND ZP_COMPILE_OPTIONS -fsanitize=${ZP_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   list(APPEND ZP_LINK_OPTIONS -fsanitize=${ZP_SANITIZE})
 endif()
+if(ZP_BUILD_FUZZ)
+  list(APPEND ZP_COMPILE_OPTIONS -fsanitize=fuzzer-no-link)  # the library counts its branches too, or the fuzzer is blind in it
+endif()
 
 # zp_add_folder(<folder>): every .cpp of the folder becomes part of the library. Symbols are hidden unless ZP_API shows them.
 function(zp_add_folder folder)

@@ -3,31 +3,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <string>
 
 #include <zpbase/platform/application.h>
 
+#include "fuzz/scratch_folder.h"
+
 namespace {
-
-// A folder of the run's own, gone at its end.
-struct Folder {
-  Folder()
-  {
-    m_strPath = (std::filesystem::temp_directory_path() / "zp-profile-fuzz-XXXXXX").string();
-    if (mkdtemp(m_strPath.data()) == nullptr) std::abort();
-  }
-  ~Folder() { std::filesystem::remove_all(m_strPath); }
-
-  std::string m_strPath;
-};
-
-std::string profileFile()
-{
-  static Folder const folder;
-  return folder.m_strPath + "/app.ini";
-}
 
 void require(bool holds)
 {
@@ -53,7 +36,7 @@ std::string contentOf(CWinApp & app)
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
 {
-  std::string const file = profileFile();
+  std::string const file = scratchFolder() + "/app.ini";
   std::ofstream(file, std::ios::binary).write(reinterpret_cast<char const *>(data), static_cast<std::streamsize>(size));
   CWinApp app("fuzz");
   app.SetProfileFile(file.c_str());

@@ -3,31 +3,23 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <string>
 
 #include <zpbase/platform/registry.h>
 
+#include "fuzz/scratch_folder.h"
+
 namespace {
 
-// A folder of the run's own, gone at its end.
-struct Folder {
-  Folder()
-  {
-    m_strPath = (std::filesystem::temp_directory_path() / "zp-registry-fuzz-XXXXXX").string();
-    if (mkdtemp(m_strPath.data()) == nullptr) std::abort();
-    setenv("ZP_USER_HIVE", (m_strPath + "/user.reg").c_str(), 1);
-  }
-  ~Folder() { std::filesystem::remove_all(m_strPath); }
-
-  std::string m_strPath;
-};
-
-std::string hiveFile()
+std::string const & hiveFile()
 {
-  static Folder const folder;
-  return folder.m_strPath + "/user.reg";
+  static std::string const name = [] {
+    std::string file = scratchFolder() + "/user.reg";
+    setenv("ZP_USER_HIVE", file.c_str(), 1);
+    return file;
+  }();
+  return name;
 }
 
 // The names, types and data below a key, as one text. Walks are cut at 50 of a kind and eight levels.
@@ -66,8 +58,7 @@ void require(bool holds)
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
 {
-  std::string const file = hiveFile();
-  std::ofstream(file, std::ios::binary).write(reinterpret_cast<char const *>(data), static_cast<std::streamsize>(size));
+  std::ofstream(hiveFile(), std::ios::binary).write(reinterpret_cast<char const *>(data), static_cast<std::streamsize>(size));
   std::string const before = contentOf(HKEY_CURRENT_USER, 0);
   HKEY key = nullptr;
   LONG const error = RegCreateKeyExA(HKEY_CURRENT_USER, "zz\\fuzzed", 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS,

@@ -2,11 +2,9 @@
 // again. The first two bytes of an input are the length of its index file; the rest behind that is the record file.
 
 #include <stdlib.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -14,25 +12,9 @@
 #include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
 
+#include "fuzz/scratch_folder.h"
+
 namespace {
-
-// The files' folder, in memory where there is one; gone when the process ends.
-struct Folder {
-  Folder()
-  {
-    path = std::filesystem::exists("/dev/shm") ? "/dev/shm/zpfuzz-XXXXXX" : "/tmp/zpfuzz-XXXXXX";
-    if (mkdtemp(path.data()) == nullptr) abort();
-  }
-  ~Folder() { std::filesystem::remove_all(path); }
-
-  std::string path;
-};
-
-std::string const & folder()
-{
-  static Folder const files;
-  return files.path;
-}
 
 void write(std::string const & name, char const * data, size_t size)
 {
@@ -100,8 +82,8 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
   if (size < 2) return 0;
   auto const * const bytes = reinterpret_cast<char const *>(data + 2);
   size_t const indexSize = std::min(static_cast<size_t>(data[0] | data[1] << 8), size - 2);
-  std::string const index = folder() + "/a.si";
-  std::string const records = folder() + "/a.sr";
+  std::string const index = scratchFolder() + "/a.si";
+  std::string const records = scratchFolder() + "/a.sr";
   write(index, bytes, indexSize);
   write(records, bytes + indexSize, size - 2 - indexSize);
   walk(FromHostPath(records));

@@ -1,7 +1,6 @@
 // Any bytes as a text file and as one line: every reading operation ends, stays inside the text and agrees with itself.
 
 #include <stdlib.h>
-#include <unistd.h>
 
 #include <cstdint>
 #include <fstream>
@@ -10,19 +9,13 @@
 #include <zpbase/platform/paths.h>
 #include <zpbase/text.h>
 
+#include "fuzz/scratch_folder.h"
+
 namespace {
 
 void require(bool holds)
 {
   if (!holds) abort();
-}
-
-std::string const & scratchFile()
-{
-  static std::string const name = "/tmp/zp_text_fuzz." + std::to_string(getpid());
-  static int const removes = atexit([] { unlink(scratchFile().c_str()); });
-  static_cast<void>(removes);
-  return name;
 }
 
 // A text without runs of many numbers, so that a range stays short.
@@ -66,8 +59,9 @@ void readLine(std::string_view text, char first)
 
 void readFile(std::string_view bytes)
 {
-  std::ofstream(scratchFile(), std::ios::binary | std::ios::trunc) << bytes;
-  ParseFile file(FromHostPath(scratchFile()));
+  std::string const name = scratchFolder() + "/text";
+  std::ofstream(name, std::ios::binary | std::ios::trunc) << bytes;
+  ParseFile file(FromHostPath(name));
   int lines = 0;
   for (int length; (length = file.ReadLine()) != -1; ++lines) require(length == file.GetLength());
   require(lines == file.GetLineCount());
