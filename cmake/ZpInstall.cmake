@@ -1,6 +1,7 @@
-# What a packager takes: the library, its headers under zpbase/, the program, a CMake package and a pkg-config file.
+# What a packager takes: the library, its headers under zpbase/, the program, a CMake package and a pkg-config file. With relative
+# folders the whole can be moved: program and files find the rest from where they lie.
 include(CMakePackageConfigHelpers)
-install(TARGETS zpbase EXPORT zpbaseTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS zpbase EXPORT zpbaseTargets DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zpbase FILES_MATCHING PATTERN "*.h")
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zpbase)
 install(EXPORT zpbaseTargets NAMESPACE zpbase:: DESTINATION ${package_dir})
@@ -8,8 +9,32 @@ configure_package_config_file(cmake/zpbaseConfig.cmake.in zpbaseConfig.cmake INS
 write_basic_package_version_file(zpbaseConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zpbaseConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/zpbaseConfigVersion.cmake
         DESTINATION ${package_dir})
+
+# A folder under the prefix is told from the prefix, an absolute one as it is.
+foreach(folder IN ITEMS LIBDIR INCLUDEDIR)
+  set(ZP_PC_${folder} "\${prefix}/${CMAKE_INSTALL_${folder}}")
+  if(IS_ABSOLUTE "${CMAKE_INSTALL_${folder}}")
+    set(ZP_PC_${folder} "${CMAKE_INSTALL_${folder}}")
+  endif()
+endforeach()
+set(ZP_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
+if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+  file(RELATIVE_PATH up "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+  string(REGEX REPLACE "/$" "" ZP_PC_PREFIX "\${pcfiledir}/${up}")
+endif()
+set(ZP_PC_LIBS "-lzpbase")
+if(NOT BUILD_SHARED_LIBS)
+  set(ZP_PC_LIBS "-Wl,--whole-archive -lzpbase -Wl,--no-whole-archive")
+endif()
 configure_file(cmake/zpbase.pc.in zpbase.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zpbase.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-if(ZP_BUILD_TOOLS AND TARGET zp)
+
+if(TARGET zp)
+  set(rpath "${CMAKE_INSTALL_FULL_LIBDIR}")
+  if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_BINDIR}" AND NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+    file(RELATIVE_PATH way "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+    set(rpath "\$ORIGIN/${way}")
+  endif()
+  set_target_properties(zp PROPERTIES INSTALL_RPATH "${rpath}")
   install(TARGETS zp RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()

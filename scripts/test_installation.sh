@@ -1,0 +1,75 @@
+#!/usr/bin/env bash
+# Installs a configured release build into scratch folders and uses it there as strangers do: the program runs, README's first program
+# builds and runs with CMake and with pkg-config, and the headers stand behind others that define TRUE and FALSE. Once below a prefix
+# that is moved afterwards, once with absolute folders.
+#   scripts/test_installation.sh [BUILD FOLDER]    (build/run)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source=$PWD
+build=${1:-build/run}
+work=$(mktemp -d)
+absolute=(-DCMAKE_INSTALL_LIBDIR="$work/own/libraries" -DCMAKE_INSTALL_INCLUDEDIR="$work/own/headers")
+relative=(-UCMAKE_INSTALL_LIBDIR -UCMAKE_INSTALL_INCLUDEDIR)
+trap 'rm -rf "$work"; cmake "${relative[@]}" "$build" >/dev/null' EXIT
+unset LD_LIBRARY_PATH CPLUS_INCLUDE_PATH CMAKE_PREFIX_PATH
+
+# README's first program: the indented lines from its first include to the end of its main.
+program() {
+  sed -n '/^    #include/,/^    }$/s/^\(    \)\?//p' README.md
+}
+
+# Every public header of the installation, behind what other libraries define.
+headers() {
+  [ "$1" = real ] && printf '#include <%s>\n' "${others[@]}"
+  [ "$1" = glib ] && printf '#define FALSE (0)\n#define TRUE (!FALSE)\n'
+  [ "$1" = curses ] && printf '#define TRUE 1\n#define FALSE 0\n'
+  (cd "$2" && find zpbase -name '*.h' | sort | sed 's/.*/#include <&>/')
+  printf 'static_assert(TRUE == 1 && FALSE == 0);\n'
+}
+
+# use LIBRARIES HEADERS: both consumers, from nothing but the two folders.
+use() {
+  local libraries=$1 includes=$2 way=$work/use
+  rm -rf "$way"
+  cp -r tests/installation "$way"
+  program >"$way/program.cpp"
+  headers real "$includes" >"$way/headers.cpp"
+  export PKG_CONFIG_PATH=$libraries/pkgconfig
+  local flags
+  read -ra flags <<<"$(pkg-config --cflags "${modules[@]}" zpbase) $(pkg-config --libs zpbase)"
+
+  cmake -S "$way" -B "$way/cmake" -G Ninja -Dzpbase_DIR="$libraries/cmake/zpbase" \
+    -DCMAKE_CXX_FLAGS="$(pkg-config --cflags "${modules[@]}")" >/dev/null
+  cmake --build "$way/cmake" >"$way/log" || { cat "$way/log"; return 1; }
+  (cd "$way" && cmake/consumer)
+
+  "${CXX:-g++}" -std=c++20 "$way/program.cpp" "$way/headers.cpp" "${flags[@]}" \
+    "-Wl,-rpath,$(pkg-config --variable=libdir zpbase)" -o "$way/consumer"
+  rm -f "$way"/*.s[ir]
+  (cd "$way" && ./consumer)
+  local kind
+  for kind in glib curses; do
+    headers "$kind" "$includes" | "${CXX:-g++}" -std=c++20 -fsyntax-only -x c++ "${flags[@]}" -
+  done
+}
+
+others=()
+modules=()
+[ -e /usr/include/curses.h ] && others+=(curses.h)
+pkg-config --exists glib-2.0 && others+=(glib.h) && modules+=(glib-2.0)
+echo "In front of the headers: ${others[*]:-no other library}"
+
+cmake "${relative[@]}" "$build" >/dev/null
+cmake --build "$build" >/dev/null
+cmake --install "$build" --prefix "$work/first" >/dev/null
+mv "$work/first" "$work/moved"
+"$work/moved/bin/zp" --version
+libraries=$(dirname "$(find "$work/moved" -name 'libzpbase.*' -not -type l | head -n 1)")
+use "$libraries" "$work/moved/include"
+
+cmake "${absolute[@]}" "$build" >/dev/null
+cmake --build "$build" >/dev/null
+cmake --install "$build" --prefix "$work/other" >/dev/null
+"$work/other/bin/zp" --version
+use "$work/own/libraries" "$work/own/headers"
+echo "The installation works, moved and with absolute folders."
