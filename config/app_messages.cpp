@@ -3,18 +3,18 @@
 
 #include <zpbase/config.h>
 
-#include <zpbase/platform/messages.h>
-
 #include <array>
 #include <iterator>
 #include <string>
 #include <string_view>
 
+#include <zpbase/platform/messages.h>
+
 namespace {
 
 struct AppMessage {
-  char const * pName;
-  char const * pGuid;
+  char const * name;
+  char const * guid;
 };
 
 constexpr char const * commonGuid = "CE0E9F84-DD5B-4706-8BC0-2CF8EF4EA38A";
@@ -229,7 +229,7 @@ Ids registeredIds()
 {
   Ids ids;
   for (size_t i = 0; i < ids.size(); ++i)
-    ids[i] = RegisterWindowMessageA((std::string(messageTable[i].pName) + "-{" + messageTable[i].pGuid + "}").c_str());
+    ids[i] = RegisterWindowMessageA((std::string(messageTable[i].name) + "-{" + messageTable[i].guid + "}").c_str());
   return ids;
 }
 
@@ -240,6 +240,6 @@ Ids const registeredIdTable = registeredIds();
 unsigned int GetAppMessage(char const * name)
 {
   for (size_t i = 0; name != nullptr && i < registeredIdTable.size(); ++i)
-    if (std::string_view(name) == messageTable[i].pName) return registeredIdTable[i];
+    if (std::string_view(name) == messageTable[i].name) return registeredIdTable[i];
   return 0;
 }

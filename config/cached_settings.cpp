@@ -17,10 +17,14 @@ CachedSettings & GetCachedSettings()
 void ForgetCachedSettings()
 {
   GetCachedSettings() = CachedSettings();
-  FlushSysINIValues();
 }
 
 }  // namespace zp
+
+void FlushSysINIValues()
+{
+  zp::GetCachedSettings().texts = {};
+}
 
 namespace {
 
@@ -32,19 +36,19 @@ constexpr unsigned int propertyValueFormatID = 43414;
 
 // How a switch is read, and its two values in memory, 1 and 2.
 struct SwitchSetting {
-  char const * (*pKey)();
-  bool bOnWhenUnset;
-  int nOn;
+  char const * (*key)();
+  bool onWhenUnset;
+  int on;
 };
 
 constexpr SwitchSetting switches[switchCount] = {
-    {GetAllowBeepKey, false, 2},        {GetAllowEnterKey, false, 1},        {GetAllowEscKey, true, 1},
+    {GetAllowBeepKey, false, 2},         {GetAllowEnterKey, false, 1},        {GetAllowEscKey, true, 1},
     {GetKeshCalcOverrideKey, false, 2}, {GetKeshCompatibilityKey, false, 2}, {GetFlushMsgWinKey, true, 1},
 };
 
 struct BaseSetting {
-  char const * pKey;
-  double fWhenUnset;
+  char const * key;
+  double whenUnset;
 };
 
 constexpr BaseSetting bases[baseCount] = {
@@ -57,25 +61,25 @@ constexpr BaseSetting bases[baseCount] = {
 
 int markOf(SwitchSetting const & setting, bool on)
 {
-  return on ? setting.nOn : 3 - setting.nOn;
+  return on ? setting.on : 3 - setting.on;
 }
 
 int isOn(Switch which)
 {
   SwitchSetting const & setting = switches[which];
-  int const mark = KeptValue(GetCachedSettings().m_Switches[which], 0, [&setting] {
-    bool const on = setting.bOnWhenUnset ? !GetSysNo(misc, setting.pKey()) : GetSysYes(misc, setting.pKey()) != 0;
+  int const mark = KeptValue(GetCachedSettings().switches[which], 0, [&setting] {
+    bool const on = setting.onWhenUnset ? !GetSysNo(misc, setting.key()) : GetSysYes(misc, setting.key()) != 0;
     return markOf(setting, on);
   });
-  return mark == setting.nOn;
+  return mark == setting.on;
 }
 
 double baseValue(Base which)
 {
-  return KeptValue(GetCachedSettings().m_Bases[which], 0.0, [which] {
+  return KeptValue(GetCachedSettings().bases[which], 0.0, [which] {
     CString text;
-    GetSysString(text, misc, bases[which].pKey, CString());
-    return text.IsEmpty() ? bases[which].fWhenUnset : TextToDouble(text.View());
+    GetSysString(text, misc, bases[which].key, CString());
+    return text.IsEmpty() ? bases[which].whenUnset : TextToDouble(text.View());
   });
 }
 
@@ -161,22 +165,22 @@ int GetSaveAfterRunFlag()
 
 int GetShowExcelFlag()
 {
-  return cachedFlag(GetCachedSettings().m_nShowExcel, GetExcelShowFlagKey());
+  return cachedFlag(GetCachedSettings().showExcel, GetExcelShowFlagKey());
 }
 
 int SetShowExcelFlag(int flag)
 {
-  return changeFlag(GetCachedSettings().m_nShowExcel, GetExcelShowFlagKey(), flag);
+  return changeFlag(GetCachedSettings().showExcel, GetExcelShowFlagKey(), flag);
 }
 
 int GetIsVBServerFlag()
 {
-  return cachedFlag(GetCachedSettings().m_nIsVBServer, GetExcelIsVBServerKey());
+  return cachedFlag(GetCachedSettings().isVBServer, GetExcelIsVBServerKey());
 }
 
 int SetIsVBServerFlag(int flag)
 {
-  return changeFlag(GetCachedSettings().m_nIsVBServer, GetExcelIsVBServerKey(), flag);
+  return changeFlag(GetCachedSettings().isVBServer, GetExcelIsVBServerKey(), flag);
 }
 
 int AllowBeep()
@@ -201,7 +205,7 @@ int UseKeshCalcSequence()
 
 void SetKeshCalcSequence(int flag)
 {
-  GetCachedSettings().m_Switches[switchOldSequence] = markOf(switches[switchOldSequence], flag != 0);
+  GetCachedSettings().switches[switchOldSequence] = markOf(switches[switchOldSequence], flag != 0);
   SetSysFlag(misc, GetKeshCalcOverrideKey(), flag);
 }
 
@@ -218,12 +222,12 @@ int FlushMsgWin()
 int GetCompSelectBy()
 {
   auto const read = [] { return static_cast<unsigned int>(GetSysInt(misc, "CompSelectBy", 0)); };
-  return static_cast<int>(KeptValue(GetCachedSettings().m_nCompSelectBy, notRead, read));
+  return static_cast<int>(KeptValue(GetCachedSettings().compSelectBy, notRead, read));
 }
 
 void SetCompSelectBy(int value)
 {
-  GetCachedSettings().m_nCompSelectBy = static_cast<unsigned int>(value);
+  GetCachedSettings().compSelectBy = static_cast<unsigned int>(value);
   SetSysInt(misc, "CompSelectBy", value);
 }
 
@@ -254,7 +258,7 @@ double GetPsiBase()
 
 CString const & GetShortDateFormat()
 {
-  CString & format = GetCachedSettings().m_strShortDate;
+  CString & format = GetCachedSettings().texts.shortDate;
   if (format.IsEmpty()) {
     char text[profileTextSize];
     GetProfileStringA("intl", "sShortDate", "", text, profileTextSize);
@@ -265,10 +269,10 @@ CString const & GetShortDateFormat()
 
 CString const & GetSDBCFRValFormat()
 {
-  return cachedFormat(GetCachedSettings().m_CFRValue, GetSDBCFRValFmtKey(), cfrValueFormatID);
+  return cachedFormat(GetCachedSettings().texts.cfrValue, GetSDBCFRValFmtKey(), cfrValueFormatID);
 }
 
 CString const & GetSDBPropValFormat()
 {
-  return cachedFormat(GetCachedSettings().m_PropertyValue, GetSDBPropValFmtKey(), propertyValueFormatID);
+  return cachedFormat(GetCachedSettings().texts.propertyValue, GetSDBPropValFmtKey(), propertyValueFormatID);
 }

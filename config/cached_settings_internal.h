@@ -26,23 +26,30 @@ enum Base { baseKelvin, baseRankine, baseBar, baseKgCm2, basePsi, baseCount };
 
 // A text in memory; one without an application is read again when there is one.
 struct CachedText {
-  CString m_strText;  // empty: not read
-  bool m_bFromSettings = false;
+  CString text;  // empty: not read
+  bool fromSettings = false;
+};
+
+// The texts in memory: what FlushSysINIValues empties, whole.
+struct CachedTexts {
+  CString rootDirectory;
+  CachedText olderSystemPrefix;
+  CString shortDate;  // empty: not read
+  CachedText cfrValue;
+  CachedText propertyValue;
 };
 
 struct CachedSettings {
-  CachedSettings() { m_Colours.fill(notRead); }
+  CachedSettings() { colours.fill(notRead); }
 
-  unsigned int m_nShowExcel = notRead;
-  unsigned int m_nIsVBServer = notRead;
-  unsigned int m_nCompSelectBy = notRead;
-  std::array<unsigned int, colourCount> m_Colours;
-  std::array<int, switchCount> m_Switches = {};  // 0: not read
-  std::array<double, baseCount> m_Bases = {};    // 0.0: not read
-  CString m_strShortDate;                        // empty: not read
-  CachedText m_CFRValue;
-  CachedText m_PropertyValue;
-  int m_nAuthority = 0;  // 0: not read
+  unsigned int showExcel = notRead;
+  unsigned int isVBServer = notRead;
+  unsigned int compSelectBy = notRead;
+  std::array<unsigned int, colourCount> colours;
+  std::array<int, switchCount> switches = {};  // 0: not read
+  std::array<double, baseCount> bases = {};    // 0.0: not read
+  CachedTexts texts;
+  int authority = 0;  // 0: not read
 };
 
 CachedSettings & GetCachedSettings();
@@ -63,10 +70,10 @@ template <class Read>
 CString const & KeptText(CachedText & cache, Read read)
 {
   bool const canRead = AfxGetApp() != nullptr;
-  if (!cache.m_strText.IsEmpty() && (cache.m_bFromSettings || !canRead)) return cache.m_strText;
-  read(cache.m_strText);
-  cache.m_bFromSettings = canRead;
-  return cache.m_strText;
+  if (!cache.text.IsEmpty() && (cache.fromSettings || !canRead)) return cache.text;
+  read(cache.text);
+  cache.fromSettings = canRead;
+  return cache.text;
 }
 
 }  // namespace zp

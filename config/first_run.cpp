@@ -2,11 +2,11 @@
 
 #include <zpbase/config.h>
 
-#include <zpbase/platform/registry.h>
-
 #include <array>
 #include <memory>
 #include <type_traits>
+
+#include <zpbase/platform/registry.h>
 
 namespace {
 

@@ -1,6 +1,7 @@
 // What sibling modules of the simulator set and this library only reads: the job's directories and the resource module.
 
 #include <zpbase/config.h>
+
 #include <zpbase/job_folders.h>
 
 char job_path[260] = "";

@@ -10,8 +10,8 @@ namespace {
 enum State { stateEmpty = 0, stateReady = 2 };
 
 struct Table {
-  State m_nState = stateEmpty;
-  std::vector<ResString> m_Entries;  // in ascending order of ids, each once
+  State state = stateEmpty;
+  std::vector<ResString> entries;  // in ascending order of ids, each once
 };
 
 Table & table()
@@ -34,7 +34,7 @@ void LoadResStrings(ResString const * entries, unsigned int count)
 
 int ResStringsAreLoaded()
 {
-  return !table().m_Entries.empty();
+  return !table().entries.empty();
 }
 
 void UnloadResStrings()
@@ -44,9 +44,9 @@ void UnloadResStrings()
 
 char const * GetStringFromResourceID(unsigned int id)
 {
-  std::vector<ResString> const & entries = table().m_Entries;
+  std::vector<ResString> const & entries = table().entries;
   char const * const otherwise = entries.empty() ? "" : "NOT FOUND";
-  if (table().m_nState != stateReady) return otherwise;
+  if (table().state != stateReady) return otherwise;
   auto const found = std::lower_bound(entries.begin(), entries.end(), id,
                                       [](ResString const & entry, unsigned int wanted) { return entry.m_nID < wanted; });
   return found != entries.end() && found->m_nID == id ? found->m_strText.GetString() : otherwise;

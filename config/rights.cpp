@@ -9,8 +9,8 @@
 namespace {
 
 struct Right {
-  char const * pName;
-  char cMark;
+  char const * name;
+  char mark;
 };
 
 constexpr Right rights[] = {{"None", '*'}, {"Case", 'c'},    {"Job", 'J'},    {"User", 'W'},
@@ -25,18 +25,18 @@ int g_nLoadLevel = 0;
 int GetSysAuthority(CString const & name)
 {
   for (int level = 0; level < levels; ++level)
-    if (name == rights[level].pName) return level;
+    if (name == rights[level].name) return level;
   return userLevel;
 }
 
 char GetAuthorityAppendChar(int level)
 {
-  return level >= 0 && level < levels ? rights[level].cMark : '\0';
+  return level >= 0 && level < levels ? rights[level].mark : '\0';
 }
 
 int GetUserAuthority()
 {
-  return zp::KeptValue(zp::GetCachedSettings().m_nAuthority, 0, [] {
+  return zp::KeptValue(zp::GetCachedSettings().authority, 0, [] {
     CString name;
     GetSysString(name, GetAuthSectionKey(), GetAuthorityKey(), CString());
     return name.IsEmpty() ? userLevel : GetSysAuthority(name);

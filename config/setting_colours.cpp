@@ -2,8 +2,9 @@
 
 #include <zpbase/config.h>
 
-#include <algorithm>
 #include <string_view>
+
+#include <zpbase/platform/ascii.h>
 
 #include "config/cached_settings_internal.h"
 
@@ -12,8 +13,8 @@ namespace {
 using namespace zp;
 
 struct ColourSetting {
-  char const * pKey;
-  unsigned int nWhenUnset;  // 0x00BBGGRR
+  char const * key;
+  unsigned int whenUnset;  // 0x00BBGGRR
 };
 
 constexpr ColourSetting colours[colourCount] = {
@@ -23,7 +24,7 @@ constexpr ColourSetting colours[colourCount] = {
 
 void skipBlanks(std::string_view & text)
 {
-  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f"), text.size()));
+  while (!text.empty() && IsWhite(text.front())) text.remove_prefix(1);
 }
 
 // Takes an integer from the front of text, with blanks before it; its low byte is what a colour keeps.
@@ -34,7 +35,7 @@ bool takeByte(std::string_view & text, unsigned int & byte)
   if (negative || text.starts_with('+')) text.remove_prefix(1);
   size_t digits = 0;
   unsigned int number = 0;
-  for (; digits < text.size() && text[digits] >= '0' && text[digits] <= '9'; ++digits)
+  for (; digits < text.size() && IsDigit(text[digits]); ++digits)
     number = number * 10 + static_cast<unsigned int>(text[digits] - '0');
   text.remove_prefix(digits);
   byte = (negative ? 0 - number : number) & 0xFF;
@@ -58,10 +59,10 @@ void readColour(std::string_view text, unsigned int & colour)
 
 unsigned long cachedColour(Colour which)
 {
-  return KeptValue(GetCachedSettings().m_Colours[which], notRead, [which] {
+  return KeptValue(GetCachedSettings().colours[which], notRead, [which] {
     CString text;
-    GetSysString(text, misc, colours[which].pKey, CString());
-    unsigned int colour = colours[which].nWhenUnset;
+    GetSysString(text, misc, colours[which].key, CString());
+    unsigned int colour = colours[which].whenUnset;
     readColour(text.View(), colour);
     return colour;
   });

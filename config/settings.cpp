@@ -3,11 +3,11 @@
 
 #include <zpbase/config.h>
 
-#include <zpbase/platform/application.h>
-
 #include <cstdint>
 #include <memory>
 #include <string>
+
+#include <zpbase/platform/application.h>
 
 namespace {
 

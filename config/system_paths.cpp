@@ -1,4 +1,4 @@
-// Where the system's own files lie, and the texts about it that are kept until they are flushed.
+// Where the system's own files lie.
 
 #include <zpbase/config.h>
 
@@ -12,18 +12,6 @@ namespace {
 constexpr char const * olderSystemKey = "ZP3System";
 constexpr DWORD pathSize = 4096;
 constexpr int rootLength = 3;  // drive, colon, backslash
-
-CString & rootDirectory()
-{
-  static CString directory;
-  return directory;
-}
-
-zp::CachedText & olderSystemPrefix()
-{
-  static zp::CachedText prefix;
-  return prefix;
-}
 
 }  // namespace
 
@@ -41,26 +29,16 @@ CString const GetSystemPathPrefix()
 
 CString const & GetSystemRootDirectory()
 {
-  return rootDirectory() = GetSystemPathPrefix().Left(rootLength);
+  return zp::GetCachedSettings().texts.rootDirectory = GetSystemPathPrefix().Left(rootLength);
 }
 
 CString const & GetZP3SystemPathPrefix()
 {
-  return zp::KeptText(olderSystemPrefix(), [](CString & prefix) {
+  return zp::KeptText(zp::GetCachedSettings().texts.olderSystemPrefix, [](CString & prefix) {
     if (GetSysString(prefix, GetZPXDirSectionKey(), olderSystemKey, CString()) > 0) {
       prefix += '\\';
     } else {
       prefix = GetSystemPathPrefix();
     }
   });
-}
-
-void FlushSysINIValues()
-{
-  rootDirectory().Empty();
-  olderSystemPrefix() = {};
-  zp::CachedSettings & cached = zp::GetCachedSettings();
-  cached.m_strShortDate.Empty();
-  cached.m_CFRValue = {};
-  cached.m_PropertyValue = {};
 }

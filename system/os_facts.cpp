@@ -12,8 +12,8 @@ namespace {
 constexpr DWORD userDefaultLocale = 0x0400;
 
 struct Language {
-  WORD nID;
-  char const * pName;
+  WORD id;
+  char const * name;
 };
 
 // The published language identifiers in ascending order, each name padded to 25 characters.
@@ -144,8 +144,8 @@ void GetOSModsString(CString & text)
 unsigned long VerLanguageNameA(unsigned long language, CString & name)
 {
   auto const * const found =
-      std::find_if(std::begin(languages), std::end(languages), [language](Language const & row) { return row.nID == language; });
-  name = found != std::end(languages) ? found->pName : "Unknown";
+      std::find_if(std::begin(languages), std::end(languages), [language](Language const & row) { return row.id == language; });
+  name = found != std::end(languages) ? found->name : "Unknown";
   return static_cast<unsigned long>(name.GetLength());
 }
 
