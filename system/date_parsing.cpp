@@ -56,6 +56,7 @@ FieldOrder const & dateOrder()
   return g_Order;
 }
 
+// The raised digits of the code page count, as in the text functions.
 bool isDigit(char c)
 {
   return IsCharDigit(c) != 0;

@@ -1,4 +1,7 @@
 // ParseFile: a whole text file in memory, its line ends found once, its lines given one after the other.
+
+#include <zpbase/text.h>
+
 #include <array>
 #include <bit>
 
@@ -7,7 +10,6 @@
 #endif
 
 #include <zpbase/platform/windows.h>
-#include <zpbase/text.h>
 
 namespace {
 
@@ -149,6 +151,8 @@ int ParseFile::ReadLine()
   return GetLength();
 }
 
+// LFs and SUBs are passed over wherever they stand, those behind the line's end with it, so the line is over at the first
+// character of the next one, and a piece at the first that it has no room for.
 int ParseFile::ParseLine()
 {
   std::array<char, maxParsedLine> line;

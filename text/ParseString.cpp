@@ -1,21 +1,14 @@
 // ParseString: taking tokens, and telling their kind.
+
 #include <zpbase/text.h>
 
-#include "text/text_internal.h"
+#include <zpbase/platform/ascii.h>
+
+#include "text/tabs_internal.h"
 
 namespace {
 
 constexpr int quotedTabWidth = 8;  // columns
-
-bool isDigit(char c)
-{
-  return c >= '0' && c <= '9';
-}
-
-bool isSpace(char c)
-{
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 bool isRealCharacter(char c)
 {
@@ -29,7 +22,7 @@ int numberType(std::string_view token)
 {
   int type = integerToken;
   for (char const c : token) {
-    if (isDigit(c)) continue;
+    if (zp::IsDigit(c)) continue;
     if (c == '-' && type != rangeToken) {
       if (type == integerToken) type = rangeToken;
     } else if (isRealCharacter(c)) {
@@ -43,7 +36,7 @@ int numberType(std::string_view token)
 
 int tokenType(std::string_view token)
 {
-  while (!token.empty() && isSpace(token.front())) token.remove_prefix(1);
+  while (!token.empty() && zp::IsWhite(token.front())) token.remove_prefix(1);
   if (token.empty()) return emptyToken;
   if (token.front() == '"') return quotedToken;
   if (token.front() == '+' || token.front() == '-') token.remove_prefix(1);
@@ -169,7 +162,7 @@ double ParseString::GetNext_Double()
   std::string_view const text = View();
   size_t const start = BehindDelimeters(text, static_cast<size_t>(m_nOffset));
   m_nOffset = static_cast<int>(start);
-  if (!m_bNumbersAreTokens || isSpace(text.data()[start])) return zp::TextToDouble(ParseToken());
+  if (!m_bNumbersAreTokens || zp::IsWhite(text.data()[start])) return zp::TextToDouble(ParseToken());
   zp::NumberText const number = zp::ReadNumber(text.data() + start);
   auto end = static_cast<size_t>(number.end - text.data());
   while (end < text.size() && !IsDelimeter(text[end])) ++end;

@@ -1,8 +1,9 @@
 // ParseFile: what the lines of a numeric data file have in common, their delimiter and the columns of their values.
-#include <algorithm>
-#include <vector>
 
 #include <zpbase/text.h>
+
+#include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -64,6 +65,7 @@ bool overlayAll(ColumnList & columns, CUIntArray const & starts, CUIntArray cons
 
 }  // namespace
 
+// The first tab, blank or comma of a numeric line speaks for it, a leading blank too; lines that disagree leave no answer.
 int ParseFile::GetDelimeter()
 {
   GotoLineNumber(1);

@@ -1,8 +1,10 @@
 // Directories: whether one is there, and making those on a path.
+
+#include <zpbase/text.h>
+
 #include <zpbase/messages.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/platform/resources.h>
-#include <zpbase/text.h>
 
 namespace {
 

@@ -1,8 +1,10 @@
 // The simulator's own search for a file among the job, work, pool and system directories.
+
+#include <zpbase/text.h>
+
 #include <zpbase/config.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
-#include <zpbase/text.h>
 
 namespace {
 

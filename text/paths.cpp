@@ -1,4 +1,5 @@
 // The parts of a file's path in the inside form, whose parts are separated by backslashes alone.
+
 #include <zpbase/text.h>
 
 int FindExtension(CString const & path)

@@ -1,10 +1,12 @@
 // Functions on strings: cutting at line ends, tabs, groups and blanks.
-#include <algorithm>
 
 #include <zpbase/text.h>
+
+#include <algorithm>
+
 #include <zpbase/well_known_names.h>
 
-#include "text/text_internal.h"
+#include "text/tabs_internal.h"
 
 namespace zp {
 
@@ -22,6 +24,7 @@ std::string ExpandedTabs(std::string_view text, size_t column, size_t tabWidth)
 
 }  // namespace zp
 
+// A CR with another character behind it keeps that one, so that CR CR LF ends no line.
 int ChopString(CStringArray & lines, CString const & text)
 {
   std::string_view const lineEnd = GetCRLFString();

@@ -1,4 +1,5 @@
 // ParseString: reading all that is left, as a list of tokens, as numbers and ranges, and as the values of a numeric line.
+
 #include <zpbase/text.h>
 
 namespace {

@@ -1,4 +1,4 @@
-// What the rooms of text share.
+// Tabs, for the strings and the quoted tokens.
 #pragma once
 
 #include <string>
