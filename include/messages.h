@@ -2,8 +2,17 @@
 #pragma once
 
 #include <initializer_list>
+#include <type_traits>
 
 #include "platform/string.h"
+
+namespace zp {
+
+// What the text of a string resource can take in: numbers and texts, a CString too.
+template <class... Args>
+concept FormatArgs = sizeof...(Args) != 0 && (std::is_constructible_v<FormatArg, Args const &> && ...);
+
+}  // namespace zp
 
 // Message boxes. A box beeps, brings the main window forward and keeps the window behind the focus from taking input while it
 // stands. An icon of 0 is the information's (64) for type 0 and the question's (32) for other types; a helpId of 0 is that of the
@@ -13,11 +22,27 @@
 ZP_API int BeepMsgBox(CString const & text, unsigned int type, unsigned int icon, unsigned int helpId);
 ZP_API int BeepMsgBox(unsigned int id, unsigned int type, unsigned int icon, unsigned int helpId);
 
-// The string resource id formatted with the arguments, which must fit the resource. Without such a text the box shows the id. The
-// second takes exactly the arguments it is given and shows them behind an id without a text: PrintfMsgBox(id, {name, cause}).
+// The string resource id formatted with the arguments. Numbers and texts are taken as what they are, in braces or without: a
+// conversion that doesn't fit appears as text, and an id without a text is shown with the arguments behind it. Arguments of other
+// types must fit the resource, and are lost where it has no text.
 ZP_API int PrintfMsgBox(unsigned int id, ...);
 ZP_API int PrintfMsgBox(unsigned int id, std::initializer_list<zp::FormatArg> args);
 ZP_API int PrintfMsgBoxStyle(unsigned int type, unsigned int icon, unsigned int id, ...);
+ZP_API int PrintfMsgBoxStyle(unsigned int type, unsigned int icon, unsigned int id, std::initializer_list<zp::FormatArg> args);
+
+template <class... Args>
+requires zp::FormatArgs<Args...>
+int PrintfMsgBox(unsigned int id, Args const &... args)
+{
+  return PrintfMsgBox(id, {zp::FormatArg(args)...});
+}
+
+template <class... Args>
+requires zp::FormatArgs<Args...>
+int PrintfMsgBoxStyle(unsigned int type, unsigned int icon, unsigned int id, Args const &... args)
+{
+  return PrintfMsgBoxStyle(type, icon, id, {zp::FormatArg(args)...});
+}
 
 // A system error's number and text, with what the system was doing.
 ZP_API int SystemErrorMsgBox(unsigned long error, CString const & state);
@@ -36,10 +61,18 @@ ZP_API int QuitZephlow();
 // Non-zero when warnings are wanted.
 ZP_API int AllowWarnings();
 
-// Both give 1 if warnings are allowed, else 0, and never raise or show a box; a warning that can't be written is lost. The text
-// is cut at 260 characters. The second takes a string resource and puts the warning's number in front.
+// All give 1 if warnings are allowed, else 0, and never raise or show a box; a warning that can't be written is lost. The text
+// is cut at 260 characters. Those with an id take a string resource, as PrintfMsgBox does, and put the warning's number in front.
 ZP_API int PutWarning(char const * format, ...) __attribute__((format(printf, 1, 2)));
 ZP_API int PutWarning(unsigned int id, ...);
+ZP_API int PutWarning(unsigned int id, std::initializer_list<zp::FormatArg> args);
+
+template <class... Args>
+requires zp::FormatArgs<Args...>
+int PutWarning(unsigned int id, Args const &... args)
+{
+  return PutWarning(id, {zp::FormatArg(args)...});
+}
 
 // Deletes the warnings file; a missing one is no fault.
 ZP_API void FlushWarningsFile();

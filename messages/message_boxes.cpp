@@ -101,7 +101,7 @@ int PrintfMsgBox(unsigned int id, ...)
 
 int PrintfMsgBox(unsigned int id, std::initializer_list<zp::FormatArg> args)
 {
-  return BeepMsgBox(zp::FormatResource(id, args), MB_OK, MB_ICONASTERISK, id);
+  return PrintfMsgBoxStyle(MB_OK, MB_ICONASTERISK, id, args);
 }
 
 int PrintfMsgBoxStyle(unsigned int type, unsigned int icon, unsigned int id, ...)
@@ -111,6 +111,11 @@ int PrintfMsgBoxStyle(unsigned int type, unsigned int icon, unsigned int id, ...
   int const answer = showFormatted(type, icon, id, args);
   va_end(args);
   return answer;
+}
+
+int PrintfMsgBoxStyle(unsigned int type, unsigned int icon, unsigned int id, std::initializer_list<zp::FormatArg> args)
+{
+  return BeepMsgBox(zp::FormatResource(id, args), type, icon, id);
 }
 
 int SystemErrorMsgBox(unsigned long error, CString const & state)

@@ -1,13 +1,14 @@
 // Warnings: the gate that decides whether they are wanted, and the file that they go to.
 
+#include <zpbase/messages.h>
+
+#include <algorithm>
+
 #include <zpbase/config.h>
 #include <zpbase/job_folders.h>
-#include <zpbase/messages.h>
 #include <zpbase/platform/application.h>
 #include <zpbase/platform/resources.h>
 #include <zpbase/store.h>
-
-#include <algorithm>
 
 namespace {
 
@@ -35,6 +36,11 @@ void appendLine(CString const & text)
   file.SeekToEnd();
   file.WriteLine(line);
   file.Close();
+}
+
+CString numberOf(unsigned int id)
+{
+  return zp::FormatResource(firstWarningID, {id - firstWarningID});
 }
 
 // Returns what PutWarning gives.
@@ -80,16 +86,20 @@ int PutWarning(char const * format, ...)
 
 int PutWarning(unsigned int id, ...)
 {
-  if (!AllowWarnings()) return 0;
-  CString text = zp::FormatResource(firstWarningID, {id - firstWarningID});
   CString format;
-  if (!format.LoadString(id)) format.Format("%u", id);
+  if (!format.LoadString(id)) return PutWarning(id, {});
+  if (!AllowWarnings()) return 0;
   CString message;
   va_list args;
   va_start(args, id);
   message.FormatV(format, args);
   va_end(args);
-  return putText(text + message);
+  return putText(numberOf(id) + message);
+}
+
+int PutWarning(unsigned int id, std::initializer_list<zp::FormatArg> args)
+{
+  return AllowWarnings() ? putText(numberOf(id) + zp::FormatResource(id, args)) : 0;
 }
 
 void FlushWarningsFile()

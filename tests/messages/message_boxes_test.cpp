@@ -134,10 +134,12 @@ TEST_F(MessageBoxes, FormatTheirResource)
   EXPECT_EQ(m_UI.m_Messages.back().text.size(), 5000u);
   EXPECT_EQ(m_UI.m_Messages.back().style, 52u);
 
-  PrintfMsgBox(1, "known to the caller alone", 5);
-  EXPECT_EQ(m_UI.m_Messages.back().text, "1");
+  PrintfMsgBox(1, "a name", 5);
+  EXPECT_EQ(m_UI.m_Messages.back().text, "1: a name 5");
   PrintfMsgBox(1, {"a name", 5});
   EXPECT_EQ(m_UI.m_Messages.back().text, "1: a name 5");
+  PrintfMsgBoxStyle(4, 48, 1, CString("a name"), 0.5);
+  EXPECT_EQ(m_UI.m_Messages.back().text, "1: a name 0.5");
 }
 
 TEST_F(MessageBoxes, TellASystemErrorWithTheStateOfTheSystem)

@@ -8,6 +8,7 @@
 #include <zpbase/messages.h>
 #include <zpbase/platform/application.h>
 #include <zpbase/platform/file.h>
+#include <zpbase/platform/resources.h>
 #include <zpbase/text.h>
 
 #include "tests/support/TempFolder.h"
@@ -68,8 +69,27 @@ TEST_F(Warnings, AreOneLineEachCutAt260Characters)
 {
   PutWarning("first\r\nsecond");
   PutWarning("%s", std::string(400, 'x').c_str());
-  PutWarning(55010U, 1);
-  EXPECT_EQ(m_Folder.Read("WARNINGS"), "first  second\r\n" + std::string(260, 'x') + "\r\nWarning 2: 55010\r\n");
+  EXPECT_EQ(m_Folder.Read("WARNINGS"), "first  second\r\n" + std::string(260, 'x') + "\r\n");
+}
+
+char const * findTray(UINT id)
+{
+  return id == 55009 ? "Tray %d of %s is dry" : nullptr;
+}
+
+TEST_F(Warnings, GivenByNumberShowItAndTheirArgumentsThoughTheyHaveNoText)
+{
+  zp::RegisterResourceModule(&findTray);
+  PutWarning(55009U, 3, "tower");
+  PutWarning(55009U, "tower", CString("3"));  // what doesn't fit is shown, not read
+  PutWarning(55009U, 3LL, "tower");           // a type beyond numbers and texts
+  zp::UnregisterResourceModule(&findTray);
+  PutWarning(55009U, 3, "tower", 0.5);
+  PutWarning(55010U, 3LL);
+  PutWarning(55010U);
+  EXPECT_EQ(m_Folder.Read("WARNINGS"),
+            "Warning 1: Tray 3 of tower is dry\r\nWarning 1: Tray %d of 3 is dry\r\nWarning 1: Tray 3 of tower is dry\r\n"
+            "Warning 1: 55009: 3 tower 0.5\r\nWarning 2: 55010\r\nWarning 2: 55010\r\n");
 }
 
 int g_nCalls = 0;
