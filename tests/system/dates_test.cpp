@@ -112,12 +112,15 @@ TEST(Dates, AreReadInTheOrderOfThePattern)
       {"1/99999999999999999999/00", 0, {0, 0, 0}},
       {"1/1/4294967295", 0, {0, 0, 0}},
   };
-  zp::ForgetDateOrder();
-  for (Row const & row : rows) {
-    DateVals date(9, 9, 9);
-    EXPECT_EQ(ParseDateString(date, row.text), row.result) << row.text;
-    EXPECT_EQ(fieldsOf(date), row.fields) << row.text;
-  }
+  RunInLocale("C", "", [&rows] {
+    zp::ForgetDateOrder();
+    FlushSysINIValues();
+    for (Row const & row : rows) {
+      DateVals date(9, 9, 9);
+      EXPECT_EQ(ParseDateString(date, row.text), row.result) << row.text;
+      EXPECT_EQ(fieldsOf(date), row.fields) << row.text;
+    }
+  });
 }
 
 TEST(Dates, HaveWeeksFromMonday)

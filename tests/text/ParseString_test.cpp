@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <locale.h>
+#include <stdlib.h>
+
 #include <bit>
-#include <cstdlib>
 #include <random>
 #include <vector>
 
@@ -104,6 +106,7 @@ TEST(ParseString, NumbersWrapAndLettersReadAsZero)
 // A number must not be looked for beyond its token, whatever the delimiters are.
 TEST(ParseString, DoublesAreThoseOfTheirTokens)
 {
+  locale_t const plain = newlocale(LC_ALL_MASK, "C", nullptr);
   std::mt19937 random(3);
   std::string const letters = "0123456789.eE+-xinfa \t\n,;_()";
   char const * const sets[] = {" \t", ",", "\t", "e", "5", "-", ".", "\n", "x ", ""};
@@ -115,7 +118,7 @@ TEST(ParseString, DoublesAreThoseOfTheirTokens)
     ParseString byValue = byToken;
     CString token;
     while (byToken.GetNextString(token) != -1) {
-      uint64_t const expected = std::bit_cast<uint64_t>(std::strtod(token, nullptr));
+      uint64_t const expected = std::bit_cast<uint64_t>(strtod_l(token, nullptr, plain));
       ASSERT_EQ(std::bit_cast<uint64_t>(byValue.GetNext_Double()), expected) << '"' << text << "\" cut at '" << delimiters << "'";
       ASSERT_STREQ(byValue, byToken) << text;
       ParseString valueStart = byValue;
