@@ -50,7 +50,8 @@ TEST(RegisterWindowMessage, GivesIdsThatFollowFromTheStringAlone)
   for (int round = 0; round < 2; ++round)
     for (int i = 0; i < 1000; ++i) ids.insert(RegisterWindowMessageA(("string " + std::to_string(i)).c_str()));
   EXPECT_EQ(ids.size(), 1000u) << "strings of one hash have ids of their own";
-  EXPECT_TRUE(*ids.begin() >= 0xC000 && *ids.rbegin() <= 0xFFFF);
+  EXPECT_GE(*ids.begin(), 0xC000u);
+  EXPECT_LE(*ids.rbegin(), 0xFFFFu);
 }
 
 TEST(UnitLabels, StandAtTheirNumbers)

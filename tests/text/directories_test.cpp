@@ -4,31 +4,12 @@
 
 #include <filesystem>
 
-#include <zpbase/platform/windows.h>
 #include <zpbase/text.h>
 
+#include "tests/support/RecordingInterface.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
-
-class MessageWatch : public CUserInterface {
- public:
-  MessageWatch() : m_pFormer(SetUserInterface(this)) {}
-  ~MessageWatch() override { SetUserInterface(m_pFormer); }
-  int ShowMessage(CString const & text, UINT, UINT) override
-  {
-    m_strSeen += text.View();
-    return IDOK;
-  }
-  int RunDialog(CDialog &) override { return 0; }
-  void Beep(UINT) override {}
-  void SetWaitCursor(int) override {}
-
-  CString m_strSeen;
-
- private:
-  CUserInterface * m_pFormer;
-};
 
 TEST(Directories, AreMadeToTheLastPart)
 {
@@ -44,10 +25,12 @@ TEST(Directories, AreMadeToTheLastPart)
   EXPECT_EQ(DirExists(""), 0);
   folder.Write("file", "");
   EXPECT_EQ(DirExists(folder.Name("file")), 0);
-  MessageWatch const watch;
+  RecordingInterface const watch;
   EXPECT_EQ(MakeParentDirectories(folder.Name("file\\below\\more")), 0);
-  EXPECT_NE(watch.m_strSeen.Find("--- SYSTEM ERROR 3 ---"), -1) << watch.m_strSeen;
-  EXPECT_NE(watch.m_strSeen.Find("The directory " + folder.Name("file\\below") + " can't"), -1) << watch.m_strSeen;
+  ASSERT_EQ(watch.m_Messages.size(), 1u);
+  std::string const & shown = watch.m_Messages.front().text;
+  EXPECT_NE(shown.find("--- SYSTEM ERROR 3 ---"), std::string::npos) << shown;
+  EXPECT_NE(shown.find(("The directory " + folder.Name("file\\below") + " can't").View()), std::string::npos) << shown;
 }
 
 }  // namespace
