@@ -1,4 +1,5 @@
-// The preferences: what each gives unset and set, what is kept, and what a flush forgets.
+// The preferences: how flags, colours, bases and rights read their texts, what writers keep in step, and the time before the
+// application.
 
 #include <gtest/gtest.h>
 
@@ -150,40 +151,14 @@ TEST_F(Preferences, ColoursAreReadOnceAsRedGreenBlue)
     m_App.WriteProfileString("Misc", "EULabels", "9, 9, 9");
     EXPECT_EQ(GetEULabelColor(), row.colour) << row.text;
   }
-  EXPECT_EQ(GetRequiredLabelColor(), 0x0000FFu);
-  EXPECT_EQ(GetReadOnlyFgColor(), 0x800000u);
-  EXPECT_EQ(GetFocusFgColor(), 0x000080u);
-  EXPECT_EQ(GetFocusBkColor(), 0x00FFFFu);
-  EXPECT_EQ(GetUserFgColor(), 0x0000FFu);
-  EXPECT_EQ(GetUserBkColor(), 0xFFFFFFu);
 }
 
-TEST_F(Preferences, BaseValuesAreKeptUnlessZero)
+TEST_F(Preferences, BaseValuesAreReadAgainWhileTheyAreZero)
 {
-  EXPECT_EQ(GetKBase(), 273.15);
-  EXPECT_EQ(GetRBase(), 459.67);
-  EXPECT_EQ(GetBarBase(), 1.01325);
-  EXPECT_EQ(GetKgCm2Base(), 1.033227);
-  m_App.WriteProfileString("Misc", "KBase", "1");
   m_App.WriteProfileString("Misc", "psiBase", "0");
-  EXPECT_EQ(GetKBase(), 273.15);
   EXPECT_EQ(GetPsiBase(), 0.0);
   m_App.WriteProfileString("Misc", "psiBase", "14.7 psi");
   EXPECT_EQ(GetPsiBase(), 14.7);
-  FlushSysINIValues();
-  EXPECT_EQ(GetKBase(), 273.15);
-}
-
-TEST_F(Preferences, FormatsAreReadAgainAfterAFlush)
-{
-  EXPECT_STREQ(GetSDBCFRValFormat(), "%g");
-  EXPECT_STREQ(GetSDBPropValFormat(), "%g");
-  m_App.WriteProfileString("Misc", "CFRVal", "%.2f");
-  m_App.WriteProfileString("Misc", "SDBPVal", "%.3f");
-  EXPECT_STREQ(GetSDBCFRValFormat(), "%g");
-  FlushSysINIValues();
-  EXPECT_STREQ(GetSDBCFRValFormat(), "%.2f");
-  EXPECT_STREQ(GetSDBPropValFormat(), "%.3f");
 }
 
 TEST_F(Preferences, ShortDateFollowsTheUsersLocale)

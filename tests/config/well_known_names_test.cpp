@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <zpbase/config.h>
+#include <map>
 #include <string>
+#include <string_view>
+
+#include <zpbase/config.h>
+#include <zpbase/platform/ascii.h>
 
 TEST(WellKnownNames, SpecialTextsHaveTheirExactBytes)
 {
@@ -35,4 +39,25 @@ TEST(WellKnownNames, EachFamilyKeepsItsForm)
       {GetRegistryCompanyKey(), "Vantrelis"},
   };
   for (Row const & row : rows) EXPECT_STREQ(row.actual, row.expected);
+}
+
+TEST(WellKnownNames, SettingKeysCanStandInEveryStoreAndApart)
+{
+  struct Name {
+    char const * accessor;
+    char const * text;
+  };
+  Name const names[] = {
+#define ZP_NAME(accessor, text) {#accessor, accessor()},
+#include <zpbase/well_known_names.h>
+  };
+  std::map<std::string, std::string> owners;
+  for (Name const & name : names) {
+    EXPECT_STRNE(name.text, "") << name.accessor;
+    if (!std::string_view(name.accessor).ends_with("Key")) continue;
+    // A profile file has keys as "key=value" and sections in brackets, a hive both in quotes.
+    EXPECT_EQ(std::string_view(name.text).find_first_of("=[];\"\\\r\n"), std::string_view::npos) << name.accessor;
+    auto const [place, isNew] = owners.emplace(zp::ToLower(name.text), name.accessor);
+    EXPECT_TRUE(isNew) << name.accessor << " has the text of " << place->second;
+  }
 }
