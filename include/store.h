@@ -107,25 +107,35 @@ class ZP_API GPFile : public CFile {
 class ZP_API GPActiveRec : public GPObject {
   DECLARE_SERIAL(GPActiveRec)
  public:
+  // Where the fields stand in its stream, little-endian.
+  static constexpr size_t positionOffset = 0;  // DWORD
+  static constexpr size_t idOffset = 4;        // WORD
+  static constexpr size_t lengthOffset = 6;    // WORD
+  static constexpr size_t streamBytes = 8;
+
   GPActiveRec() = default;
-  void Serialize(CArchive & ar) override;              // DWORD position, short id, WORD length
+  void Serialize(CArchive & ar) override;
   int Compare(GPObject const * other) const override;  // difference of the ids
 
-  DWORD m_nFilePos;  // offset of the block's header in the record file
-  int m_nRecID;
-  DWORD m_nRecLen;  // bytes
+  DWORD m_nFilePos = 0;  // offset of the block's header in the record file
+  int m_nRecID = 0;
+  DWORD m_nRecLen = 0;  // bytes
 };
 
 // Index entry of one free block.
 class ZP_API GPEmptyRec : public GPObject {
   DECLARE_SERIAL(GPEmptyRec)
  public:
+  static constexpr size_t positionOffset = 0;  // DWORD
+  static constexpr size_t capacityOffset = 4;  // WORD
+  static constexpr size_t streamBytes = 6;
+
   GPEmptyRec() = default;
-  void Serialize(CArchive & ar) override;              // DWORD position, WORD capacity
+  void Serialize(CArchive & ar) override;
   int Compare(GPObject const * other) const override;  // difference of the capacities
 
-  DWORD m_nFilePos;
-  DWORD m_nBlockSize;  // bytes, the header not counted
+  DWORD m_nFilePos = 0;
+  DWORD m_nBlockSize = 0;  // bytes, the header not counted
 };
 
 // A memory file that shows its block, which belongs to the file and goes with it.
@@ -141,6 +151,26 @@ class ActiveTable;
 class FreeTable;
 struct ActiveEntry;
 struct FreeBlock;
+
+// What a store can hold.
+inline constexpr int maxRecordID = 32767;
+inline constexpr unsigned int maxRecordLength = 65535;  // bytes
+inline constexpr DWORD maxBlockPosition = 0x7FFFFFFF;   // of a block's header in the record file
+
+// What stands in front of each block's payload area in a record file: three 16-bit words, little-endian.
+struct BlockHeader {
+  static constexpr unsigned int byteCount = 6;
+  static constexpr WORD freeMark = 0x8000;  // in the first word
+
+  WORD id = 0;  // without the free mark
+  bool isFree = false;
+  WORD length = 0;    // bytes of the payload in use
+  WORD capacity = 0;  // bytes of the payload area; the next block starts behind it
+
+  // From and to byteCount bytes.
+  ZP_API static BlockHeader Read(BYTE const * bytes);
+  ZP_API void Write(BYTE * bytes) const;
+};
 
 // A block of a record file, as its header tells it.
 struct RecordBlock {

@@ -1,4 +1,4 @@
-// BlockChain: a walk over the blocks of a record file by their headers.
+// BlockHeader and BlockChain: the blocks of a record file, and a walk over them by their headers.
 //
 //   offset  width  content, 16-bit words in little-endian form
 //   0       2      record id in bits 0 to 14; bit 15 set: the block is free
@@ -19,6 +19,19 @@ namespace {
 constexpr size_t windowBytes = 0x40000;  // holds any block whole
 
 }  // namespace
+
+BlockHeader BlockHeader::Read(BYTE const * bytes)
+{
+  WORD const mark = ReadLittle<WORD>(bytes);
+  return {static_cast<WORD>(mark & ~freeMark), (mark & freeMark) != 0, ReadLittle<WORD>(bytes + 2), ReadLittle<WORD>(bytes + 4)};
+}
+
+void BlockHeader::Write(BYTE * bytes) const
+{
+  WriteLittle(bytes, static_cast<WORD>(isFree ? id | freeMark : id));
+  WriteLittle(bytes + 2, length);
+  WriteLittle(bytes + 4, capacity);
+}
 
 BlockChain::BlockChain(CFile const & file) : m_File(file), m_nFileLength(file.GetLength())
 {
@@ -42,9 +55,8 @@ bool BlockChain::Next(RecordBlock & block)
   if (m_nNext == m_nFileLength) return m_State = State::AtEnd, false;
   BYTE const * const header = m_nFileLength - m_nNext < headerBytes ? nullptr : Fetch(m_nNext, headerBytes);
   if (header == nullptr) return m_State = State::CutHeader, false;
-  WORD const mark = ReadLittle<WORD>(header);
-  m_Block = {m_nNext, static_cast<WORD>(mark & ~freeMark), (mark & freeMark) != 0, ReadLittle<WORD>(header + 2),
-             ReadLittle<WORD>(header + 4)};
+  auto const [id, isFree, length, capacity] = BlockHeader::Read(header);
+  m_Block = {m_nNext, id, isFree, length, capacity};
   m_nNext += headerBytes + m_Block.nCapacity;
   if (m_nNext > m_nFileLength) m_State = State::PastEnd;
   block = m_Block;

@@ -178,7 +178,7 @@ bool GPDataFile::IsFreeBlock(zp::FreeBlock const & block) const
   if (block.bSeen) return true;
   BYTE header[zp::headerBytes];
   return block.nFilePos <= zp::maxBlockPosition && m_RecFile.ReadAt(block.nFilePos, header, sizeof header) == sizeof header &&
-         (zp::ReadLittle<WORD>(header) & zp::freeMark) != 0 && zp::ReadLittle<WORD>(header + 4) == block.nCapacity;
+         zp::BlockHeader::Read(header).isFree && zp::BlockHeader::Read(header).capacity == block.nCapacity;
 }
 
 // The smallest free block that fits, taken from the table, else one at the end of the file; false if the file can't grow. A
@@ -251,7 +251,7 @@ unsigned int GPDataFile::CapacityOf(zp::ActiveEntry & entry)
     if (entry.nFilePos > zp::maxBlockPosition) return 0;
     BYTE header[zp::headerBytes];
     if (m_RecFile.ReadAt(entry.nFilePos, header, sizeof header) != sizeof header) return 0;
-    entry.nCapacity = zp::ReadLittle<WORD>(header + 4);
+    entry.nCapacity = zp::BlockHeader::Read(header).capacity;
   }
   return static_cast<unsigned int>(entry.nCapacity);
 }
@@ -259,9 +259,7 @@ unsigned int GPDataFile::CapacityOf(zp::ActiveEntry & entry)
 int GPDataFile::WriteBlock(void const * data, zp::ActiveEntry const & entry)
 {
   BYTE block[zp::headerBytes + zp::maxRecordLength];
-  zp::WriteLittle(block, static_cast<WORD>(entry.nRecID));
-  zp::WriteLittle<WORD>(block + 2, entry.nRecLen);
-  zp::WriteLittle(block + 4, static_cast<WORD>(entry.nCapacity));
+  zp::BlockHeader{static_cast<WORD>(entry.nRecID), false, entry.nRecLen, static_cast<WORD>(entry.nCapacity)}.Write(block);
   std::memcpy(block + zp::headerBytes, data, entry.nRecLen);
   UINT const count = zp::headerBytes + entry.nRecLen;
   if (m_RecFile.WriteRecord(entry.nFilePos, block, count))
@@ -274,7 +272,7 @@ int GPDataFile::WriteBlock(void const * data, zp::ActiveEntry const & entry)
 void GPDataFile::MarkFree(zp::ActiveEntry const & entry)
 {
   BYTE mark[2];
-  zp::WriteLittle(mark, static_cast<WORD>(entry.nRecID | zp::freeMark));
+  zp::WriteLittle(mark, static_cast<WORD>(entry.nRecID | zp::BlockHeader::freeMark));
   m_RecFile.WriteRecord(entry.nFilePos, mark, sizeof mark);
 }
 

@@ -19,9 +19,7 @@ bool byID(zp::ActiveEntry const & a, zp::ActiveEntry const & b)
 void appendBlock(std::vector<BYTE> & bytes, zp::RecordBlock const & block, std::span<BYTE const> payload)
 {
   BYTE header[zp::headerBytes];
-  zp::WriteLittle<WORD>(header, block.nRecID);
-  zp::WriteLittle<WORD>(header + 2, block.nLength);
-  zp::WriteLittle<WORD>(header + 4, block.nLength);
+  zp::BlockHeader{block.nRecID, false, block.nLength, block.nLength}.Write(header);
   bytes.insert(bytes.end(), header, header + sizeof header);
   bytes.insert(bytes.end(), payload.begin(), payload.end());
 }

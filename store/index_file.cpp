@@ -27,11 +27,12 @@ Entry const * entryOf(GPObject const * object)
 // Reads a container of the class given, whose elements are new objects of exactly the class Entry. The usual ones, of a class
 // that came before and with their bytes in the archive's buffer, are taken in runs. expect gets their count, take the bytes of
 // each.
-template <class Container, class Entry, size_t entryBytes, class Expect, class Take>
+template <class Container, class Entry, class Expect, class Take>
 void readEntries(CArchive & ar, Expect expect, Take take)
 {
   if (ar.ReadClass(RUNTIME_CLASS(Container)) == nullptr) AfxThrowArchiveException(CArchiveException::badClass);
   ar.MapObjects(1);
+  constexpr size_t entryBytes = Entry::streamBytes;
   DWORD count = ar.ReadCount();
   ar.RequireBytes(count * tagBytes);
   expect(count);
@@ -100,16 +101,17 @@ StoreIndex ReadIndex(CArchive & ar)
   index.pFree = std::make_unique<FreeTable>();
   ActiveTable & active = *index.pActive;
   FreeTable & free = *index.pFree;
-  readEntries<GPObArray, GPActiveRec, 8>(
+  readEntries<GPObArray, GPActiveRec>(
       ar, [&](DWORD count) { active.Reserve(static_cast<int>(std::min<DWORD>(count, maxRecordID))); },
       [&](BYTE const * bytes) {
-        active.Append(static_cast<short>(ReadLittle<WORD>(bytes + 4)), ReadLittle<WORD>(bytes + 6), ReadLittle<DWORD>(bytes),
-                      ActiveEntry::unknown);
+        active.Append(ReadLittle<short>(bytes + GPActiveRec::idOffset), ReadLittle<WORD>(bytes + GPActiveRec::lengthOffset),
+                      ReadLittle<DWORD>(bytes + GPActiveRec::positionOffset), ActiveEntry::unknown);
       });
-  readEntries<GPObList, GPEmptyRec, 6>(
+  readEntries<GPObList, GPEmptyRec>(
       ar, [](DWORD) {},
       [&](BYTE const * bytes) {
-        free.Append({ReadLittle<DWORD>(bytes), ReadLittle<WORD>(bytes + 4), false});
+        free.Append(
+            {ReadLittle<DWORD>(bytes + GPEmptyRec::positionOffset), ReadLittle<WORD>(bytes + GPEmptyRec::capacityOffset), false});
       });
   return index;
 }

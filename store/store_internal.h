@@ -17,11 +17,7 @@
 
 namespace zp {
 
-inline constexpr int maxRecordID = 32767;
-inline constexpr unsigned int maxRecordLength = 65535;
-inline constexpr unsigned int headerBytes = 6;
-inline constexpr WORD freeMark = 0x8000;
-inline constexpr DWORD maxBlockPosition = 0x7FFFFFFF;
+inline constexpr unsigned int headerBytes = BlockHeader::byteCount;
 
 // Which numbers of a range are taken, with a fast way to the next one up or down.
 class NumberSet {
