@@ -15,10 +15,6 @@
 
 namespace {
 
-constexpr int fixedSize = 18;
-constexpr int fixedValues = 4;
-constexpr int allValues = 9;
-
 template <class Number, class... Out>
 void assignAll(Number const * values, Out &... out)
 {
@@ -30,8 +26,8 @@ void assignAll(Number const * values, Out &... out)
 template <class Value, class Present>
 int countKept(Value const & values, Present present)
 {
-  int count = allValues;
-  while (count > fixedValues && !present(values[count - 1])) --count;
+  int count = GPDippr::maxCoefficients;
+  while (count > GPDippr::fixedCoefficients && !present(values[count - 1])) --count;
   return count;
 }
 
@@ -39,25 +35,30 @@ int countKept(Value const & values, Present present)
 
 struct GPDippr::Values {
   unsigned short nEquation = 0;
-  float fCoefficients[allValues] = {};
+  float fCoefficients[maxCoefficients] = {};
 };
 
 // Gives the count of further values held; an area without the fixed part leaves zeros.
 int GPDippr::Get(Values & values) const
 {
-  if (GetSize() < fixedSize) return 0;
-  int const further = std::min((GetSize() - fixedSize) / 4, allValues - fixedValues);
+  if (GetSize() < minBytes) return 0;
+  int const further = std::min((GetSize() - minBytes) / coefficientBytes, maxCoefficients - fixedCoefficients);
   values.nEquation = zp::ReadLittle<unsigned short>(GetArea());
-  for (int i = 0; i < fixedValues + further; ++i) values.fCoefficients[i] = zp::ReadLittle<float>(GetArea() + 2 + 4 * i);
+  for (int i = 0; i < fixedCoefficients + further; ++i)
+    values.fCoefficients[i] = zp::ReadLittle<float>(GetArea() + coefficientOffset + coefficientBytes * i);
   return further;
 }
 
 int GPDippr::Put(unsigned int equation, std::span<float const> values)
 {
-  ResetArea(static_cast<int>(2 + values.size_bytes()));
+  ResetArea(coefficientOffset + coefficientBytes * static_cast<int>(values.size()));
   zp::WriteLittle(GetArea(), static_cast<unsigned short>(equation));
-  for (size_t i = 0; i < values.size(); ++i) zp::WriteLittle(GetArea() + 2 + 4 * i, values[i]);
-  return static_cast<int>(values.size()) - fixedValues;
+  BYTE * place = GetArea() + coefficientOffset;
+  for (float const value : values) {
+    zp::WriteLittle(place, value);
+    place += coefficientBytes;
+  }
+  return static_cast<int>(values.size()) - fixedCoefficients;
 }
 
 GPDippr GPDippr::As(GPv const & item)
@@ -97,10 +98,10 @@ int GPDippr::Unload(CString & equation, CString & c1, CString & c2, CString & c3
 {
   Values values;
   int const further = Get(values);
-  if (GetSize() < fixedSize) return 0;
+  if (GetSize() < minBytes) return 0;
   equation.Format("%d", values.nEquation);
   CString * const out[] = {&c1, &c2, &c3, &c4, &c5, &c6, &c7, &c8, &c9};
-  for (int i = 0; i < fixedValues + further; ++i) out[i]->Format("%g", static_cast<double>(values.fCoefficients[i]));
+  for (int i = 0; i < fixedCoefficients + further; ++i) out[i]->Format("%g", static_cast<double>(values.fCoefficients[i]));
   return further;
 }
 
@@ -109,7 +110,7 @@ int GPDippr::Load(unsigned int equation, double c1, double c2, double c3, double
 {
   double const in[] = {c1, c2, c3, c4, c5, c6, c7, c8, c9};
   int const count = countKept(in, [](double value) { return value != 0.0; });
-  float values[allValues];
+  float values[maxCoefficients];
   std::transform(in, in + count, values, [](double value) { return static_cast<float>(value); });
   return Put(equation, std::span<float const>(values, static_cast<size_t>(count)));
 }
@@ -119,7 +120,7 @@ int GPDippr::Load(CString const & equation, CString const & c1, CString const & 
 {
   CString const * const in[] = {&c1, &c2, &c3, &c4, &c5, &c6, &c7, &c8, &c9};
   int const count = countKept(in, [](CString const * text) { return !text->IsEmpty(); });
-  float values[allValues];
+  float values[maxCoefficients];
   std::transform(in, in + count, values, [](CString const * text) { return static_cast<float>(zp::TextToDouble(text->View())); });
   return Put(static_cast<unsigned int>(zp::TextToInt(equation.View())),
              std::span<float const>(values, static_cast<size_t>(count)));

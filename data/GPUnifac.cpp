@@ -20,7 +20,6 @@
 
 namespace {
 
-constexpr int entrySize = 4;
 constexpr int splitGroup = 9;  // stands for the groups 3 and 7 once its mark is dropped
 
 short groupNumber(CString const & text)
@@ -86,11 +85,11 @@ GPObject * GPUnifac::Clone() const
 int GPUnifac::HelpConstruct(CStringArray const & groups, GPIntVector const & counts)
 {
   int const count = groups.GetSize();
-  if (count > maxSize / entrySize || !ResetArea(count * entrySize)) return 0;
+  if (count > maxEntries || !ResetArea(count * entryBytes)) return 0;
   for (int i = 0; i < count; ++i) {
     int const times = i < counts.GetSize() ? counts[i] : 0;
-    zp::WriteLittle(GetArea() + i * entrySize, groupNumber(groups[i]));
-    zp::WriteLittle(GetArea() + i * entrySize + 2, static_cast<short>(times));
+    zp::WriteLittle(GetArea() + i * entryBytes, groupNumber(groups[i]));
+    zp::WriteLittle(GetArea() + i * entryBytes + 2, static_cast<short>(times));
   }
   return count;
 }
@@ -104,7 +103,7 @@ int GPUnifac::Unload(CStringArray & groups, GPIntVector & counts, int keepMarks)
 {
   groups.RemoveAll();
   GroupSums sums(groups);
-  for (int at = 0; at + entrySize <= GetSize(); at += entrySize) {
+  for (int at = 0; at + entryBytes <= GetSize(); at += entryBytes) {
     addEntry(sums, zp::ReadLittle<short>(GetArea() + at), zp::ReadLittle<short>(GetArea() + at + 2), keepMarks);
   }
   counts = GPIntVector(groups.GetSize(), sums.GetCounts().data());

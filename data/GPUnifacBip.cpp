@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr int entrySize = 10;
-constexpr int slots = 6;
-constexpr unsigned int firstTag = 128;
+constexpr int slots = GPUnifacBip::maxEntries;
+
+static_assert(GPUnifacBip::lastTag - GPUnifacBip::firstTag + 1 == slots);
 
 float toFloat(CString const & text)
 {
@@ -29,25 +29,9 @@ float toFloat(CString const & text)
 template <class Output>
 void setPointers(unsigned int tag, Output * const * outputs, Output *& first, Output *& second)
 {
-  if (tag < firstTag || tag >= firstTag + slots) return;
-  first = outputs[2 * (tag - firstTag)];
-  second = outputs[2 * (tag - firstTag) + 1];
-}
-
-struct Entry {
-  unsigned int nTag;
-  float fFirst;
-  float fSecond;
-};
-
-Entry entryAt(BYTE const * place)
-{
-  return {zp::ReadLittle<WORD>(place), zp::ReadLittle<float>(place + 2), zp::ReadLittle<float>(place + 6)};
-}
-
-int entryCount(GPv const & item)
-{
-  return std::min(item.GetSize() / entrySize, slots);
+  if (tag < GPUnifacBip::firstTag || tag > GPUnifacBip::lastTag) return;
+  first = outputs[2 * (tag - GPUnifacBip::firstTag)];
+  second = outputs[2 * (tag - GPUnifacBip::firstTag) + 1];
 }
 
 }  // namespace
@@ -64,6 +48,17 @@ GPObject * GPUnifacBip::Clone() const
   return new GPUnifacBip(*this);
 }
 
+int GPUnifacBip::GetEntryCount() const
+{
+  return std::min(GetSize() / entryBytes, slots);
+}
+
+GPUnifacBip::Entry GPUnifacBip::GetEntry(int index) const
+{
+  BYTE const * const place = GetArea() + index * entryBytes;
+  return {zp::ReadLittle<WORD>(place), zp::ReadLittle<float>(place + 2), zp::ReadLittle<float>(place + 6)};
+}
+
 int GPUnifacBip::Load(CString const & a128, CString const & b128, CString const & a129, CString const & b129,
                       CString const & a130, CString const & b130, CString const & a131, CString const & b131,
                       CString const & a132, CString const & b132, CString const & a133, CString const & b133)
@@ -72,14 +67,14 @@ int GPUnifacBip::Load(CString const & a128, CString const & b128, CString const 
                                         {&a131, &b131}, {&a132, &b132}, {&a133, &b133}};
   auto const held = [](auto const & pair) { return !pair[0]->IsEmpty() || !pair[1]->IsEmpty(); };
   auto const count = static_cast<int>(std::count_if(in, in + slots, held));
-  ResetArea(count * entrySize);
+  ResetArea(count * entryBytes);
   BYTE * place = GetArea();
   for (unsigned int slot = 0; slot < slots; ++slot) {
     if (!held(in[slot])) continue;
     zp::WriteLittle(place, static_cast<WORD>(firstTag + slot));
     zp::WriteLittle(place + 2, toFloat(*in[slot][0]));
     zp::WriteLittle(place + 6, toFloat(*in[slot][1]));
-    place += entrySize;
+    place += entryBytes;
   }
   return count;
 }
@@ -99,16 +94,16 @@ int GPUnifacBip::Unload(float & a128, float & b128, float & a129, float & b129, 
 {
   float * const outputs[] = {&a128, &b128, &a129, &b129, &a130, &b130, &a131, &b131, &a132, &b132, &a133, &b133};
   for (float * output : outputs) *output = 0.0F;
-  for (int i = 0; i < entryCount(*this); ++i) {
-    Entry const entry = entryAt(GetArea() + i * entrySize);
+  for (int i = 0; i < GetEntryCount(); ++i) {
+    Entry const entry = GetEntry(i);
     float ignored;
     float * first = &ignored;
     float * second = &ignored;
-    SetBipFloatPtrs(entry.nTag, outputs, first, second);
-    *first = entry.fFirst;
-    *second = entry.fSecond;
+    SetBipFloatPtrs(entry.tag, outputs, first, second);
+    *first = entry.first;
+    *second = entry.second;
   }
-  return entryCount(*this);
+  return GetEntryCount();
 }
 
 int GPUnifacBip::Unload(double & a128, double & b128, double & a129, double & b129, double & a130, double & b130, double & a131,
@@ -126,14 +121,14 @@ int GPUnifacBip::Unload(CString & a128, CString & b128, CString & a129, CString 
                         CString & a131, CString & b131, CString & a132, CString & b132, CString & a133, CString & b133) const
 {
   CString * const outputs[] = {&a128, &b128, &a129, &b129, &a130, &b130, &a131, &b131, &a132, &b132, &a133, &b133};
-  for (int i = 0; i < entryCount(*this); ++i) {
-    Entry const entry = entryAt(GetArea() + i * entrySize);
+  for (int i = 0; i < GetEntryCount(); ++i) {
+    Entry const entry = GetEntry(i);
     CString ignored;
     CString * first = &ignored;
     CString * second = &ignored;
-    SetBipStringPtrs(entry.nTag, outputs, first, second);
-    first->Format("%g", static_cast<double>(entry.fFirst));
-    second->Format("%g", static_cast<double>(entry.fSecond));
+    SetBipStringPtrs(entry.tag, outputs, first, second);
+    first->Format("%g", static_cast<double>(entry.first));
+    second->Format("%g", static_cast<double>(entry.second));
   }
-  return entryCount(*this);
+  return GetEntryCount();
 }

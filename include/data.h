@@ -244,6 +244,7 @@ class ZP_API GPAvp : public GPv {
   using GPObject::Load;
 
   static constexpr unsigned int dataID = 97;
+  static constexpr int maxCoefficients = 7;
 
   explicit GPAvp(int size = 0) : GPv(dataID, size) {}
   static GPAvp As(GPv const & item);
@@ -263,6 +264,7 @@ class ZP_API GPIghc : public GPv {
   using GPObject::Load;
 
   static constexpr unsigned int dataID = 98;
+  static constexpr int maxCoefficients = 6;
 
   explicit GPIghc(int size = 0) : GPv(dataID, size) {}
   static GPIghc As(GPv const & item);
@@ -282,6 +284,7 @@ class ZP_API GPLv : public GPv {
   using GPObject::Load;
 
   static constexpr unsigned int dataID = 99;
+  static constexpr int maxCoefficients = 2;
 
   explicit GPLv(int size = 0) : GPv(dataID, size) {}
   static GPLv As(GPv const & item);
@@ -300,6 +303,7 @@ class ZP_API GPSt : public GPv {
   using GPObject::Load;
 
   static constexpr unsigned int dataID = 100;
+  static constexpr int maxCoefficients = 2;
 
   explicit GPSt(int size = 0) : GPv(dataID, size) {}
   static GPSt As(GPv const & item);
@@ -318,6 +322,7 @@ class ZP_API GPHenry : public GPv {
   using GPObject::Load;
 
   static constexpr unsigned int dataID = 101;
+  static constexpr int maxCoefficients = 4;
 
   explicit GPHenry(int size = 0) : GPv(dataID, size) {}
   static GPHenry As(GPv const & item);
@@ -336,6 +341,7 @@ class ZP_API GPMsrk : public GPv {
   using GPObject::Load;
 
   static constexpr unsigned int dataID = 102;
+  static constexpr int maxCoefficients = 2;
 
   explicit GPMsrk(int size = 0) : GPv(dataID, size) {}
   static GPMsrk As(GPv const & item);
@@ -355,6 +361,14 @@ class ZP_API GPMsrk : public GPv {
 class ZP_API GPDippr : public GPv {
  public:
   using GPObject::Load;
+
+  // The area: the equation number (2 bytes), the fixed coefficients, and as many of the further ones as are held (4 each).
+  static constexpr int fixedCoefficients = 4;
+  static constexpr int maxCoefficients = 9;
+  static constexpr int coefficientOffset = 2;
+  static constexpr int coefficientBytes = 4;
+  static constexpr int minBytes = coefficientOffset + fixedCoefficients * coefficientBytes;
+  static constexpr int maxBytes = coefficientOffset + maxCoefficients * coefficientBytes;
 
   explicit GPDippr(unsigned int id = 0, int size = 0) : GPv(id, size) {}
   static GPDippr As(GPv const & item);
@@ -385,6 +399,8 @@ class ZP_API GPUnifac : public GPv {
   using GPObject::Load;
 
   static constexpr unsigned int dataID = 103;
+  static constexpr int entryBytes = 4;  // a group's number and its count, 2 bytes each
+  static constexpr int maxEntries = maxSize / entryBytes;
 
   explicit GPUnifac(int size = 0) : GPv(dataID, size) {}
   GPUnifac(CStringArray const & groups, GPIntVector const & counts);
@@ -409,9 +425,25 @@ class ZP_API GPUnifacBip : public GPv {
  public:
   using GPObject::Load;
 
+  // The area: entries in ascending order of tag, each a tag (2 bytes) and two values (4 each).
+  static constexpr int entryBytes = 10;
+  static constexpr unsigned int firstTag = 128;
+  static constexpr unsigned int lastTag = 133;
+  static constexpr int maxEntries = 6;
+  struct Entry {
+    unsigned int tag;
+    float first;
+    float second;
+  };
+
   GPUnifacBip(unsigned int id, int size) : GPv(id, size) {}
   static GPUnifacBip As(GPv const & item);
   GPObject * Clone() const override;
+
+  // The entries as they stand in the area, whatever their tags; index counts from 0 to GetEntryCount, which is at most
+  // maxEntries.
+  int GetEntryCount() const;
+  Entry GetEntry(int index) const;
 
   // A slot is held unless both its texts are empty; a single empty one is 0.
   int Load(CString const & a128, CString const & b128, CString const & a129, CString const & b129, CString const & a130,
