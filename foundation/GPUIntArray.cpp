@@ -13,8 +13,6 @@ IMPLEMENT_SERIAL(GPUIntArray, CUIntArray, 1)
 
 namespace {
 
-constexpr int maxStreamed = 0xFFFF;  // elements
-
 // Elements beyond which no range takes an array: sixteen times what a stream holds, and 4 MiB.
 constexpr int64_t maxFilled = 0x100000;
 
@@ -23,11 +21,6 @@ using Values = std::vector<UINT>;
 int signedDifference(UINT a, UINT b)
 {
   return static_cast<int>(a - b);
-}
-
-void requireStreamable(int count)
-{
-  if (count > maxStreamed) AfxThrowArchiveException(CArchiveException::genericException);
 }
 
 // One end of a range: a number, or 1 where there is none or it is 0.
@@ -169,7 +162,7 @@ void GPUIntArray::Init(GPUIntArray const & other)
 void GPUIntArray::Serialize(CArchive & ar)
 {
   if (ar.IsStoring()) {
-    requireStreamable(GetSize());
+    if (GetSize() > maxStreamed) AfxThrowArchiveException(CArchiveException::genericException);
     ar << static_cast<WORD>(GetSize());
     for (UINT const value : m_Elements) ar << static_cast<WORD>(value);
     return;

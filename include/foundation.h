@@ -100,6 +100,8 @@ class ZP_API GPObList : public CObList {
 class ZP_API GPUIntArray : public CUIntArray {
   DECLARE_SERIAL(GPUIntArray)
  public:
+  static constexpr int maxStreamed = 65535;  // elements
+
   // What AddUIntVal does, as bits.
   static constexpr unsigned int addSorted = 1;   // insert in front of the first larger element
   static constexpr unsigned int addUnique = 2;   // refuse a value that is present

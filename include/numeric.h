@@ -24,6 +24,9 @@ namespace zp {
 
 struct ElementAccess;
 
+// Elements, rows or columns that a stream can hold.
+inline constexpr int maxStreamedCount = 32767;
+
 // Doubles in a block of their own that begin on an 8-byte boundary, in blocks of 128 bytes and more on a 64-byte one.
 class ZP_API DoubleBlock {
  public:

@@ -1,9 +1,8 @@
 // Counts and elements of the containers' streams, and the message of a damaged one.
 #include "numeric/streams_internal.h"
 
-#include <limits>
-
 #include <zpbase/messages.h>
+#include <zpbase/numeric.h>
 
 namespace zp {
 
@@ -15,7 +14,7 @@ constexpr unsigned int damagedStreamId = 43783;  // string resource: class, caus
 
 void RequireStreamable(int count)
 {
-  if (count > std::numeric_limits<short>::max()) AfxThrowArchiveException(CArchiveException::genericException);
+  if (count > maxStreamedCount) AfxThrowArchiveException(CArchiveException::genericException);
 }
 
 void WriteCount(CArchive & ar, int count)
