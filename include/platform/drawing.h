@@ -2,6 +2,8 @@
 // state.
 #pragma once
 
+#include <utility>
+
 #include "runtime.h"
 #include "types.h"
 
@@ -56,7 +58,7 @@ class CSize : public tagSIZE {
   constexpr CSize(SIZE const & size) : tagSIZE(size) {}
 };
 
-class ZP_API CRect : public tagRECT {
+class CRect : public tagRECT {
  public:
   constexpr CRect() : tagRECT{} {}
   constexpr CRect(LONG l, LONG t, LONG r, LONG b) : tagRECT{l, t, r, b} {}
@@ -69,7 +71,12 @@ class ZP_API CRect : public tagRECT {
   LONG Width() const { return static_cast<LONG>(static_cast<DWORD>(right) - static_cast<DWORD>(left)); }
   LONG Height() const { return static_cast<LONG>(static_cast<DWORD>(bottom) - static_cast<DWORD>(top)); }
 
-  void NormalizeRect();  // swaps the sides as needed, so that neither width nor height is negative
+  // Swaps the sides as needed, so that right isn't less than left, nor bottom than top.
+  void NormalizeRect()
+  {
+    if (left > right) std::swap(left, right);
+    if (top > bottom) std::swap(top, bottom);
+  }
 };
 
 // Pen styles: the low four bits of a style word. Those above tell caps, joins and the type.

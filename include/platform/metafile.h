@@ -82,7 +82,7 @@ ZP_API BOOL EnumMetaFile(HDC dc, HMETAFILE metafile, MFENUMPROC proc, LPARAM use
 
 namespace zp {
 
-// What stands in front of a metafile's records.
+// What stands in front of a metafile's records; all 0 for null.
 struct MetaFileFacts {
   bool placeable;  // else the next two are 0
   RECT bounds;     // logical units
