@@ -4,6 +4,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 
 #include "platform/drawing.h"
 #include "platform/metafile.h"
@@ -140,7 +141,7 @@ class ZP_API DXFDC : public CObject {
   COLORREF m_nTextColor = 0;
   COLORREF m_nBkColor = 0;
   CPoint m_Position;
-  std::unique_ptr<LOGFONT> m_pDeletedFont;  // of the selected font, once it was deleted
+  std::optional<LOGFONT> m_DeletedFont;  // of the selected font, once it was deleted
 };
 
 // The colour number of a colour, 7 for one that isn't in the table.
