@@ -90,6 +90,28 @@ void WriteWholeFile(std::string const & name, std::string_view bytes)
   }
 }
 
+void FailOpening(std::string const & name, char const * what, CFileException const & problem)
+{
+  std::string const subject = what != nullptr ? fmt::format("the {} ", what) : "";
+  switch (problem.m_cause) {
+    case CFileException::fileNotFound:
+    case CFileException::badPath:
+      throw Failure(fmt::format("{}: there is no such {}; check the name", name, what != nullptr ? what : "file"));
+    case CFileException::sharingViolation:
+    case CFileException::lockViolation:
+      throw Failure(fmt::format("{}: {}is in use by another program; try again when that has ended", name, subject));
+    case CFileException::accessDenied:
+      throw Failure(fmt::format("{}: {}can't be opened: access is denied; check its permissions", name, subject));
+    default:
+      throw Failure(fmt::format("{}: {}can't be opened: {}", name, subject, Describe(problem)));
+  }
+}
+
+std::string ShownName(std::string const & file)
+{
+  return file == "-" ? "standard input" : file;
+}
+
 bool FileExists(std::string const & name)
 {
   std::error_code ignored;

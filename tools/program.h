@@ -8,6 +8,7 @@
 #include <zpbase/platform/string.h>
 
 class CException;
+class CFileException;
 
 enum ExitStatus { exitDone = 0, exitWanting = 1, exitUsage = 2, exitInterrupted = 130 };
 
@@ -42,6 +43,12 @@ void FlushOutput();
 // Whole files by their host names; "-" stands for standard input or output. A file that is written is replaced at once.
 std::string ReadWholeFile(std::string const & name);
 void WriteWholeFile(std::string const & name, std::string_view bytes);
+
+// Why a file couldn't be opened, with what to do; what is its kind, such as "index file", or null.
+[[noreturn]] void FailOpening(std::string const & name, char const * what, CFileException const & problem);
+
+// "standard input" for "-".
+std::string ShownName(std::string const & file);
 
 bool FileExists(std::string const & name);
 

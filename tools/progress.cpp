@@ -8,6 +8,8 @@
 #include <fmt/format.h>
 #include <zpbase/platform/application.h>
 
+#include "tools/program.h"
+
 namespace {
 
 constexpr auto firstDelay = std::chrono::seconds(1);
@@ -44,4 +46,15 @@ void Progress::Draw(unsigned long long done)
   fmt::print(stderr, "\r\033[K{} [{:<{}}] {:3}%", m_strLabel, std::string(filled, '#'), barWidth, share);
   std::fflush(stderr);
   m_bDrawn = true;
+}
+
+bool ForEachStep(char const * label, size_t count, std::function<void(size_t)> const & step)
+{
+  Progress progress(label, count);
+  for (size_t i = 0; i < count; ++i) {
+    if (InterruptGuard::IsInterrupted()) return false;
+    step(i);
+    progress.Reach(i);
+  }
+  return true;
 }

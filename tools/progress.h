@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 class Progress {
@@ -22,3 +23,6 @@ class Progress {
   bool m_bDrawn = false;
   std::chrono::steady_clock::time_point m_Next;
 };
+
+// Runs step for each of count numbers with a progress bar, ending early after Ctrl-C: true if it came to the end.
+bool ForEachStep(char const * label, size_t count, std::function<void(size_t)> const & step);

@@ -16,7 +16,7 @@
 #include "tools/program.h"
 #include "tools/records/data_ids.h"
 #include "tools/records/payload.h"
-#include "tools/store/session.h"
+#include "tools/records/record_limits.h"
 
 namespace {
 
@@ -25,19 +25,19 @@ constexpr size_t mostGroups = GPv::maxSize / 4;
 constexpr int fixedCoefficients = 4;  // of a numbered equation
 
 struct Column {
-  std::string m_strName;
-  DataMeaning const * m_pMeaning;  // null for the id
-  int m_nPart;                     // index of a coefficient, or equationPart
+  std::string name;
+  DataMeaning const * meaning;  // null for the id
+  int part;                     // index of a coefficient, or equationPart
 };
 
 std::vector<Column> makeColumns()
 {
   std::vector<Column> columns = {{"id", nullptr, 0}};
   for (DataMeaning const & meaning : GetDataMeanings()) {
-    std::string const base = meaning.m_pColumn;
-    if (meaning.m_nCoefficients == 0) columns.push_back({base, &meaning, 0});
-    if (meaning.m_Kind == DataKind::Equation) columns.push_back({base + "_eq", &meaning, equationPart});
-    for (int i = 0; i < meaning.m_nCoefficients; ++i) columns.push_back({base + "_" + CoefficientName(i), &meaning, i});
+    std::string const base = meaning.column;
+    if (meaning.coefficients == 0) columns.push_back({base, &meaning, 0});
+    if (meaning.kind == DataKind::Equation) columns.push_back({base + "_eq", &meaning, equationPart});
+    for (int i = 0; i < meaning.coefficients; ++i) columns.push_back({base + "_" + CoefficientName(i), &meaning, i});
   }
   return columns;
 }
@@ -52,7 +52,7 @@ size_t firstColumnOf(DataMeaning const & meaning)
 {
   auto const & columns = allColumns();
   return static_cast<size_t>(
-      std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.m_pMeaning == &meaning; }) -
+      std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.meaning == &meaning; }) -
       columns.begin());
 }
 
@@ -79,8 +79,8 @@ int wholeNumber(std::string const & cell, int high)
 }
 
 struct Groups {
-  CStringArray m_Names;
-  std::vector<int> m_Counts;
+  CStringArray names;
+  std::vector<int> counts;
 };
 
 // A cell such as "1:2 12R:1": groups, of which R or X marks one, and their counts.
@@ -91,8 +91,8 @@ Groups splitGroups(std::string const & cell)
   for (std::string word; words >> word;) {
     size_t const colon = word.find(':');
     std::string group = word.substr(0, colon);
-    groups.m_Counts.push_back(wholeNumber(colon == std::string::npos ? "" : word.substr(colon + 1), 0x7FFF));
-    groups.m_Names.Add(CString(group.c_str()));
+    groups.counts.push_back(wholeNumber(colon == std::string::npos ? "" : word.substr(colon + 1), 0x7FFF));
+    groups.names.Add(CString(group.c_str()));
     if (group.ends_with('R') || group.ends_with('X')) group.pop_back();
     wholeNumber(group, 0x7FFF);
   }
@@ -103,7 +103,7 @@ void requireGroups(std::string const & cell)
 {
   size_t count = 0;
   try {
-    count = splitGroups(cell).m_Counts.size();
+    count = splitGroups(cell).counts.size();
   } catch (Failure const &) {
     throw Failure(fmt::format("\"{}\" is no list of groups and counts such as 1:2 12R:1", cell));
   }
@@ -113,19 +113,19 @@ void requireGroups(std::string const & cell)
 void requireCell(Column const & column, std::string const & cell)
 {
   if (cell.empty()) return;
-  if (column.m_nPart == equationPart)
+  if (column.part == equationPart)
     wholeNumber(cell, 0xFFFF);
-  else if (column.m_pMeaning->m_Kind == DataKind::Groups)
+  else if (column.meaning->kind == DataKind::Groups)
     requireGroups(cell);
-  else if (column.m_pMeaning->m_Kind != DataKind::Text)
+  else if (column.meaning->kind != DataKind::Text)
     requireNumber(cell);
 }
 
 void loadFloats(GPDataArray & data, DataMeaning const & meaning, std::string const * cells)
 {
   CStringArray texts;
-  for (int i = 0; i < meaning.m_nCoefficients; ++i) texts.Add(CString(cells[i].c_str()));
-  auto item = std::make_unique<GPv>(meaning.m_nDataID);
+  for (int i = 0; i < meaning.coefficients; ++i) texts.Add(CString(cells[i].c_str()));
+  auto item = std::make_unique<GPv>(meaning.dataID);
   if (item->PutFloatData(texts) > 0) data.AddData(item.release());
 }
 
@@ -138,10 +138,10 @@ void loadEquation(GPDataArray & data, DataMeaning const & meaning, std::string c
     any |= i > 0 && !cells[i].empty();
   }
   if (c[0].IsEmpty()) {
-    if (any) throw Failure(fmt::format("column {}_eq: the equation number is missing", meaning.m_pColumn));
+    if (any) throw Failure(fmt::format("column {}_eq: the equation number is missing", meaning.column));
     return;
   }
-  auto item = std::make_unique<GPDippr>(meaning.m_nDataID);
+  auto item = std::make_unique<GPDippr>(meaning.dataID);
   item->Load(c[0], c[1], c[2], c[3], c[4], c[5], c[6], c[7], c[8], c[9]);
   data.AddData(item.release());
 }
@@ -149,21 +149,21 @@ void loadEquation(GPDataArray & data, DataMeaning const & meaning, std::string c
 void loadGroups(GPDataArray & data, std::string const & cell)
 {
   Groups const groups = splitGroups(cell);
-  GPIntVector const counts(static_cast<int>(groups.m_Counts.size()), groups.m_Counts.data());
+  GPIntVector const counts(static_cast<int>(groups.counts.size()), groups.counts.data());
   auto item = std::make_unique<GPUnifac>();
-  if (item->Load(groups.m_Names, counts) > 0) data.AddData(item.release());
+  if (item->Load(groups.names, counts) > 0) data.AddData(item.release());
 }
 
 void loadComponent(GPDataArray & data, Cells const & cells)
 {
   for (DataMeaning const & meaning : GetDataMeanings()) {
     std::string const * const first = &cells[firstColumnOf(meaning)];
-    switch (meaning.m_Kind) {
+    switch (meaning.kind) {
       case DataKind::Text:
-        data.LoadStringData(meaning.m_nDataID, ToText(*first, std::string("column ") + meaning.m_pColumn));
+        data.LoadStringData(meaning.dataID, ToText(*first, std::string("column ") + meaning.column));
         break;
       case DataKind::Number:
-        data.LoadFloatData(meaning.m_nDataID, CString(first->c_str()));
+        data.LoadFloatData(meaning.dataID, CString(first->c_str()));
         break;
       case DataKind::Floats:
         loadFloats(data, meaning, first);
@@ -183,39 +183,38 @@ std::vector<size_t> placesOf(CsvRow const & head, std::string const & name)
 {
   std::vector<size_t> places;
   auto const & columns = allColumns();
-  for (std::string const & field : head.m_Fields) {
-    auto const found =
-        std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.m_strName == field; });
+  for (std::string const & field : head.fields) {
+    auto const found = std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.name == field; });
     if (found == columns.end()) {
       throw Failure(
-          fmt::format("{}: line {}: there is no column \"{}\"; the manual of zp store lists them", name, head.m_nLine, field));
+          fmt::format("{}: line {}: there is no column \"{}\"; the manual of zp store lists them", name, head.line, field));
     }
     auto const place = static_cast<size_t>(found - columns.begin());
     if (std::find(places.begin(), places.end(), place) != places.end()) {
-      throw Failure(fmt::format("{}: line {}: column {} stands twice", name, head.m_nLine, field));
+      throw Failure(fmt::format("{}: line {}: column {} stands twice", name, head.line, field));
     }
     places.push_back(place);
   }
   if (std::find(places.begin(), places.end(), 0U) == places.end()) {
-    throw Failure(fmt::format("{}: line {}: the column id is missing", name, head.m_nLine));
+    throw Failure(fmt::format("{}: line {}: the column id is missing", name, head.line));
   }
   return places;
 }
 
 Cells cellsOf(CsvRow const & row, std::vector<size_t> const & places)
 {
-  if (row.m_Fields.size() != places.size()) {
-    throw Failure(fmt::format("{} fields under {} columns", row.m_Fields.size(), places.size()));
+  if (row.fields.size() != places.size()) {
+    throw Failure(fmt::format("{} fields under {} columns", row.fields.size(), places.size()));
   }
   Cells cells(allColumns().size());
   for (size_t i = 0; i < places.size(); ++i) {
     Column const & column = allColumns()[places[i]];
     try {
-      if (column.m_pMeaning != nullptr) requireCell(column, row.m_Fields[i]);
+      if (column.meaning != nullptr) requireCell(column, row.fields[i]);
     } catch (Failure const & failure) {
-      throw Failure(fmt::format("column {}: {}", column.m_strName, failure.what()));
+      throw Failure(fmt::format("column {}: {}", column.name, failure.what()));
     }
-    cells[places[i]] = row.m_Fields[i];
+    cells[places[i]] = row.fields[i];
   }
   return cells;
 }
@@ -225,7 +224,7 @@ Component readComponent(CsvRow const & row, std::vector<size_t> const & places)
   Cells const cells = cellsOf(row, places);
   if (cells[0].empty()) throw Failure("column id: is empty");
   Component component = {wholeNumber(cells[0], maxRecordID), {}};
-  loadComponent(component.m_Data, cells);
+  loadComponent(component.data, cells);
   return component;
 }
 
@@ -233,10 +232,10 @@ Component readComponent(CsvRow const & row, std::vector<size_t> const & places)
 void writeArea(std::string * cell, GPv const & item, DataMeaning const & meaning)
 {
   for (AreaNumber const & number : DecodeArea(item, meaning)) {
-    if (meaning.m_Kind == DataKind::Groups) {
-      *cell += fmt::format("{}{}:{}", cell->empty() ? "" : " ", number.m_strName, number.m_nValue);
+    if (meaning.kind == DataKind::Groups) {
+      *cell += fmt::format("{}{}:{}", cell->empty() ? "" : " ", number.name, number.whole);
     } else {
-      *cell++ = number.m_bReal ? fmt::format("{:.9g}", number.m_fValue) : fmt::format("{}", number.m_nValue);
+      *cell++ = number.isReal ? fmt::format("{:.9g}", number.real) : fmt::format("{}", number.whole);
     }
   }
 }
@@ -280,11 +279,11 @@ std::vector<Component> ReadComponents(std::vector<CsvRow> const & rows, std::str
   for (size_t i = 1; i < rows.size(); ++i) {
     try {
       components.push_back(readComponent(rows[i], places));
-      if (!ids.insert(components.back().m_nID).second) {
-        throw Failure(fmt::format("column id: {} stands twice", components.back().m_nID));
+      if (!ids.insert(components.back().id).second) {
+        throw Failure(fmt::format("column id: {} stands twice", components.back().id));
       }
     } catch (Failure const & failure) {
-      throw Failure(fmt::format("{}: line {}: {}; nothing was stored", name, rows[i].m_nLine, failure.what()));
+      throw Failure(fmt::format("{}: line {}: {}; nothing was stored", name, rows[i].line, failure.what()));
     }
   }
   return components;
@@ -293,8 +292,8 @@ std::vector<Component> ReadComponents(std::vector<CsvRow> const & rows, std::str
 bool ComponentTable::Add(int id, std::span<BYTE const> bytes)
 {
   Payload const payload = DecodePayload(bytes);
-  if (payload.m_State != Payload::Object || payload.m_pObject->GetRuntimeClass() != RUNTIME_CLASS(GPDataArray)) return false;
-  auto const & data = static_cast<GPDataArray const &>(*payload.m_pObject);
+  if (payload.state != Payload::Object || payload.object->GetRuntimeClass() != RUNTIME_CLASS(GPDataArray)) return false;
+  auto const & data = static_cast<GPDataArray const &>(*payload.object);
   Cells cells(allColumns().size());
   cells[0] = std::to_string(id);
   for (int i = 0; i < data.GetSize(); ++i) {
@@ -317,7 +316,7 @@ std::string ComponentTable::GetText() const
     for (size_t const i : used) fields.push_back(fieldOf(i));
     return CsvLine(fields);
   };
-  std::string text = lineOf([](size_t i) { return allColumns()[i].m_strName; });
+  std::string text = lineOf([](size_t i) { return allColumns()[i].name; });
   for (Cells const & cells : m_Rows) text += lineOf([&cells](size_t i) { return cells[i]; });
   return text;
 }

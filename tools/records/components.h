@@ -13,8 +13,8 @@
 #include "tools/records/csv_table.h"
 
 struct Component {
-  int m_nID;
-  GPDataArray m_Data;
+  int id;
+  GPDataArray data;
 };
 
 // The components of a whole table; name is the file's. Raises Failure with the line and column of what is wrong.

@@ -38,14 +38,14 @@ class CsvReader {
   [[noreturn]] void Fail() const
   {
     throw Failure(fmt::format("{}: line {}: a quote stands alone; quote the whole field and double the quotes in it", m_Name,
-                              m_Row.m_Fields.empty() ? m_nLine : m_Row.m_nLine));
+                              m_Row.fields.empty() ? m_nLine : m_Row.line));
   }
 
   static void TakeField(void * bytes, size_t count, void * reader)
   {
     CsvReader & self = *static_cast<CsvReader *>(reader);
-    if (self.m_Row.m_Fields.empty()) self.m_Row.m_nLine = self.m_nLine;
-    self.m_Row.m_Fields.emplace_back(static_cast<char const *>(bytes), count);
+    if (self.m_Row.fields.empty()) self.m_Row.line = self.m_nLine;
+    self.m_Row.fields.emplace_back(static_cast<char const *>(bytes), count);
   }
 
   static void TakeRow(int, void * reader)

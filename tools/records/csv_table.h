@@ -6,8 +6,8 @@
 #include <vector>
 
 struct CsvRow {
-  size_t m_nLine;  // of the file, from 1, in which the row begins
-  std::vector<std::string> m_Fields;
+  size_t line;  // of the file, from 1, in which the row begins
+  std::vector<std::string> fields;
 };
 
 // The rows of a table; comment lines with # before the first row and empty lines are left out. Raises Failure for a quote that

@@ -51,7 +51,7 @@ std::vector<AreaNumber> decodeFloats(GPv const & item, DataMeaning const & meani
 {
   std::vector<AreaNumber> numbers;
   int const count = item.GetSize() / static_cast<int>(sizeof(float));
-  if (count * static_cast<int>(sizeof(float)) != item.GetSize() || count > meaning.m_nCoefficients) return numbers;
+  if (count * static_cast<int>(sizeof(float)) != item.GetSize() || count > meaning.coefficients) return numbers;
   std::vector<float> values(static_cast<size_t>(count));
   item.GetFloatData(values.data(), count);
   for (int i = 0; i < count; ++i) numbers.push_back(realNumber(CoefficientName(i), values[static_cast<size_t>(i)]));
@@ -95,7 +95,7 @@ std::span<DataMeaning const> GetDataMeanings()
 DataMeaning const * FindDataMeaning(unsigned int dataID)
 {
   auto const found = std::find_if(std::begin(meanings), std::end(meanings),
-                                  [dataID](DataMeaning const & meaning) { return meaning.m_nDataID == dataID; });
+                                  [dataID](DataMeaning const & meaning) { return meaning.dataID == dataID; });
   return found != std::end(meanings) ? &*found : nullptr;
 }
 
@@ -106,7 +106,7 @@ std::string CoefficientName(int index)
 
 std::vector<AreaNumber> DecodeArea(GPv const & item, DataMeaning const & meaning)
 {
-  switch (meaning.m_Kind) {
+  switch (meaning.kind) {
     case DataKind::Floats:
       return decodeFloats(item, meaning);
     case DataKind::Equation:

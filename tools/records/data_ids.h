@@ -17,13 +17,13 @@ enum class DataKind {
 };
 
 struct DataMeaning {
-  unsigned int m_nDataID;
-  DataKind m_Kind;
-  char const * m_pColumn;  // of a table of components; the base of its columns for a correlation
-  char const * m_pLabel;
-  char const * m_pUnit;    // of the number, or of what the correlation gives
-  char const * m_pLayout;  // the class whose layout a packed area has
-  int m_nCoefficients;     // at most
+  unsigned int dataID;
+  DataKind kind;
+  char const * column;  // of a table of components; the base of its columns for a correlation
+  char const * label;
+  char const * unit;    // of the number, or of what the correlation gives
+  char const * layout;  // the class whose layout a packed area has
+  int coefficients;     // at most
 };
 
 // All of them, in the order of a table's columns.
@@ -34,10 +34,10 @@ DataMeaning const * FindDataMeaning(unsigned int dataID);
 
 // One number of a packed area.
 struct AreaNumber {
-  std::string m_strName;
-  bool m_bReal;
-  float m_fValue;
-  int m_nValue;
+  std::string name;
+  bool isReal;
+  float real;
+  int whole;
 };
 
 // The numbers of an item's area in the layout that its data id names; empty if the area doesn't fit it.

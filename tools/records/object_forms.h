@@ -7,9 +7,9 @@
 #include "tools/records/object_json.h"
 
 struct ObjectForm {
-  CRuntimeClass * (*m_pfnClass)();
-  void (*m_pfnWrite)(Json & json, CObject const & object);
-  std::unique_ptr<CObject> (*m_pfnRead)(Json const & json);
+  CRuntimeClass * (*getClass)();
+  void (*write)(Json & json, CObject const & object);
+  std::unique_ptr<CObject> (*read)(Json const & json);
 };
 
 // Sets, vectors and matrices: their numbers as "values", row by row behind "rows" and "columns" for a matrix.

@@ -96,9 +96,9 @@ Json decodedArea(GPv const & item)
   DataMeaning const * const meaning = FindDataMeaning(item.GetDataID());
   std::vector<AreaNumber> const numbers = meaning != nullptr ? DecodeArea(item, *meaning) : DecodeInteractions(item);
   Json decoded = Json::object();
-  if (!numbers.empty()) decoded["layout"] = meaning != nullptr ? meaning->m_pLayout : "GPUnifacBip";
+  if (!numbers.empty()) decoded["layout"] = meaning != nullptr ? meaning->layout : "GPUnifacBip";
   for (AreaNumber const & number : numbers) {
-    decoded[number.m_strName] = number.m_bReal ? FloatToJson(number.m_fValue) : Json(number.m_nValue);
+    decoded[number.name] = number.isReal ? FloatToJson(number.real) : Json(number.whole);
   }
   return decoded;
 }
@@ -232,7 +232,7 @@ ObjectForm const * findForm(std::string_view name)
 {
   for (std::span<ObjectForm const> const forms : {std::span<ObjectForm const>(classForms), GetNumberForms()}) {
     for (ObjectForm const & form : forms) {
-      if (name == form.m_pfnClass()->m_lpszClassName) return &form;
+      if (name == form.getClass()->m_lpszClassName) return &form;
     }
   }
   return nullptr;
@@ -267,7 +267,7 @@ Json ObjectToJson(CObject const * object)
   if (object == nullptr) return nullptr;
   ObjectForm const * const form = findForm(object->GetRuntimeClass()->m_lpszClassName);
   Json json = {{"class", object->GetRuntimeClass()->m_lpszClassName}};
-  if (form != nullptr) form->m_pfnWrite(json, *object);
+  if (form != nullptr) form->write(json, *object);
   return json;
 }
 
@@ -278,15 +278,15 @@ std::unique_ptr<CObject> ObjectFromJson(Json const & json)
   std::string const name = TextMember(json, "class");
   ObjectForm const * const form = findForm(name);
   if (form == nullptr) throw Failure(fmt::format("\"class\" is {}, which has no JSON form; give the record as \"hex\"", name));
-  return form->m_pfnRead(json);
+  return form->read(json);
 }
 
 Json RecordToJson(int id, std::span<BYTE const> bytes)
 {
   Json record = {{"id", id}};
   Payload const payload = DecodePayload(bytes);
-  if (payload.m_State == Payload::Object) {
-    Json object = ObjectToJson(payload.m_pObject.get());
+  if (payload.state == Payload::Object) {
+    Json object = ObjectToJson(payload.object.get());
     if (givesBack(object, bytes)) {
       record["object"] = std::move(object);
       return record;

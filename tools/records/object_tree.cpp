@@ -21,7 +21,7 @@ std::string textOf(Json const & value)
 // The value of a simple item with its unit; of a list its count.
 std::string summaryOf(Json const & object, DataMeaning const * meaning)
 {
-  std::string const unit = meaning != nullptr && meaning->m_pUnit[0] != '\0' ? std::string(" ") + meaning->m_pUnit : "";
+  std::string const unit = meaning != nullptr && meaning->unit[0] != '\0' ? std::string(" ") + meaning->unit : "";
   if (object.contains("value")) return textOf(object["value"]) + (object["value"].is_number() ? unit : "");
   if (object.contains("x")) return fmt::format("({}, {})", textOf(object["x"]), textOf(object["y"]));
   if (object.contains("items")) {
@@ -60,7 +60,7 @@ class TreeWriter {
     }
     auto const id = object["data_id"].get<unsigned int>();
     DataMeaning const * const meaning = FindDataMeaning(id);
-    std::string line = fmt::format("{}{:>5}  {:<27}  {:<5}  {}", head, id, meaning != nullptr ? meaning->m_pLabel : "", name,
+    std::string line = fmt::format("{}{:>5}  {:<27}  {:<5}  {}", head, id, meaning != nullptr ? meaning->label : "", name,
                                    summaryOf(object, meaning));
     line.erase(line.find_last_not_of(' ') + 1);
     m_Text += line + "\n";
@@ -114,13 +114,13 @@ class TreeWriter {
 std::string RecordTree(std::span<BYTE const> bytes)
 {
   Payload const payload = DecodePayload(bytes);
-  switch (payload.m_State) {
+  switch (payload.state) {
     case Payload::Object:
-      return TreeWriter().Write(ObjectToJson(payload.m_pObject.get()));
+      return TreeWriter().Write(ObjectToJson(payload.object.get()));
     case Payload::Unknown:
-      return fmt::format("{}, a class that isn't known here\n{}", payload.m_strClass, HexDump(bytes, "  "));
+      return fmt::format("{}, a class that isn't known here\n{}", payload.className, HexDump(bytes, "  "));
     case Payload::Damaged:
-      return fmt::format("{}, unreadable: {}\n{}", payload.m_strClass, payload.m_strProblem, HexDump(bytes, "  "));
+      return fmt::format("{}, unreadable: {}\n{}", payload.className, payload.problem, HexDump(bytes, "  "));
     default:
       return "raw bytes\n" + HexDump(bytes, "  ");
   }

@@ -78,26 +78,26 @@ std::string_view NamedClass(std::span<BYTE const> bytes)
 Payload DecodePayload(std::span<BYTE const> bytes)
 {
   Payload payload;
-  payload.m_strClass = NamedClass(bytes);
-  if (payload.m_strClass.empty()) return payload;
-  if (CRuntimeClass::FromName(payload.m_strClass.data(), payload.m_strClass.size()) == nullptr) {
-    payload.m_State = Payload::Unknown;
+  payload.className = NamedClass(bytes);
+  if (payload.className.empty()) return payload;
+  if (CRuntimeClass::FromName(payload.className.data(), payload.className.size()) == nullptr) {
+    payload.state = Payload::Unknown;
     return payload;
   }
-  payload.m_State = Payload::Damaged;
+  payload.state = Payload::Damaged;
   MessageCatcher const catcher;
   try {
-    size_t const taken = readObject(bytes, payload.m_pObject);
+    size_t const taken = readObject(bytes, payload.object);
     if (!catcher.GetMessage().empty()) {
-      payload.m_strProblem = catcher.GetMessage();
+      payload.problem = catcher.GetMessage();
     } else if (taken == bytes.size()) {
-      payload.m_State = Payload::Object;
+      payload.state = Payload::Object;
     } else {
-      payload.m_strProblem = fmt::format("{} bytes follow the object, from byte {}", bytes.size() - taken, taken);
+      payload.problem = fmt::format("{} bytes follow the object, from byte {}", bytes.size() - taken, taken);
     }
   } catch (CException * caught) {
     zp::ExceptionGuard const guard(caught);
-    payload.m_strProblem = Describe(*caught);
+    payload.problem = Describe(*caught);
   }
   return payload;
 }

@@ -17,10 +17,10 @@ struct Payload {
     Damaged   // begun like an object, and no sound one
   };
 
-  State m_State = Raw;
-  std::string m_strClass;  // as the bytes name it; empty for raw ones
-  std::unique_ptr<CObject> m_pObject;
-  std::string m_strProblem;  // of a damaged one, with the offset in the payload
+  State state = Raw;
+  std::string className;  // as the bytes name it; empty for raw ones
+  std::unique_ptr<CObject> object;
+  std::string problem;  // of a damaged one, with the offset in the payload
 };
 
 // The class that an archive's first object names, or an empty text for bytes that don't begin like one.

@@ -10,24 +10,24 @@
 #include "tools/records/object_json.h"
 #include "tools/store/check.h"
 #include "tools/store/exchange.h"
-#include "tools/store/session.h"
-#include "tools/store/store_commands.h"
+#include "tools/store/store_arguments.h"
+#include "tools/store/stored_records.h"
 
 namespace {
 
 constexpr UINT pieceBytes = 0x100000;
 
 struct Gain {
-  unsigned long long m_nBefore = 0;
-  unsigned long long m_nAfter = 0;
-  std::string m_strTidied;
+  unsigned long long before = 0;
+  unsigned long long after = 0;
+  std::string tidied;
 };
 
 class Interrupted {};
 
 void requirePlainFiles(StoreNames const & names)
 {
-  for (std::string const & file : {names.m_strRecord, names.m_strIndex}) {
+  for (std::string const & file : {names.record, names.index}) {
     std::error_code ignored;
     if (std::filesystem::is_symlink(file, ignored)) {
       throw Failure(fmt::format("{}: is a link; name the file that it leads to", file));
@@ -38,16 +38,13 @@ void requirePlainFiles(StoreNames const & names)
 // Both new files, gone again unless they took the old ones' place.
 class CompactCopy {
  public:
-  explicit CompactCopy(StoreNames const & names)
-      : m_Old(names), m_New{TemporaryName(names.m_strIndex), TemporaryName(names.m_strRecord)}
-  {
-  }
+  explicit CompactCopy(StoreNames const & names) : m_Old(names), m_New{TemporaryName(names.index), TemporaryName(names.record)} {}
   ~CompactCopy()
   {
     std::error_code ignored;
     if (m_bSwapped) return;
-    std::filesystem::remove(m_New.m_strIndex, ignored);
-    std::filesystem::remove(m_New.m_strRecord, ignored);
+    std::filesystem::remove(m_New.index, ignored);
+    std::filesystem::remove(m_New.record, ignored);
   }
   CompactCopy(CompactCopy const &) = delete;
   CompactCopy & operator=(CompactCopy const &) = delete;
@@ -55,28 +52,28 @@ class CompactCopy {
   void Make(CFile const & recordFile)
   {
     CFile index;
-    index.Open(FromHostPath(m_Old.m_strIndex), CFile::modeRead | CFile::shareDenyNone);
-    Copy(index, m_Old.m_strIndex, m_New.m_strIndex);
-    Copy(recordFile, m_Old.m_strRecord, m_New.m_strRecord);
-    GPDataFile store(FromHostPath(m_New.m_strIndex), FromHostPath(m_New.m_strRecord), CFile::modeReadWrite, nullptr);
-    if (!store.DegasRecFile()) throw Failure(fmt::format("{}: can't be compacted", m_Old.m_strRecord));
+    index.Open(FromHostPath(m_Old.index), CFile::modeRead | CFile::shareDenyNone);
+    Copy(index, m_Old.index, m_New.index);
+    Copy(recordFile, m_Old.record, m_New.record);
+    GPDataFile store(FromHostPath(m_New.index), FromHostPath(m_New.record), CFile::modeReadWrite, nullptr);
+    if (!store.DegasRecFile()) throw Failure(fmt::format("{}: can't be compacted", m_Old.record));
     store.Close();
   }
 
   // Every record of the old file must stand in the new ones.
   void Compare(CFile const & recordFile, CheckReport const & report)
   {
-    StoreSession session(m_New, StoreAccess::Read);
-    Progress progress("comparing", report.m_Survey.m_nFileLength);
+    StoredRecords const records(m_New);
+    Progress progress("comparing", report.survey.fileLength);
     size_t count = 0;
-    for (SurveyBlock const & at : report.m_Survey.m_Blocks) {
+    for (SurveyBlock const & at : report.survey.blocks) {
       if (InterruptGuard::IsInterrupted()) throw Interrupted();
-      progress.Reach(at.m_Block.nPosition);
-      if (at.m_Block.bFree) continue;
+      progress.Reach(at.block.nPosition);
+      if (at.block.bFree) continue;
       ++count;
-      if (session.Load(at.m_Block.nRecID) != ReadPayload(recordFile, at.m_Block)) Differ();
+      if (records.Load(at.block.nRecID) != ReadPayload(recordFile, at.block)) Differ();
     }
-    if (session.GetIDs().size() != count) Differ();
+    if (records.GetIDs().size() != count) Differ();
   }
 
   void Swap()
@@ -85,12 +82,12 @@ class CompactCopy {
     SwapIn(m_Old);
   }
 
-  unsigned long long GetSize() const { return std::filesystem::file_size(m_New.m_strRecord); }
+  unsigned long long GetSize() const { return std::filesystem::file_size(m_New.record); }
 
  private:
   [[noreturn]] void Differ() const
   {
-    throw Failure(fmt::format("{}: the compacted copy differs; is the disk full? The store is as it was", m_Old.m_strRecord));
+    throw Failure(fmt::format("{}: the compacted copy differs; is the disk full? The store is as it was", m_Old.record));
   }
 
   static void Copy(CFile const & from, std::string const & fromName, std::string const & toName)
@@ -120,71 +117,71 @@ class CompactCopy {
 unsigned long long compactedSize(CheckReport const & report)
 {
   unsigned long long size = 0;
-  for (SurveyBlock const & at : report.m_Survey.m_Blocks) {
-    if (!at.m_Block.bFree) size += zp::BlockChain::headerSize + at.m_Block.nLength;
+  for (SurveyBlock const & at : report.survey.blocks) {
+    if (!at.block.bFree) size += zp::BlockChain::headerSize + at.block.nLength;
   }
   return size;
 }
 
-void requireSound(StoreNames const & names, CheckReport const & report)
+void requireSound(StoreNames const & names, StoreIndex const & index, CheckReport const & report)
 {
-  if (report.m_Index.m_State == StoreIndex::UnknownClass) {
-    throw Failure(
-        fmt::format("{}: {}; compact it with a program that knows the class", names.m_strIndex, report.m_Index.m_strProblem));
+  if (index.state == StoreIndex::UnknownClass) {
+    throw Failure(fmt::format("{}: {}; compact it with a program that knows the class", names.index, index.problem));
   }
-  if (report.m_Faults.empty()) return;
-  StoreFault const & first = report.m_Faults.front();
-  throw Failure(
-      fmt::format("{}: {}; see zp store check, and zp store recover for a sound copy", first.m_strFile, first.m_strText));
+  if (report.faults.empty()) return;
+  StoreFault const & first = report.faults.front();
+  throw Failure(fmt::format("{}: {}; see zp store check, and zp store recover for a sound copy", first.file, first.text));
 }
 
 Gain compactStore(StoreNames const & names)
 {
   requirePlainFiles(names);
-  Gain gain;
-  CFile recordFile;
-  if (FileExists(names.m_strRecord)) OpenRecordFile(recordFile, names, StoreAccess::Write);
-  gain.m_strTidied = TidySwap(names);
-  if (recordFile.m_hFile != CFile::hFileNull) recordFile.Close();
-  OpenRecordFile(recordFile, names, StoreAccess::Write);
-  CheckReport const report = CheckStore(names, recordFile);
-  requireSound(names, report);
-  gain.m_nBefore = report.m_Survey.m_nFileLength;
-  gain.m_nAfter = compactedSize(report);
-  if (gain.m_nAfter == gain.m_nBefore) return gain;
+  OpenStore store(names, StoreAccess::Replace);
+  CheckReport const report = CheckStore(store);
+  requireSound(names, store.GetIndex(), report);
+  Gain const gain = {report.survey.fileLength, compactedSize(report), store.GetEndedExchange()};
+  if (gain.after == gain.before) return gain;
   CompactCopy copy(names);
-  copy.Make(recordFile);
-  copy.Compare(recordFile, report);
+  copy.Make(store.GetRecordFile());
+  copy.Compare(store.GetRecordFile(), report);
   if (InterruptGuard::IsInterrupted()) throw Interrupted();
   copy.Swap();
   return gain;
 }
 
-void compact(StoreArguments const & arguments, int & status)
+void printGain(StoreNames const & names, Gain const & gain)
 {
-  StoreNames const names = arguments.GetNames();
-  InterruptGuard const guard;
-  try {
-    Gain const gain = compactStore(names);
-    if (arguments.m_bJson) {
-      return Print(Json{{"before", gain.m_nBefore}, {"after", gain.m_nAfter}, {"tidied", gain.m_strTidied}}.dump(2) + "\n");
-    }
-    if (!gain.m_strTidied.empty()) Print(gain.m_strTidied + "\n");
-    unsigned long long const won = gain.m_nBefore - gain.m_nAfter;
-    if (won == 0) return Print(fmt::format("{}: {} bytes, nothing to win\n", names.m_strRecord, gain.m_nBefore));
-    Print(fmt::format("{}: {} bytes instead of {}, {:.1f}% won\n", names.m_strRecord, gain.m_nAfter, gain.m_nBefore,
-                      100.0 * static_cast<double>(won) / static_cast<double>(gain.m_nBefore)));
-  } catch (Interrupted const &) {
-    status = exitInterrupted;
-  }
+  if (!gain.tidied.empty()) Print(gain.tidied + "\n");
+  unsigned long long const won = gain.before - gain.after;
+  if (won == 0) return Print(fmt::format("{}: {} bytes, nothing to win\n", names.record, gain.before));
+  Print(fmt::format("{}: {} bytes instead of {}, {:.1f}% won\n", names.record, gain.after, gain.before,
+                    100.0 * static_cast<double>(won) / static_cast<double>(gain.before)));
 }
+
+struct CompactCommand : StoreArguments {
+  static constexpr char const * name = "compact";
+  static constexpr char const * help = "Win back free space; also ends a compaction that was interrupted";
+
+  ExitStatus Run() const
+  {
+    InterruptGuard const guard;
+    try {
+      Gain const gain = compactStore(GetNames());
+      if (json) {
+        Print(Json{{"before", gain.before}, {"after", gain.after}, {"tidied", gain.tidied}}.dump(2) + "\n");
+      } else {
+        printGain(GetNames(), gain);
+      }
+      return exitDone;
+    } catch (Interrupted const &) {
+      return exitInterrupted;
+    }
+  }
+};
 
 }  // namespace
 
-void AddCompactCommand(CLI::App & store, int & status)
+void AddCompactCommand(CLI::App & family, int & status)
 {
-  auto const arguments = std::make_shared<StoreArguments>();
-  CLI::App * const command =
-      AddStoreCommand(store, *arguments, "compact", "Win back free space; also ends a compaction that was interrupted");
-  command->callback([arguments, &status] { compact(*arguments, status); });
+  AddCommand<CompactCommand>(family, status);
 }

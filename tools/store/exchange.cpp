@@ -7,10 +7,10 @@
 #include <filesystem>
 
 #include <fmt/format.h>
+#include <zpbase/platform/file.h>
 #include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
-#include "tools/store/session.h"
 
 namespace {
 
@@ -28,12 +28,12 @@ std::string oldName(std::string const & file)
 
 std::string markName(StoreNames const & names)
 {
-  return names.m_strRecord + ".compact-swap";
+  return names.record + ".compact-swap";
 }
 
 std::array<std::string, 2> filesOf(StoreNames const & names)
 {
-  return {names.m_strRecord, names.m_strIndex};
+  return {names.record, names.index};
 }
 
 void move(std::string const & from, std::string const & to)
@@ -82,20 +82,18 @@ std::string TemporaryName(std::string const & file)
   return file + ".compact-tmp";
 }
 
-void RequireNoSwap(StoreNames const & names)
+bool IsExchangeMarked(StoreNames const & names)
 {
-  if (!FileExists(markName(names))) return;
-  throw Failure(fmt::format("{}: a compaction of this store is under way or was interrupted; finish it with zp store compact",
-                            names.m_strRecord));
+  return FileExists(markName(names));
 }
 
-std::string TidySwap(StoreNames const & names)
+std::string TidyExchange(StoreNames const & names)
 {
-  if (FileExists(markName(names))) {
+  if (IsExchangeMarked(names)) {
     CFile mark;
     CFileException problem;
     if (!mark.Open(FromHostPath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite, &problem)) {
-      throw Failure(fmt::format("{}: the store is in use by another program; try again when that has ended", names.m_strRecord));
+      throw Failure(fmt::format("{}: the store is in use by another program; try again when that has ended", names.record));
     }
     finish(names);
     return "an interrupted compaction was finished";

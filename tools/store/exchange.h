@@ -16,12 +16,12 @@
 
 std::string TemporaryName(std::string const & file);
 
-// Raises Failure while an exchange is under way or was interrupted: the two files may not belong together.
-void RequireNoSwap(StoreNames const & names);
+// True while an exchange is under way or was interrupted: the two files may not belong together.
+bool IsExchangeMarked(StoreNames const & names);
 
 // Finishes or undoes what an interrupted exchange left, and tells what it did; an empty text for nothing. The caller has the
-// record file for itself, if there is one.
-std::string TidySwap(StoreNames const & names);
+// record file for itself, if there is one. Raises Failure while another program is at it.
+std::string TidyExchange(StoreNames const & names);
 
 // Puts the two temporary files in the place of the store's files.
 void SwapIn(StoreNames const & names);

@@ -46,22 +46,22 @@ class IndexReader {
 
   static void Fail(StoreIndex & index, size_t offset, std::string problem)
   {
-    index.m_State = StoreIndex::Damaged;
-    index.m_nProblem = offset;
-    index.m_strProblem = std::move(problem);
+    index.state = StoreIndex::Damaged;
+    index.problemOffset = offset;
+    index.problem = std::move(problem);
   }
 
   void ReadParts(StoreIndex & index)
   {
-    index.m_pHeader.reset(m_Archive.ReadOwnedObject(nullptr));
-    index.m_bHeaderRead = true;
+    index.header.reset(m_Archive.ReadOwnedObject(nullptr));
+    index.isHeaderRead = true;
     m_nPart = 1;
     m_nPartStart = GetOffset();
     ReadRecords(index);
     m_nPart = 2;
     m_nPartStart = GetOffset();
     ReadFree(index);
-    index.m_State = StoreIndex::Sound;
+    index.state = StoreIndex::Sound;
   }
 
   void ReadRecords(StoreIndex & index)
@@ -73,7 +73,7 @@ class IndexReader {
       CObject const * const element = table.GetAt(i);
       RequireEntry(element, RUNTIME_CLASS(GPActiveRec));
       auto const & entry = static_cast<GPActiveRec const &>(*element);
-      index.m_Live.push_back({entry.m_nFilePos, entry.m_nRecID, entry.m_nRecLen});
+      index.live.push_back({entry.m_nFilePos, entry.m_nRecID, entry.m_nRecLen});
     }
   }
 
@@ -86,7 +86,7 @@ class IndexReader {
       CObject const * const element = list.GetNext(at);
       RequireEntry(element, RUNTIME_CLASS(GPEmptyRec));
       auto const & entry = static_cast<GPEmptyRec const &>(*element);
-      index.m_Free.push_back({entry.m_nFilePos, entry.m_nBlockSize});
+      index.free.push_back({entry.m_nFilePos, entry.m_nBlockSize});
     }
   }
 
@@ -104,9 +104,8 @@ class IndexReader {
     bool const unknown = caught.m_cause == CArchiveException::badClass && !name.empty() &&
                          CRuntimeClass::FromName(name.c_str(), name.size()) == nullptr;
     if (unknown) {
-      index.m_State = StoreIndex::UnknownClass;
-      index.m_strProblem =
-          fmt::format("{} at offset {} is of class {}, which isn't known here", parts[m_nPart], m_nPartStart, name);
+      index.state = StoreIndex::UnknownClass;
+      index.problem = fmt::format("{} at offset {} is of class {}, which isn't known here", parts[m_nPart], m_nPartStart, name);
       return;
     }
     Fail(index, offset, fmt::format("{} can't be read at offset {}: {}", parts[m_nPart], offset, Describe(caught)));

@@ -8,26 +8,26 @@
 #include <zpbase/platform/runtime.h>
 
 struct LiveEntry {
-  unsigned long long m_nPosition;
-  int m_nRecID;
-  unsigned int m_nLength;
+  unsigned long long position;
+  int id;
+  unsigned int length;
 };
 
 struct FreeEntry {
-  unsigned long long m_nPosition;
-  unsigned int m_nCapacity;
+  unsigned long long position;
+  unsigned int capacity;
 };
 
 struct StoreIndex {
   enum State { Missing, Sound, UnknownClass, Damaged };
 
-  State m_State = Missing;
-  unsigned long long m_nProblem = 0;  // its offset
-  std::string m_strProblem;           // one sentence with the offset in the index file
-  bool m_bHeaderRead = false;         // whether m_pHeader is what the file holds
-  std::unique_ptr<CObject> m_pHeader;
-  std::vector<LiveEntry> m_Live;  // in the file's order, as far as it could be read
-  std::vector<FreeEntry> m_Free;
+  State state = Missing;
+  unsigned long long problemOffset = 0;  // its offset
+  std::string problem;                   // one sentence with the offset in the index file
+  bool isHeaderRead = false;             // whether header is what the file holds
+  std::unique_ptr<CObject> header;
+  std::vector<LiveEntry> live;  // in the file's order, as far as it could be read
+  std::vector<FreeEntry> free;
 };
 
 // Reads the whole file. A missing or empty one is Missing. Raises Failure for one that can't be read at all.

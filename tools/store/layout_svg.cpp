@@ -38,18 +38,18 @@ std::string escaped(std::string const & text)
 
 unsigned long long rowBytesOf(StoreLayout const & layout)
 {
-  return std::max(leastRowBytes, (layout.m_nBytes + mostRows - 1) / mostRows);
+  return std::max(leastRowBytes, (layout.bytes + mostRows - 1) / mostRows);
 }
 
 void drawArea(std::string & svg, LayoutArea const & area, unsigned long long rowBytes)
 {
-  for (unsigned long long at = area.m_nStart, end = area.m_nStart + area.m_nBytes; at < end;) {
+  for (unsigned long long at = area.start, end = area.start + area.bytes; at < end;) {
     unsigned long long const row = at / rowBytes;
     unsigned long long const stop = std::min(end, (row + 1) * rowBytes);
     double const scale = rowWidth / static_cast<double>(rowBytes);
     svg += fmt::format("<rect x=\"{:.2f}\" y=\"{:.0f}\" width=\"{:.2f}\" height=\"{:.0f}\" fill=\"{}\"/>\n",
                        left + static_cast<double>(at - row * rowBytes) * scale, top + static_cast<double>(row) * rowStep,
-                       static_cast<double>(stop - at) * scale, rowHeight, colours[static_cast<size_t>(area.m_Kind)]);
+                       static_cast<double>(stop - at) * scale, rowHeight, colours[static_cast<size_t>(area.kind)]);
     at = stop;
   }
 }
@@ -59,10 +59,10 @@ std::vector<LayoutArea> mergedAreas(StoreLayout const & layout, unsigned long lo
 {
   unsigned long long const hair = rowBytes / 4000;
   std::vector<LayoutArea> merged;
-  for (LayoutArea const & area : layout.m_Areas) {
-    bool const thin = area.m_nBytes <= hair;
-    if (!merged.empty() && (thin || merged.back().m_Kind == area.m_Kind))
-      merged.back().m_nBytes += area.m_nBytes;
+  for (LayoutArea const & area : layout.areas) {
+    bool const thin = area.bytes <= hair;
+    if (!merged.empty() && (thin || merged.back().kind == area.kind))
+      merged.back().bytes += area.bytes;
     else
       merged.push_back(area);
   }
@@ -74,10 +74,10 @@ std::string legendOf(StoreLayout const & layout, double y)
   std::string svg;
   double x = left;
   for (size_t kind = 0; kind < areaKinds; ++kind) {
-    if (layout.m_Totals[kind] == 0) continue;
+    if (layout.totals[kind] == 0) continue;
     svg += fmt::format("<rect x=\"{:.0f}\" y=\"{:.0f}\" width=\"12\" height=\"12\" fill=\"{}\"/>\n", x, y - 10, colours[kind]);
     svg += fmt::format("<text x=\"{:.0f}\" y=\"{:.0f}\">{} {:.1f}%</text>\n", x + 18, y, names[kind],
-                       layout.ShareOf(layout.m_Totals[kind]));
+                       layout.ShareOf(layout.totals[kind]));
     x += 140;
   }
   return svg;
@@ -86,18 +86,18 @@ std::string legendOf(StoreLayout const & layout, double y)
 void add(StoreLayout & layout, AreaKind kind, unsigned long long start, unsigned long long bytes)
 {
   if (bytes == 0) return;
-  layout.m_Areas.push_back({kind, start, bytes});
-  layout.m_Totals[static_cast<size_t>(kind)] += bytes;
+  layout.areas.push_back({kind, start, bytes});
+  layout.totals[static_cast<size_t>(kind)] += bytes;
 }
 
 void addBlock(StoreLayout & layout, zp::RecordBlock const & block)
 {
   constexpr unsigned long long headerBytes = zp::BlockChain::headerSize;
   if (block.bFree) {
-    ++layout.m_nFreeBlocks;
+    ++layout.freeBlocks;
     return add(layout, AreaKind::Free, block.nPosition, headerBytes + block.nCapacity);
   }
-  ++layout.m_nRecords;
+  ++layout.records;
   WORD const length = std::min(block.nLength, block.nCapacity);
   add(layout, AreaKind::Header, block.nPosition, headerBytes);
   add(layout, AreaKind::Live, block.nPosition + headerBytes, length);
@@ -108,34 +108,34 @@ void addBlock(StoreLayout & layout, zp::RecordBlock const & block)
 
 unsigned long long StoreLayout::GetWin() const
 {
-  if (m_Totals[static_cast<size_t>(AreaKind::Unreadable)] > 0) return 0;
-  return m_Totals[static_cast<size_t>(AreaKind::Slack)] + m_Totals[static_cast<size_t>(AreaKind::Free)];
+  if (totals[static_cast<size_t>(AreaKind::Unreadable)] > 0) return 0;
+  return totals[static_cast<size_t>(AreaKind::Slack)] + totals[static_cast<size_t>(AreaKind::Free)];
 }
 
-double StoreLayout::ShareOf(unsigned long long bytes) const
+double StoreLayout::ShareOf(unsigned long long part) const
 {
-  return m_nBytes == 0 ? 0.0 : 100.0 * static_cast<double>(bytes) / static_cast<double>(m_nBytes);
+  return bytes == 0 ? 0.0 : 100.0 * static_cast<double>(part) / static_cast<double>(bytes);
 }
 
 StoreLayout LayoutOf(Survey const & survey)
 {
   StoreLayout layout;
-  layout.m_nBytes = survey.m_nFileLength;
+  layout.bytes = survey.fileLength;
   unsigned long long at = 0;
-  for (SurveyBlock const & block : survey.m_Blocks) {
-    if (!block.m_bFits) continue;
-    add(layout, AreaKind::Unreadable, at, block.m_Block.nPosition - at);
-    addBlock(layout, block.m_Block);
-    at = block.m_Block.nPosition + zp::BlockChain::headerSize + block.m_Block.nCapacity;
+  for (SurveyBlock const & block : survey.blocks) {
+    if (!block.fits) continue;
+    add(layout, AreaKind::Unreadable, at, block.block.nPosition - at);
+    addBlock(layout, block.block);
+    at = block.block.nPosition + zp::BlockChain::headerSize + block.block.nCapacity;
   }
-  add(layout, AreaKind::Unreadable, at, layout.m_nBytes - at);
+  add(layout, AreaKind::Unreadable, at, layout.bytes - at);
   return layout;
 }
 
 std::string LayoutToSvg(StoreLayout const & layout, std::string const & title)
 {
   unsigned long long const rowBytes = rowBytesOf(layout);
-  auto const rows = static_cast<double>((layout.m_nBytes + rowBytes - 1) / rowBytes);
+  auto const rows = static_cast<double>((layout.bytes + rowBytes - 1) / rowBytes);
   double const legendY = top + rows * rowStep + 24;
   std::string svg = fmt::format(
       "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0:.0f}\" height=\"{1:.0f}\" viewBox=\"0 0 {0:.0f} {1:.0f}\" "
@@ -145,8 +145,8 @@ std::string LayoutToSvg(StoreLayout const & layout, std::string const & title)
   svg += fmt::format(
       "<text x=\"{:.0f}\" y=\"48\">{} bytes, {} records, {} free blocks; compaction would win {} bytes, "
       "{:.1f}%</text>\n",
-      left, layout.m_nBytes, layout.m_nRecords, layout.m_nFreeBlocks, layout.GetWin(), layout.ShareOf(layout.GetWin()));
-  for (unsigned long long row = 0; row * rowBytes < layout.m_nBytes; ++row) {
+      left, layout.bytes, layout.records, layout.freeBlocks, layout.GetWin(), layout.ShareOf(layout.GetWin()));
+  for (unsigned long long row = 0; row * rowBytes < layout.bytes; ++row) {
     svg += fmt::format("<text x=\"{:.0f}\" y=\"{:.0f}\" text-anchor=\"end\" fill=\"#666\">{}</text>\n", left - 10,
                        top + static_cast<double>(row) * rowStep + 14, row * rowBytes);
   }

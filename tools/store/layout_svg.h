@@ -11,22 +11,22 @@ enum class AreaKind { Header, Live, Slack, Free, Unreadable };
 inline constexpr size_t areaKinds = 5;
 
 struct LayoutArea {
-  AreaKind m_Kind;
-  unsigned long long m_nStart;
-  unsigned long long m_nBytes;
+  AreaKind kind;
+  unsigned long long start;
+  unsigned long long bytes;
 };
 
 // The areas cover the file without a gap. The header of a free block counts as free.
 struct StoreLayout {
-  std::vector<LayoutArea> m_Areas;
-  std::array<unsigned long long, areaKinds> m_Totals = {};
-  unsigned long long m_nBytes = 0;
-  size_t m_nRecords = 0;
-  size_t m_nFreeBlocks = 0;
+  std::vector<LayoutArea> areas;
+  std::array<unsigned long long, areaKinds> totals = {};
+  unsigned long long bytes = 0;
+  size_t records = 0;
+  size_t freeBlocks = 0;
 
   // What compaction would win; nothing for a file that it refuses.
   unsigned long long GetWin() const;
-  double ShareOf(unsigned long long bytes) const;  // percent of the file
+  double ShareOf(unsigned long long part) const;  // percent of the file
 };
 
 StoreLayout LayoutOf(Survey const & survey);

@@ -10,42 +10,35 @@
 #include "tools/progress.h"
 #include "tools/records/object_json.h"
 #include "tools/records/payload.h"
-#include "tools/store/exchange.h"
-#include "tools/store/session.h"
-#include "tools/store/store_commands.h"
+#include "tools/store/store_arguments.h"
+#include "tools/store/store_writer.h"
 #include "tools/store/survey.h"
 
 namespace {
 
-struct RecoverArguments : StoreArguments {
-  std::string m_strTo;
-};
-
 struct Verdict {
   enum State { Kept, Suspect, Lost };
 
-  int m_nID;
-  State m_State;
-  unsigned long long m_nPosition;
-  std::string m_strWhy;
-  zp::RecordBlock m_Block;
+  int id;
+  State state;
+  unsigned long long position;
+  std::string why;
+  zp::RecordBlock block;
 };
 
 constexpr char const * stateNames[] = {"kept", "suspect", "lost"};
 
 class Recovery {
  public:
-  explicit Recovery(StoreNames const & names) : m_Names(names) {}
+  explicit Recovery(StoreNames const & names) : m_Store(names, StoreAccess::Look), m_Index(m_Store.GetIndex()) {}
 
   void Examine()
   {
-    OpenRecordFile(m_File, m_Names, StoreAccess::Read);
-    m_Index = ReadIndex(m_Names.m_strIndex);
-    m_Survey = SurveyRecordFile(m_File, m_Index);
-    Progress progress("examining", m_Survey.m_nFileLength);
-    for (SurveyBlock const & at : m_Survey.m_Blocks) {
-      progress.Reach(at.m_Block.nPosition);
-      if (!at.m_Block.bFree) Judge(at);
+    m_Survey = SurveyRecordFile(m_Store.GetRecordFile(), m_Index);
+    Progress progress("examining", m_Survey.fileLength);
+    for (SurveyBlock const & at : m_Survey.blocks) {
+      progress.Reach(at.block.nPosition);
+      if (!at.block.bFree) Judge(at);
     }
     AddMissing();
   }
@@ -55,36 +48,36 @@ class Recovery {
   // What is said of the header object; empty if it was found.
   std::string HeaderLoss() const
   {
-    if (m_Index.m_bHeaderRead) return "";
-    if (m_Index.m_State == StoreIndex::Missing) return "there is no index file to take it from";
-    return m_Index.m_strProblem;
+    if (m_Index.isHeaderRead) return "";
+    if (m_Index.state == StoreIndex::Missing) return "there is no index file to take it from";
+    return m_Index.problem;
   }
 
   size_t Count(Verdict::State state) const
   {
     size_t count = 0;
-    for (Verdict const & verdict : m_Verdicts) count += verdict.m_State == state ? 1 : 0;
+    for (Verdict const & verdict : m_Verdicts) count += verdict.state == state ? 1 : 0;
     return count;
   }
 
   // Stores what isn't lost in new files. False after Ctrl-C.
   bool Write(StoreNames const & to)
   {
-    StoreSession session(to, StoreAccess::Create);
-    if (m_Index.m_bHeaderRead) session.SetHeader(std::move(m_Index.m_pHeader));
+    StoreWriter writer(to, StoreAccess::Create);
+    if (m_Index.isHeaderRead) writer.SetHeader(std::move(m_Index.header));
     bool const whole = ForEachStep("recovering", m_Verdicts.size(), [&](size_t i) {
       Verdict const & verdict = m_Verdicts[i];
-      if (verdict.m_State != Verdict::Lost) session.Store(verdict.m_nID, ReadPayload(m_File, verdict.m_Block));
+      if (verdict.state != Verdict::Lost) writer.Store(verdict.id, ReadPayload(m_Store.GetRecordFile(), verdict.block));
     });
-    session.Close();
+    writer.Close();
     return whole;
   }
 
  private:
   LiveEntry const * EntryOf(int id) const
   {
-    for (LiveEntry const & entry : m_Index.m_Live) {
-      if (entry.m_nRecID == id) return &entry;
+    for (LiveEntry const & entry : m_Index.live) {
+      if (entry.id == id) return &entry;
     }
     return nullptr;
   }
@@ -93,15 +86,15 @@ class Recovery {
   void Judge(SurveyBlock const & at)
   {
     Verdict verdict = JudgeBlock(at);
-    auto const [former, isNew] = m_Places.try_emplace(verdict.m_nID, m_Verdicts.size());
-    if (!isNew && verdict.m_State != Verdict::Lost) {
+    auto const [former, isNew] = m_Places.try_emplace(verdict.id, m_Verdicts.size());
+    if (!isNew && verdict.state != Verdict::Lost) {
       Verdict & other = m_Verdicts[former->second];
-      LiveEntry const * const entry = EntryOf(verdict.m_nID);
-      bool const wins = other.m_State == Verdict::Lost || (entry != nullptr && entry->m_nPosition == verdict.m_nPosition);
+      LiveEntry const * const entry = EntryOf(verdict.id);
+      bool const wins = other.state == Verdict::Lost || (entry != nullptr && entry->position == verdict.position);
       Verdict & loser = wins ? other : verdict;
-      if (loser.m_State != Verdict::Lost) {
-        loser.m_State = Verdict::Lost;
-        loser.m_strWhy = fmt::format("another block of this id stands at {}", (wins ? verdict : other).m_nPosition);
+      if (loser.state != Verdict::Lost) {
+        loser.state = Verdict::Lost;
+        loser.why = fmt::format("another block of this id stands at {}", (wins ? verdict : other).position);
       }
       if (wins) former->second = m_Verdicts.size();
     }
@@ -110,23 +103,23 @@ class Recovery {
 
   Verdict JudgeBlock(SurveyBlock const & at) const
   {
-    zp::RecordBlock const & block = at.m_Block;
+    zp::RecordBlock const & block = at.block;
     Verdict verdict = {block.nRecID, Verdict::Kept, block.nPosition, "", block};
     if (block.nLength == 0) return Lose(verdict, "it has no bytes");
-    std::vector<BYTE> const bytes = ReadPayload(m_File, block);
+    std::vector<BYTE> const bytes = ReadPayload(m_Store.GetRecordFile(), block);
     if (block.nLength > block.nCapacity && !Repair(verdict)) {
       return Lose(verdict, fmt::format("its length {} is above the capacity {}", block.nLength, block.nCapacity));
     }
     if (block.nLength <= block.nCapacity && bytes.size() < block.nLength) {
       return Lose(verdict, fmt::format("the file ends after {} of its {} bytes", bytes.size(), block.nLength));
     }
-    Payload const payload = DecodePayload(ReadPayload(m_File, verdict.m_Block));
-    if (payload.m_State == Payload::Damaged) {
-      verdict.m_State = Verdict::Suspect;
-      verdict.m_strWhy = fmt::format("its {} is unreadable: {}", payload.m_strClass, payload.m_strProblem);
-    } else if (!at.m_bTrusted) {
-      verdict.m_State = Verdict::Suspect;
-      verdict.m_strWhy = "it stands behind a break of the chain";
+    Payload const payload = DecodePayload(ReadPayload(m_Store.GetRecordFile(), verdict.block));
+    if (payload.state == Payload::Damaged) {
+      verdict.state = Verdict::Suspect;
+      verdict.why = fmt::format("its {} is unreadable: {}", payload.className, payload.problem);
+    } else if (!at.isTrusted) {
+      verdict.state = Verdict::Suspect;
+      verdict.why = "it stands behind a break of the chain";
     }
     return verdict;
   }
@@ -134,34 +127,32 @@ class Recovery {
   // A capacity word that is too small, where the index and the header agree on the length.
   bool Repair(Verdict & verdict) const
   {
-    LiveEntry const * const entry = EntryOf(verdict.m_nID);
-    if (entry == nullptr || entry->m_nPosition != verdict.m_nPosition || entry->m_nLength != verdict.m_Block.nLength)
-      return false;
-    verdict.m_Block.nCapacity = verdict.m_Block.nLength;
+    LiveEntry const * const entry = EntryOf(verdict.id);
+    if (entry == nullptr || entry->position != verdict.position || entry->length != verdict.block.nLength) return false;
+    verdict.block.nCapacity = verdict.block.nLength;
     return true;
   }
 
   static Verdict Lose(Verdict verdict, std::string why)
   {
-    verdict.m_State = Verdict::Lost;
-    verdict.m_strWhy = std::move(why);
+    verdict.state = Verdict::Lost;
+    verdict.why = std::move(why);
     return verdict;
   }
 
   // Records that the index has and no block is.
   void AddMissing()
   {
-    for (LiveEntry const & entry : m_Index.m_Live) {
-      if (m_Places.contains(entry.m_nRecID)) continue;
+    for (LiveEntry const & entry : m_Index.live) {
+      if (m_Places.contains(entry.id)) continue;
       m_Verdicts.push_back(
-          {entry.m_nRecID, Verdict::Lost, entry.m_nPosition, "the index has it, but no live block of that id is left", {}});
-      m_Places.emplace(entry.m_nRecID, m_Verdicts.size() - 1);
+          {entry.id, Verdict::Lost, entry.position, "the index has it, but no live block of that id is left", {}});
+      m_Places.emplace(entry.id, m_Verdicts.size() - 1);
     }
   }
 
-  StoreNames m_Names;
-  CFile m_File;
-  StoreIndex m_Index;
+  OpenStore m_Store;
+  StoreIndex & m_Index;
   Survey m_Survey;
   std::vector<Verdict> m_Verdicts;
   std::map<int, size_t> m_Places;  // of each id's record among the verdicts
@@ -170,8 +161,8 @@ class Recovery {
 void printVerdicts(Recovery const & recovery)
 {
   for (Verdict const & verdict : recovery.GetVerdicts()) {
-    Print(fmt::format("{:<7}  record {:>5}  at {:>9}  {:>5} bytes{}{}\n", stateNames[verdict.m_State], verdict.m_nID,
-                      verdict.m_nPosition, verdict.m_Block.nLength, verdict.m_strWhy.empty() ? "" : "  ", verdict.m_strWhy));
+    Print(fmt::format("{:<7}  record {:>5}  at {:>9}  {:>5} bytes{}{}\n", stateNames[verdict.state], verdict.id, verdict.position,
+                      verdict.block.nLength, verdict.why.empty() ? "" : "  ", verdict.why));
   }
   if (!recovery.HeaderLoss().empty()) Print("lost     the header object: " + recovery.HeaderLoss() + "\n");
   Print(fmt::format("{} kept, {} suspect, {} lost\n", recovery.Count(Verdict::Kept), recovery.Count(Verdict::Suspect),
@@ -182,11 +173,11 @@ void printVerdictsAsJson(Recovery const & recovery, std::string const & to)
 {
   Json json = {{"records", Json::array()}, {"header_lost", !recovery.HeaderLoss().empty()}, {"written_to", to}};
   for (Verdict const & verdict : recovery.GetVerdicts()) {
-    json["records"].push_back({{"id", verdict.m_nID},
-                               {"state", stateNames[verdict.m_State]},
-                               {"position", verdict.m_nPosition},
-                               {"bytes", verdict.m_Block.nLength},
-                               {"why", verdict.m_strWhy}});
+    json["records"].push_back({{"id", verdict.id},
+                               {"state", stateNames[verdict.state]},
+                               {"position", verdict.position},
+                               {"bytes", verdict.block.nLength},
+                               {"why", verdict.why}});
   }
   Print(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
@@ -194,45 +185,58 @@ void printVerdictsAsJson(Recovery const & recovery, std::string const & to)
 StoreNames newStore(StoreNames const & from, std::string const & name)
 {
   StoreNames const to = ResolveStore(name, "");
-  for (std::string const & file : {to.m_strIndex, to.m_strRecord}) {
-    if (FileExists(file) || file == from.m_strIndex || file == from.m_strRecord) {
+  for (std::string const & file : {to.index, to.record}) {
+    if (FileExists(file) || file == from.index || file == from.record) {
       throw Failure(fmt::format("{}: exists; recovery writes new files only, so name others", file));
     }
   }
   return to;
 }
 
-void recover(RecoverArguments const & arguments, int & status)
+ExitStatus giveUp(StoreNames const & written)
 {
-  StoreNames const names = arguments.GetNames();
-  RequireNoSwap(names);
-  StoreNames const to = arguments.m_strTo.empty() ? StoreNames() : newStore(names, arguments.m_strTo);
-  Recovery recovery(names);
-  recovery.Examine();
-  arguments.m_bJson ? printVerdictsAsJson(recovery, to.m_strIndex) : printVerdicts(recovery);
-  bool const whole = recovery.Count(Verdict::Kept) == recovery.GetVerdicts().size() && recovery.HeaderLoss().empty();
-  status = whole ? exitDone : exitWanting;
-  if (arguments.m_strTo.empty()) {
-    if (!arguments.m_bJson) Print("nothing was written; --to NEW writes what is kept and suspect into new files\n");
-    return;
-  }
-  InterruptGuard const guard;
-  if (recovery.Write(to)) {
-    if (!arguments.m_bJson) Print(fmt::format("written to {} and {}\n", to.m_strIndex, to.m_strRecord));
-    return;
-  }
-  std::filesystem::remove(to.m_strIndex);
-  std::filesystem::remove(to.m_strRecord);
-  status = exitInterrupted;
+  std::filesystem::remove(written.index);
+  std::filesystem::remove(written.record);
+  return exitInterrupted;
 }
+
+struct RecoverCommand : StoreArguments {
+  static constexpr char const * name = "recover";
+  static constexpr char const * help = "Tell what the block headers still hold, and with --to save it in new files";
+
+  void AddOptions(CLI::App & command)
+  {
+    StoreArguments::AddOptions(command);
+    command.add_option("--to", to, "Stem of the new files; without it nothing is written");
+  }
+
+  ExitStatus Run() const
+  {
+    StoreNames const names = GetNames();
+    StoreNames const written = to.empty() ? StoreNames() : newStore(names, to);
+    Recovery recovery(names);
+    recovery.Examine();
+    if (json) {
+      printVerdictsAsJson(recovery, written.index);
+    } else {
+      printVerdicts(recovery);
+    }
+    InterruptGuard const guard;
+    if (!to.empty() && !recovery.Write(written)) return giveUp(written);
+    if (!json) {
+      Print(to.empty() ? "nothing was written; --to NEW writes what is kept and suspect into new files\n"
+                       : fmt::format("written to {} and {}\n", written.index, written.record));
+    }
+    bool const isWhole = recovery.Count(Verdict::Kept) == recovery.GetVerdicts().size() && recovery.HeaderLoss().empty();
+    return isWhole ? exitDone : exitWanting;
+  }
+
+  std::string to;
+};
 
 }  // namespace
 
-void AddRecoverCommand(CLI::App & store, int & status)
+void AddRecoverCommand(CLI::App & family, int & status)
 {
-  auto const arguments = std::make_shared<RecoverArguments>();
-  CLI::App * const command =
-      AddStoreCommand(store, *arguments, "recover", "Tell what the block headers still hold, and with --to save it in new files");
-  command->add_option("--to", arguments->m_strTo, "Stem of the new files; without it nothing is written");
-  command->callback([arguments, &status] { recover(*arguments, status); });
+  AddCommand<RecoverCommand>(family, status);
 }

@@ -15,8 +15,8 @@
 namespace {
 
 struct Pair {
-  char const * (*m_pfnIndex)();
-  char const * (*m_pfnRecord)();
+  char const * (*index)();
+  char const * (*record)();
 };
 
 constexpr Pair pairs[] = {
@@ -60,17 +60,17 @@ std::vector<StoreNames> storesOfStem(std::string const & stem)
   std::vector<StoreNames> found;
   for (Pair const & pair : pairs) {
     for (auto const inCase : {inUpperCase, inLowerCase}) {
-      StoreNames const names = {stem + inCase(pair.m_pfnIndex()), stem + inCase(pair.m_pfnRecord())};
-      if (FileExists(names.m_strIndex) || FileExists(names.m_strRecord)) found.push_back(names);
+      StoreNames const names = {stem + inCase(pair.index()), stem + inCase(pair.record())};
+      if (FileExists(names.index) || FileExists(names.record)) found.push_back(names);
     }
   }
-  if (found.size() == 2 && inLowerCase(found[0].m_strIndex) == inLowerCase(found[1].m_strIndex)) {
+  if (found.size() == 2 && inLowerCase(found[0].index) == inLowerCase(found[1].index)) {
     // The two files of one pair in different cases of letters.
-    if (!FileExists(found[0].m_strIndex) && !FileExists(found[1].m_strRecord)) {
-      return {{found[1].m_strIndex, found[0].m_strRecord}};
+    if (!FileExists(found[0].index) && !FileExists(found[1].record)) {
+      return {{found[1].index, found[0].record}};
     }
-    if (!FileExists(found[0].m_strRecord) && !FileExists(found[1].m_strIndex)) {
-      return {{found[0].m_strIndex, found[1].m_strRecord}};
+    if (!FileExists(found[0].record) && !FileExists(found[1].index)) {
+      return {{found[0].index, found[1].record}};
     }
   }
   return found;
@@ -80,8 +80,8 @@ StoreNames resolveStem(std::string const & stem)
 {
   std::vector<StoreNames> const found = storesOfStem(stem);
   if (found.size() > 1) {
-    throw Failure(fmt::format("{}: is the stem of several stores ({}, {}{}); name one of their files", stem, found[0].m_strIndex,
-                              found[1].m_strIndex, found.size() > 2 ? ", ..." : ""),
+    throw Failure(fmt::format("{}: is the stem of several stores ({}, {}{}); name one of their files", stem, found[0].index,
+                              found[1].index, found.size() > 2 ? ", ..." : ""),
                   exitUsage);
   }
   return found.size() == 1 ? found.front() : StoreNames{stem + GetStrIndexExt(), stem + GetStrRecExt()};
@@ -96,8 +96,8 @@ StoreNames ResolveStore(std::string const & name, std::string const & recordName
   std::string const written = path.extension().string();
   std::string const stem = name.substr(0, name.size() - written.size());
   for (Pair const & pair : pairs) {
-    if (inUpperCase(written) == pair.m_pfnIndex()) return {name, besides(stem, pair.m_pfnRecord(), written)};
-    if (inUpperCase(written) == pair.m_pfnRecord()) return {besides(stem, pair.m_pfnIndex(), written), name};
+    if (inUpperCase(written) == pair.index()) return {name, besides(stem, pair.record(), written)};
+    if (inUpperCase(written) == pair.record()) return {besides(stem, pair.index(), written), name};
   }
   std::error_code ignored;
   if (std::filesystem::is_regular_file(path, ignored)) {

@@ -5,8 +5,8 @@
 #include <string>
 
 struct StoreNames {
-  std::string m_strIndex;  // host names
-  std::string m_strRecord;
+  std::string index;  // host names
+  std::string record;
 };
 
 // The other file's name follows from the pairs of extensions in the table of names, in either case of letters. Of a stem that

@@ -22,8 +22,8 @@ unsigned int wordAt(BYTE const * bytes)
 std::vector<unsigned long long> positionsOf(StoreIndex const & index, unsigned long long length)
 {
   std::vector<unsigned long long> positions;
-  for (LiveEntry const & entry : index.m_Live) positions.push_back(entry.m_nPosition);
-  for (FreeEntry const & entry : index.m_Free) positions.push_back(entry.m_nPosition);
+  for (LiveEntry const & entry : index.live) positions.push_back(entry.position);
+  for (FreeEntry const & entry : index.free) positions.push_back(entry.position);
   std::erase_if(positions, [length](unsigned long long position) { return position >= length; });
   std::sort(positions.begin(), positions.end());
   return positions;
@@ -39,7 +39,7 @@ class BrokenWalk {
 
   Survey Run()
   {
-    m_Survey.m_nFileLength = m_nLength;
+    m_Survey.fileLength = m_nLength;
     while (m_nAt < m_nLength) Step();
     return std::move(m_Survey);
   }
@@ -56,7 +56,7 @@ class BrokenWalk {
                                    static_cast<WORD>(wordAt(header + 2)), static_cast<WORD>(wordAt(header + 4))};
     unsigned long long const end = m_nAt + headerBytes + block.nCapacity;
     unsigned long long const next = NextPosition();
-    m_Survey.m_Blocks.push_back({block, IsTrusted(), end <= next});
+    m_Survey.blocks.push_back({block, IsTrusted(), end <= next});
     if (end > m_nLength)
       return Resume(fmt::format("the block's capacity of {} leads past the file's end", block.nCapacity), true);
     if (end > next) return Resume(fmt::format("the block's capacity of {} covers the block at {}", block.nCapacity, next), true);
@@ -82,7 +82,7 @@ class BrokenWalk {
     unsigned long long const next = NextPosition();
     unsigned long long const resumed = next < m_nLength ? next : FindChain(m_nAt + (hasHeader ? headerBytes : 0));
     m_bOnChain = false;
-    m_Survey.m_Breaks.push_back({m_nAt, resumed, std::move(problem)});
+    m_Survey.breaks.push_back({m_nAt, resumed, std::move(problem)});
     m_nAt = resumed;
   }
 
@@ -120,8 +120,8 @@ Survey SurveyRecordFile(CFile const & file, StoreIndex const & index)
 {
   Survey survey;
   zp::BlockChain chain(file);
-  survey.m_nFileLength = chain.GetFileLength();
-  for (zp::RecordBlock block; chain.Next(block);) survey.m_Blocks.push_back({block, true, true});
+  survey.fileLength = chain.GetFileLength();
+  for (zp::RecordBlock block; chain.Next(block);) survey.blocks.push_back({block, true, true});
   if (chain.GetState() == zp::BlockChain::State::AtEnd) return survey;
   return BrokenWalk(file, index, chain.GetFileLength()).Run();
 }

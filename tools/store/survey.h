@@ -9,22 +9,22 @@
 #include "tools/store/index_reader.h"
 
 struct SurveyBlock {
-  zp::RecordBlock m_Block;
-  bool m_bTrusted;  // on the chain from the begin, or where the index has it
-  bool m_bFits;     // ends inside the file, and before the next block that the index has
+  zp::RecordBlock block;
+  bool isTrusted;  // on the chain from the begin, or where the index has it
+  bool fits;       // ends inside the file, and before the next block that the index has
 };
 
 // Where the chain of headers breaks.
 struct ChainBreak {
-  unsigned long long m_nPosition;
-  unsigned long long m_nResumed;  // where the next block was found, or the file's length
-  std::string m_strProblem;
+  unsigned long long position;
+  unsigned long long resumed;  // where the next block was found, or the file's length
+  std::string problem;
 };
 
 struct Survey {
-  unsigned long long m_nFileLength = 0;
-  std::vector<SurveyBlock> m_Blocks;  // in ascending position
-  std::vector<ChainBreak> m_Breaks;
+  unsigned long long fileLength = 0;
+  std::vector<SurveyBlock> blocks;  // in ascending position
+  std::vector<ChainBreak> breaks;
 };
 
 // Walks a record file. The headers alone count as long as they meet the file's end. If they don't, the walk goes on at the next

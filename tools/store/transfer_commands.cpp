@@ -9,29 +9,21 @@
 #include "tools/records/components.h"
 #include "tools/records/json_values.h"
 #include "tools/records/payload.h"
-#include "tools/store/session.h"
-#include "tools/store/source.h"
-#include "tools/store/store_commands.h"
+#include "tools/records/record_limits.h"
+#include "tools/store/store_arguments.h"
+#include "tools/store/store_writer.h"
+#include "tools/store/stored_records.h"
 
 namespace {
 
 constexpr char const * formatName = "zp-store-records";
 constexpr int formatVersion = 1;
 
-struct TransferArguments : StoreArguments {
-  std::string m_strFile = "-";
-};
-
 struct Incoming {
-  std::vector<std::pair<int, std::vector<BYTE>>> m_Records;  // in ascending id
-  std::unique_ptr<CObject> m_pHeader;
-  bool m_bHasHeader = false;
+  std::vector<std::pair<int, std::vector<BYTE>>> records;  // in ascending id
+  std::unique_ptr<CObject> header;
+  bool hasHeader = false;
 };
-
-std::string shownName(std::string const & file)
-{
-  return file == "-" ? "standard input" : file;
-}
 
 void requireLength(std::vector<BYTE> const & bytes)
 {
@@ -46,7 +38,7 @@ void readJsonRecord(Incoming & incoming, Json const & json)
   try {
     std::vector<BYTE> bytes = RecordFromJson(json);
     requireLength(bytes);
-    incoming.m_Records.emplace_back(id, std::move(bytes));
+    incoming.records.emplace_back(id, std::move(bytes));
   } catch (Failure const & failure) {
     throw Failure(fmt::format("record {}: {}", id, failure.what()));
   }
@@ -56,8 +48,8 @@ std::unique_ptr<CObject> readHeader(Json const & json)
 {
   if (json.is_null()) return nullptr;
   Payload payload = DecodePayload(RecordFromJson(json));
-  if (payload.m_State != Payload::Object) throw Failure("\"header\": is no object of a class known here");
-  return std::move(payload.m_pObject);
+  if (payload.state != Payload::Object) throw Failure("\"header\": is no object of a class known here");
+  return std::move(payload.object);
 }
 
 void readJson(Incoming & incoming, Json const & json)
@@ -65,12 +57,12 @@ void readJson(Incoming & incoming, Json const & json)
   if (TextMember(json, "format") != formatName) throw Failure(fmt::format("\"format\" must be \"{}\"", formatName));
   IntegerMember(json, "version", formatVersion, formatVersion);
   if (json.contains("header")) {
-    incoming.m_pHeader = readHeader(json["header"]);
-    incoming.m_bHasHeader = true;
+    incoming.header = readHeader(json["header"]);
+    incoming.hasHeader = true;
   }
   Json const & records = ArrayMember(json, "records");
   for (Json const & record : records) readJsonRecord(incoming, record);
-  auto & all = incoming.m_Records;
+  auto & all = incoming.records;
   std::sort(all.begin(), all.end());
   auto const twice =
       std::adjacent_find(all.begin(), all.end(), [](auto const & a, auto const & b) { return a.first == b.first; });
@@ -94,13 +86,13 @@ Incoming parseTable(std::string const & text, std::string const & name)
 {
   Incoming incoming;
   for (Component const & component : ReadComponents(ReadCsv(text, name), name)) {
-    std::vector<BYTE> bytes = EncodeObject(component.m_Data);
+    std::vector<BYTE> bytes = EncodeObject(component.data);
     try {
       requireLength(bytes);
     } catch (Failure const & failure) {
-      throw Failure(fmt::format("{}: record {}: {}; nothing was stored", name, component.m_nID, failure.what()));
+      throw Failure(fmt::format("{}: record {}: {}; nothing was stored", name, component.id, failure.what()));
     }
-    incoming.m_Records.emplace_back(component.m_nID, std::move(bytes));
+    incoming.records.emplace_back(component.id, std::move(bytes));
   }
   return incoming;
 }
@@ -110,38 +102,49 @@ Incoming readIncoming(std::string const & file)
   std::string const text = ReadWholeFile(file);
   size_t const first = text.find_first_not_of(" \t\r\n");
   bool const isJson = first != std::string::npos && text[first] == '{';
-  return isJson ? parseJson(text, shownName(file)) : parseTable(text, shownName(file));
+  return isJson ? parseJson(text, ShownName(file)) : parseTable(text, ShownName(file));
 }
 
-void printStored(TransferArguments const & arguments, StoreNames const & names, size_t stored, size_t replaced)
+void printStored(bool json, StoreNames const & names, size_t stored, size_t replaced)
 {
-  if (arguments.m_bJson)
-    return Print(Json{{"stored", stored}, {"new", stored - replaced}, {"replaced", replaced}}.dump(2) + "\n");
-  Print(fmt::format("{} record{} stored in {}: {} new, {} replaced\n", stored, stored == 1 ? "" : "s", names.m_strRecord,
+  if (json) return Print(Json{{"stored", stored}, {"new", stored - replaced}, {"replaced", replaced}}.dump(2) + "\n");
+  Print(fmt::format("{} record{} stored in {}: {} new, {} replaced\n", stored, stored == 1 ? "" : "s", names.record,
                     stored - replaced, replaced));
 }
 
-void importRecords(TransferArguments const & arguments, int & status)
-{
-  StoreNames const names = arguments.GetNames();
-  Incoming incoming = readIncoming(arguments.m_strFile);
-  InterruptGuard const guard;
-  bool const isNew = !FileExists(names.m_strRecord);
-  StoreSession session(names, StoreAccess::Create);
-  if (isNew && incoming.m_bHasHeader) session.SetHeader(std::move(incoming.m_pHeader));
-  size_t stored = 0;
-  size_t replaced = 0;
-  bool const whole = ForEachStep("storing", incoming.m_Records.size(), [&](size_t i) {
-    auto const & [id, bytes] = incoming.m_Records[i];
-    bool const exists = session.Get().GetRecLength(id) > 0;
-    session.Store(id, bytes);
-    replaced += exists ? 1 : 0;
-    ++stored;
-  });
-  session.Close();
-  printStored(arguments, names, stored, replaced);
-  if (!whole) status = exitInterrupted;
-}
+struct ImportCommand : StoreArguments {
+  static constexpr char const * name = "import";
+  static constexpr char const * help = "Store the records of a table of components or of a JSON export";
+
+  void AddOptions(CLI::App & command)
+  {
+    StoreArguments::AddOptions(command);
+    command.add_option("file", file, "CSV or JSON file, - for standard input")->required();
+  }
+
+  ExitStatus Run() const
+  {
+    StoreNames const names = GetNames();
+    Incoming incoming = readIncoming(file);
+    InterruptGuard const guard;
+    StoreWriter writer(names, StoreAccess::Create);
+    if (writer.IsNew() && incoming.hasHeader) writer.SetHeader(std::move(incoming.header));
+    size_t stored = 0;
+    size_t replaced = 0;
+    bool const isWhole = ForEachStep("storing", incoming.records.size(), [&](size_t i) {
+      auto const & [id, bytes] = incoming.records[i];
+      bool const exists = writer.Has(id);
+      writer.Store(id, bytes);
+      replaced += exists ? 1 : 0;
+      ++stored;
+    });
+    writer.Close();
+    printStored(json, names, stored, replaced);
+    return isWhole ? exitDone : exitInterrupted;
+  }
+
+  std::string file;
+};
 
 Json headerToJson(CObject const * header)
 {
@@ -151,7 +154,7 @@ Json headerToJson(CObject const * header)
   return json;
 }
 
-std::string exportJson(RecordSource & source)
+std::string exportJson(StoredRecords & source)
 {
   Json json = {{"format", formatName}, {"version", formatVersion}};
   if (source.HasHeader()) json["header"] = headerToJson(source.GetHeader());
@@ -164,40 +167,45 @@ std::string exportJson(RecordSource & source)
   return json.dump(1) + "\n";
 }
 
-std::string exportTable(RecordSource & source, StoreNames const & names)
+std::string exportTable(StoredRecords & source, StoreNames const & names)
 {
   ComponentTable table;
   Progress progress("exporting", source.GetIDs().size());
   size_t done = 0;
   for (int const id : source.GetIDs()) {
     if (!table.Add(id, source.Load(id))) {
-      throw Failure(
-          fmt::format("{}: record {} is no component that a table can tell; export with --json", names.m_strRecord, id));
+      throw Failure(fmt::format("{}: record {} is no component that a table can tell; export with --json", names.record, id));
     }
     progress.Reach(++done);
   }
   return table.GetText();
 }
 
-void exportRecords(TransferArguments const & arguments)
-{
-  StoreNames const names = arguments.GetNames();
-  RecordSource source(names);
-  WriteWholeFile(arguments.m_strFile, arguments.m_bJson ? exportJson(source) : exportTable(source, names));
-}
+struct ExportCommand : StoreArguments {
+  static constexpr char const * name = "export";
+  static constexpr char const * help = "Write components as a CSV table, or with --json all records without loss";
+
+  void AddOptions(CLI::App & command)
+  {
+    StoreArguments::AddOptions(command);
+    command.add_option("file", file, "File to write, - for standard output");
+  }
+
+  ExitStatus Run() const
+  {
+    StoreNames const names = GetNames();
+    StoredRecords records(names);
+    WriteWholeFile(file, json ? exportJson(records) : exportTable(records, names));
+    return exitDone;
+  }
+
+  std::string file = "-";
+};
 
 }  // namespace
 
-void AddTransferCommands(CLI::App & store, int & status)
+void AddTransferCommands(CLI::App & family, int & status)
 {
-  auto const arguments = std::make_shared<TransferArguments>();
-  CLI::App * command =
-      AddStoreCommand(store, *arguments, "import", "Store the records of a table of components or of a JSON export");
-  command->add_option("file", arguments->m_strFile, "CSV or JSON file, - for standard input")->required();
-  command->callback([arguments, &status] { importRecords(*arguments, status); });
-
-  command =
-      AddStoreCommand(store, *arguments, "export", "Write components as a CSV table, or with --json all records without loss");
-  command->add_option("file", arguments->m_strFile, "File to write, - for standard output");
-  command->callback([arguments] { exportRecords(*arguments); });
+  AddCommand<ImportCommand>(family, status);
+  AddCommand<ExportCommand>(family, status);
 }

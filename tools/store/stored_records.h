@@ -2,32 +2,29 @@
 #pragma once
 
 #include <map>
-#include <memory>
 #include <vector>
 
-#include "tools/store/index_reader.h"
-#include "tools/store/session.h"
+#include "tools/store/open_store.h"
 
-class RecordSource {
+class StoredRecords {
  public:
   // Tells on standard error when the records come from the block headers.
-  explicit RecordSource(StoreNames const & names);
+  explicit StoredRecords(StoreNames const & names);
 
   std::vector<int> const & GetIDs() const { return m_IDs; }  // ascending
-  std::vector<BYTE> Load(int id);
+  std::vector<BYTE> Load(int id) const;
 
   // The store's header object, or null; false if it can't be read.
   bool HasHeader() const { return m_bHasHeader; }
-  CObject const * GetHeader() const { return m_pSession != nullptr ? m_pSession->Get().m_pHeader : m_Index.m_pHeader.get(); }
+  CObject const * GetHeader() { return m_Store.GetIndex().header.get(); }
 
  private:
-  void ReadBlocks();
+  void FindByIndex();
+  void FindByHeaders();
 
-  StoreNames m_Names;
-  std::unique_ptr<StoreSession> m_pSession;
-  StoreIndex m_Index;
-  CFile m_File;
+  OpenStore m_Store;
   std::map<int, zp::RecordBlock> m_Blocks;
   std::vector<int> m_IDs;
   bool m_bHasHeader = true;
+  bool m_bByIndex = true;
 };

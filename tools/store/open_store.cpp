@@ -1,0 +1,156 @@
+// Opening the two files of a store.
+
+#include "tools/store/open_store.h"
+
+#include <filesystem>
+
+#include <fmt/format.h>
+#include <zpbase/platform/paths.h>
+
+#include "tools/program.h"
+#include "tools/store/exchange.h"
+
+namespace {
+
+constexpr unsigned int sharedMode = CFile::modeRead | CFile::shareDenyWrite;
+constexpr unsigned int ownMode = CFile::modeReadWrite | CFile::shareDenyWrite;
+constexpr unsigned int creating = CFile::modeCreate | CFile::modeNoTruncate;
+
+bool isEmpty(std::string const & file)
+{
+  std::error_code error;
+  auto const size = std::filesystem::file_size(file, error);
+  return error || size == 0;
+}
+
+bool lockForRemoval(CFile & file, std::string const & name)
+{
+  return !FileExists(name) || file.Open(FromHostPath(name), ownMode);
+}
+
+}  // namespace
+
+// Another program may have begun to use the files since they were let go: only under both locks is empty the last word.
+OpenStore::NewFiles::~NewFiles()
+{
+  if (!m_bWatched) return;
+  CFile record;
+  CFile index;
+  if (!lockForRemoval(record, m_Names.record) || !lockForRemoval(index, m_Names.index)) return;
+  if (!isEmpty(m_Names.record) || !isEmpty(m_Names.index)) return;
+  std::error_code ignored;
+  std::filesystem::remove(m_Names.index, ignored);
+  std::filesystem::remove(m_Names.record, ignored);
+}
+
+OpenStore::OpenStore(StoreNames const & names, StoreAccess access) : m_Names(names), m_Access(access), m_NewFiles(m_Names)
+{
+  LockRecordFile();
+  if (IsExchangeMarked(m_Names)) EndExchange();
+  switch (m_Access) {
+    case StoreAccess::Look:
+      break;
+    case StoreAccess::Replace:
+      LockIndexFile();
+      if (m_strEnded.empty()) m_strEnded = TidyExchange(m_Names);
+      break;
+    default:
+      ReadTables();
+  }
+}
+
+// What was changed before a failure is in the record file, so the index tells it too.
+OpenStore::~OpenStore()
+{
+  ReleaseIndexFile();
+}
+
+// False for a file that isn't there.
+bool OpenStore::OpenRecordFile(unsigned int furtherMode)
+{
+  CFileException problem;
+  unsigned int const mode = (m_Access == StoreAccess::Look ? sharedMode : ownMode) | furtherMode;
+  if (m_RecordFile.Open(FromHostPath(m_Names.record), mode, &problem)) return true;
+  if (problem.m_cause != CFileException::fileNotFound) FailOpening(m_Names.record, "record file", problem);
+  return false;
+}
+
+// During an exchange the record file may be on its way from one name to the other: then its mark stands. If that is gone, the
+// file is back.
+void OpenStore::LockRecordFile()
+{
+  if (OpenRecordFile() || IsExchangeMarked(m_Names) || OpenRecordFile()) return;
+  if (FileExists(m_Names.index)) {
+    throw Failure(fmt::format("{}: there is no such record file beside {}; bring it back or move the index file away",
+                              m_Names.record, m_Names.index));
+  }
+  CFileException const missing(CFileException::fileNotFound);
+  if (m_Access != StoreAccess::Create) FailOpening(m_Names.record, "record file", missing);
+  m_NewFiles.Watch();
+  if (!OpenRecordFile(creating)) FailOpening(m_Names.record, "record file", missing);
+}
+
+void OpenStore::LockIndexFile()
+{
+  unsigned int const mode = m_bNew ? ownMode | creating : CFile::modeRead | CFile::shareExclusive;
+  CFileException problem;
+  if (m_IndexFile.Open(FromHostPath(m_Names.index), mode, &problem)) return;
+  if (m_Access == StoreAccess::Replace && problem.m_cause == CFileException::fileNotFound) return;
+  FailOpening(m_Names.index, "index file", problem);
+}
+
+// The files that stand under their names afterwards are others.
+void OpenStore::EndExchange()
+{
+  if (m_Access != StoreAccess::Look) {
+    m_strEnded = TidyExchange(m_Names);
+    m_RecordFile.Abort();
+    LockRecordFile();
+    if (!IsExchangeMarked(m_Names)) return;
+  }
+  throw Failure(fmt::format("{}: a compaction of this store is under way or was interrupted; finish it with zp store compact",
+                            m_Names.record));
+}
+
+// An index file that was cut to nothing would forget the blocks of its record file.
+void OpenStore::RequireIndexFile() const
+{
+  if (FileExists(m_Names.index)) return;
+  throw Failure(fmt::format("{}: there is no such index file beside {}; make a new one with zp store recover", m_Names.index,
+                            m_Names.record));
+}
+
+// The store reads the index file under a lock of its own, so ours is only tried before, and taken again behind it; as long as
+// the record file is held nobody else can have it in between.
+void OpenStore::ReadTables()
+{
+  bool const isBlank = isEmpty(m_Names.record);
+  m_bNew = m_Access == StoreAccess::Create && isBlank && isEmpty(m_Names.index);
+  if (!m_bNew) RequireIndexFile();
+  if (!isBlank && isEmpty(m_Names.index)) {
+    throw Failure(fmt::format("{}: the index file is empty, but {} isn't; make a new one with zp store recover", m_Names.index,
+                              m_Names.record));
+  }
+  LockIndexFile();
+  m_IndexFile.Close();
+  try {
+    m_pTables = std::make_unique<GPDataFile>(FromHostPath(m_Names.index), FromHostPath(m_Names.record), ownMode, nullptr);
+  } catch (CException * caught) {
+    zp::ExceptionGuard const guard(caught);
+    StoreIndex const & index = GetIndex();
+    if (index.state == StoreIndex::Damaged || index.state == StoreIndex::UnknownClass) {
+      throw Failure(fmt::format("{}: {}; the records can still be listed (zp store list) and saved (zp store recover)",
+                                m_Names.index, index.problem));
+    }
+    throw Failure(
+        fmt::format("{}: the index file can't be read: {}; look with zp store check", m_Names.index, Describe(*caught)));
+  }
+  LockIndexFile();
+  m_RecordFile.Close();
+}
+
+StoreIndex & OpenStore::GetIndex()
+{
+  if (!m_Index) m_Index = ReadIndex(m_Names.index);
+  return *m_Index;
+}
