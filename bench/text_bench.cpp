@@ -10,6 +10,7 @@
 #include <random>
 #include <sstream>
 
+#include <zpbase/platform/number_text.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/text.h>
 

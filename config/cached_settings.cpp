@@ -2,7 +2,8 @@
 
 #include <zpbase/config.h>
 
-#include <zpbase/platform/application.h>
+#include <zpbase/platform/number_text.h>
+#include <zpbase/platform/time.h>
 
 #include "config/cached_settings_internal.h"
 

@@ -2,6 +2,9 @@
 
 #include <zpbase/config.h>
 
+#include <zpbase/platform/registry.h>
+#include <zpbase/platform/security.h>
+#include <zpbase/platform/system_error.h>
 #include <array>
 #include <memory>
 #include <type_traits>

@@ -3,6 +3,8 @@
 
 #include <zpbase/config.h>
 
+#include <zpbase/platform/application.h>
+#include <zpbase/platform/number_text.h>
 #include <cstdint>
 #include <memory>
 #include <string>

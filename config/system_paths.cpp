@@ -3,7 +3,7 @@
 #include <zpbase/config.h>
 
 #include <zpbase/platform/application.h>
-#include <zpbase/platform/paths.h>
+#include <zpbase/platform/known_places.h>
 
 #include "config/cached_settings_internal.h"
 

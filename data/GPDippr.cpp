@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include <zpbase/platform/bytes.h>
+#include <zpbase/platform/number_text.h>
 
 namespace {
 

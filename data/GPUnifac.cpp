@@ -17,6 +17,7 @@
 #include <zpbase/platform/collections.h>
 
 #include <zpbase/platform/bytes.h>
+#include <zpbase/platform/number_text.h>
 
 namespace {
 

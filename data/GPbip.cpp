@@ -7,6 +7,8 @@
 
 #include <zpbase/platform/archive.h>
 #include <zpbase/platform/collections.h>
+#include <zpbase/platform/format.h>
+#include <zpbase/platform/number_text.h>
 
 IMPLEMENT_SERIAL(GPbip, GPv, 1)
 

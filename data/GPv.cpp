@@ -9,6 +9,8 @@
 #include <zpbase/platform/collections.h>
 
 #include <zpbase/platform/bytes.h>
+#include <zpbase/platform/format.h>
+#include <zpbase/platform/number_text.h>
 
 IMPLEMENT_SERIAL(GPv, GPData, 1)
 

@@ -9,6 +9,7 @@
 #include <zpbase/data.h>
 
 #include <zpbase/platform/archive.h>
+#include <zpbase/platform/format.h>
 
 IMPLEMENT_SERIAL(GPd, GPData, 1)
 IMPLEMENT_SERIAL(GPdw, GPData, 1)

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include <zpbase/data.h>
+#include <zpbase/platform/number_text.h>
 
 namespace zp {
 

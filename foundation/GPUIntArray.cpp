@@ -6,6 +6,7 @@
 
 #include <zpbase/foundation.h>
 #include <zpbase/platform/archive.h>
+#include <zpbase/platform/number_text.h>
 
 #include "foundation/foundation_internal.h"
 

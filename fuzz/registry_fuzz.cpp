@@ -7,6 +7,7 @@
 #include <string>
 
 #include <zpbase/platform/registry.h>
+#include <zpbase/platform/system_error.h>
 
 #include "fuzz/scratch_folder.h"
 

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <string>
 
+#include <zpbase/platform/number_text.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/text.h>
 

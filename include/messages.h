@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <type_traits>
 
+#include "platform/format.h"
 #include "platform/string.h"
 
 namespace zp {

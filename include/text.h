@@ -12,6 +12,7 @@
 #include "foundation.h"
 #include "job_folders.h"
 #include "platform/registry.h"
+#include "platform/security.h"
 #include "store.h"
 
 // Kinds of token, by their characters and not by grammar: "1-2.5" and "E" are real numbers.

@@ -3,8 +3,9 @@
 #include <zpbase/messages.h>
 
 #include <zpbase/config.h>
-#include <zpbase/platform/facts.h>
+#include <zpbase/platform/format.h>
 #include <zpbase/platform/resources.h>
+#include <zpbase/platform/system_error.h>
 #include <zpbase/platform/windows.h>
 
 #include "messages/abort_box_internal.h"

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+#include <zpbase/platform/archive_parts.h>
+
 #include "store/store_internal.h"
 
 IMPLEMENT_SERIAL(GPActiveRec, GPObject, 1)
@@ -30,20 +32,21 @@ Entry const * entryOf(GPObject const * object)
 template <class Container, class Entry, class Expect, class Take>
 void readEntries(CArchive & ar, Expect expect, Take take)
 {
-  if (ar.ReadClass(RUNTIME_CLASS(Container)) == nullptr) AfxThrowArchiveException(CArchiveException::badClass);
-  ar.MapObjects(1);
+  zp::ArchiveParts parts(ar);
+  if (parts.ReadClass(RUNTIME_CLASS(Container)) == nullptr) AfxThrowArchiveException(CArchiveException::badClass);
+  parts.MapObjects(1);
   constexpr size_t entryBytes = Entry::streamBytes;
   DWORD count = ar.ReadCount();
   ar.RequireBytes(count * tagBytes);
   expect(count);
   while (count > 0) {
     BYTE const * bytes = nullptr;
-    size_t const run = ar.ReadRun(RUNTIME_CLASS(Entry), entryBytes, count, bytes);
+    size_t const run = parts.ReadRun(RUNTIME_CLASS(Entry), entryBytes, count, bytes);
     for (size_t i = 0; i < run; ++i) take(bytes + i * (entryBytes + tagBytes));
     count -= static_cast<DWORD>(run);
     if (run > 0) continue;
-    if (ar.ReadClass(nullptr) != RUNTIME_CLASS(Entry)) AfxThrowArchiveException(CArchiveException::badClass);
-    ar.MapObjects(1);
+    if (parts.ReadClass(nullptr) != RUNTIME_CLASS(Entry)) AfxThrowArchiveException(CArchiveException::badClass);
+    parts.MapObjects(1);
     BYTE single[entryBytes];
     ar.EnsureRead(single, entryBytes);
     take(single);
@@ -118,17 +121,18 @@ StoreIndex ReadIndex(CArchive & ar)
 
 void WriteIndex(CArchive & ar, CObject const * header, ActiveTable const & active, FreeTable const & free)
 {
+  ArchiveParts parts(ar);
   ar.WriteObject(header);
-  ar.WriteClass(RUNTIME_CLASS(GPObArray));
+  parts.WriteClass(RUNTIME_CLASS(GPObArray));
   ar.WriteCount(static_cast<DWORD>(active.GetCount()));
   active.ForEach([&](ActiveEntry const & entry) {
-    ar.WriteClass(RUNTIME_CLASS(GPActiveRec));
+    parts.WriteClass(RUNTIME_CLASS(GPActiveRec));
     ar << entry.nFilePos << static_cast<short>(entry.nRecID) << entry.nRecLen;
   });
-  ar.WriteClass(RUNTIME_CLASS(GPObList));
+  parts.WriteClass(RUNTIME_CLASS(GPObList));
   ar.WriteCount(static_cast<DWORD>(free.GetCount()));
   free.ForEach([&](FreeBlock const & block) {
-    ar.WriteClass(RUNTIME_CLASS(GPEmptyRec));
+    parts.WriteClass(RUNTIME_CLASS(GPEmptyRec));
     ar << block.nFilePos << block.nCapacity;
   });
 }

@@ -7,6 +7,7 @@
 #include <chrono>
 
 #include <zpbase/config.h>
+#include <zpbase/platform/number_text.h>
 #include <zpbase/text.h>
 
 #include "system/calendar_internal.h"

@@ -9,6 +9,7 @@
 #include <emmintrin.h>
 #endif
 
+#include <zpbase/platform/memory_pages.h>
 #include <zpbase/platform/windows.h>
 
 namespace {

@@ -3,6 +3,7 @@
 #include <zpbase/text.h>
 
 #include <zpbase/platform/ascii.h>
+#include <zpbase/platform/number_text.h>
 
 #include "text/tabs_internal.h"
 

@@ -3,8 +3,9 @@
 #include <zpbase/text.h>
 
 #include <zpbase/messages.h>
-#include <zpbase/platform/paths.h>
+#include <zpbase/platform/folders.h>
 #include <zpbase/platform/resources.h>
+#include <zpbase/platform/system_error.h>
 
 namespace {
 

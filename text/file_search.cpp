@@ -3,7 +3,7 @@
 #include <zpbase/text.h>
 
 #include <zpbase/config.h>
-#include <zpbase/platform/paths.h>
+#include <zpbase/platform/folders.h>
 #include <zpbase/store.h>
 
 namespace {

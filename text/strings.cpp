@@ -1,5 +1,6 @@
 // Functions on strings: cutting at line ends, tabs, groups and blanks.
 
+#include <zpbase/platform/encoding.h>
 #include <zpbase/text.h>
 
 #include <algorithm>

@@ -2,6 +2,8 @@
 
 #include <zpbase/text.h>
 
+#include <zpbase/platform/number_text.h>
+
 namespace {
 
 // The text without the blanks that stand in front of or behind a minus sign.

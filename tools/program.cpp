@@ -10,6 +10,8 @@
 #include <memory>
 
 #include <fmt/format.h>
+#include <zpbase/platform/durable_file.h>
+#include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/paths.h>
 

@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include <fmt/format.h>
-#include <zpbase/platform/application.h>
+#include <zpbase/platform/terminal.h>
 
 #include "tools/program.h"
 

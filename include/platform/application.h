@@ -62,11 +62,3 @@ class ZP_API CWinApp : public CWinThread {
 
 // The application object, or null.
 ZP_API CWinApp * AfxGetApp();
-
-// The system's own profile: "sShortDate" of the section "intl", the short date pattern of the user's locale such as
-// "dd.MM.yyyy". All else is defaultValue, and so is the pattern of a locale without one. Cut to size - 1 characters with a
-// terminating zero; the result is their count.
-ZP_API DWORD GetProfileStringA(char const * section, char const * key, char const * defaultValue, char * text, DWORD size);
-
-// Whether a standard stream, 0 to 2, leads to a terminal.
-ZP_API bool IsTerminal(int stream);

@@ -14,6 +14,10 @@
 #include "string.h"
 #include "types.h"
 
+namespace zp {
+class ArchiveParts;
+}
+
 class ZP_API CArchive {
  public:
   enum Mode { store = 0, load = 1 };
@@ -54,19 +58,6 @@ class ZP_API CArchive {
 
   void WriteObject(CObject const * object);
 
-  // The parts of ReadObject for readers that keep objects in another form. ReadClass reads a tag and gives the class of the new
-  // object behind it, or null for a null pointer; a reference is badIndex. MapObjects counts objects that were read so.
-  CRuntimeClass * ReadClass(CRuntimeClass const * requested);
-  void MapObjects(size_t count);
-
-  // Takes a run of new objects of a class that was read before, of objectBytes own bytes each, as far as they lie ready in the
-  // buffer and at most atMost: their count, with objects on the first one's bytes; each next one's are objectBytes + 2 further.
-  // 0 when none lies ready in that form. The bytes stay valid until the next read.
-  size_t ReadRun(CRuntimeClass const * record, size_t objectBytes, size_t atMost, BYTE const *& objects);
-
-  // The parts of WriteObject for writers that keep objects in another form: the tag of a new object of the class, counted.
-  void WriteClass(CRuntimeClass const * record);
-
   DWORD ReadCount();
   void WriteCount(DWORD count);
 
@@ -97,6 +88,7 @@ class ZP_API CArchive {
   CArchive & operator>>(CString & text);
 
  private:
+  friend class zp::ArchiveParts;
   struct Identities;
 
   template <class Unsigned>
@@ -112,6 +104,7 @@ class ZP_API CArchive {
   CObject * ReadTagged(CRuntimeClass const * requested, bool owned);
   CRuntimeClass * ReadNewClass();
   CRuntimeClass * ReadTag(CRuntimeClass const * requested, DWORD & objectIndex);
+  void WriteClass(CRuntimeClass const * record);
 
   BYTE * m_pCur = nullptr;  // next byte to read or write
   BYTE * m_pMax = nullptr;  // end of what can be read or written without refilling

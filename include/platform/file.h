@@ -157,14 +157,7 @@ struct FileCalls {
 };
 ZP_API FileCalls & GetFileCalls();
 
-// Says that a block is going to be filled as a whole, so that the system may back a large one with large pages.
-ZP_API void PreferLargePages(void * block, size_t size);
-
 // True when both names lead to one file that exists.
 ZP_API bool IsSameFile(char const * first, char const * second);
-
-// The cause of a file exception, and the system's error number, for a value of errno.
-ZP_API int CauseOfError(int error);
-ZP_API LONG SystemErrorOfError(int error);
 
 }  // namespace zp

@@ -8,7 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "security.h"
 #include "string.h"
+#include "system_error.h"
 #include "types.h"
 
 struct RegistryKey;
@@ -17,15 +19,6 @@ using REGSAM = DWORD;
 
 inline HKEY const HKEY_CURRENT_USER = reinterpret_cast<HKEY>(uintptr_t{0x80000001});
 inline HKEY const HKEY_USERS = reinterpret_cast<HKEY>(uintptr_t{0x80000003});
-
-inline constexpr LONG ERROR_SUCCESS = 0;
-inline constexpr LONG ERROR_FILE_NOT_FOUND = 2;
-inline constexpr LONG ERROR_ACCESS_DENIED = 5;
-inline constexpr LONG ERROR_INVALID_HANDLE = 6;
-inline constexpr LONG ERROR_INVALID_PARAMETER = 87;
-inline constexpr LONG ERROR_MORE_DATA = 234;
-inline constexpr LONG ERROR_NO_MORE_ITEMS = 259;
-inline constexpr LONG ERROR_NOT_REGISTRY_FILE = 1017;  // the hive's file has another form; it is left alone
 
 inline constexpr DWORD REG_NONE = 0;
 inline constexpr DWORD REG_SZ = 1;  // with its terminating zero
@@ -43,12 +36,6 @@ inline constexpr REGSAM KEY_SET_VALUE = 0x0002;
 inline constexpr REGSAM KEY_CREATE_SUB_KEY = 0x0004;
 inline constexpr REGSAM KEY_READ = 0x20019;
 inline constexpr REGSAM KEY_ALL_ACCESS = 0xF003F;
-
-struct SECURITY_ATTRIBUTES {
-  DWORD nLength;
-  void * lpSecurityDescriptor;
-  BOOL bInheritHandle;
-};
 
 struct FILETIME {
   DWORD dwLowDateTime;

@@ -3,6 +3,7 @@
 
 #include <initializer_list>
 
+#include "format.h"
 #include "string.h"
 #include "types.h"
 

@@ -1,10 +1,8 @@
-// The platform's text: CString, single-byte, counted, mutable, in Windows-1252; and the engine behind all formatting and
-// reading of numbers, which follows the C locale whatever the process has set and knows longs as 32-bit numbers.
+// The platform's text: CString, single-byte, counted, mutable, in Windows-1252.
 #pragma once
 
 #include <compare>
 #include <cstdarg>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -101,64 +99,3 @@ ZP_API CString operator+(CString const & a, CString const & b);
 ZP_API CString operator+(CString const & a, char const * b);
 ZP_API CString operator+(char const * a, CString const & b);
 ZP_API CString operator+(CString const & a, char b);
-
-// The classes of a Windows-1252 character: letters, and letters or digits, to which the raised 1, 2 and 3 belong.
-ZP_API BOOL IsCharAlphaA(char c);
-ZP_API BOOL IsCharAlphaNumericA(char c);
-
-namespace zp {
-
-// One argument of a format that comes from a setting or a caller. Longs keep their low 32 bits.
-class FormatArg {
- public:
-  enum class Kind { Integer, Real, Text };
-
-  FormatArg(int value) : m_Kind(Kind::Integer), m_Integer(value) {}
-  FormatArg(unsigned int value) : m_Kind(Kind::Integer), m_Integer(static_cast<int32_t>(value)) {}
-  FormatArg(long value) : m_Kind(Kind::Integer), m_Integer(static_cast<int32_t>(value)) {}
-  FormatArg(unsigned long value) : m_Kind(Kind::Integer), m_Integer(static_cast<int32_t>(value)) {}
-  FormatArg(double value) : m_Kind(Kind::Real), m_Real(value) {}
-  FormatArg(char const * value) : m_Kind(Kind::Text), m_Text(value) {}
-
-  Kind GetKind() const { return m_Kind; }
-  int32_t GetInteger() const { return m_Integer; }
-  double GetReal() const { return m_Real; }
-  char const * GetText() const { return m_Text; }
-
- private:
-  Kind m_Kind;
-  union {
-    int32_t m_Integer;
-    double m_Real;
-    char const * m_Text;
-  };
-};
-
-// Append the formatted text to out. The first is for formats that stand in the code. The second takes exactly the arguments
-// given: a conversion that doesn't fit the argument at its place, and "%n", appear as text.
-ZP_API void FormatInto(std::string & out, char const * format, va_list args);
-ZP_API void FormatInto(std::string & out, char const * format, std::span<FormatArg const> args);
-
-// The number at the start of text as atof reads it in the C locale, 0 where there is none; used gets the characters taken.
-ZP_API double TextToDouble(std::string_view text, size_t * used = nullptr);
-
-// A number at the start of a text, and the place behind it: the start where there is none.
-struct NumberText {
-  double value;
-  char const * end;
-};
-
-// As above, of a text that ends in a zero.
-ZP_API NumberText ReadNumber(char const * text);
-
-// The number at the start of text as atoi and atol read it, modulo 2^32.
-ZP_API int TextToInt(std::string_view text);
-
-// Conversions between the inside's Windows-1252 and the outside's texts. Of wide characters those that the code page lacks
-// become '?'; of UTF-8, malformed text and characters that the code page lacks give false and leave text alone.
-ZP_API void AppendWide(std::string & out, std::u16string_view wide);
-ZP_API std::u16string TextToWide(std::string_view text);
-ZP_API bool Utf8ToText(std::string_view utf8, CString & text);
-ZP_API std::string TextToUtf8(std::string_view text);
-
-}  // namespace zp

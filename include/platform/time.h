@@ -29,6 +29,11 @@ ZP_API void GetLocalTime(SYSTEMTIME * time);
 ZP_API int GetDateFormatA(LCID locale, DWORD flags, SYSTEMTIME const * date, char const * format, char * text, int size);
 ZP_API int GetTimeFormatA(LCID locale, DWORD flags, SYSTEMTIME const * time, char const * format, char * text, int size);
 
+// The system's own profile: "sShortDate" of the section "intl", the short date pattern of the user's locale such as
+// "dd.MM.yyyy". All else is defaultValue, and so is the pattern of a locale without one. Cut to size - 1 characters with a
+// terminating zero; the result is their count.
+ZP_API DWORD GetProfileStringA(char const * section, char const * key, char const * defaultValue, char * text, DWORD size);
+
 namespace zp {
 
 struct ClockCalls {

@@ -2,6 +2,7 @@
 
 #include <zpbase/platform/application.h>
 
+#include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 // Settings in a profile file, all of them texts there: an integer as its decimal digits, a block as two letters a byte from
 // "A" to "P", the lower half byte first (0x1F is "PB").
 
+#include <zpbase/platform/number_text.h>
 #include <zpbase/platform/registry.h>
 
 #include "platform/application/profile_file_internal.h"

@@ -1,6 +1,7 @@
 // Settings in the user's hive: the values of the key Software\company\application\section.
 
 #include <zpbase/platform/ascii.h>
+#include <zpbase/platform/system_error.h>
 #include "platform/application/settings_back_end_internal.h"
 #include "platform/registry/hive_internal.h"
 

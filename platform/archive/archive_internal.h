@@ -10,6 +10,16 @@
 
 namespace zp {
 
+// The two bytes in front of each object pointer's content; archive_objects.cpp has their table.
+struct ArchiveTag {
+  static constexpr size_t bytes = 2;
+  static constexpr WORD null = 0x0000;
+  static constexpr WORD big = 0x7FFF;
+  static constexpr WORD classBit = 0x8000;
+  static constexpr WORD newClass = 0xFFFF;
+  static constexpr DWORD bigClassBit = 0x80000000;  // in the DWORD behind a big tag
+};
+
 // From addresses to the indexes that they were given. Objects that lie near each other share a leaf with a place for each
 // pointer-sized unit; leaves are found by open addressing, and the last one is at hand, since neighbours come in turn.
 class IdentityTable {

@@ -18,13 +18,9 @@
 
 namespace {
 
-constexpr WORD nullTag = 0x0000;
-constexpr WORD bigTag = 0x7FFF;
-constexpr WORD classBit = 0x8000;
-constexpr WORD newClassTag = 0xFFFF;
-constexpr DWORD bigClassBit = 0x80000000;
+using zp::ArchiveTag;
+
 constexpr size_t maxClassName = 63;
-constexpr size_t tagBytes = 2;
 
 bool isClass(zp::LoadedEntry entry)
 {
@@ -123,12 +119,12 @@ void CArchive::WriteClass(CRuntimeClass const * record)
   if (index > known.nCount) {
     ++known.nCount;
     size_t const length = std::strlen(record->m_lpszClassName);
-    *this << newClassTag << static_cast<WORD>(record->m_wSchema) << static_cast<WORD>(length);
+    *this << ArchiveTag::newClass << static_cast<WORD>(record->m_wSchema) << static_cast<WORD>(length);
     Write(record->m_lpszClassName, static_cast<UINT>(length));
-  } else if (index < bigTag) {
-    *this << static_cast<WORD>(classBit | index);
+  } else if (index < ArchiveTag::big) {
+    *this << static_cast<WORD>(ArchiveTag::classBit | index);
   } else {
-    *this << bigTag << static_cast<DWORD>(bigClassBit | index);
+    *this << ArchiveTag::big << static_cast<DWORD>(ArchiveTag::bigClassBit | index);
   }
   ++known.nCount;
 }
@@ -137,7 +133,7 @@ void CArchive::WriteObject(CObject const * object)
 {
   RequireMode(true);
   if (object == nullptr) {
-    *this << nullTag;
+    *this << ArchiveTag::null;
     return;
   }
   Identities & known = *m_Identities;
@@ -145,10 +141,10 @@ void CArchive::WriteObject(CObject const * object)
   DWORD const candidate = std::max(known.IndexOfClass(record), known.nCount) + 1;
   DWORD const index = known.stored.FindOrInsert(object, candidate);
   if (index != candidate) {
-    if (index < bigTag)
+    if (index < ArchiveTag::big)
       *this << static_cast<WORD>(index);
     else
-      *this << bigTag << index;
+      *this << ArchiveTag::big << index;
     return;
   }
   if (record->m_wSchema == 0xFFFF) Fail(CArchiveException::badClass);
@@ -191,17 +187,17 @@ CRuntimeClass * CArchive::ReadTag(CRuntimeClass const * requested, DWORD & objec
 {
   WORD tag;
   *this >> tag;
-  DWORD index = tag & ~classBit;
-  bool ofClass = (tag & classBit) != 0;
+  DWORD index = tag & ~ArchiveTag::classBit;
+  bool ofClass = (tag & ArchiveTag::classBit) != 0;
   objectIndex = 0;
   CRuntimeClass * record = nullptr;
-  if (tag == newClassTag) {
+  if (tag == ArchiveTag::newClass) {
     record = ReadNewClass();
   } else {
-    if (tag == bigTag) {
+    if (tag == ArchiveTag::big) {
       *this >> index;
-      ofClass = (index & bigClassBit) != 0;
-      index &= ~bigClassBit;
+      ofClass = (index & ArchiveTag::bigClassBit) != 0;
+      index &= ~ArchiveTag::bigClassBit;
     }
     if (index >= m_Identities->LoadedCount()) Fail(CArchiveException::badIndex);
     if (!ofClass) {
@@ -214,37 +210,6 @@ CRuntimeClass * CArchive::ReadTag(CRuntimeClass const * requested, DWORD & objec
   }
   if (requested != nullptr && record != requested && !record->IsDerivedFrom(requested)) Fail(CArchiveException::badClass);
   return record;
-}
-
-CRuntimeClass * CArchive::ReadClass(CRuntimeClass const * requested)
-{
-  DWORD objectIndex;
-  CRuntimeClass * const record = ReadTag(requested, objectIndex);
-  if (objectIndex != 0) Fail(CArchiveException::badIndex);
-  return record;
-}
-
-void CArchive::MapObjects(size_t count)
-{
-  m_Identities->AddGap(count);
-}
-
-size_t CArchive::ReadRun(CRuntimeClass const * record, size_t objectBytes, size_t atMost, BYTE const *& objects)
-{
-  RequireMode(false);
-  size_t const stride = tagBytes + objectBytes;
-  size_t const ready = std::min(atMost, static_cast<size_t>(m_pMax - m_pCur) / stride);
-  if (ready == 0) return 0;
-  BYTE const * const first = m_pCur;
-  auto const index = static_cast<DWORD>((first[0] | first[1] << 8) ^ classBit);
-  if (index == 0 || index >= bigTag || index >= m_Identities->LoadedCount()) return 0;
-  if (m_Identities->At(index) != (reinterpret_cast<zp::LoadedEntry>(record) | 1)) return 0;
-  size_t count = 1;
-  while (count < ready && std::memcmp(first + count * stride, first, tagBytes) == 0) ++count;
-  objects = first + tagBytes;
-  m_pCur += count * stride;
-  m_Identities->AddGap(count);
-  return count;
 }
 
 // A failed object, and all that were read inside it, can't be referred to afterwards: they are gone.

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include <zpbase/platform/file.h>
+#include <zpbase/platform/memory_pages.h>
 
 namespace zp {
 

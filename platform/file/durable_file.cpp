@@ -1,5 +1,6 @@
 // Replaces whole files so that readers and crashes meet the old bytes or the new ones, never a mixture.
 
+#include <zpbase/platform/durable_file.h>
 #include <zpbase/platform/paths.h>
 
 #include <fcntl.h>

@@ -4,9 +4,6 @@
 
 #include <string>
 
-#include <zpbase/platform/file.h>
-#include <zpbase/platform/paths.h>
-
 namespace zp {
 
 // The cause of a failed open: as CauseOfError, but a missing file in a missing folder is badPath.

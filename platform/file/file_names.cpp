@@ -1,5 +1,7 @@
 // CFile on names: status, times, renaming and removing, and the parts of a file's name.
 
+#include <zpbase/platform/file.h>
+
 #include <fcntl.h>
 #include <stdio.h>
 #include <sys/file.h>
@@ -7,6 +9,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+
+#include <zpbase/platform/paths.h>
+#include <zpbase/platform/system_error.h>
 
 #include "platform/file/file_internal.h"
 

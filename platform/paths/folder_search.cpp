@@ -8,8 +8,11 @@
 #include <memory>
 #include <vector>
 
-#include <zpbase/platform/file.h>
+#include <zpbase/platform/folders.h>
+#include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
+#include <zpbase/platform/security.h>
+#include <zpbase/platform/system_error.h>
 
 struct CloseFolder {
   void operator()(DIR * folder) const { closedir(folder); }

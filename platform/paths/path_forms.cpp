@@ -1,5 +1,6 @@
 // Translates paths between the inside form and the host's, and finds the program's file and the user's configuration folder.
 
+#include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
 
 #include <dlfcn.h>

@@ -3,8 +3,8 @@
 
 #include "platform/registry/hive_internal.h"
 
-#include <zpbase/platform/file.h>
-#include <zpbase/platform/paths.h>
+#include <zpbase/platform/known_places.h>
+#include <zpbase/platform/system_error.h>
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,5 +1,6 @@
 // Registration-entries texts that come from elsewhere or go there, as steps to be done one after the other.
 
+#include <zpbase/platform/encoding.h>
 #include <zpbase/platform/registry.h>
 
 #include <algorithm>

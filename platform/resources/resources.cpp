@@ -1,5 +1,6 @@
 // The registered modules of string resources; our stand-in for the application's module stands at their end.
 
+#include <zpbase/platform/format.h>
 #include <zpbase/platform/resources.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // Classes of single characters in Windows-1252.
-#include <zpbase/platform/string.h>
+#include <zpbase/platform/encoding.h>
 
 namespace {
 

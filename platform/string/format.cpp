@@ -8,7 +8,7 @@
 #include <cstring>
 #include <iterator>
 
-#include <zpbase/platform/string.h>
+#include <zpbase/platform/format.h>
 
 namespace zp {
 

@@ -8,7 +8,7 @@
 #include <locale.h>
 #include <stdlib.h>
 
-#include <zpbase/platform/string.h>
+#include <zpbase/platform/number_text.h>
 
 namespace zp {
 

@@ -1,5 +1,6 @@
 // CString: the text operations. Formatting and number reading have rooms of their own.
 
+#include <zpbase/platform/format.h>
 #include <zpbase/platform/string.h>
 
 #include <algorithm>

@@ -9,6 +9,7 @@
 #include <ctime>
 #include <string>
 
+#include <zpbase/platform/encoding.h>
 #include <zpbase/platform/string.h>
 
 #include "platform/time/locale_formats_internal.h"

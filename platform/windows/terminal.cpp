@@ -1,6 +1,6 @@
 // What programs ask of the terminal.
 
-#include <zpbase/platform/application.h>
+#include <zpbase/platform/terminal.h>
 
 #include <unistd.h>
 

@@ -12,7 +12,8 @@
 #include <string>
 #include <utility>
 
-#include <zpbase/platform/application.h>
+#include <zpbase/platform/encoding.h>
+#include <zpbase/platform/terminal.h>
 #include <zpbase/platform/windows.h>
 
 #include "platform/windows/wrap_text_internal.h"

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <string>
 
-#include <zpbase/platform/paths.h>
+#include <zpbase/platform/durable_file.h>
 
 #include "tests/support/TempFolder.h"
 

@@ -9,7 +9,7 @@
 #include <random>
 #include <vector>
 
-#include <zpbase/platform/string.h>
+#include <zpbase/platform/format.h>
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <random>
 
-#include <zpbase/platform/string.h>
+#include <zpbase/platform/number_text.h>
 
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
 #include <cstdlib>
 #include <string>

@@ -8,6 +8,7 @@
 
 #include <zpbase/platform/application.h>
 #include <zpbase/platform/registry.h>
+#include <zpbase/platform/system_error.h>
 
 #include "tests/support/TempFolder.h"
 

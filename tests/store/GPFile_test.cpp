@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
 
 #include "tests/support/TempFolder.h"

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <zpbase/platform/folders.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/text.h>
 

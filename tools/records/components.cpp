@@ -12,6 +12,8 @@
 #include <zpbase/data.h>
 #include <zpbase/numeric.h>
 #include <zpbase/platform/collections.h>
+#include <zpbase/platform/encoding.h>
+#include <zpbase/platform/number_text.h>
 
 #include "tools/program.h"
 #include "tools/records/data_ids.h"

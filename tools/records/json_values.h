@@ -3,8 +3,6 @@
 
 #include <string>
 
-#include <zpbase/platform/string.h>
-
 #include "tools/records/object_json.h"
 
 // The member of that name. Raises Failure if it is missing.

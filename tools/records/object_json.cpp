@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <zpbase/data.h>
 #include <zpbase/platform/archive.h>
+#include <zpbase/platform/encoding.h>
 #include <zpbase/store.h>
 
 #include "tools/program.h"

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 #include <zpbase/data.h>
+#include <zpbase/platform/encoding.h>
 
 #include "tools/records/data_ids.h"
 #include "tools/records/payload.h"

@@ -4,6 +4,9 @@
 
 #include <fmt/format.h>
 
+#include <zpbase/platform/encoding.h>
+#include <zpbase/platform/system_error.h>
+
 #include "tools/program.h"
 #include "tools/settings/settings_store.h"
 

@@ -9,6 +9,8 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include <zpbase/platform/encoding.h>
+
 #include "tools/commands.h"
 #include "tools/program.h"
 #include "tools/settings/settings_store.h"

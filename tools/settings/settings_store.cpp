@@ -6,7 +6,9 @@
 
 #include <fmt/format.h>
 #include <zpbase/config.h>
+#include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
+#include <zpbase/platform/system_error.h>
 
 #include "tools/program.h"
 

@@ -1,7 +1,6 @@
 // zp store check: the report for people and machines.
 
 #include <fmt/format.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
 #include "tools/records/object_json.h"

@@ -4,7 +4,6 @@
 #include <array>
 
 #include <fmt/format.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
 #include "tools/records/object_json.h"

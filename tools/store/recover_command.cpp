@@ -4,7 +4,6 @@
 #include <map>
 
 #include <fmt/format.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
 #include "tools/progress.h"

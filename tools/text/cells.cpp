@@ -8,9 +8,10 @@
 #include <iterator>
 
 #include <fmt/format.h>
-#include <zpbase/platform/string.h>
 
 #include "tools/text/input.h"
+
+#include <zpbase/platform/number_text.h>
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <zpbase/platform/application.h>
+#include <zpbase/platform/terminal.h>
 #include <zpbase/text.h>
 #include <nlohmann/json.hpp>
 

@@ -6,10 +6,10 @@
 #include <array>
 #include <cmath>
 
-#include <zpbase/platform/string.h>
-
 #include "tools/text/cells.h"
 #include "tools/text/input.h"
+
+#include <zpbase/platform/number_text.h>
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "tools/text/report.h"
 
 #include <fmt/format.h>
-#include <zpbase/platform/string.h>
+#include <zpbase/platform/encoding.h>
 
 #include "tools/program.h"
 

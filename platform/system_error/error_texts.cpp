@@ -1,6 +1,6 @@
 // The texts of the system's error numbers.
 
-#include <zpbase/platform/facts.h>
+#include <zpbase/platform/system_error.h>
 
 #include <algorithm>
 #include <cstdlib>

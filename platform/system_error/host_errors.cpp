@@ -1,6 +1,7 @@
 // What errno means to the platform: the cause of a file exception, and the system's error number.
 
 #include <zpbase/platform/file.h>
+#include <zpbase/platform/system_error.h>
 
 #include <cerrno>
 
