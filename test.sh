@@ -1,10 +1,19 @@
 #!/usr/bin/env bash
-# Makes the machine ready, builds, and runs every test. With --all also: a second run under AddressSanitizer and
-# UndefinedBehaviorSanitizer, the formatting gate, the benchmarks' build, and a while of each fuzz target (ZP_FUZZ_SECONDS, 60).
+# Makes the machine ready, builds, and runs every test. With --all also: the formatting gate, clang-tidy, the tests in other locales, a
+# second run under AddressSanitizer and UndefinedBehaviorSanitizer, the benchmarks' build, a trial of the installation, and a while of
+# each fuzz target (ZP_FUZZ_SECONDS, 60). Each stage ends with the seconds that it took.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/prepare.sh
-prepare "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
+
+# stage NAME COMMAND...
+stage() {
+  local name=$1 start=$SECONDS
+  echo "== $name"
+  shift
+  "$@"
+  echo "== $name: $((SECONDS - start)) s"
+}
 
 suite() {
   cmake --preset "$1" >/dev/null
@@ -12,32 +21,50 @@ suite() {
   ctest --preset "$1" --output-log "build/$1/ctest.log" | tail -n 30
 }
 
-suite debug
+formatting() {
+  find . -path ./build -prune -o \( -name '*.h' -o -name '*.cpp' \) -print0 | xargs -0 clang-format --dry-run -Werror
+}
+
+release() {
+  cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DZP_BUILD_BENCH=ON -DZP_BUILD_TESTS=OFF >/dev/null
+  cmake --build build/run
+}
+
+# fuzz TARGET: runs it from its seeds. What breaks it is kept in build/fuzz/.
+fuzz() {
+  local seconds=${ZP_FUZZ_SECONDS:-60} corpus=$scratch/$1
+  mkdir "$corpus"
+  if ! "build/fuzz/fuzz/$1" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=20 -print_final_stats=1 \
+    -artifact_prefix="build/fuzz/" "$corpus" "fuzz/seeds/$1" >"build/fuzz/$1.log" 2>&1; then
+    tail -n 60 "build/fuzz/$1.log"
+    return 1
+  fi
+  printf '%s: ' "$1"
+  sed -nE 's/^stat::(number_of_executed_units|peak_rss_mb): */\1 /p' "build/fuzz/$1.log" | paste -sd ' '
+}
+
+fuzzing() {
+  cmake --preset fuzz >/dev/null
+  cmake --build --preset fuzz
+  scratch=$(mktemp -d -p "$([ -w /dev/shm ] && echo /dev/shm || echo "${TMPDIR:-/tmp}")")
+  trap 'rm -rf "$scratch"' EXIT
+  export -f fuzz
+  export scratch
+  printf '%s\0' fuzz/*_fuzz.cpp | xargs -0 -n 1 -P "$(nproc)" bash -euc 'fuzz "$(basename "$1" .cpp)"' fuzz
+}
+
+prepare "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
+stage "Tests" suite debug
 [ "${1:-}" = --all ] || exit 0
 
 prepare "${CHECK_PACKAGES[@]}"
-echo "== Formatting"
-find . -path ./build -prune -o \( -name '*.h' -o -name '*.cpp' \) -print0 | xargs -0 clang-format --dry-run -Werror
-
-echo "== Sanitizers"
-suite asan-ubsan
-
-echo "== Benchmarks build"
-cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DZP_BUILD_BENCH=ON -DZP_BUILD_TESTS=OFF >/dev/null
-cmake --build build/run
-
-echo "== Fuzzing"
-cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz
-for source in fuzz/*_fuzz.cpp; do
-  name=$(basename "$source" .cpp)
-  corpus=$(mktemp -d)
-  echo "$name: ${ZP_FUZZ_SECONDS:-60} seconds"
-  if ! "build/fuzz/fuzz/$name" -max_total_time="${ZP_FUZZ_SECONDS:-60}" -rss_limit_mb=2048 -timeout=20 -print_final_stats=1 \
-    -artifact_prefix="build/fuzz/" "$corpus" "fuzz/seeds/$name" >"build/fuzz/$name.log" 2>&1; then
-    tail -n 60 "build/fuzz/$name.log"
-    exit 1
-  fi
-  grep -E 'number_of_executed_units|peak_rss_mb' "build/fuzz/$name.log"
-  rm -rf "$corpus"
-done
+stage "Formatting" formatting
+stage "clang-tidy" scripts/tidy.sh build/debug
+if [ -x scripts/test_in_locales.sh ]; then
+  stage "Tests in other locales" scripts/test_in_locales.sh build/debug
+fi
+stage "Sanitizers" suite asan-ubsan
+stage "Benchmarks build" release
+stage "Installation" scripts/test_installation.sh build/run
+stage "Fuzzing" fuzzing
+echo "== All: $SECONDS s"

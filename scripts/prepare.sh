@@ -17,4 +17,9 @@ prepare() {
 
 BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libfmt-dev libcsv-dev)
 TEST_PACKAGES=(libgtest-dev locales)
-CHECK_PACKAGES=(clang libclang-rt-14-dev clang-format libbenchmark-dev)
+CHECK_PACKAGES=(clang libclang-rt-14-dev clang-format clang-tidy libbenchmark-dev pkgconf libncurses-dev)
+
+# A compiler cache makes a second build quick where it is installed.
+if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ] && command -v ccache >/dev/null; then
+  export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
