@@ -66,7 +66,7 @@ CString systemText(unsigned long error)
   DWORD const length = FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr,
                                       static_cast<DWORD>(error), LANG_USER_DEFAULT, reinterpret_cast<char *>(&text), 0, nullptr);
   if (length == 0) return "There is no text for this error.";
-  CString const copy(text, static_cast<int>(length));
+  CString copy(text, static_cast<int>(length));
   LocalFree(text);
   return copy;
 }
