@@ -5,7 +5,6 @@
 #   scripts/test_installation.sh [BUILD FOLDER]    (build/run)
 set -euo pipefail
 cd "$(dirname "$0")/.."
-source=$PWD
 build=${1:-build/run}
 work=$(mktemp -d)
 absolute=(-DCMAKE_INSTALL_LIBDIR="$work/own/libraries" -DCMAKE_INSTALL_INCLUDEDIR="$work/own/headers")
@@ -20,7 +19,7 @@ program() {
 
 # Every public header of the installation, behind what other libraries define.
 headers() {
-  [ "$1" = real ] && printf '#include <%s>\n' "${others[@]}"
+  [ "$1" = real ] && [ "${#others[@]}" -gt 0 ] && printf '#include <%s>\n' "${others[@]}"
   [ "$1" = glib ] && printf '#define FALSE (0)\n#define TRUE (!FALSE)\n'
   [ "$1" = curses ] && printf '#define TRUE 1\n#define FALSE 0\n'
   (cd "$2" && find zpbase -name '*.h' | sort | sed 's/.*/#include <&>/')
