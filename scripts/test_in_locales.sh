@@ -15,7 +15,7 @@ for name in de_DE tr_TR; do
   if LOCPATH="$locales" LC_ALL="$name.UTF-8" ctest --test-dir "$build" --output-on-failure -j2 --output-log "$log" >/dev/null; then
     grep 'tests passed' "$log"
   else
-    tail -n 40 "$log"
+    sed -n '/The following tests FAILED/,$p' "$log"
     failed=1
   fi
 done

@@ -11,6 +11,8 @@
 
 #include <zpbase/platform/format.h>
 
+#include "tests/support/OwnProcess.h"
+
 namespace {
 
 std::string formatted(char const * format, ...)
@@ -33,6 +35,7 @@ std::string formattedFrom(char const * format, std::initializer_list<zp::FormatA
 template <class... Args>
 std::string hostFormatted(char const * format, Args... args)
 {
+  PlainLocale const plain;
   std::string out(7000, '\0');
   out.resize(static_cast<size_t>(snprintf(out.data(), out.size(), format, args...)));
   return out;

@@ -9,6 +9,8 @@
 
 #include <zpbase/platform/number_text.h>
 
+#include "tests/support/OwnProcess.h"
+
 namespace {
 
 // The text is given without a terminating zero, in a block of its own, so that a sanitizer sees a read beyond it.
@@ -18,6 +20,7 @@ void expectLikeHost(std::string const & text)
   std::memcpy(exact.get(), text.data(), text.size());
   size_t used = 12345;
   double const value = zp::TextToDouble({exact.get(), text.size()}, &used);
+  PlainLocale const plain;
   char * end = nullptr;
   double const expected = std::strtod(text.c_str(), &end);
   ASSERT_EQ(std::bit_cast<uint64_t>(value), std::bit_cast<uint64_t>(expected)) << "'" << text << "' gives " << value;
@@ -49,6 +52,14 @@ TEST(TextToDouble, AgreesWithTheHostOnOddTexts)
   expectLikeHost("0x" + std::string(400, 'f'));
 }
 
+std::string printed(char const * format, double value)
+{
+  PlainLocale const plain;
+  char text[400];
+  std::snprintf(text, sizeof text, format, value);
+  return text;
+}
+
 TEST(TextToDouble, AgreesWithTheHostOnPrintedNumbersAndOnJunk)
 {
   std::mt19937_64 random(7);
@@ -56,9 +67,7 @@ TEST(TextToDouble, AgreesWithTheHostOnPrintedNumbersAndOnJunk)
   for (int i = 0; i < 40000; ++i) {
     double const wide = std::bit_cast<double>(random());
     double const narrow = static_cast<double>(random() % 100000000) / 1000.0;
-    char text[400];
-    std::snprintf(text, sizeof text, formats[random() % 8], random() % 2 != 0 ? wide : narrow);
-    expectLikeHost(text);
+    expectLikeHost(printed(formats[random() % 8], random() % 2 != 0 ? wide : narrow));
   }
   std::string const letters = "0123456789..eE+-xXpPiInNfFaA( )_0123456789";
   for (int i = 0; i < 100000; ++i) {

@@ -8,6 +8,12 @@
 
 #include "tests/support/TempFolder.h"
 
+PlainLocale::PlainLocale()
+{
+  static locale_t const plain = newlocale(LC_ALL_MASK, "C", nullptr);
+  m_Former = uselocale(plain);
+}
+
 void RunInLocale(std::string const & source, std::string const & codeset, std::function<void()> const & test)
 {
   TempFolder const folder;

@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <locale.h>
-#include <stdlib.h>
-
 #include <bit>
+#include <cstdlib>
 #include <random>
 #include <vector>
 
 #include <zpbase/text.h>
+
+#include "tests/support/OwnProcess.h"
 
 namespace {
 
@@ -103,10 +103,15 @@ TEST(ParseString, NumbersWrapAndLettersReadAsZero)
   EXPECT_EQ(line.GetNext_Double(), 16.0);
 }
 
+double strtodInC(char const * text)
+{
+  PlainLocale const plain;
+  return std::strtod(text, nullptr);
+}
+
 // A number must not be looked for beyond its token, whatever the delimiters are.
 TEST(ParseString, DoublesAreThoseOfTheirTokens)
 {
-  locale_t const plain = newlocale(LC_ALL_MASK, "C", nullptr);
   std::mt19937 random(3);
   std::string const letters = "0123456789.eE+-xinfa \t\n,;_()";
   char const * const sets[] = {" \t", ",", "\t", "e", "5", "-", ".", "\n", "x ", ""};
@@ -118,7 +123,7 @@ TEST(ParseString, DoublesAreThoseOfTheirTokens)
     ParseString byValue = byToken;
     CString token;
     while (byToken.GetNextString(token) != -1) {
-      uint64_t const expected = std::bit_cast<uint64_t>(strtod_l(token, nullptr, plain));
+      uint64_t const expected = std::bit_cast<uint64_t>(strtodInC(token));
       ASSERT_EQ(std::bit_cast<uint64_t>(byValue.GetNext_Double()), expected) << '"' << text << "\" cut at '" << delimiters << "'";
       ASSERT_STREQ(byValue, byToken) << text;
       ParseString valueStart = byValue;
