@@ -124,7 +124,8 @@ TEST(Steps, EachCommandIsInTheProgramAndTold)
     ++families;
     std::string const family = "zp " + folder.path().filename().string();
     ProgramRun const help = RunZp(fs::temp_directory_path(), family.substr(3) + " --help");
-    EXPECT_EQ(help.m_nStatus, 0) << family << " isn't in tools/main.cpp's table";
+    EXPECT_EQ(help.m_nStatus, 0) << help.m_strErr;
+    EXPECT_NE(help.m_strOut.find("Usage: " + family), std::string::npos) << family << " isn't in tools/main.cpp's table";
     EXPECT_NE(readme.find("`" + family + "`"), std::string::npos) << "README.md doesn't tell of " << family;
     std::vector<std::string> const commands = matches(help.m_strOut, "\n  ([a-z]+)  ");
     EXPECT_FALSE(commands.empty()) << help.m_strOut;
