@@ -88,10 +88,8 @@ GPData * GPDataList::RemoveData(GPData * item)
 int GPDataList::DeleteData(unsigned int id)
 {
   POSITION const place = Locate(id);
-  if (place == nullptr) return 0;
-  std::unique_ptr<CObject> const item(GetAt(place));
-  RemoveAt(place);
-  return 1;
+  if (place != nullptr) DeleteAt(place);
+  return place != nullptr;
 }
 
 int GPDataList::LoadFloatData(unsigned int id, CString const & text)

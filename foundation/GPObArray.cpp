@@ -1,6 +1,7 @@
 // GPObArray: an array of object pointers that owns what it points to. Load and Store are in object_files.cpp.
 
 #include <algorithm>
+#include <utility>
 
 #include <zpbase/platform/archive.h>
 
@@ -43,6 +44,7 @@ void GPObArray::Append(GPObArray * other, int removeFromOther)
   size_t const count = other->m_Elements.size();
   m_Elements.reserve(m_Elements.size() + count);
   for (size_t i = 0; i < count; ++i) m_Elements.push_back(other->m_Elements[i]);
+  m_bRepeats |= other->m_bRepeats;
   if (removeFromOther != 0) other->SetSize(0);
 }
 
@@ -50,11 +52,12 @@ void GPObArray::DeleteAt(int index)
 {
   CObject * const element = GetAt(index);
   RemoveAt(index);
-  delete element;
+  if (!m_bRepeats || std::find(m_Elements.begin(), m_Elements.end(), element) == m_Elements.end()) delete element;
 }
 
 void GPObArray::Empty()
 {
+  if (std::exchange(m_bRepeats, false)) return zp::DeleteOnce(std::exchange(m_Elements, {}));
   while (!m_Elements.empty()) {
     CObject * const element = m_Elements.back();
     m_Elements.pop_back();

@@ -1,5 +1,7 @@
 // GPObList: a linked list of object pointers that owns what it points to. Load and Store are in object_files.cpp.
 
+#include <utility>
+
 #include <zpbase/platform/archive.h>
 
 #include "foundation/foundation_internal.h"
@@ -40,11 +42,25 @@ void GPObList::Append(GPObList * other, int removeFromOther)
 {
   POSITION position = other->GetHeadPosition();
   for (int count = other->GetCount(); count > 0; --count) AddTail(other->GetNext(position));
+  m_bRepeats |= other->m_bRepeats;
   if (removeFromOther != 0) other->RemoveAll();
+}
+
+void GPObList::DeleteAt(POSITION position)
+{
+  CObject * const element = GetAt(position);
+  RemoveAt(position);
+  if (!m_bRepeats || Find(element) == nullptr) delete element;
 }
 
 void GPObList::Empty()
 {
+  if (std::exchange(m_bRepeats, false)) {
+    std::vector<CObject *> elements;
+    for (POSITION position = GetHeadPosition(); position != nullptr;) elements.push_back(GetNext(position));
+    RemoveAll();
+    return zp::DeleteOnce(std::move(elements));
+  }
   while (!IsEmpty()) delete RemoveTail();
   RemoveAll();
 }

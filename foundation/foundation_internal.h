@@ -17,6 +17,9 @@ int CompareElements(CObject const * first, CObject const * second);
 // A clone of an element: what GPObject::Clone gives, null for null or for an object that is no GPObject.
 CObject * CloneElement(CObject const * element);
 
+// Deletes each of the objects once, wherever it stands among them and how often.
+void DeleteOnce(std::vector<CObject *> objects);
+
 // The element as a GPObject, or null.
 GPObject const * AsGPObject(CObject const * element);
 

@@ -1,4 +1,4 @@
-// Sorting, comparing and cloning of elements, for array and list alike.
+// Sorting, comparing, cloning and deleting of elements, for array and list alike.
 
 #include <algorithm>
 #include <functional>
@@ -41,6 +41,13 @@ int CompareElements(CObject const * first, CObject const * second)
   GPObject const * const b = AsGPObject(second);
   if (a != nullptr && b != nullptr) return a->Compare(b);
   return first == second ? 0 : (std::less<>()(first, second) ? -1 : 1);
+}
+
+void DeleteOnce(Elements objects)
+{
+  std::sort(objects.begin(), objects.end(), std::less<>());
+  objects.erase(std::unique(objects.begin(), objects.end()), objects.end());
+  for (CObject * const object : objects) delete object;
 }
 
 // A merge sort from runs of one upward: it stays inside its two blocks whatever the comparison answers.

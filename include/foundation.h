@@ -1,6 +1,7 @@
 // Root of the persistent classes and the two owning containers.
 //
 // A container owns its elements: destroying it, emptying it and loading into it delete them. Null pointers are legal elements.
+// An object that was stored at several places of a container stands there again after loading, and is deleted once.
 // Whoever takes an element out through RemoveAt, RemoveAll or SetSize takes over its deletion.
 #pragma once
 
@@ -91,6 +92,7 @@ class ZP_API GPObList : public CObList {
   void InsertObject(GPObject * object);
 
  protected:
+  void DeleteAt(POSITION position);
   void Init(GPObList const & other);  // appends clones; null elements of other are left out
   void SerializeElements(CArchive & ar, CRuntimeClass const * elementClass);
 };

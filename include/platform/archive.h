@@ -56,6 +56,10 @@ class ZP_API CArchive {
   // As ReadObject for an owner's slot: null or a new object, a reference is badIndex.
   CObject * ReadOwnedObject(CRuntimeClass const * requested);
 
+  // As ReadOwnedObject for one of several slots: a reference comes back as what it refers to, of whatever class. The owner
+  // raises badIndex unless it has read that object itself.
+  CObject * ReadOwnedElement(CRuntimeClass const * requested, bool & isReference);
+
   void WriteObject(CObject const * object);
 
   DWORD ReadCount();
@@ -101,7 +105,7 @@ class ZP_API CArchive {
   void MakeRoom(UINT needed);
   void CommitDirect();
   CObject * ReadNewObject(CRuntimeClass * record);
-  CObject * ReadTagged(CRuntimeClass const * requested, bool owned);
+  CObject * ReadTagged(CRuntimeClass const * requested, bool & isReference);
   CRuntimeClass * ReadNewClass();
   CRuntimeClass * ReadTag(CRuntimeClass const * requested, DWORD & objectIndex);
   void WriteClass(CRuntimeClass const * record);

@@ -38,10 +38,12 @@ class ZP_API CObArray : public CObject {
   void Serialize(CArchive & ar) override;
 
  protected:
-  // As Serialize, for a container that owns its elements, which are of the class given or derived from it.
+  // As Serialize, for a container that owns its elements, which are of the class given or derived from it. An object that was
+  // stored at several places stands there again; a reference to one that isn't the container's own is badIndex.
   void SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass);
 
   std::vector<CObject *> m_Elements;
+  bool m_bRepeats = false;  // one object may stand at several places
 
  private:
   size_t Checked(int index) const;
@@ -85,6 +87,8 @@ class ZP_API CObList : public CObject {
 
  protected:
   void SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass);
+
+  bool m_bRepeats = false;  // as the array's
 
  private:
   struct Node;

@@ -229,25 +229,36 @@ CObject * CArchive::ReadNewObject(CRuntimeClass * record)
   return object.release();
 }
 
-CObject * CArchive::ReadTagged(CRuntimeClass const * requested, bool owned)
+// The class requested holds for new objects alone.
+CObject * CArchive::ReadTagged(CRuntimeClass const * requested, bool & isReference)
 {
   DWORD index;
   CRuntimeClass * const record = ReadTag(requested, index);
+  isReference = index != 0;
   if (record != nullptr) return ReadNewObject(record);
   if (index == 0) return nullptr;
   zp::LoadedEntry const entry = m_Identities->At(index);
-  if (owned || entry == 0 || isClass(entry)) Fail(CArchiveException::badIndex);
-  auto * const object = reinterpret_cast<CObject *>(entry);
-  if (requested != nullptr && !object->IsKindOf(requested)) Fail(CArchiveException::badClass);
-  return object;
+  if (entry == 0 || isClass(entry)) Fail(CArchiveException::badIndex);
+  return reinterpret_cast<CObject *>(entry);
 }
 
 CObject * CArchive::ReadObject(CRuntimeClass const * requested)
 {
-  return ReadTagged(requested, false);
+  bool isReference;
+  CObject * const object = ReadTagged(requested, isReference);
+  if (isReference && requested != nullptr && !object->IsKindOf(requested)) Fail(CArchiveException::badClass);
+  return object;
 }
 
 CObject * CArchive::ReadOwnedObject(CRuntimeClass const * requested)
 {
-  return ReadTagged(requested, true);
+  bool isReference;
+  CObject * const object = ReadTagged(requested, isReference);
+  if (isReference) Fail(CArchiveException::badIndex);
+  return object;
+}
+
+CObject * CArchive::ReadOwnedElement(CRuntimeClass const * requested, bool & isReference)
+{
+  return ReadTagged(requested, isReference);
 }

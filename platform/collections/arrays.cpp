@@ -7,6 +7,8 @@
 #include <zpbase/platform/archive.h>
 #include <zpbase/platform/exceptions.h>
 
+#include "platform/collections/owned_elements_internal.h"
+
 IMPLEMENT_DYNAMIC(CObArray, CObject)
 IMPLEMENT_DYNAMIC(CStringArray, CObject)
 IMPLEMENT_DYNAMIC(CUIntArray, CObject)
@@ -92,7 +94,10 @@ void CObArray::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
   ar.RequireBytes(count * tagBytes);
   m_Elements.clear();
   m_Elements.reserve(std::min(count, maxReserved));
-  for (DWORD i = 0; i < count; ++i) m_Elements.push_back(ar.ReadOwnedObject(elementClass));
+  m_bRepeats = false;
+  zp::OwnedElements elements(ar, elementClass, m_bRepeats);
+  auto const forEachRead = [this](auto use) { std::for_each(m_Elements.begin(), m_Elements.end(), use); };
+  for (DWORD i = 0; i < count; ++i) m_Elements.push_back(elements.Next(forEachRead));
 }
 
 template <class Value>

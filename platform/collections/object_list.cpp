@@ -7,6 +7,8 @@
 #include <zpbase/platform/archive.h>
 #include <zpbase/platform/exceptions.h>
 
+#include "platform/collections/owned_elements_internal.h"
+
 IMPLEMENT_DYNAMIC(CObList, CObject)
 
 struct CObList::Node {
@@ -180,5 +182,10 @@ void CObList::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
 {
   if (ar.IsStoring()) return CObList::Serialize(ar);
   DWORD count = ar.ReadCount();
-  for (ar.RequireBytes(ULONGLONG{2} * count); count > 0; --count) AddTail(ar.ReadOwnedObject(elementClass));
+  ar.RequireBytes(ULONGLONG{2} * count);
+  zp::OwnedElements elements(ar, elementClass, m_bRepeats);
+  auto const forEachRead = [this](auto use) {
+    for (Node const * node = m_pHead; node != nullptr; node = node->pNext) use(node->pElement);
+  };
+  for (; count > 0; --count) AddTail(elements.Next(forEachRead));
 }

@@ -12,6 +12,17 @@
 #include "tests/support/Archives.h"
 #include "tests/support/TempFolder.h"
 
+// One that archives know.
+class Streamed : public GPObject {
+  DECLARE_SERIAL(Streamed)
+ public:
+  Streamed() { ++g_nAlive; }
+  ~Streamed() override { --g_nAlive; }
+  static inline int g_nAlive = 0;
+};
+
+IMPLEMENT_SERIAL(Streamed, GPObject, 1)
+
 namespace {
 
 // Ordered by its key alone; the mark tells equals apart. Counts how many live and are compared.
@@ -259,4 +270,37 @@ TEST(GPObject, ComparesByAddressAndNeverAsEqual)
   EXPECT_GT(objects[2].Compare(&objects[0]), 0);
   EXPECT_EQ(objects[0].Compare(&objects[2]), -2);
   EXPECT_EQ(objects[0].Clone(), nullptr);
+}
+
+// The objects a, b, a, null and b: three new tags and two references.
+TEST_F(Containers, ReadOneObjectAtEachOfItsPlacesAndDeleteItOnce)
+{
+  std::string const bytes = FromHex("05 00, FF FF 01 00 08 00 \"Streamed\", 01 80, 02 00, 00 00, 03 00");
+  GPObArray array;
+  GPObList list;
+  EXPECT_EQ(CauseOfLoading(bytes, [&](CArchive & ar) { array.Serialize(ar); }), CArchiveException::none);
+  EXPECT_EQ(CauseOfLoading(bytes, [&](CArchive & ar) { list.Serialize(ar); }), CArchiveException::none);
+  EXPECT_EQ(Streamed::g_nAlive, 4) << "what the containers had before is gone";
+  EXPECT_EQ(Stored([&](CArchive & ar) { array.Serialize(ar); }), bytes);
+  EXPECT_EQ(Stored([&](CArchive & ar) { list.Serialize(ar); }), bytes);
+  EXPECT_EQ(array[0], array[2]);
+  EXPECT_EQ(array[1], array[4]);
+
+  GPObArray moved;
+  moved.Append(&array, 1);
+  moved.DeleteAt(0);  // stands at another place still
+  moved.DeleteAt(0);
+  EXPECT_EQ(Streamed::g_nAlive, 4);
+  moved.DeleteAt(0);  // the last of a
+  EXPECT_EQ(Streamed::g_nAlive, 3);
+  moved.Empty();
+  EXPECT_EQ(Streamed::g_nAlive, 2);
+  list.Empty();
+  EXPECT_EQ(Streamed::g_nAlive, 0);
+
+  // Cut behind the first reference: what was read is deleted once all the same.
+  EXPECT_EQ(CauseOfLoading(bytes.substr(0, bytes.size() - 2), [&](CArchive & ar) { array.Serialize(ar); }),
+            CArchiveException::endOfFile);
+  array.Empty();
+  EXPECT_EQ(Streamed::g_nAlive, 0);
 }
