@@ -2,14 +2,13 @@
 
 #include <zpbase/config.h>
 
-#include <zpbase/platform/registry.h>
-#include <zpbase/platform/security.h>
-#include <zpbase/platform/system_error.h>
 #include <array>
 #include <memory>
 #include <type_traits>
 
 #include <zpbase/platform/registry.h>
+#include <zpbase/platform/security.h>
+#include <zpbase/platform/system_error.h>
 
 namespace {
 

@@ -3,13 +3,12 @@
 
 #include <zpbase/config.h>
 
-#include <zpbase/platform/application.h>
-#include <zpbase/platform/number_text.h>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include <zpbase/platform/application.h>
+#include <zpbase/platform/number_text.h>
 
 namespace {
 

@@ -23,8 +23,9 @@ class ZP_API GPFile : public CFile {
   // there at construction, unless modeCreate is given; 0 with a warning for one that the system refuses.
   int Open(unsigned int flags);
   void Close() override;
+  void Abort() override;
 
-  // 0 and text untouched if the last open had no problem, else 1 and the sentence for the user.
+  // The problem of the last open that failed: 1 and the sentence for the user, or 0 and text untouched if there was none.
   int GetOpenProblem(CString & text);
 
   int Exists() const { return m_bExists; }  // as known since construction, the last open or close
@@ -41,7 +42,8 @@ class ZP_API GPFile : public CFile {
   // Bytes at a place of their own, with the failures of Write.
   int WriteRecord(ULONGLONG position, void const * buffer, UINT count);
 
-  // Text writes give IsWriteOK. An id names a string resource. Line ends are CR LF; a line end is skipped if its text failed.
+  // Text writes give IsWriteOK. An id names a string resource; one without a text shows as its number. Line ends are CR LF; a
+  // line end is skipped if its text failed.
   int Write(CString const & text);
   int Write(char const * text) { return Write(CString(text)); }
   int Write(unsigned int id);
@@ -58,11 +60,12 @@ class ZP_API GPFile : public CFile {
   int WriteFormFeed();
   int WriteEndOfFile();
 
-  // The next line without its end: its length, or -1 at the end of the file. CR and NUL end a line, LF and 0x1A are dropped
-  // wherever they stand, and a line comes in pieces of 2000 characters.
+  // The next line without its end: its length, or -1 and an empty line at the end of the file. CR and NUL end a line, LF and 0x1A
+  // are dropped wherever they stand, and a line comes in pieces of 2000 characters.
   int ReadLine(CString & line);
 
-  // Lines of the file from its begin, or -1 if it doesn't exist. An open file is closed and opened again at its place.
+  // Lines of the file from its begin, or -1 if it doesn't exist. An open file is closed and opened again at its place, which it
+  // finds after a problem too; one that can't be opened raises as its read does.
   int GetLineCount();
 
   // Copies src into this file, behind its end with append, else in its place; an empty source changes nothing. Both stay open.
@@ -82,13 +85,15 @@ class ZP_API GPFile : public CFile {
   static int SetStatus(CString const & name, CFileStatus const & status);
 
  protected:
-  // Closes an open file for a scan and opens it again, at its place, when the scan ends.
+  // Closes an open file for a scan and opens it again, at its place, when the scan ends, however it does.
   class ScanGuard;
 
  private:
   int WriteArgPtr(char const * format, va_list args);
   int CopyBytes(GPFile & src, int append);
   void ForgetHandle();
+  void NoteClosed();
+  std::string_view FetchChunk(ULONGLONG position);
 
   CString m_strPath;
   int m_bExists = 0;
@@ -98,9 +103,11 @@ class ZP_API GPFile : public CFile {
   CFileStatus m_Status;
   int m_bWriteOK = 1;
 
-  // What ReadLine has fetched ahead: bytes from m_nChunkStart on.
+  // What ReadLine has fetched ahead: bytes from m_nChunkStart on, as they were when m_nChanges was m_nChunkChanges.
   std::string m_Chunk;
+  size_t m_nChunkSize = 0;  // of the bytes in use
   ULONGLONG m_nChunkStart = 0;
+  unsigned int m_nChunkChanges = 0;
 };
 
 // Index entry of one live record.

@@ -55,9 +55,9 @@ int GPFile::Open(unsigned int flags)
 
   CFileException problem;
   m_bIsOpen = CFile::Open(m_strPath, flags, &problem);
-  m_nOpenProblem = problem.m_cause;
-  m_Chunk.clear();
+  m_nChunkSize = 0;
   if (!m_bIsOpen) {
+    m_nOpenProblem = problem.m_cause;
     CString text;
     GetOpenProblem(text);
     PutWarning("%s", text.GetString());
@@ -86,17 +86,25 @@ int GPFile::GetOpenProblem(CString & text)
 
 void GPFile::Close()
 {
-  m_Chunk.clear();
   // A close that fails has closed the file all the same.
   struct Afterwards {
     GPFile & file;
-    ~Afterwards()
-    {
-      file.m_bExists = CFile::GetStatus(file.m_strPath, file.m_Status);
-      file.m_bIsOpen = 0;
-    }
+    ~Afterwards() { file.NoteClosed(); }
   } const afterwards{*this};
   CFile::Close();
+}
+
+void GPFile::Abort()
+{
+  CFile::Abort();
+  NoteClosed();
+}
+
+void GPFile::NoteClosed()
+{
+  m_nChunkSize = 0;
+  m_bExists = CFile::GetStatus(m_strPath, m_Status);
+  m_bIsOpen = 0;
 }
 
 int GPFile::IsEmpty() const
@@ -106,7 +114,6 @@ int GPFile::IsEmpty() const
 
 void GPFile::Empty()
 {
-  m_Chunk.clear();
   SetLength(0);
 }
 
@@ -120,15 +127,16 @@ long GPFile::Seek(long offset, unsigned int from)
   return static_cast<int>(CFile::Seek(LONGLONG{static_cast<int>(offset)}, from));
 }
 
+// A file that isn't open has no position; the write below tells so.
 void GPFile::Write(void const * buffer, UINT count)
 {
-  if (WriteRecord(GetPosition(), buffer, count)) CFile::Seek(LONGLONG{count}, current);
+  ULONGLONG const position = m_hFile != hFileNull ? GetPosition() : 0;
+  if (WriteRecord(position, buffer, count)) CFile::Seek(LONGLONG{count}, current);
 }
 
 int GPFile::WriteRecord(ULONGLONG position, void const * buffer, UINT count)
 {
   m_bWriteOK = 1;
-  m_Chunk.clear();
   try {
     WriteAt(position, buffer, count);
   } catch (CFileException * problem) {

@@ -12,6 +12,14 @@ constexpr int maxLine = 2000;       // characters; a longer line comes in pieces
 constexpr UINT chunkSize = 0x8000;  // bytes fetched at a time
 constexpr int endOfFile = -1;
 
+// The string resource, or its number where it has no text.
+CString textOf(unsigned int id)
+{
+  CString text;
+  if (text.LoadString(id) == 0) text.Format("%u", id);
+  return text;
+}
+
 }  // namespace
 
 // Notes the place of an open file and closes it. The destructor opens it again with the flags it had, less the one that would
@@ -24,8 +32,10 @@ class GPFile::ScanGuard {
     m_nPosition = file.GetPosition();
     file.Close();
   }
+  // A scan that an exception ends leaves the file open.
   ~ScanGuard()
   {
+    if (m_File.IsOpen()) m_File.Abort();
     unsigned int const flags = m_nFlags & ~unsigned{modeCreate};
     if (m_bWasOpen && m_File.Open(flags)) m_File.CFile::Seek(static_cast<LONGLONG>(m_nPosition), begin);
   }
@@ -47,9 +57,7 @@ int GPFile::Write(CString const & text)
 
 int GPFile::Write(unsigned int id)
 {
-  CString text;
-  text.LoadString(id);
-  return Write(text);
+  return Write(textOf(id));
 }
 
 int GPFile::WriteArgPtr(char const * format, va_list args)
@@ -79,8 +87,7 @@ int GPFile::WritefLine(char const * format, ...)
 
 int GPFile::WritefLine(unsigned int id, ...)
 {
-  CString format;
-  format.LoadString(id);
+  CString const format = textOf(id);
   va_list args;
   va_start(args, id);
   int const written = WriteArgPtr(format, args);
@@ -113,24 +120,43 @@ int GPFile::WriteEndOfFile()
   return Write(CString("\x1A"));
 }
 
+// The bytes at position, empty at the end of the file.
+std::string_view GPFile::FetchChunk(ULONGLONG position)
+{
+  if (position < m_nChunkStart || position >= m_nChunkStart + m_nChunkSize) {
+    m_nChunkSize = 0;  // a read that raises leaves nothing
+    m_Chunk.resize(chunkSize);
+    m_nChunkStart = position;
+    m_nChunkChanges = m_nChanges;
+    m_nChunkSize = ReadAt(position, m_Chunk.data(), chunkSize);
+  }
+  return std::string_view(m_Chunk).substr(0, m_nChunkSize).substr(static_cast<size_t>(position - m_nChunkStart));
+}
+
+// Bytes fetched for an earlier line serve as long as nothing can have changed them.
 int GPFile::ReadLine(CString & line)
 {
+  if (m_bDuplicated || m_nChunkChanges != m_nChanges) m_nChunkSize = 0;
   std::string text;
   ULONGLONG position = GetPosition();
+  std::string_view ahead;
   auto const nextByte = [&] {
-    if (position < m_nChunkStart || position >= m_nChunkStart + m_Chunk.size()) {
-      m_Chunk.resize(chunkSize);
-      m_nChunkStart = position;
-      m_Chunk.resize(ReadAt(position, m_Chunk.data(), chunkSize));
-      if (m_Chunk.empty()) return endOfFile;
-    }
-    return static_cast<int>(static_cast<BYTE>(m_Chunk[static_cast<size_t>(position++ - m_nChunkStart)]));
+    if (ahead.empty()) ahead = FetchChunk(position);
+    if (ahead.empty()) return endOfFile;
+    auto const byte = static_cast<BYTE>(ahead.front());
+    ahead.remove_prefix(1);
+    ++position;
+    return static_cast<int>(byte);
   };
   bool ended = false;
   while (!ended && text.size() < maxLine) {
     int const byte = nextByte();
     ended = byte == endOfFile || byte == '\r' || byte == '\0';
-    if (byte == endOfFile && text.empty()) return CFile::Seek(static_cast<LONGLONG>(position), begin), -1;
+    if (byte == endOfFile && text.empty()) {
+      CFile::Seek(static_cast<LONGLONG>(position), begin);
+      line.Empty();
+      return -1;
+    }
     if (!ended && byte != '\n' && byte != 0x1A) text += static_cast<char>(byte);
   }
   CFile::Seek(static_cast<LONGLONG>(position), begin);
@@ -142,7 +168,7 @@ int GPFile::GetLineCount()
 {
   if (!m_bExists) return -1;
   ScanGuard const guard(*this);
-  if (!Open(modeRead)) return 0;
+  Open(modeRead);
   int count = 0;
   for (CString line; ReadLine(line) != -1;) ++count;
   Close();

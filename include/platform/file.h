@@ -100,6 +100,11 @@ class ZP_API CFile : public CObject {
  protected:
   CString m_strFileName;
 
+  // For a class that keeps bytes it has read: how often this object changed the file, and whether another object can since the
+  // last open.
+  unsigned int m_nChanges = 0;
+  mutable bool m_bDuplicated = false;
+
  private:
   [[noreturn]] void Fail(int error) const;
   void RequireOpen() const;

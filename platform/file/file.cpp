@@ -155,6 +155,7 @@ BOOL CFile::Open(char const * name, UINT flags, CFileException * problem)
 {
   m_strFileName = name;
   m_nPosition = 0;
+  m_bDuplicated = false;
   std::string hostPath;
   bool const valid = ToHostPath(m_strFileName.View(), hostPath);
   m_hFile = valid ? openAndTruncate(hostPath.c_str(), flags) : hFileNull;
@@ -170,6 +171,7 @@ CFile * CFile::Duplicate() const
   if (copy->m_hFile < 0) Fail(errno);
   copy->m_strFileName = m_strFileName;
   copy->m_nPosition = m_nPosition;
+  copy->m_bDuplicated = m_bDuplicated = true;
   return copy.release();
 }
 
@@ -192,6 +194,7 @@ ULONGLONG CFile::Seek(LONGLONG offset, UINT from)
 void CFile::SetLength(ULONGLONG length)
 {
   RequireOpen();
+  ++m_nChanges;
   if (zp::GetFileCalls().SetLength(m_hFile, static_cast<LONGLONG>(length)) != 0) Fail(errno);
   m_nPosition = length;
 }
@@ -222,6 +225,7 @@ UINT CFile::ReadAt(ULONGLONG position, void * buffer, UINT count) const
 void CFile::WriteAt(ULONGLONG position, void const * buffer, UINT count)
 {
   RequireOpen();
+  ++m_nChanges;
   auto const call = zp::GetFileCalls().Write;
   for (UINT done = 0; done < count;) {
     long const put =

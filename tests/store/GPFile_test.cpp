@@ -2,11 +2,28 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <functional>
+#include <memory>
+
+#include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
 
 #include "tests/support/TempFolder.h"
 
 namespace {
+
+// The cause of the file exception that ends step; none if there is none.
+int causeOf(std::function<void()> const & step)
+{
+  try {
+    step();
+  } catch (CFileException * problem) {
+    zp::ExceptionGuard const guard(problem);
+    return problem->m_cause;
+  }
+  return CFileException::none;
+}
 
 TEST(GPFile, AnswersFromWhatItKnewLast)
 {
@@ -51,8 +68,10 @@ TEST(GPFile, TellsWhyAnOpenFailed)
   EXPECT_EQ(GPFile::DeleteFile(folder.Name("a")), 0);
   EXPECT_EQ(folder.Read("a"), "kept");
   writer.Close();
+  text.Empty();
   EXPECT_EQ(other.Open(CFile::modeRead), 1);
-  EXPECT_EQ(other.GetOpenProblem(text), 0);
+  EXPECT_EQ(other.GetOpenProblem(text), 1);  // of the last open that failed
+  EXPECT_EQ(text, "The file " + folder.Name("a") + " is in use by another program (problem 11).");
 }
 
 TEST(GPFile, TurnsAFailedWriteIntoAFlag)
@@ -65,13 +84,22 @@ TEST(GPFile, TurnsAFailedWriteIntoAFlag)
   EXPECT_FALSE(file.IsWriteOK());
   EXPECT_EQ(folder.Read("a"), "text");
   file.Close();
-  EXPECT_THROW(
-      try { file.SeekToEnd(); } catch (CFileException * problem) {
-        EXPECT_EQ(problem->m_cause, CFileException::invalidFile);
-        problem->Delete();
-        throw 1;
-      },
-      int);
+  EXPECT_EQ(causeOf([&] { file.SeekToEnd(); }), CFileException::invalidFile);
+}
+
+TEST(GPFile, RaisesNothingForAWriteWithoutAnOpenFile)
+{
+  TempFolder const folder;
+  GPFile file(folder.Name("a"));
+  int const none = CFileException::none;
+  EXPECT_EQ(causeOf([&] { file.GPFile::Write("x", 1); }), none);
+  EXPECT_FALSE(file.IsWriteOK());
+  EXPECT_EQ(causeOf([&] { EXPECT_EQ(file.Write("x"), 0); }), none);
+  EXPECT_EQ(causeOf([&] { EXPECT_EQ(file.Writef("%d", 1), 0); }), none);
+  EXPECT_EQ(causeOf([&] { EXPECT_EQ(file.WritefLine("%d", 1), 0); }), none);
+  EXPECT_EQ(causeOf([&] { EXPECT_EQ(file.WriteLine(43500u), 0); }), none);
+  EXPECT_EQ(causeOf([&] { EXPECT_EQ(file.WriteEndOfFile(), 0); }), none);
+  EXPECT_FALSE(folder.Has("a"));
 }
 
 TEST(GPFile, WritesTextWithItsOwnLineEnds)
@@ -86,6 +114,10 @@ TEST(GPFile, WritesTextWithItsOwnLineEnds)
   file.WriteLine();
   file.WriteEndOfFile();
   EXPECT_EQ(folder.Read("a"), "n 5 -1\r\nThe file p was not found (problem 2).\r\n4294967295\f\r\n\x1A");
+  file.Empty();
+  EXPECT_EQ(file.Write(99999999), 1);
+  EXPECT_EQ(file.WritefLine(99999999u, "p", 2), 1);
+  EXPECT_EQ(folder.Read("a"), "9999999999999999\r\n");  // ids without a text
 }
 
 TEST(GPFile, ReadsLinesByItsOwnView)
@@ -118,6 +150,7 @@ TEST(GPFile, ReadsLinesByItsOwnView)
       EXPECT_EQ(line.View(), expected);
     }
     EXPECT_EQ(file.ReadLine(line), -1);
+    EXPECT_TRUE(line.IsEmpty());
     file.Seek(0, 0);
     if (!row.lines.empty()) file.ReadLine(line);
     long const place = static_cast<long>(file.GetPosition());
@@ -125,6 +158,66 @@ TEST(GPFile, ReadsLinesByItsOwnView)
     EXPECT_EQ(static_cast<long>(file.GetPosition()), place);  // open again where it was
   }
   EXPECT_EQ(GPFile(folder.Name("none")).GetLineCount(), -1);
+}
+
+// Each change puts a Z where the next line stands, after that line was fetched together with the one before.
+TEST(GPFile, ReadsLinesAsTheyAreByNow)
+{
+  struct Row {
+    char const * name;
+    std::function<void(GPFile &)> change;
+    int length;
+  } const rows[] = {
+      {"SetLength", [](GPFile & file) { file.SetLength(2), file.Seek(2, 0); }, -1},
+      {"Empty", [](GPFile & file) { file.Empty(); }, -1},
+      {"Write", [](GPFile & file) { file.Write("Z"), file.Seek(2, 0); }, 1},
+      {"CFile::Write", [](GPFile & file) { file.CFile::Write("Z", 1), file.Seek(2, 0); }, 1},
+      {"WriteAt", [](GPFile & file) { file.WriteAt(2, "Z", 1); }, 1},
+      {"Duplicate",
+       [](GPFile & file) {
+         std::unique_ptr<CFile> const other(file.Duplicate());
+         other->Write("Z", 1);
+       },
+       1},
+  };
+  TempFolder const folder;
+  for (Row const & row : rows) {
+    folder.Write("a", "a\rb\rc\r");
+    GPFile file(folder.Name("a"));
+    file.Open(CFile::modeReadWrite);
+    CString line;
+    file.ReadLine(line);
+    row.change(file);
+    EXPECT_EQ(file.ReadLine(line), row.length) << row.name;
+    EXPECT_EQ(line, row.length < 0 ? "" : "Z") << row.name;
+  }
+}
+
+long failingRead(int, void *, size_t, LONGLONG)
+{
+  errno = EIO;
+  return -1;
+}
+
+TEST(GPFile, LeavesAFileAsItWasWhenItsLinesCannotBeCounted)
+{
+  TempFolder const folder;
+  folder.Write("a", "a\rb\r");
+  GPFile closed(folder.Name("a"));
+  GPFile open(folder.Name("a"));
+  auto const host = zp::GetFileCalls();
+  zp::GetFileCalls().Read = failingRead;
+  EXPECT_EQ(causeOf([&] { closed.GetLineCount(); }), CFileException::hardIO);
+  EXPECT_FALSE(closed.IsOpen());
+  open.Open(CFile::modeRead);
+  open.Seek(2, 0);
+  EXPECT_EQ(causeOf([&] { open.GetLineCount(); }), CFileException::hardIO);
+  zp::GetFileCalls() = host;
+  EXPECT_EQ(causeOf([&] { closed.GetLineCount(); }), CFileException::invalidFile);  // the other one has it
+  EXPECT_FALSE(closed.IsOpen());
+  CString line;
+  EXPECT_EQ(open.ReadLine(line), 1);
+  EXPECT_EQ(line, "b");
 }
 
 TEST(GPFile, CopiesByItsRules)
