@@ -1,27 +1,44 @@
-# Turns the lines of resources/templates.txt, told there, into the table of dialog templates that platform/dialog_templates asks.
-file(STRINGS ${INPUT} lines ENCODING UTF-8)
+# Turns the lines of resources/templates.txt, told there, into the table of dialog templates that platform/resources asks.
+include(${CMAKE_CURRENT_LIST_DIR}/ResourceLines.cmake)
+file(READ ${INPUT} content)
 set(controls "")
 set(rows "")
-foreach(line IN LISTS lines)
-  string(REPLACE "\"" "\\\"" line "${line}")
+while(NOT content STREQUAL "")
+  zp_take_line(content line)
   if(line MATCHES "^dialog\t([0-9]+)\t(.*)$")
-    if(rows)
+    set(id ${CMAKE_MATCH_1})
+    zp_quote(title "${CMAKE_MATCH_2}")
+    if(NOT rows STREQUAL "")
       string(APPEND controls "};\n")
     endif()
-    string(APPEND controls "constexpr DialogControl controls${CMAKE_MATCH_1}[] = {\n")
-    string(APPEND rows "    {${CMAKE_MATCH_1}, \"${CMAKE_MATCH_2}\", controls${CMAKE_MATCH_1}},\n")
-  elseif(rows AND line MATCHES "^(static|button)\t([0-9]+)\t([^\t]*)(\tdefault)?$")
+    string(APPEND controls "constexpr DialogControl controls${id}[] = {\n")
+    string(APPEND rows "    {${id}, \"${title}\", controls${id}},\n")
+  elseif(NOT rows STREQUAL "" AND line MATCHES "^(static|button)\t([0-9]+)\t([^\t]*)(\tdefault)?$")
     set(kind DialogControl::Static)
     if(CMAKE_MATCH_1 STREQUAL "button")
       set(kind DialogControl::Button)
     endif()
+    set(id ${CMAKE_MATCH_2})
     set(default false)
-    if(CMAKE_MATCH_4)
+    if(NOT "${CMAKE_MATCH_4}" STREQUAL "")
       set(default true)
     endif()
-    string(APPEND controls "    {${kind}, ${CMAKE_MATCH_2}, \"${CMAKE_MATCH_3}\", ${default}},\n")
+    zp_quote(text "${CMAKE_MATCH_3}")
+    string(APPEND controls "    {${kind}, ${id}, \"${text}\", ${default}},\n")
   elseif(NOT line MATCHES "^#" AND NOT line STREQUAL "")
     message(FATAL_ERROR "${INPUT}: not a dialog, or a control of one: ${line}")
   endif()
-endforeach()
-file(WRITE ${OUTPUT} "#include \"platform/resources/resources_internal.h\"\n\nnamespace zp {\n\n${controls}};\n\nDialogTemplate const applicationTemplates[] = {\n${rows}};\n\nunsigned int const applicationTemplateCount = sizeof applicationTemplates / sizeof applicationTemplates[0];\n\n}  // namespace zp\n")
+endwhile()
+file(WRITE ${OUTPUT} "#include \"platform/resources/resources_internal.h\"
+
+namespace zp {
+
+${controls}};
+
+DialogTemplate const applicationTemplates[] = {
+${rows}};
+
+unsigned int const applicationTemplateCount = sizeof applicationTemplates / sizeof applicationTemplates[0];
+
+}  // namespace zp
+")

@@ -39,18 +39,25 @@ function(zp_add_folder folder)
   target_sources(zpbase PRIVATE $<TARGET_OBJECTS:zp_${folder}>)
 endfunction()
 
-# zp_add_resources(): the texts and dialog templates of our stand-in for the application's module, compiled in.
+# zp_compile_strings(<input> <table> <output>): a file of texts by number as C++.
+function(zp_compile_strings input table output)
+  set(script ${PROJECT_SOURCE_DIR}/cmake/CompileStrings.cmake)
+  add_custom_command(OUTPUT ${output}
+    COMMAND ${CMAKE_COMMAND} -DINPUT=${input} -DTABLE=${table} -DOUTPUT=${output} -P ${script}
+    DEPENDS ${input} ${script} ${PROJECT_SOURCE_DIR}/cmake/ResourceLines.cmake VERBATIM)
+endfunction()
+
+# zp_add_resources(): the library's texts and those and the dialog templates of our stand-in for the application's module.
 function(zp_add_resources)
-  set(sources "")
-  foreach(kind IN ITEMS Strings Templates)
-    string(TOLOWER ${kind} name)
-    set(input ${PROJECT_SOURCE_DIR}/resources/${name}.txt)
-    set(script ${PROJECT_SOURCE_DIR}/cmake/Compile${kind}.cmake)
-    set(output ${PROJECT_BINARY_DIR}/resources/${name}.cpp)
-    add_custom_command(OUTPUT ${output} COMMAND ${CMAKE_COMMAND} -DINPUT=${input} -DOUTPUT=${output} -P ${script}
-      DEPENDS ${input} ${script} VERBATIM)
-    list(APPEND sources ${output})
-  endforeach()
+  set(folder ${PROJECT_BINARY_DIR}/resources)
+  set(sources ${folder}/strings.cpp ${folder}/library_strings.cpp ${folder}/templates.cpp)
+  zp_compile_strings(${PROJECT_SOURCE_DIR}/resources/strings.txt applicationTexts ${folder}/strings.cpp)
+  zp_compile_strings(${PROJECT_SOURCE_DIR}/resources/library_strings.txt libraryTexts ${folder}/library_strings.cpp)
+  set(templates ${PROJECT_SOURCE_DIR}/resources/templates.txt)
+  set(script ${PROJECT_SOURCE_DIR}/cmake/CompileTemplates.cmake)
+  add_custom_command(OUTPUT ${folder}/templates.cpp
+    COMMAND ${CMAKE_COMMAND} -DINPUT=${templates} -DOUTPUT=${folder}/templates.cpp -P ${script}
+    DEPENDS ${templates} ${script} ${PROJECT_SOURCE_DIR}/cmake/ResourceLines.cmake VERBATIM)
   add_library(zp_resources OBJECT ${sources})
   set_target_properties(zp_resources PROPERTIES CXX_VISIBILITY_PRESET hidden)
   target_compile_features(zp_resources PUBLIC cxx_std_20)

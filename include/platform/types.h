@@ -16,8 +16,13 @@ using COLORREF = uint32_t;  // 0x00BBGGRR
 using LONGLONG = long long;
 using ULONGLONG = unsigned long long;
 
+// Other libraries' headers, included before, may have made macros of these names.
+#ifndef TRUE
 inline constexpr BOOL TRUE = 1;
+#endif
+#ifndef FALSE
 inline constexpr BOOL FALSE = 0;
+#endif
 
 // A place in a list; null is no place. Only the list that gave it out can read it.
 struct ListPosition;

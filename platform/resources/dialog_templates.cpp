@@ -7,9 +7,9 @@
 
 namespace {
 
-std::vector<zp::FindDialogTemplate> & modules()
+zp::ModuleList<zp::FindDialogTemplate> & modules()
 {
-  static std::vector<zp::FindDialogTemplate> registered;
+  static zp::ModuleList<zp::FindDialogTemplate> registered;
   return registered;
 }
 
@@ -19,18 +19,17 @@ namespace zp {
 
 void RegisterTemplateModule(FindDialogTemplate find)
 {
-  modules().insert(modules().begin(), find);
+  modules().Register(find);
 }
 
 void UnregisterTemplateModule(FindDialogTemplate find)
 {
-  std::erase(modules(), find);
+  modules().Unregister(find);
 }
 
 DialogTemplate const * FindTemplate(UINT id)
 {
-  for (FindDialogTemplate const find : modules())
-    if (DialogTemplate const * const found = find(id); found != nullptr) return found;
+  if (DialogTemplate const * const found = modules().Ask(id); found != nullptr) return found;
   auto const * const end = applicationTemplates + applicationTemplateCount;
   auto const * const found =
       std::find_if(applicationTemplates, end, [id](DialogTemplate const & candidate) { return candidate.m_nID == id; });

@@ -1,34 +1,35 @@
-// The registered modules of string resources; our stand-in for the application's module stands at their end.
+// The registered modules of string resources; our stand-in for the application's module and the library's own texts stand at
+// their end.
 
-#include <zpbase/platform/format.h>
 #include <zpbase/platform/resources.h>
 
 #include <algorithm>
-#include <vector>
+#include <span>
+
+#include <zpbase/platform/format.h>
 
 #include "platform/resources/resources_internal.h"
 
 namespace {
 
-std::vector<zp::FindResourceText> & modules()
+zp::ModuleList<zp::FindResourceText> & modules()
 {
-  static std::vector<zp::FindResourceText> registered;
+  static zp::ModuleList<zp::FindResourceText> registered;
   return registered;
 }
 
-char const * findApplicationText(UINT id)
+char const * findIn(std::span<zp::ResourceText const> texts, UINT id)
 {
-  auto const * const end = zp::applicationTexts + zp::applicationTextCount;
-  auto const * const found =
-      std::find_if(zp::applicationTexts, end, [id](zp::ResourceText const & text) { return text.nID == id; });
-  return found != end ? found->pText : nullptr;
+  auto const found = std::find_if(texts.begin(), texts.end(), [id](zp::ResourceText const & row) { return row.id == id; });
+  return found != texts.end() ? found->text : nullptr;
 }
 
 char const * findText(UINT id)
 {
-  for (zp::FindResourceText const find : modules())
-    if (char const * const text = find(id); text != nullptr) return text;
-  return findApplicationText(id);
+  char const * text = modules().Ask(id);
+  if (text == nullptr) text = findIn({zp::applicationTexts, zp::applicationTextsCount}, id);
+  if (text == nullptr) text = findIn({zp::libraryTexts, zp::libraryTextsCount}, id);
+  return text;
 }
 
 void appendArgument(CString & text, zp::FormatArg const & arg)
@@ -47,12 +48,12 @@ namespace zp {
 
 void RegisterResourceModule(FindResourceText find)
 {
-  modules().insert(modules().begin(), find);
+  modules().Register(find);
 }
 
 void UnregisterResourceModule(FindResourceText find)
 {
-  std::erase(modules(), find);
+  modules().Unregister(find);
 }
 
 CString FormatResource(UINT id, std::initializer_list<FormatArg> args)
