@@ -119,6 +119,7 @@ void CArchive::WriteClass(CRuntimeClass const * record)
   if (index > known.nCount) {
     ++known.nCount;
     size_t const length = std::strlen(record->m_lpszClassName);
+    if (length > maxClassName) Fail(CArchiveException::badClass);
     *this << ArchiveTag::newClass << static_cast<WORD>(record->m_wSchema) << static_cast<WORD>(length);
     Write(record->m_lpszClassName, static_cast<UINT>(length));
   } else if (index < ArchiveTag::big) {

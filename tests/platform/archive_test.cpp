@@ -41,7 +41,27 @@ std::string nestedArrayBytes(int depth)
   return bytes + FromHex("00 00");
 }
 
+// Its name has 63 characters, and the next one's 64.
+class ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters123456789 : public CObject {
+  DECLARE_SERIAL(ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters123456789)
+};
+class ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters1234567890 : public CObject {
+  DECLARE_SERIAL(ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters1234567890)
+};
+IMPLEMENT_SERIAL(ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters123456789, CObject, 1)
+IMPLEMENT_SERIAL(ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters1234567890, CObject, 1)
+
 }  // namespace
+
+TEST(Archive, StoresNoClassNameThatItCouldNotRead)
+{
+  ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters123456789 const longest;
+  std::string const bytes = Stored([&](CArchive & ar) { ar << &longest; });
+  EXPECT_EQ(bytes.size(), 6U + 63);
+  EXPECT_EQ(CauseOfLoading(bytes, readOne), CArchiveException::none);
+  ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters1234567890 const tooLong;
+  EXPECT_EQ(CauseOfStoring([&](CArchive & ar) { ar << &tooLong; }), CArchiveException::badClass);
+}
 
 TEST(Archive, WritesNumbersLittleEndianAtTheirWidths)
 {
