@@ -15,6 +15,7 @@
 #include "platform/file.h"
 #include "platform/folders.h"
 #include "platform/format.h"
+#include "platform/host_calls.h"
 #include "platform/known_places.h"
 #include "platform/messages.h"
 #include "platform/metafile.h"

@@ -25,13 +25,3 @@ ZP_API BOOL GetVersionExA(OSVERSIONINFOA * version);
 // the C locale, 0x0400 for a language that isn't known here.
 ZP_API WORD GetSystemDefaultLangID();
 ZP_API DWORD GetThreadLocale();
-
-namespace zp {
-
-// What GetVersionExA asks, replaceable so that other systems can be tried.
-struct SystemCalls {
-  bool (*GetVersion)(OSVERSIONINFOA & version);
-};
-ZP_API SystemCalls & GetSystemCalls();
-
-}  // namespace zp

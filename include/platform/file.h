@@ -152,16 +152,6 @@ class ZP_API CMemFile : public CFile {
 
 namespace zp {
 
-// The system calls behind CFile's bytes; each sets errno as its namesake does. Replaceable so that full disks and failing
-// devices can be tried.
-struct FileCalls {
-  long (*Read)(int file, void * buffer, size_t count, LONGLONG position);
-  long (*Write)(int file, void const * buffer, size_t count, LONGLONG position);
-  int (*SetLength)(int file, LONGLONG length);
-  int (*Close)(int file);
-};
-ZP_API FileCalls & GetFileCalls();
-
 // True when both names lead to one file that exists.
 ZP_API bool IsSameFile(char const * first, char const * second);
 

@@ -1,4 +1,4 @@
-// The clocks of the host, replaceable so that time can be stopped, and dates and times as the user's locale (LC_TIME) shows them.
+// The local time, and dates and times as the user's locale (LC_TIME) shows them.
 #pragma once
 
 #include "types.h"
@@ -33,13 +33,3 @@ ZP_API int GetTimeFormatA(LCID locale, DWORD flags, SYSTEMTIME const * time, cha
 // "dd.MM.yyyy". All else is defaultValue, and so is the pattern of a locale without one. Cut to size - 1 characters with a
 // terminating zero; the result is their count.
 ZP_API DWORD GetProfileStringA(char const * section, char const * key, char const * defaultValue, char * text, DWORD size);
-
-namespace zp {
-
-struct ClockCalls {
-  LONGLONG (*WallSeconds)();         // since 1970-01-01 UTC
-  LONGLONG (*SteadyMilliseconds)();  // from some fixed moment on; never goes back
-};
-ZP_API ClockCalls & GetClockCalls();
-
-}  // namespace zp

@@ -84,16 +84,16 @@ void classify(std::string_view text, ProfileLine & line, std::string_view & sect
     if (end == std::string_view::npos) return;
     section = trimmed(text.substr(1, end - 1));
     inSection = true;
-    line.m_Kind = ProfileLine::Section;
-    line.m_Section = section;
+    line.kind = ProfileLine::Section;
+    line.section = section;
     return;
   }
   size_t const equals = text.find('=');
   if (equals == std::string_view::npos || !inSection) return;
-  line.m_Key = trimmed(text.substr(0, equals));
-  line.m_Value = trimmed(text.substr(equals + 1));
-  line.m_Section = section;
-  if (!line.m_Key.empty()) line.m_Kind = ProfileLine::Entry;
+  line.key = trimmed(text.substr(0, equals));
+  line.value = trimmed(text.substr(equals + 1));
+  line.section = section;
+  if (!line.key.empty()) line.kind = ProfileLine::Entry;
 }
 
 size_t offsetIn(std::string_view text, std::string_view part)
@@ -103,10 +103,10 @@ size_t offsetIn(std::string_view text, std::string_view part)
 
 // Where an entry's value stands, or where a new line of its section belongs: behind its last entry.
 struct Place {
-  bool m_bEntry = false;
-  bool m_bSection = false;
-  size_t m_nBegin = 0;
-  size_t m_nLength = 0;
+  bool isEntry = false;
+  bool hasSection = false;
+  size_t begin = 0;
+  size_t length = 0;
 };
 
 Place findPlace(std::string_view text, std::string_view section, std::string_view key)
@@ -114,13 +114,13 @@ Place findPlace(std::string_view text, std::string_view section, std::string_vie
   Place place;
   bool closed = false;  // only the first section of the name takes new lines
   WalkProfile(text, [&](ProfileLine const & line) {
-    if (place.m_bEntry || line.m_Kind == ProfileLine::Other) return;
-    bool const inside = sameName(line.m_Section, section);
-    if (inside && line.m_Kind == ProfileLine::Entry && sameName(line.m_Key, key)) {
-      place = {true, true, offsetIn(text, line.m_Value), line.m_Value.size()};
-    } else if (inside && !closed && (line.m_Kind == ProfileLine::Entry || !place.m_bSection)) {
-      place = {false, true, offsetIn(text, line.m_Line) + line.m_Line.size(), 0};
-    } else if (place.m_bSection && line.m_Kind == ProfileLine::Section) {
+    if (place.isEntry || line.kind == ProfileLine::Other) return;
+    bool const inside = sameName(line.section, section);
+    if (inside && line.kind == ProfileLine::Entry && sameName(line.key, key)) {
+      place = {true, true, offsetIn(text, line.value), line.value.size()};
+    } else if (inside && !closed && (line.kind == ProfileLine::Entry || !place.hasSection)) {
+      place = {false, true, offsetIn(text, line.line) + line.line.size(), 0};
+    } else if (place.hasSection && line.kind == ProfileLine::Section) {
       closed = true;
     }
   });
@@ -134,16 +134,16 @@ std::string withEntry(std::string_view text, std::string_view section, std::stri
   std::string const line = std::string(trimmed(key)) + '=' + written + std::string(lineEnd);
   std::string changed(text);
   Place place = findPlace(text, section, key);
-  if (place.m_bEntry) return changed.replace(place.m_nBegin, place.m_nLength, written);
-  bool const atEnd = !place.m_bSection || place.m_nBegin == text.size();
+  if (place.isEntry) return changed.replace(place.begin, place.length, written);
+  bool const atEnd = !place.hasSection || place.begin == text.size();
   std::string added;
   if (atEnd && !text.empty() && text.back() != '\n') added += lineEnd;
-  if (!place.m_bSection) {
+  if (!place.hasSection) {
     if (!text.empty()) added += lineEnd;
     added.append("[").append(trimmed(section)).append("]").append(lineEnd);
-    place.m_nBegin = text.size();
+    place.begin = text.size();
   }
-  return changed.insert(place.m_nBegin, added + line);
+  return changed.insert(place.begin, added + line);
 }
 
 }  // namespace
@@ -155,9 +155,9 @@ void WalkProfile(std::string_view text, std::function<void(ProfileLine const &)>
   for (size_t begin = 0; begin < text.size();) {
     size_t const end = std::min(text.find('\n', begin), text.size() - 1);
     ProfileLine line;
-    line.m_Line = text.substr(begin, end + 1 - begin);
+    line.line = text.substr(begin, end + 1 - begin);
     bool const marked = begin == 0 && text.starts_with(byteOrderMark);
-    classify(trimmedLine(marked ? line.m_Line.substr(byteOrderMark.size()) : line.m_Line), line, section, inSection);
+    classify(trimmedLine(marked ? line.line.substr(byteOrderMark.size()) : line.line), line, section, inSection);
     visit(line);
     begin = end + 1;
   }
@@ -167,37 +167,24 @@ void ProfileFile::Index()
 {
   m_Values.clear();
   WalkProfile(m_Text.GetText(), [this](ProfileLine const & line) {
-    if (line.m_Kind == ProfileLine::Entry) m_Values.emplace(NamePair{line.m_Section, line.m_Key}, unquoted(line.m_Value));
+    if (line.kind == ProfileLine::Entry) m_Values.emplace(NamePair{line.section, line.key}, unquoted(line.value));
   });
-}
-
-void ProfileFile::Refresh()
-{
-  if (m_Text.Refresh()) Index();
 }
 
 std::optional<std::string_view> ProfileFile::Find(std::string_view section, std::string_view key)
 {
-  Refresh();
+  m_Text.Refresh();
   auto const found = m_Values.find(NamePair{trimmed(section), trimmed(key)});
   if (found == m_Values.end()) return std::nullopt;
   return found->second;
 }
 
-// A file that can't be read isn't replaced: its content would be lost.
 bool ProfileFile::Change(std::function<std::string(std::string_view)> const & change)
 {
-  std::string const target = FollowLinks(m_Text.GetFile());
-  if (MakeFoldersFor(target) != 0) return false;
-  FolderLock const lock(target);
-  if (lock.GetError() != 0) return false;
-  Refresh();
-  if (m_Text.GetError() != 0) return false;
-  std::string changed = change(m_Text.GetText());
-  if (changed == m_Text.GetText()) return true;
-  bool const replaced = m_Text.Replace(lock, target, std::move(changed)) == 0;
-  if (replaced) Index();
-  return replaced;
+  return m_Text.Change([&](std::string & changed) {
+    changed = change(m_Text.GetText());
+    return true;
+  }) == 0;
 }
 
 bool ProfileFile::Set(std::string_view section, std::string_view key, std::string_view value)
@@ -211,8 +198,8 @@ bool ProfileFile::Remove(std::string_view section, std::string_view key)
   return Change([&](std::string_view text) {
     std::string kept;
     WalkProfile(text, [&](ProfileLine const & line) {
-      bool const gone = line.m_Kind == ProfileLine::Entry && sameName(line.m_Section, section) && sameName(line.m_Key, key);
-      if (!gone) kept += line.m_Line;
+      bool const gone = line.kind == ProfileLine::Entry && sameName(line.section, section) && sameName(line.key, key);
+      if (!gone) kept += line.line;
     });
     return kept;
   });
@@ -224,7 +211,7 @@ bool ProfileFile::RemoveSection(std::string_view section)
   return Change([&](std::string_view text) {
     std::string kept;
     WalkProfile(text, [&](ProfileLine const & line) {
-      if (line.m_Kind == ProfileLine::Other || !isOfSection(line.m_Section, section)) kept += line.m_Line;
+      if (line.kind == ProfileLine::Other || !isOfSection(line.section, section)) kept += line.line;
     });
     return kept;
   });
@@ -232,12 +219,12 @@ bool ProfileFile::RemoveSection(std::string_view section)
 
 void ProfileFile::List(std::function<void(std::string_view section, std::string_view key, std::string_view value)> const & visit)
 {
-  Refresh();
+  m_Text.Refresh();
   WalkProfile(m_Text.GetText(), [&](ProfileLine const & line) {
-    if (line.m_Kind != ProfileLine::Entry) return;
-    auto const found = m_Values.find(NamePair{line.m_Section, line.m_Key});
-    if (found != m_Values.end() && found->second.data() == unquoted(line.m_Value).data())
-      visit(line.m_Section, line.m_Key, found->second);
+    if (line.kind != ProfileLine::Entry) return;
+    auto const found = m_Values.find(NamePair{line.section, line.key});
+    if (found != m_Values.end() && found->second.data() == unquoted(line.value).data())
+      visit(line.section, line.key, found->second);
   });
 }
 

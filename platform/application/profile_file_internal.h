@@ -16,18 +16,18 @@ namespace zp {
 struct ProfileLine {
   enum Kind { Other, Section, Entry };
 
-  Kind m_Kind = Other;
-  std::string_view m_Line;  // with its line end
-  std::string_view m_Section;
-  std::string_view m_Key;
-  std::string_view m_Value;
+  Kind kind = Other;
+  std::string_view line;  // with its line end
+  std::string_view section;
+  std::string_view key;
+  std::string_view value;
 };
 
 void WalkProfile(std::string_view text, std::function<void(ProfileLine const &)> const & visit);
 
 class ProfileFile {
  public:
-  explicit ProfileFile(std::string hostFile) : m_Text(std::move(hostFile)) {}
+  explicit ProfileFile(std::string hostFile) : m_Text(std::move(hostFile), [this] { Index(); }) {}
 
   // The text under section and key, both without regard to the case of ASCII letters. Valid until the next call.
   std::optional<std::string_view> Find(std::string_view section, std::string_view key);
@@ -41,7 +41,6 @@ class ProfileFile {
   void List(std::function<void(std::string_view section, std::string_view key, std::string_view value)> const & visit);
 
  private:
-  void Refresh();
   void Index();
   bool Change(std::function<std::string(std::string_view)> const & change);
 

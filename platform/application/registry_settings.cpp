@@ -1,6 +1,6 @@
 // Settings in the user's hive: the values of the key Software\company\application\section.
 
-#include <zpbase/platform/ascii.h>
+#include <zpbase/platform/bytes.h>
 #include <zpbase/platform/system_error.h>
 #include "platform/application/settings_back_end_internal.h"
 #include "platform/registry/hive_internal.h"
@@ -8,17 +8,10 @@
 namespace zp {
 namespace {
 
-int numberOf(std::string_view data)
-{
-  DWORD number = 0;
-  for (size_t i = sizeof number; i-- > 0;) number = number << 8 | static_cast<unsigned char>(data[i]);
-  return static_cast<int>(number);
-}
-
 std::string dataOf(int value)
 {
-  std::string data;
-  for (int shift = 0; shift < 32; shift += 8) data += static_cast<char>(static_cast<DWORD>(value) >> shift & 0xFF);
+  std::string data(sizeof value, '\0');
+  WriteLittle(data.data(), value);
   return data;
 }
 
@@ -29,12 +22,12 @@ std::string_view textOf(std::string_view data)
 
 bool isText(HiveValue const & value)
 {
-  return value.m_nType == REG_SZ || value.m_nType == REG_EXPAND_SZ;
+  return value.type == REG_SZ || value.type == REG_EXPAND_SZ;
 }
 
 bool isNumber(HiveValue const & value)
 {
-  return value.m_nType == REG_DWORD && value.m_Data.size() == sizeof(DWORD);
+  return value.type == REG_DWORD && value.data.size() == sizeof(DWORD);
 }
 
 class RegistrySettings : public SettingsBackEnd {
@@ -47,19 +40,19 @@ class RegistrySettings : public SettingsBackEnd {
   std::optional<std::string> GetText(std::string_view section, std::string_view key) override
   {
     HiveValue const * const value = Find(section, key);
-    return value != nullptr && isText(*value) ? std::optional<std::string>(textOf(value->m_Data)) : std::nullopt;
+    return value != nullptr && isText(*value) ? std::optional<std::string>(textOf(value->data)) : std::nullopt;
   }
 
   std::optional<int> GetInt(std::string_view section, std::string_view key) override
   {
     HiveValue const * const value = Find(section, key);
-    return value != nullptr && isNumber(*value) ? std::optional<int>(numberOf(value->m_Data)) : std::nullopt;
+    return value != nullptr && isNumber(*value) ? std::optional<int>(ReadLittle<int>(value->data.data())) : std::nullopt;
   }
 
   std::optional<std::string> GetBinary(std::string_view section, std::string_view key) override
   {
     HiveValue const * const value = Find(section, key);
-    return value != nullptr && value->m_nType == REG_BINARY ? std::optional<std::string>(value->m_Data) : std::nullopt;
+    return value != nullptr && value->type == REG_BINARY ? std::optional<std::string>(value->data) : std::nullopt;
   }
 
   bool SetText(std::string_view section, std::string_view key, std::string_view value) override
@@ -110,7 +103,7 @@ class RegistrySettings : public SettingsBackEnd {
       std::string const section = above.empty() ? std::string(name) : above + '\\' + std::string(name);
       HiveValue const * value = nullptr;
       for (DWORD j = 0; GetUserHive().GetValue(PathOf(section), j, value) == ERROR_SUCCESS; ++j)
-        settings.push_back({CString(section), CString(value->m_strName), value->m_nType, CString(value->m_Data)});
+        settings.push_back({CString(section), CString(value->name), value->type, CString(value->data)});
       AppendBelow(section, settings);
     }
   }

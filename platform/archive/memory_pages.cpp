@@ -1,9 +1,10 @@
 // The host's pages behind large blocks of memory.
-#include <sys/mman.h>
+
+#include <zpbase/platform/memory_pages.h>
 
 #include <cstdint>
 
-#include <zpbase/platform/memory_pages.h>
+#include <zpbase/platform/host_calls.h>
 
 namespace zp {
 
@@ -14,7 +15,7 @@ void PreferLargePages(void * block, size_t size)
   auto const address = reinterpret_cast<uintptr_t>(block);
   uintptr_t const first = (address + pageSize - 1) / pageSize * pageSize;
   uintptr_t const last = (address + size) / pageSize * pageSize;
-  if (first < last) madvise(reinterpret_cast<void *>(first), last - first, MADV_HUGEPAGE);
+  if (first < last) GetHostCalls().UseLargePages(reinterpret_cast<void *>(first), last - first);
 }
 
 }  // namespace zp

@@ -3,13 +3,12 @@
 #include <zpbase/platform/facts.h>
 
 #include <langinfo.h>
-#include <sys/utsname.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cstring>
 #include <iterator>
 #include <string_view>
+
+#include <zpbase/platform/host_calls.h>
 
 #include "platform/time/user_locale_internal.h"
 
@@ -57,42 +56,11 @@ WORD userLanguage(int category, int mask)
   return locale ? languageOf(nl_langinfo_l(NL_LOCALE_NAME(category), locale.get())) : usEnglish;
 }
 
-// The number at the head of text, which is moved behind it and one more character.
-DWORD takeNumber(std::string_view & text)
-{
-  DWORD number = 0;
-  char const * const end = text.data() + text.size();
-  auto const [next, error] = std::from_chars(text.data(), end, number);
-  text.remove_prefix(static_cast<size_t>(next - text.data()));
-  if (error == std::errc() && !text.empty()) text.remove_prefix(1);
-  return number;
-}
-
-bool hostVersion(OSVERSIONINFOA & version)
-{
-  utsname host;
-  if (uname(&host) != 0) return false;
-  std::string_view release = host.release;
-  version.dwMajorVersion = takeNumber(release);
-  version.dwMinorVersion = takeNumber(release);
-  version.dwBuildNumber = takeNumber(release);
-  version.dwPlatformId = VER_PLATFORM_WIN32_NT;
-  size_t const length = std::string_view(host.version).copy(version.szCSDVersion, sizeof version.szCSDVersion - 1);
-  version.szCSDVersion[length] = '\0';
-  return true;
-}
-
 }  // namespace
-
-zp::SystemCalls & zp::GetSystemCalls()
-{
-  static SystemCalls calls{&hostVersion};
-  return calls;
-}
 
 BOOL GetVersionExA(OSVERSIONINFOA * version)
 {
-  return zp::GetSystemCalls().GetVersion(*version);
+  return zp::GetHostCalls().GetVersion(*version);
 }
 
 WORD GetSystemDefaultLangID()

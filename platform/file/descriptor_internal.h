@@ -1,9 +1,11 @@
-// A file of the host that is open.
+// A file of the host that is open, and whole contents through it.
 #pragma once
 
-#include <unistd.h>
-
+#include <string>
+#include <string_view>
 #include <utility>
+
+#include <zpbase/platform/host_calls.h>
 
 namespace zp {
 
@@ -23,14 +25,21 @@ class Descriptor {
   }
 
   int Get() const { return m_nFile; }
+  bool IsOpen() const { return m_nFile >= 0; }
   int Take() { return std::exchange(m_nFile, -1); }
   void Close()
   {
-    if (m_nFile >= 0) close(Take());
+    if (m_nFile >= 0) GetHostCalls().Close(Take());
   }
 
  private:
   int m_nFile = -1;
 };
+
+// All of the bytes; 0 or the host's error number.
+int WriteAll(int file, std::string_view bytes);
+
+// Appends what is between the position and the end of the file; 0 or the host's error number.
+int ReadAll(int file, std::string & bytes);
 
 }  // namespace zp

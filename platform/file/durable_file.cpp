@@ -1,17 +1,12 @@
 // Replaces whole files so that readers and crashes meet the old bytes or the new ones, never a mixture.
 
 #include <zpbase/platform/durable_file.h>
-#include <zpbase/platform/paths.h>
-
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
+
+#include <zpbase/platform/paths.h>
 
 #include "platform/file/durable_file_internal.h"
 
@@ -19,7 +14,7 @@ namespace zp {
 namespace {
 
 constexpr char const * temporaryEnd = ".zp-new";
-constexpr mode_t newFileMode = 0666;
+constexpr unsigned int newFileMode = 0666;
 
 std::string folderOf(std::string const & hostFile)
 {
@@ -28,46 +23,32 @@ std::string folderOf(std::string const & hostFile)
   return slash == 0 ? "/" : hostFile.substr(0, slash);
 }
 
-int writeAll(int file, std::string_view content)
-{
-  while (!content.empty()) {
-    ssize_t const written = write(file, content.data(), content.size());
-    if (written < 0 && errno != EINTR) return errno;
-    if (written > 0) content.remove_prefix(static_cast<size_t>(written));
-  }
-  return 0;
-}
-
 // A new file under a name that nothing but a crash can have left behind. The former file's mode and owner pass to it.
 int writeTemporary(std::string const & temporary, std::string const & target, std::string_view content)
 {
-  unlink(temporary.c_str());
-  int const file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, newFileMode);
-  if (file < 0) return errno;
-  struct stat former;
-  int error = 0;
-  if (stat(target.c_str(), &former) == 0) {
-    bool const sameOwner = fchown(file, former.st_uid, former.st_gid) == 0;
-    if (fchmod(file, former.st_mode & (sameOwner ? 07777 : 0777)) != 0) error = errno;
+  HostCalls const & host = GetHostCalls();
+  host.Remove(temporary.c_str());
+  Descriptor file(host.Open(temporary.c_str(), hostWrite | hostCreate | hostNew, newFileMode));
+  if (!file.IsOpen()) return errno;
+  HostStatus former;
+  if (host.GetStatusOf(target.c_str(), former) == 0) {
+    bool const sameOwner = host.SetOwner(file.Get(), former.user, former.group) == 0;
+    if (host.SetMode(file.Get(), former.mode & (sameOwner ? 07777 : 0777)) != 0) return errno;
   }
-  if (error == 0) error = writeAll(file, content);
-  if (error == 0 && fsync(file) != 0) error = errno;
-  if (close(file) != 0 && error == 0) error = errno;
-  return error;
+  if (int const error = WriteAll(file.Get(), content); error != 0) return error;
+  if (host.Sync(file.Get()) != 0) return errno;
+  return host.Close(file.Take()) != 0 ? errno : 0;
 }
 
 int syncFile(std::string const & hostFile)
 {
-  int const file = open(hostFile.c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) return errno;
-  int const error = fsync(file) != 0 ? errno : 0;
-  close(file);
-  return error;
+  Descriptor const file(GetHostCalls().Open(hostFile.c_str(), hostRead, 0));
+  return !file.IsOpen() || GetHostCalls().Sync(file.Get()) != 0 ? errno : 0;
 }
 
 int renameInto(FolderLock const & lock, std::string const & from, std::string const & to)
 {
-  if (rename(from.c_str(), to.c_str()) != 0) return errno;
+  if (GetHostCalls().Rename(from.c_str(), to.c_str()) != 0) return errno;
   return lock.Sync() ? 0 : errno;
 }
 
@@ -101,26 +82,19 @@ bool report(int result, int * error)
 }  // namespace
 
 FolderLock::FolderLock(std::string const & hostFile)
-    : m_hFolder(open(folderOf(hostFile).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)), m_nError(m_hFolder < 0 ? errno : 0)
+    : m_Folder(GetHostCalls().Open(folderOf(hostFile).c_str(), hostRead | hostFolder, 0)), m_nError(m_Folder.IsOpen() ? 0 : errno)
 {
-  if (m_hFolder < 0) return;
-  while (flock(m_hFolder, LOCK_EX) != 0 && errno == EINTR) {
-  }
-}
-
-FolderLock::~FolderLock()
-{
-  if (m_hFolder >= 0) close(m_hFolder);
+  if (m_Folder.IsOpen()) GetHostCalls().Lock(m_Folder.Get(), HostLock::ExclusiveWait);
 }
 
 bool FolderLock::Sync() const
 {
-  return fsync(m_hFolder) == 0 || errno == EINVAL;  // some file systems can't sync folders and say so
+  return GetHostCalls().Sync(m_Folder.Get()) == 0 || errno == EINVAL;  // some file systems can't sync folders and say so
 }
 
 std::string FollowLinks(std::string const & hostFile)
 {
-  std::unique_ptr<char, decltype(&std::free)> const target(realpath(hostFile.c_str(), nullptr), &std::free);
+  std::unique_ptr<char, decltype(&std::free)> const target(GetHostCalls().ResolveLinks(hostFile.c_str()), &std::free);
   return target ? target.get() : hostFile;
 }
 
@@ -129,7 +103,7 @@ int ReplaceLockedFile(FolderLock const & lock, std::string const & hostFile, std
   std::string const temporary = hostFile + temporaryEnd;
   int error = writeTemporary(temporary, hostFile, content);
   if (error == 0) error = renameInto(lock, temporary, hostFile);
-  if (error != 0) unlink(temporary.c_str());
+  if (error != 0) GetHostCalls().Remove(temporary.c_str());
   return error;
 }
 

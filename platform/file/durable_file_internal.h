@@ -4,21 +4,20 @@
 #include <string>
 #include <string_view>
 
+#include "platform/file/descriptor_internal.h"
+
 namespace zp {
 
 // Holds an exclusive lock on the folder of a host file, waiting for it. Where the file system knows no locks, none is held.
 class FolderLock {
  public:
   explicit FolderLock(std::string const & hostFile);
-  ~FolderLock();
-  FolderLock(FolderLock const &) = delete;
-  FolderLock & operator=(FolderLock const &) = delete;
 
   int GetError() const { return m_nError; }  // 0, or why the folder couldn't be opened
   bool Sync() const;                         // makes renames in the folder durable
 
  private:
-  int m_hFolder;
+  Descriptor m_Folder;
   int m_nError;
 };
 

@@ -4,14 +4,13 @@
 #include <zpbase/platform/paths.h>
 #include <zpbase/platform/system_error.h>
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <memory>
+#include <optional>
 #include <utility>
+
+#include <zpbase/platform/paths.h>
+#include <zpbase/platform/system_error.h>
 
 #include "platform/file/descriptor_internal.h"
 #include "platform/file/file_internal.h"
@@ -23,109 +22,71 @@ namespace {
 constexpr UINT accessMask = 3;
 constexpr UINT shareMask = 0x70;
 constexpr int openTries = 10;
+constexpr unsigned int newFileMode = 0666;
 
-int hostAccess(UINT flags)
+unsigned int hostAccess(UINT flags)
 {
   switch (flags & accessMask) {
     case CFile::modeRead:
-      return O_RDONLY;
+      return zp::hostRead;
     case CFile::modeWrite:
-      return O_WRONLY;
+      return zp::hostWrite;
     default:
-      return O_RDWR;
+      return zp::hostReadWrite;
   }
 }
 
-// The lock that the share flags ask for; 0 for none.
-int lockOf(UINT flags)
+// The lock that the share flags ask for, if any.
+std::optional<zp::HostLock> lockOf(UINT flags)
 {
   UINT const share = flags & shareMask;
-  if (share == CFile::shareDenyNone) return 0;
-  return share == CFile::shareDenyWrite && (flags & accessMask) == CFile::modeRead ? LOCK_SH : LOCK_EX;
+  if (share == CFile::shareDenyNone) return std::nullopt;
+  bool const shared = share == CFile::shareDenyWrite && (flags & accessMask) == CFile::modeRead;
+  return shared ? zp::HostLock::Shared : zp::HostLock::Exclusive;
 }
 
 // True when path still leads to the file that is open.
-bool leadsTo(char const * path, struct stat const & open)
+bool leadsTo(char const * path, zp::HostStatus const & open)
 {
-  struct stat now;
-  return stat(path, &now) == 0 && now.st_ino == open.st_ino && now.st_dev == open.st_dev;
+  zp::HostStatus now;
+  return zp::GetHostCalls().GetStatusOf(path, now) == 0 && now.IsSameFile(open);
 }
 
-// Opens and locks path; the descriptor, or -1 with errno set. A file that was replaced before the lock was had is opened anew.
-int openLocked(char const * path, UINT flags)
+// Opens and locks path and tells what it leads to; a descriptor that isn't open, with errno set, on failure. A file that was
+// replaced before the lock was had is opened anew.
+zp::Descriptor openLocked(char const * path, UINT flags, zp::HostStatus & status)
 {
-  int const create = (flags & CFile::modeCreate) != 0 ? O_CREAT : 0;
-  int const lock = lockOf(flags);
+  zp::HostCalls const & host = zp::GetHostCalls();
+  unsigned int const create = (flags & CFile::modeCreate) != 0 ? unsigned{zp::hostCreate} : 0;
+  auto const lock = lockOf(flags);
   for (int i = 0; i < openTries; ++i) {
-    zp::Descriptor file(open(path, hostAccess(flags) | create | O_CLOEXEC | O_NOCTTY, 0666));
-    if (file.Get() < 0) return -1;
-    struct stat status;
-    if (fstat(file.Get(), &status) != 0) return -1;
-    if (S_ISDIR(status.st_mode)) {
+    zp::Descriptor file(host.Open(path, hostAccess(flags) | create, newFileMode));
+    if (!file.IsOpen() || host.GetStatus(file.Get(), status) != 0) return {};
+    if (status.kind == zp::HostStatus::Folder) {
       errno = EISDIR;
-      return -1;
+      return {};
     }
     // Only a lock that another holds refuses the file; a file system without locks is no sharing violation.
-    if (lock != 0 && flock(file.Get(), lock | LOCK_NB) != 0 && errno == EWOULDBLOCK) return -1;
-    if (lock == 0 || !S_ISREG(status.st_mode) || leadsTo(path, status)) return file.Take();
+    if (lock && host.Lock(file.Get(), *lock) != 0 && errno == EWOULDBLOCK) return {};
+    if (!lock || status.kind != zp::HostStatus::File || leadsTo(path, status)) return file;
   }
   errno = EWOULDBLOCK;
-  return -1;
+  return {};
 }
 
-int openAndTruncate(char const * path, UINT flags)
+// The lock comes first, then the truncation: a refused open leaves the file as it is.
+zp::Descriptor openAndTruncate(char const * path, UINT flags)
 {
-  zp::Descriptor file(openLocked(path, flags));
-  if (file.Get() < 0) return -1;
+  zp::HostStatus status;
+  zp::Descriptor file = openLocked(path, flags, status);
   bool const truncate = (flags & CFile::modeCreate) != 0 && (flags & CFile::modeNoTruncate) == 0;
-  struct stat status;
-  if (truncate && fstat(file.Get(), &status) == 0 && status.st_size != 0 && S_ISREG(status.st_mode) &&
-      zp::GetFileCalls().SetLength(file.Get(), 0) != 0)
-    return -1;
-  return file.Take();
-}
-
-void setProblem(CFileException * problem, int error, char const * name, std::string const & hostPath)
-{
-  if (problem == nullptr) return;
-  problem->m_cause = zp::CauseOfOpenError(error, hostPath);
-  problem->m_lOsError = problem->m_cause == CFileException::badPath ? 3 : zp::SystemErrorOfError(error);
-  problem->m_strFileName = name;
-}
-
-long readHost(int file, void * buffer, size_t count, LONGLONG position)
-{
-  long const got = pread(file, buffer, count, position);
-  return got < 0 && errno == ESPIPE ? read(file, buffer, count) : got;
-}
-
-long writeHost(int file, void const * buffer, size_t count, LONGLONG position)
-{
-  long const put = pwrite(file, buffer, count, position);
-  return put < 0 && errno == ESPIPE ? write(file, buffer, count) : put;
-}
-
-int setLengthHost(int file, LONGLONG length)
-{
-  return ftruncate(file, length);
-}
-
-int closeHost(int file)
-{
-  return close(file);
+  if (!file.IsOpen() || !truncate || status.kind != zp::HostStatus::File) return file;
+  if (zp::GetHostCalls().GetStatus(file.Get(), status) != 0 || status.size == 0) return file;
+  if (zp::GetHostCalls().SetLength(file.Get(), 0) != 0) return {};
+  return file;
 }
 
 }  // namespace
-
-namespace zp {
-
-FileCalls & GetFileCalls()
-{
-  static FileCalls calls = {readHost, writeHost, setLengthHost, closeHost};
-  return calls;
-}
-
-}  // namespace zp
 
 CFile::~CFile()
 {
@@ -158,8 +119,13 @@ BOOL CFile::Open(char const * name, UINT flags, CFileException * problem)
   m_bDuplicated = false;
   std::string hostPath;
   bool const valid = ToHostPath(m_strFileName.View(), hostPath);
-  m_hFile = valid ? openAndTruncate(hostPath.c_str(), flags) : hFileNull;
-  if (m_hFile == hFileNull) setProblem(problem, valid ? errno : ENOTDIR, name, hostPath);
+  m_hFile = valid ? openAndTruncate(hostPath.c_str(), flags).Take() : hFileNull;
+  if (m_hFile == hFileNull && problem != nullptr) {
+    zp::FileFailure const failure = zp::FailureOfName(valid ? errno : ENOTDIR, hostPath);
+    problem->m_cause = failure.cause;
+    problem->m_lOsError = failure.systemError;
+    problem->m_strFileName = name;
+  }
   return m_hFile != hFileNull;
 }
 
@@ -167,7 +133,7 @@ CFile * CFile::Duplicate() const
 {
   RequireOpen();
   auto copy = std::make_unique<CFile>();
-  copy->m_hFile = fcntl(m_hFile, F_DUPFD_CLOEXEC, 0);
+  copy->m_hFile = zp::GetHostCalls().Duplicate(m_hFile);
   if (copy->m_hFile < 0) Fail(errno);
   copy->m_strFileName = m_strFileName;
   copy->m_nPosition = m_nPosition;
@@ -187,7 +153,7 @@ ULONGLONG CFile::Seek(LONGLONG offset, UINT from)
   ULONGLONG const origin = from == begin ? 0 : from == current ? m_nPosition : GetLength();
   LONGLONG position;
   if (__builtin_add_overflow(static_cast<LONGLONG>(origin), offset, &position) || position < 0)
-    AfxThrowFileException(CFileException::badSeek, 131, m_strFileName);
+    AfxThrowFileException(CFileException::badSeek, ERROR_NEGATIVE_SEEK, m_strFileName);
   return m_nPosition = static_cast<ULONGLONG>(position);
 }
 
@@ -195,22 +161,22 @@ void CFile::SetLength(ULONGLONG length)
 {
   RequireOpen();
   ++m_nChanges;
-  if (zp::GetFileCalls().SetLength(m_hFile, static_cast<LONGLONG>(length)) != 0) Fail(errno);
+  if (zp::GetHostCalls().SetLength(m_hFile, static_cast<LONGLONG>(length)) != 0) Fail(errno);
   m_nPosition = length;
 }
 
 ULONGLONG CFile::GetLength() const
 {
   RequireOpen();
-  struct stat status;
-  if (fstat(m_hFile, &status) != 0) Fail(errno);
-  return static_cast<ULONGLONG>(status.st_size);
+  zp::HostStatus status;
+  if (zp::GetHostCalls().GetStatus(m_hFile, status) != 0) Fail(errno);
+  return static_cast<ULONGLONG>(status.size);
 }
 
 UINT CFile::ReadAt(ULONGLONG position, void * buffer, UINT count) const
 {
   RequireOpen();
-  auto const call = zp::GetFileCalls().Read;
+  auto const call = zp::GetHostCalls().ReadAt;
   UINT done = 0;
   while (done < count) {
     long const got = call(m_hFile, static_cast<BYTE *>(buffer) + done, count - done, static_cast<LONGLONG>(position + done));
@@ -226,7 +192,7 @@ void CFile::WriteAt(ULONGLONG position, void const * buffer, UINT count)
 {
   RequireOpen();
   ++m_nChanges;
-  auto const call = zp::GetFileCalls().Write;
+  auto const call = zp::GetHostCalls().WriteAt;
   for (UINT done = 0; done < count;) {
     long const put =
         call(m_hFile, static_cast<BYTE const *>(buffer) + done, count - done, static_cast<LONGLONG>(position + done));
@@ -252,18 +218,18 @@ void CFile::Write(void const * buffer, UINT count)
 
 void CFile::LockRange(ULONGLONG, ULONGLONG)
 {
-  AfxThrowFileException(CFileException::lockViolation, 33, m_strFileName);
+  AfxThrowFileException(CFileException::lockViolation, ERROR_LOCK_VIOLATION, m_strFileName);
 }
 
 void CFile::UnlockRange(ULONGLONG, ULONGLONG)
 {
-  AfxThrowFileException(CFileException::lockViolation, 158, m_strFileName);
+  AfxThrowFileException(CFileException::lockViolation, ERROR_NOT_LOCKED, m_strFileName);
 }
 
 void CFile::Abort()
 {
   if (m_hFile == hFileNull) return;
-  zp::GetFileCalls().Close(std::exchange(m_hFile, hFileNull));
+  zp::GetHostCalls().Close(std::exchange(m_hFile, hFileNull));
 }
 
 void CFile::Flush()
@@ -274,7 +240,7 @@ void CFile::Flush()
 void CFile::Close()
 {
   RequireOpen();
-  if (zp::GetFileCalls().Close(std::exchange(m_hFile, hFileNull)) != 0) Fail(errno);
+  if (zp::GetHostCalls().Close(std::exchange(m_hFile, hFileNull)) != 0) Fail(errno);
 }
 
 UINT CFile::GetBufferPtr(UINT, UINT, void **, void **)

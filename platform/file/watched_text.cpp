@@ -2,107 +2,89 @@
 
 #include "platform/file/watched_text_internal.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
-#include <ctime>
-#include <filesystem>
+
+#include "platform/file/file_internal.h"
 
 namespace zp {
 namespace {
 
-constexpr long long nanosPerSecond = 1'000'000'000;
+constexpr LONGLONG nanosPerSecond = 1'000'000'000;
 
 // File times advance in the kernel's ticks, 10 ms at most: two writes within one tick bear the same time.
-constexpr long long tickNanos = 20'000'000;
-
-bool sameTime(timespec const & a, timespec const & b)
-{
-  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-}
+constexpr LONGLONG tickNanos = 20'000'000;
 
 // How long the name of a file is taken to lead to the file that is held.
-constexpr long long trustNanos = 100'000'000;
+constexpr LONGLONG trustNanos = 100'000'000;
 
-long long steadyNanos()
-{
-  timespec now;
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return now.tv_sec * nanosPerSecond + now.tv_nsec;
-}
+constexpr unsigned int newFolderMode = 0777;
 
-bool isJustWritten(timespec const & written)
+bool isJustWritten(HostTime const & written)
 {
-  timespec now;
-  clock_gettime(CLOCK_REALTIME, &now);
-  long long const seconds = now.tv_sec - written.tv_sec;
+  HostTime const now = GetHostCalls().WallClock();
+  LONGLONG const seconds = now.seconds - written.seconds;
   if (seconds < -1 || seconds > 1) return false;
-  long long const age = seconds * nanosPerSecond + (now.tv_nsec - written.tv_nsec);
+  LONGLONG const age = seconds * nanosPerSecond + (now.nanoseconds - written.nanoseconds);
   return age > -tickNanos && age < tickNanos;
 }
 
-int readWhole(int file, std::string & text)
+// From the lowest folder that is there upwards. Another program may be making them at the same time; 0 or the host's error
+// number.
+int makeFoldersFor(std::string const & hostFile)
 {
-  char piece[65536];
-  for (;;) {
-    ssize_t const got = read(file, piece, sizeof piece);
-    if (got == 0) return 0;
-    if (got > 0) text.append(piece, static_cast<size_t>(got));
-    if (got < 0 && errno != EINTR) return errno;
-  }
+  size_t const slash = hostFile.rfind('/');
+  if (slash == std::string::npos || slash == 0) return 0;
+  std::string const folder = hostFile.substr(0, slash);
+  if (IsFolder(folder)) return 0;
+  if (int const error = makeFoldersFor(folder); error != 0) return error;
+  if (GetHostCalls().MakeFolder(folder.c_str(), newFolderMode) == 0) return 0;
+  int const error = errno;
+  if (error != EEXIST) return error;
+  return IsFolder(folder) ? 0 : ENOTDIR;
 }
 
 }  // namespace
 
-int MakeFoldersFor(std::string const & hostFile)
+bool WatchedText::IsUnchanged(HostStatus const & now) const
 {
-  std::error_code error;
-  std::filesystem::path const folder = std::filesystem::path(hostFile).parent_path();
-  if (!folder.empty()) std::filesystem::create_directories(folder, error);
-  return error.value();
+  return now.IsSameFile(m_Stamp) && now.size == m_Stamp.size && now.modified == m_Stamp.modified &&
+         now.changed == m_Stamp.changed;
 }
 
-bool WatchedText::IsUnchanged(struct stat const & now) const
-{
-  return now.st_ino == m_Stamp.st_ino && now.st_dev == m_Stamp.st_dev && now.st_size == m_Stamp.st_size &&
-         sameTime(now.st_mtim, m_Stamp.st_mtim) && sameTime(now.st_ctim, m_Stamp.st_ctim);
-}
-
-void WatchedText::Remember(struct stat const & now)
+void WatchedText::Remember(HostStatus const & now)
 {
   m_Stamp = now;
-  m_bKnown = !isJustWritten(now.st_mtim);
+  m_bKnown = !isJustWritten(now.modified);
 }
 
 // A file that was replaced or removed has no name any more, and a renamed one another time of change.
 bool WatchedText::IsHeldUnchanged() const
 {
-  struct stat now;
-  return m_bKnown && m_Held.Get() >= 0 && steadyNanos() - m_nLooked < trustNanos && fstat(m_Held.Get(), &now) == 0 &&
-         now.st_nlink != 0 && IsUnchanged(now);
+  HostStatus now;
+  return m_bKnown && m_Held.Get() >= 0 && GetHostCalls().SteadyClock() - m_nLooked < trustNanos &&
+         GetHostCalls().GetStatus(m_Held.Get(), now) == 0 && now.links != 0 && IsUnchanged(now);
 }
 
-bool WatchedText::Refresh()
+void WatchedText::Refresh()
 {
-  return !IsHeldUnchanged() && Look();
+  if (!IsHeldUnchanged() && Look()) m_Changed();
 }
 
-// Follows the name.
+// Follows the name; true if the text was read anew.
 bool WatchedText::Look()
 {
-  struct stat now;
-  if (stat(m_strFile.c_str(), &now) != 0) {
+  HostStatus now;
+  if (GetHostCalls().GetStatusOf(m_strFile.c_str(), now) != 0) {
     now = {};
     m_nError = errno == ENOENT || errno == ENOTDIR ? 0 : errno;
-    bool const wasThere = m_Stamp.st_ino != 0;
+    bool const wasThere = m_Stamp.file != 0;
     m_Stamp = now;
     m_bKnown = false;
     m_Held.Close();
     m_Text.clear();
     return wasThere;
   }
-  m_nLooked = steadyNanos();
+  m_nLooked = GetHostCalls().SteadyClock();
   if (m_bKnown && IsUnchanged(now)) return false;
   Read();
   return true;
@@ -112,17 +94,17 @@ bool WatchedText::Look()
 void WatchedText::Read()
 {
   m_Text.clear();
-  m_Held = Descriptor(open(m_strFile.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  m_Held = Descriptor(GetHostCalls().Open(m_strFile.c_str(), hostRead | hostNoWait, 0));
   if (m_Held.Get() < 0) {
     m_nError = errno;
     m_bKnown = false;
     return;
   }
-  struct stat now;
-  m_nError = fstat(m_Held.Get(), &now) != 0 ? errno : 0;
+  HostStatus now;
+  m_nError = GetHostCalls().GetStatus(m_Held.Get(), now) != 0 ? errno : 0;
   if (m_nError == 0) {
     Remember(now);
-    m_nError = S_ISREG(now.st_mode) ? readWhole(m_Held.Get(), m_Text) : EINVAL;
+    m_nError = now.kind == HostStatus::File ? ReadAll(m_Held.Get(), m_Text) : EINVAL;
   }
   if (m_nError == 0) return;
   m_Text.clear();
@@ -134,11 +116,25 @@ int WatchedText::Replace(FolderLock const & lock, std::string const & hostFile, 
   int const error = ReplaceLockedFile(lock, hostFile, text);
   if (error != 0) return error;
   m_Text = std::move(text);
-  m_Held = Descriptor(open(hostFile.c_str(), O_RDONLY | O_CLOEXEC));
-  m_nLooked = steadyNanos();
-  struct stat now;
-  if (fstat(m_Held.Get(), &now) == 0) Remember(now);
+  m_Held = Descriptor(GetHostCalls().Open(hostFile.c_str(), hostRead, 0));
+  m_nLooked = GetHostCalls().SteadyClock();
+  HostStatus now;
+  if (GetHostCalls().GetStatus(m_Held.Get(), now) == 0) Remember(now);
+  m_Changed();
   return 0;
+}
+
+// A file that can't be read isn't replaced: its content would be lost.
+int WatchedText::Change(std::function<bool(std::string & changed)> const & edit)
+{
+  std::string const target = FollowLinks(m_strFile);
+  if (int const error = makeFoldersFor(target); error != 0) return error;
+  FolderLock const lock(target);
+  if (lock.GetError() != 0) return lock.GetError();
+  Refresh();
+  if (m_nError != 0) return m_nError;
+  std::string changed;
+  return edit(changed) && changed != m_Text ? Replace(lock, target, std::move(changed)) : 0;
 }
 
 }  // namespace zp

@@ -1,8 +1,7 @@
 // The whole text of a file that other programs may replace at any time.
 #pragma once
 
-#include <sys/stat.h>
-
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -11,36 +10,42 @@
 
 namespace zp {
 
-// Makes the folders that a host file needs; 0 or the host's error number.
-int MakeFoldersFor(std::string const & hostFile);
-
 class WatchedText {
  public:
-  explicit WatchedText(std::string hostFile) : m_strFile(std::move(hostFile)) {}
+  // changed is called whenever the text has become another.
+  WatchedText(std::string hostFile, std::function<void()> changed) : m_strFile(std::move(hostFile)), m_Changed(std::move(changed))
+  {
+  }
+  WatchedText(WatchedText const &) = delete;
+  WatchedText & operator=(WatchedText const &) = delete;
 
-  // Reads the file if it isn't the one read before, at the price of one fstat if it is. True if it was read anew. That the name
-  // leads elsewhere because a folder or a link on its way was changed is noticed within a tenth of a second, all else at once.
-  bool Refresh();
+  // Reads the file if it isn't the one read before, at the price of one look at its status if it is. That the name leads
+  // elsewhere because a folder or a link on its way was changed is noticed within a tenth of a second, all else at once.
+  void Refresh();
 
   std::string const & GetFile() const { return m_strFile; }
   std::string_view GetText() const { return m_Text; }  // empty for a missing file
   int GetError() const { return m_nError; }            // why an existing file can't be read, else 0
 
-  // Replaces the file under a lock that the caller holds, and so the text; 0 or the host's error number.
-  int Replace(FolderLock const & lock, std::string const & hostFile, std::string text);
+  // Reads, edits and replaces the file under one lock, so that two programs can't lose each other's changes; folders that it
+  // needs are made. edit finds the text refreshed, gives the changed one and true, or false to leave it. 0 or the host's error
+  // number.
+  int Change(std::function<bool(std::string & changed)> const & edit);
 
  private:
-  bool IsUnchanged(struct stat const & now) const;
+  bool IsUnchanged(HostStatus const & now) const;
   bool IsHeldUnchanged() const;
   bool Look();
+  int Replace(FolderLock const & lock, std::string const & hostFile, std::string text);
   void Read();
-  void Remember(struct stat const & now);
+  void Remember(HostStatus const & now);
 
   std::string m_strFile;
+  std::function<void()> m_Changed;
   std::string m_Text;
-  Descriptor m_Held;        // the file that was read
-  long long m_nLooked = 0;  // when its name led to it last, in nanoseconds of the steady clock
-  struct stat m_Stamp = {};
+  Descriptor m_Held;       // the file that was read
+  LONGLONG m_nLooked = 0;  // when its name led to it last, in nanoseconds of the steady clock
+  HostStatus m_Stamp;
   int m_nError = 0;
   bool m_bKnown = false;  // the stamp is that of the text, and no later write can bear the same one
 };

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include <zpbase/platform/time.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/windows.h>
 
 #include "platform/windows/window_table_internal.h"
@@ -16,7 +16,8 @@ constexpr UINT minInterval = 10;  // milliseconds
 
 LONGLONG now()
 {
-  return zp::GetClockCalls().SteadyMilliseconds();
+  constexpr LONGLONG nanosPerMillisecond = 1'000'000;
+  return zp::GetHostCalls().SteadyClock() / nanosPerMillisecond;
 }
 
 }  // namespace

@@ -1,44 +1,42 @@
 // The host's folders: looking for entries by pattern, making a folder, and the system's own search for a file.
-#include <dirent.h>
-#include <sys/stat.h>
-#include <unistd.h>
+
+#include <zpbase/platform/folders.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
-#include <zpbase/platform/folders.h>
+#include <zpbase/platform/ascii.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
-#include <zpbase/platform/security.h>
 #include <zpbase/platform/system_error.h>
 
+#include "platform/file/file_internal.h"
+
 struct CloseFolder {
-  void operator()(DIR * folder) const { closedir(folder); }
+  void operator()(void * folder) const { zp::GetHostCalls().CloseFolder(folder); }
 };
+using OpenFolder = std::unique_ptr<void, CloseFolder>;
 
 struct FileSearch {
-  std::unique_ptr<DIR, CloseFolder> pEntries;
+  OpenFolder pEntries;
 };
 
 namespace {
 
-constexpr DWORD errorFileNotFound = 2;
-constexpr DWORD errorPathNotFound = 3;
 constexpr DWORD attributeDirectory = 0x10;
+constexpr unsigned int newFolderMode = 0777;
 
 thread_local DWORD g_nLastError = 0;
 
-BOOL failWith(DWORD error)
+BOOL failWith(LONG error)
 {
-  g_nLastError = error;
+  g_nLastError = static_cast<DWORD>(error);
   return FALSE;
-}
-
-char lowered(char c)
-{
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
 }
 
 // Goes back to the last '*' only, so the time is at most the product of the lengths.
@@ -52,7 +50,7 @@ bool fits(std::string_view name, std::string_view pattern)
     if (p < pattern.size() && pattern[p] == '*') {
       star = p++;
       starName = n;
-    } else if (p < pattern.size() && (pattern[p] == '?' || lowered(pattern[p]) == lowered(name[n]))) {
+    } else if (p < pattern.size() && (pattern[p] == '?' || zp::ToLower(pattern[p]) == zp::ToLower(name[n]))) {
       ++p;
       ++n;
     } else if (star != std::string_view::npos) {
@@ -67,16 +65,14 @@ bool fits(std::string_view name, std::string_view pattern)
 
 void describe(WIN32_FIND_DATA & found, std::string const & folder, std::string_view name)
 {
-  struct stat status;
-  bool const isFolder = stat((folder + '/' + std::string(name)).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-  found.dwFileAttributes = isFolder ? attributeDirectory : 0;
+  found.dwFileAttributes = zp::IsFolder(folder + '/' + std::string(name)) ? attributeDirectory : 0;
   found.cFileName[name.copy(found.cFileName, sizeof found.cFileName - 1)] = '\0';
 }
 
 bool isFile(std::string const & hostPath)
 {
-  struct stat status;
-  return stat(hostPath.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+  zp::HostStatus status;
+  return zp::GetHostCalls().GetStatusOf(hostPath.c_str(), status) == 0 && status.kind != zp::HostStatus::Folder;
 }
 
 std::string programFolder()
@@ -90,7 +86,7 @@ std::string programFolder()
 
 std::string currentFolder()
 {
-  std::unique_ptr<char, decltype(&std::free)> const folder(getcwd(nullptr, 0), &std::free);
+  std::unique_ptr<char, decltype(&std::free)> const folder(zp::GetHostCalls().CurrentFolder(), &std::free);
   return folder ? folder.get() : ".";
 }
 
@@ -148,17 +144,17 @@ HANDLE FindFirstFileA(char const * pattern, WIN32_FIND_DATA * found)
   std::string wanted = slash == std::string::npos ? hostPattern : hostPattern.substr(slash + 1);
   if (wanted == "*.*") wanted = "*";
 
-  std::unique_ptr<DIR, CloseFolder> entries(isPath ? opendir(folder.c_str()) : nullptr);
+  OpenFolder entries(isPath ? zp::GetHostCalls().OpenFolder(folder.c_str()) : nullptr);
   if (!entries) {
-    failWith(errorPathNotFound);
+    failWith(ERROR_PATH_NOT_FOUND);
     return INVALID_HANDLE_VALUE;
   }
-  while (dirent const * const entry = readdir(entries.get())) {
-    if (!fits(entry->d_name, wanted)) continue;
-    if (found != nullptr) describe(*found, folder, entry->d_name);
+  while (char const * const entry = zp::GetHostCalls().NextEntry(entries.get())) {
+    if (!fits(entry, wanted)) continue;
+    if (found != nullptr) describe(*found, folder, entry);
     return new FileSearch{std::move(entries)};
   }
-  failWith(errorFileNotFound);
+  failWith(ERROR_FILE_NOT_FOUND);
   return INVALID_HANDLE_VALUE;
 }
 
@@ -171,10 +167,10 @@ BOOL FindClose(HANDLE search)
 BOOL CreateDirectoryA(char const * path, SECURITY_ATTRIBUTES *)
 {
   std::string hostPath;
-  if (!ToHostPath(path, hostPath)) return failWith(errorPathNotFound);
-  if (mkdir(hostPath.c_str(), 0777) == 0) return TRUE;
+  if (!ToHostPath(path, hostPath)) return failWith(ERROR_PATH_NOT_FOUND);
+  if (zp::GetHostCalls().MakeFolder(hostPath.c_str(), newFolderMode) == 0) return TRUE;
   int const error = errno;
-  return failWith(error == ENOENT ? errorPathNotFound : static_cast<DWORD>(zp::SystemErrorOfError(error)));
+  return failWith(error == ENOENT ? LONG{ERROR_PATH_NOT_FOUND} : zp::SystemErrorOfError(error));
 }
 
 DWORD SearchPathA(char const * path, char const * name, char const * extension, DWORD size, char * buffer, char ** filePart)
@@ -185,7 +181,7 @@ DWORD SearchPathA(char const * path, char const * name, char const * extension, 
   if (extension != nullptr && hostName.find('.', lastPart) == std::string::npos) hostName += extension;
   std::string const file = findFile(searchedFolders(path), hostName);
   if (file.empty()) {
-    failWith(errorFileNotFound);
+    failWith(ERROR_FILE_NOT_FOUND);
     return 0;
   }
   CString const full = FromHostPath(file);

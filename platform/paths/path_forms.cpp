@@ -1,50 +1,21 @@
-// Translates paths between the inside form and the host's, and finds the program's file and the user's configuration folder.
+// Translates paths between the inside form and the host's.
 
-#include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
 
-#include <dlfcn.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <climits>
-#include <cstdlib>
-#include <memory>
+
+#include <zpbase/platform/ascii.h>
 
 namespace {
 
-constexpr char const * programLink = "/proc/self/exe";
-
 bool startsWithDrive(std::string_view path)
 {
-  if (path.size() < 2 || path[1] != ':') return false;
-  return (path[0] >= 'A' && path[0] <= 'Z') || (path[0] >= 'a' && path[0] <= 'z');
+  return path.size() >= 2 && path[1] == ':' && zp::IsLetter(path[0]);
 }
 
 bool isSeparator(char c)
 {
   return c == '\\' || c == '/';
-}
-
-std::string resolved(char const * hostPath)
-{
-  std::unique_ptr<char, decltype(&std::free)> const full(realpath(hostPath, nullptr), &std::free);
-  return full ? full.get() : hostPath;
-}
-
-std::string programFile()
-{
-  char target[PATH_MAX];
-  ssize_t const length = readlink(programLink, target, sizeof target);
-  return length > 0 ? std::string(target, static_cast<size_t>(length)) : std::string();
-}
-
-std::string moduleFile(HINSTANCE module)
-{
-  if (module == nullptr) return programFile();
-  Dl_info found;
-  if (dladdr(module, &found) == 0 || found.dli_fname == nullptr) return {};
-  return resolved(found.dli_fname);
 }
 
 }  // namespace
@@ -79,22 +50,4 @@ CString FromHostPath(std::string_view hostPath)
     path.insert(0, ".\\");  // a name whose second character is a colon is no drive
   }
   return CString(std::move(path));
-}
-
-DWORD GetModuleFileName(HINSTANCE module, char * path, DWORD size)
-{
-  std::string const file = moduleFile(module);
-  if (file.empty() || size == 0) return 0;
-  CString const inside = FromHostPath(file);
-  std::string_view const text = inside.View().substr(0, size - 1);
-  path[text.copy(path, text.size())] = '\0';
-  return text.size() < inside.View().size() ? size : static_cast<DWORD>(text.size());
-}
-
-std::string GetUserConfigFolder()
-{
-  char const * const config = std::getenv("XDG_CONFIG_HOME");
-  if (config != nullptr && config[0] == '/') return config;
-  char const * const home = std::getenv("HOME");
-  return home != nullptr && home[0] != '\0' ? std::string(home) + "/.config" : std::string();
 }

@@ -39,11 +39,6 @@ std::string_view lineEndOf(std::string_view text)
   return end != std::string_view::npos && (end == 0 || text[end - 1] != '\r') ? "\n" : "\r\n";
 }
 
-LONG systemError(int hostError)
-{
-  return hostError != 0 ? SystemErrorOfError(hostError) : ERROR_SUCCESS;
-}
-
 // The hive of the file that the environment names, or else of the usual one. Another choice than at the last call is another
 // hive.
 template <class UsualFile>
@@ -61,8 +56,8 @@ Hive & chosenHive(std::unique_ptr<Hive> & hive, char const * variable, UsualFile
 
 LONG Hive::Refresh()
 {
-  if (m_Text.Refresh()) Index();
-  if (m_Text.GetError() != 0) return systemError(m_Text.GetError());
+  m_Text.Refresh();
+  if (m_Text.GetError() != 0) return SystemErrorOfError(m_Text.GetError());
   return IsRegistryText(m_Text.GetText()) ? ERROR_SUCCESS : ERROR_NOT_REGISTRY_FILE;
 }
 
@@ -73,15 +68,15 @@ void Hive::Index()
   if (!IsRegistryText(m_Text.GetText())) return;
   WalkRegistryText(m_Text.GetText(), [this](auto const & line) { IndexLine(line); });
   for (auto const & [folded, key] : m_Keys)
-    for (auto const & [lower, value] : key.m_Values) m_Values.emplace(NamePair{key.m_strPath, value.m_strName}, &value);
+    for (auto const & [lower, value] : key.values) m_Values.emplace(NamePair{key.path, value.name}, &value);
 }
 
 // Lines count in their order: a later value replaces an earlier one, and a removal what stands above it.
 void Hive::IndexLine(RegistryLine const & line)
 {
-  if (line.m_Kind == RegistryLine::Other) return;
-  std::string const path = folded(line.m_Path);
-  if (line.m_Kind == RegistryLine::DeleteKey) {
+  if (line.kind == RegistryLine::Other) return;
+  std::string const path = folded(line.path);
+  if (line.kind == RegistryLine::DeleteKey) {
     auto const first = m_Keys.lower_bound(path);
     auto last = first;
     while (last != m_Keys.end() && (last->first == path || isBelow(last->first, path))) ++last;
@@ -89,13 +84,13 @@ void Hive::IndexLine(RegistryLine const & line)
     return;
   }
   Key & key = m_Keys[path];
-  key.m_nAddAt = line.m_nEnd;
-  if (line.m_Kind == RegistryLine::Key) {
-    if (key.m_strPath.empty()) key.m_strPath = line.m_Path;
-  } else if (line.m_Kind == RegistryLine::Value) {
-    key.m_Values[ToLower(line.m_Name)] = {line.m_Name, line.m_nType, line.m_Data, line.m_nBegin, line.m_nEnd};
+  key.addAt = line.end;
+  if (line.kind == RegistryLine::Key) {
+    if (key.path.empty()) key.path = line.path;
+  } else if (line.kind == RegistryLine::Value) {
+    key.values[ToLower(line.name)] = {line.name, line.type, line.data, line.begin, line.end};
   } else {
-    key.m_Values.erase(ToLower(line.m_Name));
+    key.values.erase(ToLower(line.name));
   }
 }
 
@@ -138,7 +133,7 @@ LONG Hive::GetSubKey(std::string_view path, DWORD index, std::string_view & name
   for (auto it = m_Keys.lower_bound(above); it != m_Keys.end() && it->first.starts_with(above); --index) {
     size_t const end = std::min(it->first.find(below, above.size()), it->first.size());
     if (index == 0) {
-      name = std::string_view(it->second.m_strPath).substr(above.size(), end - above.size());
+      name = std::string_view(it->second.path).substr(above.size(), end - above.size());
       return ERROR_SUCCESS;
     }
     it = m_Keys.lower_bound(it->first.substr(0, end) + static_cast<char>(below + 1));
@@ -151,27 +146,20 @@ LONG Hive::GetValue(std::string_view path, DWORD index, HiveValue const *& value
   LONG const error = FindKey(path);
   if (error != ERROR_SUCCESS) return error;
   Key const * const key = FindOwnKey(path);
-  if (key == nullptr || index >= key->m_Values.size()) return ERROR_NO_MORE_ITEMS;
-  value = &std::next(key->m_Values.begin(), index)->second;
+  if (key == nullptr || index >= key->values.size()) return ERROR_NO_MORE_ITEMS;
+  value = &std::next(key->values.begin(), index)->second;
   return ERROR_SUCCESS;
 }
 
-// Reads, edits and replaces under one lock, so that two programs can't lose each other's changes.
 template <class Edit>
 LONG Hive::Change(Edit edit)
 {
-  std::string const target = FollowLinks(m_Text.GetFile());
-  if (int const error = MakeFoldersFor(target); error != 0) return systemError(error);
-  FolderLock const lock(target);
-  if (lock.GetError() != 0) return systemError(lock.GetError());
-  LONG const error = Refresh();
-  if (error != ERROR_SUCCESS) return error;
-  std::string changed;
-  LONG const result = edit(changed);
-  if (result != ERROR_SUCCESS || changed == m_Text.GetText()) return result;
-  if (int const failed = m_Text.Replace(lock, target, std::move(changed)); failed != 0) return systemError(failed);
-  Index();
-  return ERROR_SUCCESS;
+  LONG result = ERROR_SUCCESS;
+  int const error = m_Text.Change([&](std::string & changed) {
+    result = IsRegistryText(m_Text.GetText()) ? edit(changed) : ERROR_NOT_REGISTRY_FILE;
+    return result == ERROR_SUCCESS;
+  });
+  return error != 0 ? SystemErrorOfError(error) : result;
 }
 
 std::string Hive::WithKey(std::string_view path) const
@@ -190,11 +178,10 @@ std::string Hive::WithValue(std::string_view path, std::string_view name, DWORD 
   std::string text = key != nullptr ? std::string(m_Text.GetText()) : WithKey(path);
   std::string const lines = RegistryValueText(name, type, data, lineEndOf(text));
   if (key == nullptr) return text + lines;
-  auto const found = key->m_Values.find(ToLower(name));
-  if (found != key->m_Values.end())
-    return text.replace(found->second.m_nBegin, found->second.m_nEnd - found->second.m_nBegin, lines);
-  bool const cut = text[key->m_nAddAt - 1] != '\n';
-  return text.insert(key->m_nAddAt, cut ? std::string(lineEndOf(text)) + lines : lines);
+  auto const found = key->values.find(ToLower(name));
+  if (found != key->values.end()) return text.replace(found->second.begin, found->second.end - found->second.begin, lines);
+  bool const cut = text[key->addAt - 1] != '\n';
+  return text.insert(key->addAt, cut ? std::string(lineEndOf(text)) + lines : lines);
 }
 
 LONG Hive::CreateKey(std::string_view path)
@@ -221,11 +208,11 @@ LONG Hive::DeleteValue(std::string_view path, std::string_view name)
     bool found = false;
     std::string_view const text = m_Text.GetText();
     WalkRegistryText(text, [&](RegistryLine const & line) {
-      bool const gone = line.m_Kind == RegistryLine::Value && EqualsNoCase(line.m_Path, path) && EqualsNoCase(line.m_Name, name);
+      bool const gone = line.kind == RegistryLine::Value && EqualsNoCase(line.path, path) && EqualsNoCase(line.name, name);
       if (!gone) return;
       found = true;
-      changed.append(text.substr(kept, line.m_nBegin - kept));
-      kept = line.m_nEnd;
+      changed.append(text.substr(kept, line.begin - kept));
+      kept = line.end;
     });
     changed.append(text.substr(kept));
     return found ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
@@ -239,9 +226,9 @@ LONG Hive::DeleteTree(std::string_view path)
     if (!HasKey(key)) return ERROR_FILE_NOT_FOUND;
     std::string_view const text = m_Text.GetText();
     WalkRegistryText(text, [&](RegistryLine const & line) {
-      std::string const own = folded(line.m_Path);
-      bool const gone = line.m_Kind != RegistryLine::Other && (own == key || isBelow(own, key));
-      if (!gone) changed.append(text.substr(line.m_nBegin, line.m_nEnd - line.m_nBegin));
+      std::string const own = folded(line.path);
+      bool const gone = line.kind != RegistryLine::Other && (own == key || isBelow(own, key));
+      if (!gone) changed.append(text.substr(line.begin, line.end - line.begin));
     });
     return ERROR_SUCCESS;
   });

@@ -13,18 +13,18 @@
 namespace zp {
 
 struct HiveValue {
-  std::string m_strName;
-  DWORD m_nType = REG_NONE;
-  std::string m_Data;
-  size_t m_nBegin = 0;  // its lines in the text
-  size_t m_nEnd = 0;
+  std::string name;
+  DWORD type = REG_NONE;
+  std::string data;
+  size_t begin = 0;  // its lines in the text
+  size_t end = 0;
 };
 
 // Keys are named by their whole path with its root, such as HKEY_CURRENT_USER\Software. Each operation first looks whether the
 // file has changed. Results are the system's error numbers.
 class Hive {
  public:
-  explicit Hive(std::string hostFile) : m_Text(std::move(hostFile)) {}
+  explicit Hive(std::string hostFile) : m_Text(std::move(hostFile), [this] { Index(); }) {}
 
   std::string const & GetFile() const { return m_Text.GetFile(); }
 
@@ -42,9 +42,9 @@ class Hive {
 
  private:
   struct Key {
-    std::string m_strPath;
-    size_t m_nAddAt = 0;                        // where a new value's line belongs
-    std::map<std::string, HiveValue> m_Values;  // by name in lower case
+    std::string path;
+    size_t addAt = 0;                         // where a new value's line belongs
+    std::map<std::string, HiveValue> values;  // by name in lower case
   };
   // By path in lower case with a control character for each backslash, so that what lies below a key follows it at once.
   using Keys = std::map<std::string, Key, std::less<>>;

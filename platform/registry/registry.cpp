@@ -69,13 +69,13 @@ LONG giveName(std::string_view text, char * name, DWORD * size)
 
 LONG giveData(zp::HiveValue const & value, DWORD * type, BYTE * data, DWORD * size)
 {
-  if (type != nullptr) *type = value.m_nType;
+  if (type != nullptr) *type = value.type;
   if (size == nullptr) return data == nullptr ? ERROR_SUCCESS : ERROR_INVALID_PARAMETER;
   DWORD const room = *size;
-  *size = static_cast<DWORD>(value.m_Data.size());
+  *size = static_cast<DWORD>(value.data.size());
   if (data == nullptr) return ERROR_SUCCESS;
-  if (room < value.m_Data.size()) return ERROR_MORE_DATA;
-  std::copy(value.m_Data.begin(), value.m_Data.end(), data);
+  if (room < value.data.size()) return ERROR_MORE_DATA;
+  std::copy(value.data.begin(), value.data.end(), data);
   return ERROR_SUCCESS;
 }
 
@@ -145,7 +145,7 @@ LONG RegEnumValueA(HKEY key, DWORD index, char * name, DWORD * nameSize, DWORD *
   if (opened.m_pHive == nullptr) return ERROR_INVALID_HANDLE;
   zp::HiveValue const * value = nullptr;
   LONG error = opened.m_pHive->GetValue(opened.m_strPath, index, value);
-  if (error == ERROR_SUCCESS) error = giveName(value->m_strName, name, nameSize);
+  if (error == ERROR_SUCCESS) error = giveName(value->name, name, nameSize);
   return error == ERROR_SUCCESS ? giveData(*value, type, data, dataSize) : error;
 }
 

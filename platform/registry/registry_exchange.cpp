@@ -44,13 +44,13 @@ bool hasWideData(DWORD type)
 RegistryEntry entryOf(RegistryLine const & line, bool wide, int & lost)
 {
   RegistryEntry entry;
-  entry.m_Kind = line.m_Kind == RegistryLine::Value         ? RegistryEntry::SetValue
-                 : line.m_Kind == RegistryLine::DeleteValue ? RegistryEntry::RemoveValue
-                                                            : RegistryEntry::RemoveKey;
-  entry.m_strKey = CString(line.m_Path);
-  entry.m_strName = CString(line.m_Name);
-  entry.m_nType = line.m_nType;
-  entry.m_strData = CString(wide && hasWideData(line.m_nType) ? narrowed(line.m_Data, lost) : line.m_Data);
+  entry.m_Kind = line.kind == RegistryLine::Value         ? RegistryEntry::SetValue
+                 : line.kind == RegistryLine::DeleteValue ? RegistryEntry::RemoveValue
+                                                          : RegistryEntry::RemoveKey;
+  entry.m_strKey = CString(line.path);
+  entry.m_strName = CString(line.name);
+  entry.m_nType = line.type;
+  entry.m_strData = CString(wide && hasWideData(line.type) ? narrowed(line.data, lost) : line.data);
   return entry;
 }
 
@@ -65,9 +65,9 @@ bool ReadRegistryText(std::string_view text, std::vector<RegistryEntry> & entrie
   bool const wide = plain.starts_with(wideForm);
   if (!wide && !IsRegistryText(plain)) return false;
   WalkRegistryText(plain, [&](RegistryLine const & line) {
-    if (line.m_Kind == RegistryLine::Other) {
-      if (!isExpected(std::string_view(plain).substr(line.m_nBegin, line.m_nEnd - line.m_nBegin))) ++damaged;
-    } else if (line.m_Kind != RegistryLine::Key) {
+    if (line.kind == RegistryLine::Other) {
+      if (!isExpected(std::string_view(plain).substr(line.begin, line.end - line.begin))) ++damaged;
+    } else if (line.kind != RegistryLine::Key) {
       entries.push_back(entryOf(line, wide, lost));
     }
   });

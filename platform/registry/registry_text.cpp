@@ -14,6 +14,8 @@
 #include <charconv>
 #include <cstdio>
 
+#include <zpbase/platform/bytes.h>
+
 namespace zp {
 namespace {
 
@@ -106,34 +108,35 @@ bool takeData(Scanner & scan, RegistryLine & line)
   if (scan.Take("dword:")) {
     DWORD number;
     if (!scan.TakeHex(8, number)) return false;
-    line.m_nType = REG_DWORD;
-    for (int shift = 0; shift < 32; shift += 8) line.m_Data += static_cast<char>(number >> shift & 0xFF);
+    line.type = REG_DWORD;
+    line.data.resize(sizeof number);
+    WriteLittle(line.data.data(), number);
     return true;
   }
   if (scan.Take("hex")) {
-    line.m_nType = REG_BINARY;
-    if (scan.Take("(") && (!scan.TakeHex(8, line.m_nType) || !scan.Take(")"))) return false;
+    line.type = REG_BINARY;
+    if (scan.Take("(") && (!scan.TakeHex(8, line.type) || !scan.Take(")"))) return false;
     bool const follows = scan.Take(":");
-    if (follows) scan.TakeBytes(line.m_Data);
+    if (follows) scan.TakeBytes(line.data);
     return follows;
   }
-  line.m_nType = REG_SZ;
-  bool const quoted = scan.TakeQuoted(line.m_Data);
-  line.m_Data += '\0';
+  line.type = REG_SZ;
+  bool const quoted = scan.TakeQuoted(line.data);
+  line.data += '\0';
   return quoted;
 }
 
 void readValueLine(Scanner & scan, RegistryLine & line)
 {
-  if (!scan.Take("@") && !scan.TakeQuoted(line.m_Name)) return;
-  if (!FitsRegistryLine(line.m_Name)) return;
+  if (!scan.Take("@") && !scan.TakeQuoted(line.name)) return;
+  if (!FitsRegistryLine(line.name)) return;
   scan.SkipBlanks();
   if (!scan.Take("=")) return;
   scan.SkipBlanks();
   if (scan.Take("-")) {
-    if (scan.TakeLineEnd()) line.m_Kind = RegistryLine::DeleteValue;
+    if (scan.TakeLineEnd()) line.kind = RegistryLine::DeleteValue;
   } else if (takeData(scan, line) && scan.TakeLineEnd()) {
-    line.m_Kind = RegistryLine::Value;
+    line.kind = RegistryLine::Value;
   }
 }
 
@@ -145,8 +148,8 @@ void readKeyLine(std::string_view text, RegistryLine & line)
   size_t const begin = removal ? 2 : 1;
   std::string_view const path = close >= begin ? text.substr(begin, close - begin) : std::string_view();
   if (!IsRegistryPath(path)) return;
-  line.m_Kind = removal ? RegistryLine::DeleteKey : RegistryLine::Key;
-  line.m_Path = path;
+  line.kind = removal ? RegistryLine::DeleteKey : RegistryLine::Key;
+  line.path = path;
 }
 
 std::string_view firstLineOf(std::string_view text)
@@ -177,14 +180,13 @@ std::string bytesText(std::string head, std::string_view data, std::string_view 
 {
   std::string text = std::move(head);
   size_t column = text.size();
-  char digits[4];
   for (size_t i = 0; i < data.size(); ++i) {
     if (column > lineWidth) {
       text.append("\\").append(lineEnd).append("  ");
       column = 2;
     }
-    std::snprintf(digits, sizeof digits, "%02x%s", static_cast<unsigned char>(data[i]), i + 1 < data.size() ? "," : "");
-    text += digits;
+    AppendHex(text, data.substr(i, 1));
+    if (i + 1 < data.size()) text += ',';
     column += 3;
   }
   return text.append(lineEnd);
@@ -193,13 +195,6 @@ std::string bytesText(std::string head, std::string_view data, std::string_view 
 std::string valueHead(std::string_view name)
 {
   return name.empty() ? "@=" : '"' + escaped(name) + "\"=";
-}
-
-DWORD numberOf(std::string_view data)
-{
-  DWORD number = 0;
-  for (size_t i = 4; i-- > 0;) number = number << 8 | static_cast<unsigned char>(data[i]);
-  return number;
 }
 
 }  // namespace
@@ -224,20 +219,20 @@ void WalkRegistryText(std::string_view text, std::function<void(RegistryLine con
   std::string_view path;
   for (size_t begin = 0; begin < text.size();) {
     RegistryLine line;
-    line.m_nBegin = begin;
+    line.begin = begin;
     std::string_view const whole = firstLineOf(text.substr(begin));
-    line.m_nEnd = begin + whole.size();
-    line.m_Path = path;
+    line.end = begin + whole.size();
+    line.path = path;
     if (whole.front() == '[') {
       readKeyLine(whole, line);
-      path = line.m_Kind == RegistryLine::Key ? line.m_Path : std::string_view();
+      path = line.kind == RegistryLine::Key ? line.path : std::string_view();
     } else if ((whole.front() == '"' || whole.front() == '@') && !path.empty()) {
       Scanner scan(text.substr(begin));
       readValueLine(scan, line);
-      if (line.m_Kind != RegistryLine::Other) line.m_nEnd = begin + scan.GetOffset();
+      if (line.kind != RegistryLine::Other) line.end = begin + scan.GetOffset();
     }
     visit(line);
-    begin = line.m_nEnd;
+    begin = line.end;
   }
 }
 
@@ -247,7 +242,7 @@ std::string RegistryValueText(std::string_view name, DWORD type, std::string_vie
   if (isPlainText(type, data)) return head + '"' + escaped(data.substr(0, data.size() - 1)) + '"' + std::string(lineEnd);
   char kind[20] = "hex:";
   if (type == REG_DWORD && data.size() == sizeof(DWORD)) {
-    std::snprintf(kind, sizeof kind, "dword:%08x", numberOf(data));
+    std::snprintf(kind, sizeof kind, "dword:%08x", ReadLittle<DWORD>(data.data()));
     return head + kind + std::string(lineEnd);
   }
   if (type != REG_BINARY) std::snprintf(kind, sizeof kind, "hex(%x):", type);

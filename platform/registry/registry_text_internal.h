@@ -13,13 +13,13 @@ namespace zp {
 struct RegistryLine {
   enum Kind { Other, Key, DeleteKey, Value, DeleteValue };
 
-  Kind m_Kind = Other;
-  size_t m_nBegin = 0;
-  size_t m_nEnd = 0;        // behind the line end
-  std::string_view m_Path;  // the key the line names or stands under
-  std::string m_Name;       // the value's name without its quotes and escapes; empty is the key's default value
-  DWORD m_nType = REG_NONE;
-  std::string m_Data;
+  Kind kind = Other;
+  size_t begin = 0;
+  size_t end = 0;         // behind the line end
+  std::string_view path;  // the key the line names or stands under
+  std::string name;       // the value's name without its quotes and escapes; empty is the key's default value
+  DWORD type = REG_NONE;
+  std::string data;
 };
 
 // True for a text that is empty or begins with the form's first line.

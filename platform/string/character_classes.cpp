@@ -1,12 +1,9 @@
 // Classes of single characters in Windows-1252.
 #include <zpbase/platform/encoding.h>
 
-namespace {
+#include <zpbase/platform/ascii.h>
 
-bool isAsciiLetter(unsigned char c)
-{
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
+namespace {
 
 // From 0xC0 on everything but the signs for times and divided by; below that the accented letters and the ordinals and micro.
 bool isHighLetter(unsigned char c)
@@ -30,20 +27,19 @@ bool isHighLetter(unsigned char c)
   }
 }
 
-bool isDigit(unsigned char c)
+bool isRaisedDigit(unsigned char c)
 {
-  return (c >= '0' && c <= '9') || c == 0xB2 || c == 0xB3 || c == 0xB9;
+  return c == 0xB2 || c == 0xB3 || c == 0xB9;
 }
 
 }  // namespace
 
 BOOL IsCharAlphaA(char c)
 {
-  auto const code = static_cast<unsigned char>(c);
-  return isAsciiLetter(code) || isHighLetter(code);
+  return zp::IsLetter(c) || isHighLetter(static_cast<unsigned char>(c));
 }
 
 BOOL IsCharAlphaNumericA(char c)
 {
-  return IsCharAlphaA(c) || isDigit(static_cast<unsigned char>(c));
+  return IsCharAlphaA(c) || zp::IsDigit(c) || isRaisedDigit(static_cast<unsigned char>(c));
 }

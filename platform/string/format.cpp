@@ -8,22 +8,18 @@
 #include <cstring>
 #include <iterator>
 
+#include <zpbase/platform/ascii.h>
 #include <zpbase/platform/format.h>
 
 namespace zp {
 
 namespace {
 
-bool isDigit(char c)
-{
-  return c >= '0' && c <= '9';
-}
-
 // A decimal number at p, cut at the largest int.
 int readCount(char const *& p)
 {
   int64_t value = 0;
-  for (; isDigit(*p); ++p) value = std::min<int64_t>(value * 10 + (*p - '0'), INT_MAX);
+  for (; IsDigit(*p); ++p) value = std::min<int64_t>(value * 10 + (*p - '0'), INT_MAX);
   return static_cast<int>(value);
 }
 
@@ -314,8 +310,7 @@ void AppendInteger(std::string & out, FormatField const & field, uint64_t magnit
 
   char digits[24];
   char * const end = magnitude == 0 ? digits : std::to_chars(digits, std::end(digits), magnitude, base).ptr;
-  if (field.conversion == 'X')
-    std::transform(digits, end, digits, [](char c) { return c >= 'a' ? static_cast<char>(c - 32) : c; });
+  if (field.conversion == 'X') std::transform(digits, end, digits, [](char c) { return ToUpper(c); });
 
   FormatPieces pieces{.body = {digits, static_cast<size_t>(end - digits)}};
   size_t const wanted = field.precision < 0 ? 1 : static_cast<size_t>(std::min(field.precision, maxFormatWidth));

@@ -3,6 +3,8 @@
 #include <charconv>
 #include <cmath>
 
+#include <zpbase/platform/ascii.h>
+
 #include "platform/string/format_internal.h"
 
 namespace zp {
@@ -71,23 +73,16 @@ void layOutGeneral(RealText & text, double magnitude, int precision, bool keepZe
   if (!keepZeros) dropTrailingZeros(text);
 }
 
-char lowered(char c)
-{
-  return static_cast<char>(c | 0x20);
-}
-
 void makeUpper(std::string & out, size_t from)
 {
-  for (size_t i = from; i < out.size(); ++i) {
-    if (out[i] >= 'a' && out[i] <= 'z') out[i] = static_cast<char>(out[i] - 0x20);
-  }
+  for (size_t i = from; i < out.size(); ++i) out[i] = ToUpper(out[i]);
 }
 
 void appendFinite(std::string & out, FormatField const & field, std::string_view sign, double magnitude)
 {
   RealText text;
   int const precision = field.precision < 0 ? 6 : std::min(field.precision, maxFormatWidth);
-  switch (lowered(field.conversion)) {
+  switch (ToLower(field.conversion)) {
     case 'e':
       layOut(text, magnitude, std::chars_format::scientific, precision);
       break;

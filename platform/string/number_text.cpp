@@ -8,21 +8,12 @@
 #include <locale.h>
 #include <stdlib.h>
 
+#include <zpbase/platform/ascii.h>
 #include <zpbase/platform/number_text.h>
 
 namespace zp {
 
 namespace {
-
-bool isBlank(char c)
-{
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-bool isDigit(char c)
-{
-  return static_cast<unsigned char>(c - '0') < 10;
-}
 
 // Powers that a double holds exactly: 10^22 = 2^22 * 5^22, and 5^22 < 2^53.
 constexpr double exactPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
@@ -62,9 +53,9 @@ inline char const * gatherExponent(char const * p, End end, int64_t & exponent)
   char const * q = p + 1;
   bool const negative = !end.IsAt(q) && *q == '-';
   if (!end.IsAt(q) && (*q == '-' || *q == '+')) ++q;
-  if (end.IsAt(q) || !isDigit(*q)) return p;
+  if (end.IsAt(q) || !IsDigit(*q)) return p;
   int64_t value = 0;
-  for (; !end.IsAt(q) && isDigit(*q); ++q) {
+  for (; !end.IsAt(q) && IsDigit(*q); ++q) {
     if (value < maxExponent) value = value * 10 + (*q - '0');
   }
   exponent += negative ? -value : value;
@@ -73,8 +64,7 @@ inline char const * gatherExponent(char const * p, End end, int64_t & exponent)
 
 bool belongsToSpecial(char c)
 {
-  unsigned char const letter = static_cast<unsigned char>((c | 0x20) - 'a');
-  return isDigit(c) || letter < 26 || c == '.' || c == '+' || c == '-' || c == '(' || c == ')' || c == '_';
+  return IsDigit(c) || IsLetter(c) || c == '.' || c == '+' || c == '-' || c == '(' || c == ')' || c == '_';
 }
 
 // What the host makes of the unsigned number at p; an end of p where there is none.
@@ -142,7 +132,7 @@ template <class End>
 inline NumberText signedValue(char const * first, End end)
 {
   char const * p = first;
-  while (!end.IsAt(p) && isBlank(*p)) ++p;
+  while (!end.IsAt(p) && IsWhite(*p)) ++p;
   bool const negative = !end.IsAt(p) && *p == '-';
   if (!end.IsAt(p) && (*p == '-' || *p == '+')) ++p;
   NumberText const number = unsignedValue(p, end);
@@ -168,11 +158,11 @@ int TextToInt(std::string_view text)
 {
   char const * p = text.data();
   char const * const last = p + text.size();
-  while (p != last && isBlank(*p)) ++p;
+  while (p != last && IsWhite(*p)) ++p;
   bool const negative = p != last && *p == '-';
   if (p != last && (*p == '-' || *p == '+')) ++p;
   uint32_t value = 0;
-  for (; p != last && isDigit(*p); ++p) value = value * 10 + static_cast<uint32_t>(*p - '0');
+  for (; p != last && IsDigit(*p); ++p) value = value * 10 + static_cast<uint32_t>(*p - '0');
   return static_cast<int>(negative ? 0 - value : value);
 }
 

@@ -1,27 +1,14 @@
 // CString: the text operations. Formatting and number reading have rooms of their own.
 
-#include <zpbase/platform/format.h>
 #include <zpbase/platform/string.h>
 
 #include <algorithm>
 #include <cstring>
 
+#include <zpbase/platform/ascii.h>
+#include <zpbase/platform/format.h>
+
 namespace {
-
-char lowerAscii(char c)
-{
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-char upperAscii(char c)
-{
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool isSpace(char c)
-{
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 int indexOrNone(size_t found)
 {
@@ -78,13 +65,7 @@ int CString::Compare(char const * other) const
 
 int CString::CompareNoCase(char const * other) const
 {
-  std::string_view const right = viewOf(other);
-  size_t const common = std::min(m_Text.size(), right.size());
-  for (size_t i = 0; i < common; ++i) {
-    int const difference = static_cast<BYTE>(lowerAscii(m_Text[i])) - static_cast<BYTE>(lowerAscii(right[i]));
-    if (difference != 0) return difference;
-  }
-  return m_Text.size() == right.size() ? 0 : (m_Text.size() < right.size() ? -1 : 1);
+  return zp::CompareNoCase(m_Text, viewOf(other));
 }
 
 CString CString::Mid(int first) const
@@ -130,25 +111,25 @@ int CString::FindOneOf(char const * characters) const
 
 CString & CString::MakeUpper()
 {
-  std::transform(m_Text.begin(), m_Text.end(), m_Text.begin(), upperAscii);
+  std::transform(m_Text.begin(), m_Text.end(), m_Text.begin(), [](char c) { return zp::ToUpper(c); });
   return *this;
 }
 
 CString & CString::MakeLower()
 {
-  std::transform(m_Text.begin(), m_Text.end(), m_Text.begin(), lowerAscii);
+  std::transform(m_Text.begin(), m_Text.end(), m_Text.begin(), [](char c) { return zp::ToLower(c); });
   return *this;
 }
 
 CString & CString::TrimLeft()
 {
-  m_Text.erase(m_Text.begin(), std::find_if_not(m_Text.begin(), m_Text.end(), isSpace));
+  m_Text.erase(m_Text.begin(), std::find_if_not(m_Text.begin(), m_Text.end(), [](char c) { return zp::IsWhite(c); }));
   return *this;
 }
 
 CString & CString::TrimRight()
 {
-  m_Text.erase(std::find_if_not(m_Text.rbegin(), m_Text.rend(), isSpace).base(), m_Text.end());
+  m_Text.erase(std::find_if_not(m_Text.rbegin(), m_Text.rend(), [](char c) { return zp::IsWhite(c); }).base(), m_Text.end());
   return *this;
 }
 

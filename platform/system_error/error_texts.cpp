@@ -9,51 +9,55 @@
 
 namespace {
 
-// Numbers as the published system error codes have them; those that this library meets.
 struct ErrorText {
-  DWORD nError;
-  char const * pText;
+  SystemError error;
+  char const * text;
 };
 
 constexpr ErrorText texts[] = {
-    {0, "The operation succeeded."},
-    {1, "The system has no such function."},
-    {2, "The file does not exist."},
-    {3, "The folder of this path does not exist."},
-    {4, "Too many files are open."},
-    {5, "Access was denied."},
-    {6, "The file is not open."},
-    {8, "There is not enough memory."},
-    {13, "The data is not valid."},
-    {15, "There is no such drive."},
-    {17, "The file can't be moved to another device."},
-    {18, "There are no more files."},
-    {19, "The medium is write-protected."},
-    {25, "A place outside the file was asked for."},
-    {29, "The device can't be written."},
-    {30, "The device can't be read."},
-    {31, "The device does not work."},
-    {32, "The file is in use by another program."},
-    {33, "A part of the file is locked by another program."},
-    {38, "The end of the file has been reached."},
-    {39, "The disk is full."},
-    {80, "The file exists already."},
-    {87, "A parameter is not valid."},
-    {112, "There is not enough space on the disk."},
-    {123, "The name of the file or folder is not valid."},
-    {131, "A place in front of the file's beginning was asked for."},
-    {145, "The folder is not empty."},
-    {161, "The path is not valid."},
-    {183, "A file or folder of this name exists already."},
-    {206, "The name is too long."},
-    {267, "The name of the folder is not valid."},
+    {ERROR_SUCCESS, "The operation succeeded."},
+    {ERROR_INVALID_FUNCTION, "The system has no such function."},
+    {ERROR_FILE_NOT_FOUND, "The file does not exist."},
+    {ERROR_PATH_NOT_FOUND, "The folder of this path does not exist."},
+    {ERROR_TOO_MANY_OPEN_FILES, "Too many files are open."},
+    {ERROR_ACCESS_DENIED, "Access was denied."},
+    {ERROR_INVALID_HANDLE, "The file is not open."},
+    {ERROR_NOT_ENOUGH_MEMORY, "There is not enough memory."},
+    {ERROR_INVALID_DATA, "The data is not valid."},
+    {ERROR_INVALID_DRIVE, "There is no such drive."},
+    {ERROR_NOT_SAME_DEVICE, "The file can't be moved to another device."},
+    {ERROR_NO_MORE_FILES, "There are no more files."},
+    {ERROR_WRITE_PROTECT, "The medium is write-protected."},
+    {ERROR_SEEK, "A place outside the file was asked for."},
+    {ERROR_WRITE_FAULT, "The device can't be written."},
+    {ERROR_READ_FAULT, "The device can't be read."},
+    {ERROR_GEN_FAILURE, "The device does not work."},
+    {ERROR_SHARING_VIOLATION, "The file is in use by another program."},
+    {ERROR_LOCK_VIOLATION, "A part of the file is locked by another program."},
+    {ERROR_HANDLE_EOF, "The end of the file has been reached."},
+    {ERROR_HANDLE_DISK_FULL, "The disk is full."},
+    {ERROR_FILE_EXISTS, "The file exists already."},
+    {ERROR_INVALID_PARAMETER, "A parameter is not valid."},
+    {ERROR_DISK_FULL, "There is not enough space on the disk."},
+    {ERROR_INVALID_NAME, "The name of the file or folder is not valid."},
+    {ERROR_NEGATIVE_SEEK, "A place in front of the file's beginning was asked for."},
+    {ERROR_DIR_NOT_EMPTY, "The folder is not empty."},
+    {ERROR_NOT_LOCKED, "This part of the file is not locked."},
+    {ERROR_BAD_PATHNAME, "The path is not valid."},
+    {ERROR_ALREADY_EXISTS, "A file or folder of this name exists already."},
+    {ERROR_FILENAME_EXCED_RANGE, "The name is too long."},
+    {ERROR_MORE_DATA, "There is more than the buffer holds."},
+    {ERROR_NO_MORE_ITEMS, "There are no more items."},
+    {ERROR_DIRECTORY, "The name of the folder is not valid."},
+    {ERROR_NOT_REGISTRY_FILE, "The file is no registry file."},
+    {ERROR_IO_DEVICE, "The device failed."},
 };
 
 char const * textOf(DWORD error)
 {
-  auto const * const found =
-      std::find_if(std::begin(texts), std::end(texts), [error](ErrorText const & row) { return row.nError == error; });
-  return found != std::end(texts) ? found->pText : nullptr;
+  auto const * const found = std::find_if(std::begin(texts), std::end(texts),
+                                          [error](ErrorText const & row) { return static_cast<DWORD>(row.error) == error; });
+  return found != std::end(texts) ? found->text : nullptr;
 }
 
 }  // namespace

@@ -1,42 +1,43 @@
 // What errno means to the platform: the cause of a file exception, and the system's error number.
 
-#include <zpbase/platform/file.h>
 #include <zpbase/platform/system_error.h>
 
 #include <cerrno>
 
+#include <zpbase/platform/exceptions.h>
+
 namespace {
 
 struct Meaning {
-  int nError;
-  int nCause;
-  LONG nSystem;
+  int error;
+  CFileException::Cause cause;
+  SystemError systemError;
 };
 
 constexpr Meaning meanings[] = {
-    {ENOENT, CFileException::fileNotFound, 2},
-    {ENOTDIR, CFileException::badPath, 3},
-    {ENAMETOOLONG, CFileException::badPath, 3},
-    {ELOOP, CFileException::badPath, 3},
-    {EMFILE, CFileException::tooManyOpenFiles, 4},
-    {ENFILE, CFileException::tooManyOpenFiles, 4},
-    {EACCES, CFileException::accessDenied, 5},
-    {EPERM, CFileException::accessDenied, 5},
-    {EROFS, CFileException::accessDenied, 19},
-    {EEXIST, CFileException::accessDenied, 183},
-    {EISDIR, CFileException::accessDenied, 5},
-    {EBADF, CFileException::invalidFile, 6},
-    {ESPIPE, CFileException::badSeek, 25},
-    {EIO, CFileException::hardIO, 1117},
-    {EWOULDBLOCK, CFileException::sharingViolation, 32},
-    {ENOSPC, CFileException::diskFull, 112},
-    {EDQUOT, CFileException::diskFull, 112},
+    {ENOENT, CFileException::fileNotFound, ERROR_FILE_NOT_FOUND},
+    {ENOTDIR, CFileException::badPath, ERROR_PATH_NOT_FOUND},
+    {ENAMETOOLONG, CFileException::badPath, ERROR_PATH_NOT_FOUND},
+    {ELOOP, CFileException::badPath, ERROR_PATH_NOT_FOUND},
+    {EMFILE, CFileException::tooManyOpenFiles, ERROR_TOO_MANY_OPEN_FILES},
+    {ENFILE, CFileException::tooManyOpenFiles, ERROR_TOO_MANY_OPEN_FILES},
+    {EACCES, CFileException::accessDenied, ERROR_ACCESS_DENIED},
+    {EPERM, CFileException::accessDenied, ERROR_ACCESS_DENIED},
+    {EROFS, CFileException::accessDenied, ERROR_WRITE_PROTECT},
+    {EEXIST, CFileException::accessDenied, ERROR_ALREADY_EXISTS},
+    {EISDIR, CFileException::accessDenied, ERROR_ACCESS_DENIED},
+    {EBADF, CFileException::invalidFile, ERROR_INVALID_HANDLE},
+    {ESPIPE, CFileException::badSeek, ERROR_SEEK},
+    {EIO, CFileException::hardIO, ERROR_IO_DEVICE},
+    {EWOULDBLOCK, CFileException::sharingViolation, ERROR_SHARING_VIOLATION},
+    {ENOSPC, CFileException::diskFull, ERROR_DISK_FULL},
+    {EDQUOT, CFileException::diskFull, ERROR_DISK_FULL},
 };
 
 Meaning const * meaningOf(int error)
 {
   for (Meaning const & meaning : meanings)
-    if (meaning.nError == error) return &meaning;
+    if (meaning.error == error) return &meaning;
   return nullptr;
 }
 
@@ -47,13 +48,13 @@ namespace zp {
 int CauseOfError(int error)
 {
   Meaning const * const meaning = meaningOf(error);
-  return meaning != nullptr ? meaning->nCause : CFileException::genericException;
+  return meaning != nullptr ? meaning->cause : CFileException::genericException;
 }
 
 LONG SystemErrorOfError(int error)
 {
   Meaning const * const meaning = meaningOf(error);
-  return meaning != nullptr ? meaning->nSystem : 31;
+  return meaning != nullptr ? meaning->systemError : ERROR_GEN_FAILURE;
 }
 
 }  // namespace zp

@@ -10,6 +10,7 @@
 #include <string>
 
 #include <zpbase/platform/encoding.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/string.h>
 
 #include "platform/time/locale_formats_internal.h"
@@ -84,10 +85,8 @@ int show(locale_t locale, std::string const & format, std::tm const & fields, ch
 
 void GetLocalTime(SYSTEMTIME * time)
 {
-  auto const seconds = static_cast<std::time_t>(zp::GetClockCalls().WallSeconds());
   std::tm fields{};
-  tzset();
-  localtime_r(&seconds, &fields);
+  zp::GetHostCalls().LocalTime(zp::GetHostCalls().WallClock().seconds, fields);
   *time = {static_cast<WORD>(fields.tm_year + 1900), static_cast<WORD>(fields.tm_mon + 1),
            static_cast<WORD>(fields.tm_wday),        static_cast<WORD>(fields.tm_mday),
            static_cast<WORD>(fields.tm_hour),        static_cast<WORD>(fields.tm_min),

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include <zpbase/platform/ascii.h>
+
 namespace zp {
 namespace {
 
@@ -128,7 +130,7 @@ Parts shortDateParts(locale_t locale)
 
 bool isWordCharacter(char c)
 {
-  return static_cast<unsigned char>(c) >= 0x80 || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+  return static_cast<unsigned char>(c) >= 0x80 || IsLetter(c);
 }
 
 bool hasWord(std::string_view text)

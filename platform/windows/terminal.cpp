@@ -2,9 +2,9 @@
 
 #include <zpbase/platform/terminal.h>
 
-#include <unistd.h>
+#include <zpbase/platform/host_calls.h>
 
 bool IsTerminal(int stream)
 {
-  return isatty(stream) == 1;
+  return zp::GetHostCalls().IsTerminal(stream) == 1;
 }

@@ -2,34 +2,35 @@
 // are terminals. The thread's messages are delivered while it waits for one. Without a terminal the safe answer is given at once,
 // and shown.
 
-#include <poll.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <functional>
 #include <string>
 #include <utility>
 
+#include <zpbase/platform/ascii.h>
 #include <zpbase/platform/encoding.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/terminal.h>
 #include <zpbase/platform/windows.h>
 
+#include "platform/file/descriptor_internal.h"
 #include "platform/windows/wrap_text_internal.h"
 
 namespace {
 
+constexpr int standardInput = 0;
+constexpr int standardError = 2;
 constexpr size_t defaultWidth = 80;  // columns
 constexpr size_t minWidth = 20;
 constexpr int inputWait = 10;  // milliseconds between two looks at the thread's messages
 
 // One thing that can be answered: its letter in "[y/n]", its words, and the id that it stands for.
 struct Choice {
-  char cKey;
+  char key;
   std::string words;
-  int nAnswer;
-  bool bSafe;
+  int answer;
+  bool isSafe;
 };
 using Choices = std::vector<Choice>;
 
@@ -67,36 +68,25 @@ char const * iconWord(UINT style)
   }
 }
 
-char lower(char c)
+void write(std::string_view bytes)
 {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
-bool writeAll(std::string_view bytes)
-{
-  while (!bytes.empty()) {
-    ssize_t const written = write(STDERR_FILENO, bytes.data(), bytes.size());
-    if (written < 0 && errno != EINTR) return false;
-    if (written > 0) bytes.remove_prefix(static_cast<size_t>(written));
-  }
-  return true;
+  zp::WriteAll(standardError, bytes);
 }
 
 size_t columns()
 {
-  winsize size{};
-  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return defaultWidth;
-  return std::max<size_t>(size.ws_col, minWidth);
+  int const width = zp::GetHostCalls().Columns(standardError);
+  return width > 0 ? std::max(static_cast<size_t>(width), minWidth) : defaultWidth;
 }
 
 void print(std::string_view text)
 {
-  writeAll(zp::TextToUtf8(zp::WrapText(text, columns())));
+  write(zp::TextToUtf8(zp::WrapText(text, columns())));
 }
 
 bool canAsk()
 {
-  return IsTerminal(STDIN_FILENO) && IsTerminal(STDERR_FILENO);
+  return IsTerminal(standardInput) && IsTerminal(standardError);
 }
 
 // Delivers what is there for the thread, up to a quit, which stays for the program's own loop.
@@ -115,8 +105,7 @@ void deliverMessages()
 
 bool hasInput()
 {
-  pollfd input{STDIN_FILENO, POLLIN, 0};
-  return poll(&input, 1, inputWait) > 0;
+  return zp::GetHostCalls().WaitForInput(standardInput, inputWait) > 0;
 }
 
 // False at the end of the input, and when a message has made the answer needless.
@@ -127,7 +116,7 @@ bool readLine(std::string & line, std::function<bool()> const & isOver)
     deliverMessages();
     if (isOver()) return false;
     if (!hasInput()) continue;
-    ssize_t const got = read(STDIN_FILENO, &c, 1);
+    long const got = zp::GetHostCalls().Read(standardInput, &c, 1);
     if (got < 0 && errno == EINTR) continue;
     if (got <= 0) return false;
     if (c == '\n') return true;
@@ -141,14 +130,14 @@ std::string keysOf(Choices const & choices)
   std::string keys = "[";
   for (Choice const & choice : choices) {
     if (keys.size() > 1) keys += '/';
-    keys += choice.cKey;
+    keys += choice.key;
   }
   return keys + "]";
 }
 
 Choice const & safeChoice(Choices const & choices)
 {
-  auto const safe = std::find_if(choices.begin(), choices.end(), [](Choice const & choice) { return choice.bSafe; });
+  auto const safe = std::find_if(choices.begin(), choices.end(), [](Choice const & choice) { return choice.isSafe; });
   return safe != choices.end() ? *safe : choices.back();
 }
 
@@ -156,15 +145,15 @@ Choice const & safeChoice(Choices const & choices)
 Choice const & ask(Choices const & choices, std::function<bool()> const & isOver)
 {
   if (!canAsk()) {
-    writeAll("(" + zp::TextToUtf8(safeChoice(choices).words) + ")\n");
+    write("(" + zp::TextToUtf8(safeChoice(choices).words) + ")\n");
     return safeChoice(choices);
   }
   for (std::string line;;) {
-    writeAll(keysOf(choices) + " ");
+    write(keysOf(choices) + " ");
     if (!readLine(line, isOver)) return safeChoice(choices);
     size_t const first = line.find_first_not_of(" \t");
-    char const key = first != std::string::npos ? lower(line[first]) : '\0';
-    auto const chosen = std::find_if(choices.begin(), choices.end(), [key](Choice const & choice) { return choice.cKey == key; });
+    char const key = first != std::string::npos ? zp::ToLower(line[first]) : '\0';
+    auto const chosen = std::find_if(choices.begin(), choices.end(), [key](Choice const & choice) { return choice.key == key; });
     if (chosen != choices.end()) return *chosen;
   }
 }
@@ -177,13 +166,13 @@ Choice choiceOf(std::string_view text, UINT id, bool isDefault, Choices const & 
     if (text[i] != '&')
       choice.words += text[i];
     else if (i + 1 < text.size())
-      choice.cKey = lower(text[i + 1]);
+      choice.key = zp::ToLower(text[i + 1]);
   }
   auto const taken = [&others](char key) {
-    return std::any_of(others.begin(), others.end(), [key](Choice const & other) { return other.cKey == key; });
+    return std::any_of(others.begin(), others.end(), [key](Choice const & other) { return other.key == key; });
   };
-  for (size_t i = 0; i < choice.words.size() && (choice.cKey == '\0' || taken(choice.cKey)); ++i)
-    choice.cKey = lower(choice.words[i]);
+  for (size_t i = 0; i < choice.words.size() && (choice.key == '\0' || taken(choice.key)); ++i)
+    choice.key = zp::ToLower(choice.words[i]);
   return choice;
 }
 
@@ -193,14 +182,14 @@ void printStatic(CDialog & dialog, CWnd & control)
   CString text;
   control.GetWindowText(text);
   COLORREF const color = dialog.GetControlTextColor(control, CTLCOLOR_STATIC);
-  bool const colored = color != 0 && IsTerminal(STDERR_FILENO);
+  bool const colored = color != 0 && IsTerminal(standardError);
   if (colored) {
     CString start;
     start.Format("\x1b[38;2;%u;%u;%um", color & 0xFF, (color >> 8) & 0xFF, (color >> 16) & 0xFF);
-    writeAll(start.View());
+    write(start.View());
   }
   print(text.View());
-  if (colored) writeAll("\x1b[0m");
+  if (colored) write("\x1b[0m");
 }
 
 class Terminal : public CUserInterface {
@@ -209,7 +198,7 @@ class Terminal : public CUserInterface {
   {
     print(iconWord(style) + std::string(text.View()));
     Choices const choices = choicesOf(style);
-    return choices.empty() ? IDOK : ask(choices, [] { return false; }).nAnswer;
+    return choices.empty() ? IDOK : ask(choices, [] { return false; }).answer;
   }
 
   int RunDialog(CDialog & dialog) override
@@ -224,7 +213,7 @@ class Terminal : public CUserInterface {
     }
     while (!dialog.IsEnded() && !choices.empty()) {
       if (canAsk()) print(legend(choices));
-      int const answer = ask(choices, [&dialog] { return dialog.IsEnded(); }).nAnswer;
+      int const answer = ask(choices, [&dialog] { return dialog.IsEnded(); }).answer;
       if (!dialog.IsEnded()) dialog.SendMessage(WM_COMMAND, static_cast<WPARAM>(answer));
       if (!canAsk()) break;
     }
@@ -233,7 +222,7 @@ class Terminal : public CUserInterface {
 
   void Beep(UINT) override
   {
-    if (IsTerminal(STDERR_FILENO)) writeAll("\a");
+    if (IsTerminal(standardError)) write("\a");
   }
 
   void SetWaitCursor(int) override {}
@@ -245,7 +234,7 @@ class Terminal : public CUserInterface {
     std::string text;
     for (Choice const & choice : choices) {
       if (!text.empty()) text += ", ";
-      text += choice.cKey + (": " + choice.words);
+      text += choice.key + (": " + choice.words);
     }
     return text;
   }

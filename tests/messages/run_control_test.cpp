@@ -6,6 +6,7 @@
 #include <thread>
 
 #include <zpbase/messages.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/time.h>
 #include <zpbase/platform/windows.h>
 
@@ -118,9 +119,9 @@ class CountingThread : public CWinThread {
 TEST_F(RunControl, RestsBetweenRoundsThoughATimerIsDueBehindAQuit)
 {
   CountingThread thread;
-  zp::ClockCalls const kept = zp::GetClockCalls();
+  zp::HostCalls const kept = zp::GetHostCalls();
   static LONGLONG now = 0;
-  zp::GetClockCalls().SteadyMilliseconds = [] { return now; };
+  zp::GetHostCalls().SteadyClock = [] { return now * 1'000'000; };
   SetTimer(m_Window.GetSafeHwnd(), 1, 10, nullptr);
   now = 10;
   PostQuitMessage(7);
@@ -134,7 +135,7 @@ TEST_F(RunControl, RestsBetweenRoundsThoughATimerIsDueBehindAQuit)
   EXPECT_FALSE(GetMessageA(&message));
   EXPECT_TRUE(GetMessageA(&message)) << "the timer, once the quit is gone";
   KillTimer(m_Window.GetSafeHwnd(), 1);
-  zp::GetClockCalls() = kept;
+  zp::GetHostCalls() = kept;
 }
 
 TEST(RunControlWithoutAThreadObject, DeliversTheMessagesAllTheSame)

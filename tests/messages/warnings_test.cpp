@@ -8,6 +8,7 @@
 #include <zpbase/messages.h>
 #include <zpbase/platform/application.h>
 #include <zpbase/platform/file.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/resources.h>
 #include <zpbase/text.h>
 
@@ -96,9 +97,9 @@ int g_nCalls = 0;
 
 TEST_F(Warnings, OfTheirOwnFileDontComeBackWithoutEnd)
 {
-  auto & calls = zp::GetFileCalls();
+  auto & calls = zp::GetHostCalls();
   auto const kept = calls;
-  calls.Write = [](int, void const *, size_t, LONGLONG) {
+  calls.WriteAt = [](int, void const *, size_t, LONGLONG) {
     ++g_nCalls;
     errno = ENOSPC;
     return -1L;

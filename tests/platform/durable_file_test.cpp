@@ -9,6 +9,7 @@
 
 #include <zpbase/platform/durable_file.h>
 
+#include "tests/support/HostFaults.h"
 #include "tests/support/TempFolder.h"
 
 namespace fs = std::filesystem;
@@ -65,4 +66,31 @@ TEST(DurableFile, AFailureNamesItsErrorAndTouchesNothing)
   EXPECT_FALSE(ReplaceFileDurably("D:\\x", "x"));
   EXPECT_EQ(folder.Read("old"), "old");
   EXPECT_EQ(filesIn(folder), 2);
+}
+
+TEST(DurableFile, WhateverCallFailsTheFileIsTheOldOneOrTheNewOne)
+{
+  int failures = 0;
+  for (int n = 1;; ++n) {
+    TempFolder const folder;
+    folder.Write("file", "old");
+    int error = 0;
+    bool hasFailed = false;
+    bool replaced = false;
+    {
+      HostFaults const faults(n, EIO);
+      replaced = ReplaceFileDurably(folder.Name("file"), "new", &error);
+      hasFailed = faults.HasFailed();
+    }
+    if (!hasFailed) {
+      EXPECT_TRUE(replaced);
+      break;
+    }
+    ++failures;
+    EXPECT_EQ(replaced, error == 0) << n;
+    if (replaced) EXPECT_EQ(folder.Read("file"), "new") << n;
+    if (!replaced) EXPECT_TRUE(folder.Read("file") == "old" || folder.Read("file") == "new") << n;
+    EXPECT_EQ(filesIn(folder), 1) << n;
+  }
+  EXPECT_GE(failures, 6) << "open, mode, write, sync, close, rename";
 }

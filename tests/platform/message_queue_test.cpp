@@ -4,6 +4,7 @@
 
 #include <thread>
 
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/time.h>
 #include <zpbase/platform/windows.h>
 
@@ -19,13 +20,13 @@ void fired(HWND, unsigned int, unsigned int id, unsigned long)
 
 class MessageQueueTest : public testing::Test {
  protected:
-  MessageQueueTest() : m_Kept(zp::GetClockCalls())
+  MessageQueueTest() : m_Kept(zp::GetHostCalls())
   {
     g_nNow = 1000;
     g_Fired.clear();
-    zp::GetClockCalls().SteadyMilliseconds = [] { return g_nNow; };
+    zp::GetHostCalls().SteadyClock = [] { return g_nNow * 1'000'000; };
   }
-  ~MessageQueueTest() override { zp::GetClockCalls() = m_Kept; }
+  ~MessageQueueTest() override { zp::GetHostCalls() = m_Kept; }
 
   // Delivers what is there now; gives the ids of the timers that fired.
   std::vector<unsigned int> Pump()
@@ -35,7 +36,7 @@ class MessageQueueTest : public testing::Test {
     return g_Fired;
   }
 
-  zp::ClockCalls m_Kept;
+  zp::HostCalls m_Kept;
 };
 
 TEST_F(MessageQueueTest, GivesPostsThenTheQuitThenTimers)

@@ -7,6 +7,7 @@
 #include <random>
 
 #include <zpbase/platform/archive.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/store.h>
 
 #include "tests/support/TempFolder.h"
@@ -287,11 +288,11 @@ TEST_F(Store, TellsAFailedWriteByWarningsAlone)
 {
   auto store = Open();
   Put(*store, 1, "ABCD");
-  auto const host = zp::GetFileCalls();
-  zp::GetFileCalls().Write = writeNothing;
+  auto const host = zp::GetHostCalls();
+  zp::GetHostCalls().WriteAt = writeNothing;
   EXPECT_EQ(Put(*store, 2, "EF"), 1);
   EXPECT_EQ(Put(*store, 3, "GH"), 1);
-  zp::GetFileCalls() = host;
+  zp::GetHostCalls() = host;
   EXPECT_EQ(Put(*store, 4, "IJ"), 1);
   EXPECT_EQ(folder.Read("a.sr").substr(10), FromHex("04 00 02 00 02 00 \"IJ\""));
 }

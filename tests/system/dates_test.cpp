@@ -6,6 +6,7 @@
 
 #include <zpbase/config.h>
 #include <zpbase/platform/exceptions.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/time.h>
 #include <zpbase/system.h>
 
@@ -201,7 +202,7 @@ TEST(Dates, FillTheSystemsRecord)
 void expectTexts(char const * date, char const * time)
 {
   setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-  zp::GetClockCalls().WallSeconds = [] { return LONGLONG{954597600}; };  // 1 April 2000, 14:00 UTC
+  zp::GetHostCalls().WallClock = [] { return zp::HostTime{954597600, 0}; };  // 1 April 2000, 14:00 UTC
   zp::ForgetDateOrder();
   FlushSysINIValues();
   CString text;

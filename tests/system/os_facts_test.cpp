@@ -4,6 +4,7 @@
 
 #include <stdlib.h>
 
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/system.h>
 
 #include "tests/support/OwnProcess.h"
@@ -14,9 +15,9 @@ DWORD g_nPlatform = 2;
 
 class SystemVersion : public testing::Test {
  protected:
-  SystemVersion() : m_Kept(zp::GetSystemCalls())
+  SystemVersion() : m_Kept(zp::GetHostCalls())
   {
-    zp::GetSystemCalls().GetVersion = [](OSVERSIONINFOA & version) {
+    zp::GetHostCalls().GetVersion = [](OSVERSIONINFOA & version) {
       version.dwMajorVersion = 6;
       version.dwMinorVersion = 1;
       version.dwBuildNumber = 7601;
@@ -25,9 +26,9 @@ class SystemVersion : public testing::Test {
       return g_nPlatform != 77;
     };
   }
-  ~SystemVersion() override { zp::GetSystemCalls() = m_Kept; }
+  ~SystemVersion() override { zp::GetHostCalls() = m_Kept; }
 
-  zp::SystemCalls m_Kept;
+  zp::HostCalls m_Kept;
 };
 
 TEST_F(SystemVersion, IsToldByFamily)
