@@ -41,6 +41,8 @@ std::string nestedArrayBytes(int depth)
   return bytes + FromHex("00 00");
 }
 
+}  // namespace
+
 // Its name has 63 characters, and the next one's 64.
 class ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters123456789 : public CObject {
   DECLARE_SERIAL(ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters123456789)
@@ -50,8 +52,6 @@ class ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters1234567890 : public 
 };
 IMPLEMENT_SERIAL(ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters123456789, CObject, 1)
 IMPLEMENT_SERIAL(ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters1234567890, CObject, 1)
-
-}  // namespace
 
 TEST(Archive, StoresNoClassNameThatItCouldNotRead)
 {

@@ -31,6 +31,6 @@ TEST(Resources, OfTheLibraryStandBehindThoseOfTheApplication)
   EXPECT_EQ(zp::FormatResource(348, {"book"}), "book stays open");
   zp::UnregisterResourceModule(own);
   CString text;
-  EXPECT_EQ(text.LoadString(339), 34);
+  EXPECT_EQ(text.LoadString(339), 35);
   EXPECT_EQ(text, "Unable to select Excel chart\r\n>> %s");
 }
