@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
 
@@ -205,14 +206,14 @@ TEST(GPFile, LeavesAFileAsItWasWhenItsLinesCannotBeCounted)
   folder.Write("a", "a\rb\r");
   GPFile closed(folder.Name("a"));
   GPFile open(folder.Name("a"));
-  auto const host = zp::GetFileCalls();
-  zp::GetFileCalls().Read = failingRead;
+  auto const host = zp::GetHostCalls();
+  zp::GetHostCalls().ReadAt = failingRead;
   EXPECT_EQ(causeOf([&] { closed.GetLineCount(); }), CFileException::hardIO);
   EXPECT_FALSE(closed.IsOpen());
   open.Open(CFile::modeRead);
   open.Seek(2, 0);
   EXPECT_EQ(causeOf([&] { open.GetLineCount(); }), CFileException::hardIO);
-  zp::GetFileCalls() = host;
+  zp::GetHostCalls() = host;
   EXPECT_EQ(causeOf([&] { closed.GetLineCount(); }), CFileException::invalidFile);  // the other one has it
   EXPECT_FALSE(closed.IsOpen());
   CString line;
