@@ -43,7 +43,7 @@ struct SwitchSetting {
 };
 
 constexpr SwitchSetting switches[switchCount] = {
-    {GetAllowBeepKey, false, 2},         {GetAllowEnterKey, false, 1},        {GetAllowEscKey, true, 1},
+    {GetAllowBeepKey, false, 2},        {GetAllowEnterKey, false, 1},        {GetAllowEscKey, true, 1},
     {GetKeshCalcOverrideKey, false, 2}, {GetKeshCompatibilityKey, false, 2}, {GetFlushMsgWinKey, true, 1},
 };
 
