@@ -10,6 +10,7 @@
 #endif
 
 #include <zpbase/platform/memory_pages.h>
+#include <zpbase/platform/system_error.h>
 #include <zpbase/platform/windows.h>
 
 namespace {
@@ -60,7 +61,7 @@ class WaitCursor {
 [[noreturn]] void raiseOpenProblem(CString const & path)
 {
   CFile again;
-  CFileException problem(CFileException::sharingViolation, 32);  // for a file that opens by now
+  CFileException problem(CFileException::sharingViolation, ERROR_SHARING_VIOLATION);  // for a file that opens by now
   again.Open(path, CFile::modeRead, &problem);
   AfxThrowFileException(problem.m_cause, problem.m_lOsError, path);
 }

@@ -10,8 +10,6 @@
 namespace {
 
 constexpr UINT directoryNotMadeID = 42915;
-constexpr DWORD errorAccessDenied = 5;
-constexpr DWORD errorAlreadyExists = 183;
 
 // False, with the message, for a directory that neither was there nor could be made.
 bool makeDirectory(CString const & path)
@@ -19,7 +17,7 @@ bool makeDirectory(CString const & path)
   CSecurityAttributes security;
   if (CreateDirectoryA(path, &security)) return true;
   DWORD const error = GetLastError();
-  if (error == errorAlreadyExists || error == errorAccessDenied) return true;
+  if (error == ERROR_ALREADY_EXISTS || error == ERROR_ACCESS_DENIED) return true;
   SystemErrorMsgBox(error, zp::FormatResource(directoryNotMadeID, {path.GetString()}));
   return false;
 }

@@ -1,10 +1,10 @@
 // Functions on strings: cutting at line ends, tabs, groups and blanks.
 
-#include <zpbase/platform/encoding.h>
 #include <zpbase/text.h>
 
 #include <algorithm>
 
+#include <zpbase/platform/encoding.h>
 #include <zpbase/well_known_names.h>
 
 #include "text/tabs_internal.h"
