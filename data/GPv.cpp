@@ -26,6 +26,14 @@ float toElement(double value)
   return static_cast<float>(value);
 }
 
+// How many are left without the zeros at the end.
+template <class Number>
+size_t countKept(Number const * numbers, size_t count)
+{
+  while (count > 0 && numbers[count - 1] == Number{}) --count;
+  return count;
+}
+
 // Appends count packed elements to out as texts under format, then empty texts up to minimum. Shown is the type that an element
 // takes as the format's argument.
 template <class Element, class Shown>
@@ -127,11 +135,10 @@ int GPv::GetFloatData(float * const out, int count) const
   return stored;
 }
 
-// Packs the elements up to the last one that isn't zero. They are read before the old area goes.
+// Packs the elements, which are read before the old area goes.
 template <class Element>
 int GPv::PutElements(Element const * elements, size_t count)
 {
-  while (count > 0 && elements[count - 1] == Element{}) --count;
   size_t const size = count * sizeof(Element);
   if (size > static_cast<size_t>(maxSize)) return 0;
   std::unique_ptr<BYTE[]> area;
@@ -146,26 +153,27 @@ int GPv::PutShortIntData(CStringArray const & in)
 {
   std::vector<short> elements(static_cast<size_t>(in.GetSize()));
   for (int i = 0; i < in.GetSize(); ++i) elements[static_cast<size_t>(i)] = toElement(zp::TextToInt(in[i].View()));
-  return PutElements(elements.data(), elements.size());
+  return PutElements(elements.data(), countKept(elements.data(), elements.size()));
 }
 
 int GPv::PutFloatData(CStringArray const & in)
 {
   std::vector<float> elements(static_cast<size_t>(in.GetSize()));
   for (int i = 0; i < in.GetSize(); ++i) elements[static_cast<size_t>(i)] = toElement(zp::TextToDouble(in[i].View()));
-  return PutElements(elements.data(), elements.size());
+  return PutElements(elements.data(), countKept(elements.data(), elements.size()));
 }
 
+// A number that isn't zero counts, even if its low 16 bits are.
 int GPv::PutShortIntData(int const * const in, int count)
 {
-  std::vector<short> elements(static_cast<size_t>(std::max(count, 0)));
+  std::vector<short> elements(countKept(in, static_cast<size_t>(std::max(count, 0))));
   std::transform(in, in + elements.size(), elements.begin(), [](int value) { return toElement(value); });
   return PutElements(elements.data(), elements.size());
 }
 
 int GPv::PutFloatData(float const * const in, int count)
 {
-  return PutElements(in, static_cast<size_t>(std::max(count, 0)));
+  return PutElements(in, countKept(in, static_cast<size_t>(std::max(count, 0))));
 }
 
 GPObject * GPv::Clone() const

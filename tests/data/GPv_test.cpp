@@ -80,8 +80,8 @@ TEST(GPv, CutsShortIntsTo16Bits)
   EXPECT_EQ(item.GetShortIntData(numbers, 3), 2);
   EXPECT_TRUE(numbers[0] == -1 && numbers[1] == -2 && numbers[2] == 0);
   int const in[] = {1, 0x10000, 0x8000, 0x20000};
-  EXPECT_EQ(item.PutShortIntData(in, 4), 3);
-  EXPECT_EQ(areaOf(item), FromHex("0100 0000 0080"));
+  EXPECT_EQ(item.PutShortIntData(in, 4), 4);  // what isn't zero before it is cut counts
+  EXPECT_EQ(areaOf(item), FromHex("0100 0000 0080 0000"));
   EXPECT_EQ(item.PutShortIntData(arrayOf({"65536"})), 0);
   EXPECT_EQ(item.GetArea(), nullptr);
 }
