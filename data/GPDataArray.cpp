@@ -108,15 +108,11 @@ GPData * GPDataArray::AddData(GPData * item)
   return item;
 }
 
-// An item that is in the array already is only put in its place again.
+// An item that is in the array already, wherever it stands among its equals, is only put in its place again.
 GPData * GPDataArray::ReplaceData(GPData * item)
 {
-  if (int const pos = GetDataPos(item->GetDataID(), 1); pos >= 0) {
-    if (GetAt(pos) == item)
-      RemoveAt(pos);
-    else
-      DeleteAt(pos);
-  }
+  if (int const pos = GetDataPos(item->GetDataID(), 1); pos >= 0 && GetAt(pos) != item) DeleteAt(pos);
+  std::erase(m_Elements, item);
   return AddData(item);
 }
 

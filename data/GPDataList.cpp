@@ -70,10 +70,9 @@ GPData * GPDataList::AddData(GPData * item)
 // An item that is in the list already is only put in its place again.
 GPData * GPDataList::ReplaceData(GPData * item)
 {
-  if (GetData(item->GetDataID()) == item)
-    RemoveData(item);
-  else
-    DeleteData(item->GetDataID());
+  if (POSITION const place = Locate(item->GetDataID()); place != nullptr && GetAt(place) != item) DeleteAt(place);
+  while (RemoveData(item) != nullptr) {
+  }
   return AddData(item);
 }
 

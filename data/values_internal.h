@@ -14,12 +14,10 @@ namespace zp {
 template <class Item, class Collection, class Value>
 int LoadValue(Collection & items, unsigned int id, bool blank, Value const & value)
 {
-  if (blank) {
-    items.DeleteData(static_cast<unsigned int>(static_cast<WORD>(id)));
-    return 0;
-  }
-  items.ReplaceData(std::make_unique<Item>(id, value).release());
-  return 1;
+  std::unique_ptr<Item> item(blank ? nullptr : new Item(id, value));
+  items.DeleteData(static_cast<unsigned int>(static_cast<WORD>(id)));
+  if (item != nullptr) items.AddData(item.release());
+  return !blank;
 }
 
 template <class Collection>
