@@ -22,11 +22,17 @@ int unloadNumber(Number & out, GPDataArray const & items, unsigned int id, Read 
   return item != nullptr;
 }
 
-int unloadText(CString & out, GPDataArray const & items, unsigned int id, char const * format)
+// An item that holds no integer would show the format itself.
+int unloadIntegerText(CString & out, GPDataArray const & items, unsigned int id, char const * format)
 {
   GPData const * const item = items.GetData(id, 1);
-  if (item != nullptr) item->GetString(out, format);
-  return item != nullptr;
+  if (item == nullptr) return 0;
+  bool const isInteger = item->IsKindOf(RUNTIME_CLASS(GPw)) || item->IsKindOf(RUNTIME_CLASS(GPdw));
+  if (isInteger)
+    item->GetString(out, format);
+  else
+    out.Empty();
+  return isInteger;
 }
 
 }  // namespace
@@ -43,7 +49,9 @@ int GPDataArray::LocateString(CString const & text) const
 
 int GPDataArray::UnloadFloatData(CString & out, unsigned int id) const
 {
-  return unloadText(out, *this, id, "");
+  GPData const * const item = GetData(id, 1);
+  if (item != nullptr) item->GetString(out, "");
+  return item != nullptr;
 }
 
 int GPDataArray::UnloadFloatData(float & out, unsigned int id) const
@@ -83,7 +91,7 @@ int GPDataArray::LoadStringData(unsigned int id, CString const & text)
 
 int GPDataArray::UnloadIntData(CString & out, unsigned int id) const
 {
-  return unloadText(out, *this, id, "%d");
+  return unloadIntegerText(out, *this, id, "%d");
 }
 
 int GPDataArray::UnloadIntData(int & out, unsigned int id) const
@@ -103,7 +111,7 @@ int GPDataArray::LoadIntData(unsigned int id, int value)
 
 int GPDataArray::UnloadUIntData(CString & out, unsigned int id) const
 {
-  return unloadText(out, *this, id, "%u");
+  return unloadIntegerText(out, *this, id, "%u");
 }
 
 int GPDataArray::UnloadUIntData(unsigned int & out, unsigned int id) const

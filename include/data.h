@@ -514,7 +514,8 @@ class ZP_API GPDataArray : public GPObArray {
   int operator!=(GPDataArray const & other) const;
 
   // Unloading gives 1 if there is an item under id, else 0. Numbers are 0 and texts stay as they are without one. An item of
-  // another class than the one told leaves 0 or an empty text, with result 0. The texts of numbers are the item's GetString.
+  // another class than the one told leaves 0 or an empty text, with result 0. The texts of numbers are the item's GetString:
+  // that of any item for a float, that of a GPw or GPdw for an integer.
   // Loading deletes the item under id; a blank text and the number 0 put nothing in its place, with result 0.
 
   // GPf.

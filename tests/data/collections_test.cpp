@@ -208,8 +208,40 @@ TEST(GPDataArray, StoresNoBlankAndNoZeroNumber)
   items.LoadUIntData(5, 0xFFFFu);
   EXPECT_TRUE(items.UnloadIntData(i, 5) == 1 && i == -1 && items.UnloadIntData(text, 5) == 1 && text == "-1");
   EXPECT_TRUE(items.UnloadUIntData(u, 5) == 1 && u == 65535u && items.UnloadUIntData(text, 5) == 1 && text == "4294967295");
-  EXPECT_TRUE(items.UnloadFloatData(f, 5) == 0 && f == 0.0F) << "an item of another class";
-  EXPECT_TRUE(items.UnloadStringData(text, 5) == 0 && text.IsEmpty());
+  EXPECT_EQ(items.UnloadFloatData(f, 5), 0) << "an item of another class";
+  EXPECT_EQ(f, 0.0F);
+  EXPECT_EQ(items.UnloadStringData(text, 5), 0);
+  EXPECT_EQ(text, "");
+  items.ReplaceData(new GPdw(5, 70000));
+  EXPECT_EQ(items.UnloadIntData(text, 5), 1);
+  EXPECT_EQ(text, "70000");
+  items.LoadFloatData(5, 1.5);
+  EXPECT_EQ(items.UnloadIntData(text, 5), 0) << "no integer";
+  EXPECT_EQ(text, "");
+  items.LoadStringData(5, "water");
+  EXPECT_EQ(items.UnloadUIntData(text, 5), 0);
+  EXPECT_EQ(text, "");
+}
+
+// What the items a, b and c of one id become when each of them replaces what is found under it.
+template <class Collection>
+std::string replaceHeldItems()
+{
+  std::string texts;
+  for (size_t i = 0; i < 3; ++i) {
+    Collection items;
+    GPData * const held[] = {new GPs(5, "a"), new GPs(5, "b"), new GPs(5, "c")};
+    for (GPData * const item : held) items.AddData(item);
+    items.ReplaceData(held[i]);
+    texts += textOf(items) + '|';
+  }
+  return texts;
+}
+
+TEST(Collections, HoldAReplacingItemOnceWhereverItStood)
+{
+  EXPECT_EQ(replaceHeldItems<GPDataArray>(), "5a 5c |5a 5b 5c |5a 5c |");  // b is found
+  EXPECT_EQ(replaceHeldItems<GPDataList>(), "5a 5b 5c |5b 5c |5b 5c |");   // a is found
 }
 
 TEST(GPDataList, AddsFindsAndRemoves)
