@@ -6,8 +6,10 @@
 
 #include "numeric/int_stream_internal.h"
 #include "numeric/kernels_internal.h"
-#include "numeric/sequences_internal.h"
+#include "numeric/sets_internal.h"
+#include "numeric/sorting_internal.h"
 #include "numeric/storage_internal.h"
+#include "numeric/sums_internal.h"
 
 IMPLEMENT_SERIAL(GPIntVector, GPObject, 1)
 

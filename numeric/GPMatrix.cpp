@@ -11,9 +11,9 @@
 #include <cstring>
 #include <utility>
 
-#include "numeric/sequences_internal.h"
 #include "numeric/storage_internal.h"
 #include "numeric/streams_internal.h"
+#include "numeric/transpose_internal.h"
 
 IMPLEMENT_SERIAL(GPMatrix, GPObject, 1)
 

@@ -11,7 +11,7 @@
 #include <memory>
 #include <utility>
 
-#include "numeric/sequences_internal.h"
+#include "numeric/sorting_internal.h"
 #include "numeric/storage_internal.h"
 #include "numeric/streams_internal.h"
 

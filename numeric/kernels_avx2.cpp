@@ -20,8 +20,7 @@ constexpr std::size_t laneBytes = 32;
 
 }  // namespace
 
-#include "numeric/lanes_internal.h"
-#include "numeric/lanes_product_internal.h"
+#include "numeric/lanes_kernels_internal.h"
 
 namespace zp {
 

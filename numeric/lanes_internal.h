@@ -1,6 +1,6 @@
-// Element-wise kernels in terms of lanes. The file that includes this sets laneBytes and, by a pragma, the instructions that may
-// be used; so no inline function of another header may be called in here, or its shared copy would be compiled for them too.
-// Everything is local to the including file.
+// Lanes, and the element-wise kernels in terms of them. The file that includes this sets laneBytes and, by a pragma, the
+// instructions that may be used; so no inline function of another header may be called in here, or its shared copy would be
+// compiled for them too. Everything is local to the including file.
 #pragma once
 
 namespace {
@@ -17,6 +17,8 @@ using Lanes = typename LaneType<T>::Type;
 
 template <class T>
 constexpr std::size_t laneCount = LaneType<T>::count;
+
+constexpr std::size_t laneWidth = laneCount<double>;
 
 template <class T>
 inline Lanes<T> load(T const * from)

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "numeric/sequences_internal.h"
+#include "numeric/sets_internal.h"
 
 namespace {
 

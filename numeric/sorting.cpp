@@ -10,7 +10,7 @@
 #include <new>
 #include <utility>
 
-#include "numeric/sequences_internal.h"
+#include "numeric/sorting_internal.h"
 
 namespace {
 

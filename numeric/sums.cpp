@@ -1,5 +1,5 @@
 // Sums whose order is promised: one chain of additions each, whatever optimisation the callers are built with.
-#include "numeric/sequences_internal.h"
+#include "numeric/sums_internal.h"
 
 namespace zp {
 

@@ -5,7 +5,7 @@
 #include <emmintrin.h>
 #endif
 
-#include "numeric/sequences_internal.h"
+#include "numeric/transpose_internal.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "numeric/kernels_internal.h"
-#include "numeric/sequences_internal.h"
 #include "numeric/storage_internal.h"
+#include "numeric/sums_internal.h"
 
 namespace {
 
