@@ -1,4 +1,4 @@
-// GPDataArray: finding, adding and removing items. Values in and out are in array_values.cpp.
+// GPDataArray: finding, adding and removing items. Values in and out are in unload_and_load.cpp.
 
 #include <zpbase/data.h>
 

@@ -1,4 +1,4 @@
-// GPFile: life, state and bytes of the file wrapper. Its text layer is in text_lines.cpp, its utilities in file_copies.cpp.
+// GPFile: life, state and bytes of the file wrapper. Its text layer is in text_lines.cpp, its utilities in whole_files.cpp.
 
 #include <algorithm>
 
