@@ -3,11 +3,12 @@
 
 #include "drawing/entity_text_internal.h"
 
+#include <bit>
 #include <charconv>
-#include <cmath>
 #include <cstring>
 
 #include <zpbase/drawing.h>
+#include <zpbase/platform/bytes.h>
 #include <zpbase/store.h>
 
 namespace zp {
@@ -19,7 +20,6 @@ using namespace std::string_view_literals;
 // More than any record needs without the characters of a text: nine lines of constants and six numbers of up to 30 characters.
 constexpr size_t recordRoom = 512;
 constexpr size_t numberRoom = 48;
-constexpr size_t colorColumns = 6;
 
 // An oval's arc: it lies about a centre on the longer axis, with a quarter of the radius, or on the shorter one, with one and a
 // half. sign tells the side; the angles are those of a triangle of sides 3, 4 and 5.
@@ -42,16 +42,77 @@ constexpr OvalArc tallArcs[] = {
 };
 constexpr int quartersOfAnOval = 4;
 
-}  // namespace
-
-EntityText::EntityText(GPFile & file, COLORREF color, UINT penStyle) : m_File(file), m_LineType(DXFLineTypeFromPenStyle(penStyle))
+// The text goes where at points; each of these gives the place behind it.
+inline char * put(char * at, std::string_view text)
 {
-  char digits[colorColumns];
-  size_t const count =
-      static_cast<size_t>(std::to_chars(digits, digits + colorColumns, DXFColorFromCOLORREF(color)).ptr - digits);
-  std::memset(m_Color, ' ', colorColumns);
-  std::memcpy(m_Color + colorColumns - count, digits, count);
+  std::memcpy(at, text.data(), text.size());
+  return at + text.size();
 }
+
+// The eight digits of a number below 10^8 as little-endian bytes, the first one lowest: halves, then quarters, then single digits
+// are divided off side by side.
+inline uint64_t eightDigits(uint32_t value)
+{
+  uint64_t const fours = value / 10000 | static_cast<uint64_t>(value % 10000) << 32;
+  uint64_t const hundreds = fours * 10486 >> 20 & 0x0000007F0000007F;
+  uint64_t const twos = hundreds | (fours - hundreds * 100) << 16;
+  uint64_t const tens = twos * 103 >> 10 & 0x000F000F000F000F;
+  return tens | (twos - tens * 10) << 8;
+}
+
+// Without a branch for the count of digits, which nobody foresees.
+inline char * putCount(char * at, uint64_t value)
+{
+  if (value >= 100'000'000) return std::to_chars(at, at + numberRoom, value).ptr;
+  uint64_t const digits = eightDigits(static_cast<uint32_t>(value));
+  int const zeros = std::countr_zero(digits | uint64_t{1} << 56) / 8;  // a lone 0 stays
+  WriteLittle(at, (digits | 0x3030303030303030) >> (8 * zeros));
+  return at + (8 - zeros);
+}
+
+inline char * putInteger(char * at, int64_t value)
+{
+  *at = '-';
+  bool const negative = value < 0;
+  uint64_t const count = static_cast<uint64_t>(value);
+  return putCount(at + negative, negative ? -count : count);
+}
+
+// A group of a whole number, behind the end of the line before.
+inline char * putWhole(char * at, std::string_view code, int64_t value)
+{
+  return put(putInteger(put(at, code), value), ".0"sv);
+}
+
+// Two decimals, the nearest to the value and of two that are as near the even one: exact, as the hundredfold of a number's 53
+// bits fits in 64.
+inline char * putReal(char * at, double value)
+{
+  constexpr int mantissaBits = 52;
+  constexpr uint64_t hiddenBit = uint64_t{1} << mantissaBits;
+  auto const bits = std::bit_cast<uint64_t>(value);
+  int const exponent = static_cast<int>(bits >> mantissaBits & 0x7FF);
+  int const shift = 1075 - exponent;  // how far the point stands in the mantissa
+  if (shift <= 0) return std::to_chars(at, at + numberRoom, value, std::chars_format::fixed, 2).ptr;
+
+  uint64_t hundredths = 0;
+  if (exponent != 0 && shift < 64) {
+    uint64_t const scaled = ((bits & (hiddenBit - 1)) | hiddenBit) * 100;
+    uint64_t const rest = scaled & ((uint64_t{1} << shift) - 1);
+    uint64_t const half = uint64_t{1} << (shift - 1);
+    hundredths = scaled >> shift;
+    hundredths += rest + (hundredths & 1) > half ? 1 : 0;
+  }
+  *at = '-';
+  at = putCount(at + (bits >> 63), hundredths / 100);
+  int const decimals = static_cast<int>(hundredths % 100);
+  *at++ = '.';
+  *at++ = static_cast<char>('0' + decimals / 10);
+  *at++ = static_cast<char>('0' + decimals % 10);
+  return at;
+}
+
+}  // namespace
 
 void EntityText::Send()
 {
@@ -61,107 +122,67 @@ void EntityText::Send()
   m_File.Write(m_pBegin, size);
 }
 
-void EntityText::MakeRoom(size_t textLength)
+// Where the next record goes: room for it and a text of that length is there.
+char * EntityText::MakeRoom(size_t textLength)
 {
   size_t const needed = recordRoom + textLength;
-  if (static_cast<size_t>(m_pLimit - m_pEnd) >= needed) return;
+  if (static_cast<size_t>(m_pLimit - m_pEnd) >= needed) return m_pEnd;
   Send();
-  if (static_cast<size_t>(m_pLimit - m_pBegin) >= needed) return;
+  if (static_cast<size_t>(m_pLimit - m_pBegin) >= needed) return m_pEnd;
   m_pLongRoom = std::make_unique_for_overwrite<char[]>(needed);
   m_pBegin = m_pEnd = m_pLongRoom.get();
   m_pLimit = m_pBegin + needed;
+  return m_pEnd;
 }
 
-inline void EntityText::Put(std::string_view text)
+inline char * EntityText::PutColor(char * at) const
 {
-  std::memcpy(m_pEnd, text.data(), text.size());
-  m_pEnd += text.size();
-}
-
-inline void EntityText::PutInteger(int64_t value)
-{
-  m_pEnd = std::to_chars(m_pEnd, m_pEnd + numberRoom, value).ptr;
-}
-
-// Two decimals. Quarters, which ovals are made of, need no search for the nearest decimal number.
-void EntityText::PutReal(double value)
-{
-  constexpr double exactLimit = 1e15;
-  constexpr int parts = 4;
-  constexpr std::string_view decimals[parts] = {".00", ".25", ".50", ".75"};
-  if (!std::signbit(value) && value < exactLimit) {
-    int64_t const count = static_cast<int64_t>(value * parts);
-    if (static_cast<double>(count) == value * parts) {
-      PutInteger(count / parts);
-      Put(decimals[count % parts]);
-      return;
-    }
-  }
-  m_pEnd = std::to_chars(m_pEnd, m_pEnd + numberRoom, value, std::chars_format::fixed, 2).ptr;
-}
-
-// What stands in front of the colour, and the colour.
-template <size_t length>
-inline void EntityText::PutHead(char const (&head)[length])
-{
-  MakeRoom();
-  Put({head, length - 1});
-  Put({m_Color, colorColumns});
-}
-
-// A group of a whole number, behind the end of the line before.
-inline void EntityText::PutWhole(std::string_view code, int64_t value)
-{
-  Put(code);
-  PutInteger(value);
-  Put(".0"sv);
+  return put(at, {m_pColor, colorColumns});
 }
 
 void EntityText::AddLine(int64_t x1, int64_t y1, int64_t x2, int64_t y2)
 {
-  MakeRoom();
-  Put("  0\r\nLINE\r\n  8\r\nFS_OBJECT\r\n  6\r\n"sv);
-  Put(m_LineType);
-  Put("\r\n 62\r\n"sv);
-  Put({m_Color, colorColumns});
-  PutWhole("\r\n 10\r\n"sv, x1);
-  PutWhole("\r\n 20\r\n"sv, y1);
-  PutWhole("\r\n 11\r\n"sv, x2);
-  PutWhole("\r\n 21\r\n"sv, y2);
-  Put("\r\n"sv);
+  char * at = put(MakeRoom(), "  0\r\nLINE\r\n  8\r\nFS_OBJECT\r\n  6\r\n"sv);
+  at = put(put(at, m_LineType), "\r\n 62\r\n"sv);
+  at = PutColor(at);
+  at = putWhole(at, "\r\n 10\r\n"sv, x1);
+  at = putWhole(at, "\r\n 20\r\n"sv, y1);
+  at = putWhole(at, "\r\n 11\r\n"sv, x2);
+  at = putWhole(at, "\r\n 21\r\n"sv, y2);
+  m_pEnd = put(at, "\r\n"sv);
 }
 
 void EntityText::AddPoint(int64_t x, int64_t y)
 {
-  PutHead("  0\r\nPOINT\r\n  8\r\nFS_OBJECT\r\n 62\r\n");
-  PutWhole("\r\n 10\r\n"sv, x);
-  PutWhole("\r\n 20\r\n"sv, y);
-  Put("\r\n"sv);
+  char * at = PutColor(put(MakeRoom(), "  0\r\nPOINT\r\n  8\r\nFS_OBJECT\r\n 62\r\n"sv));
+  at = putWhole(at, "\r\n 10\r\n"sv, x);
+  at = putWhole(at, "\r\n 20\r\n"sv, y);
+  m_pEnd = put(at, "\r\n"sv);
 }
 
 void EntityText::AddCircle(int64_t x, int64_t y, int64_t radius)
 {
-  PutHead("  0\r\nCIRCLE\r\n  8\r\nFS_OBJECT\r\n 62\r\n");
-  PutWhole("\r\n 10\r\n"sv, x);
-  PutWhole("\r\n 20\r\n"sv, y);
-  PutWhole("\r\n 40\r\n"sv, radius);
-  Put("\r\n"sv);
+  char * at = PutColor(put(MakeRoom(), "  0\r\nCIRCLE\r\n  8\r\nFS_OBJECT\r\n 62\r\n"sv));
+  at = putWhole(at, "\r\n 10\r\n"sv, x);
+  at = putWhole(at, "\r\n 20\r\n"sv, y);
+  at = putWhole(at, "\r\n 40\r\n"sv, radius);
+  m_pEnd = put(at, "\r\n"sv);
 }
 
-void EntityText::PutArcHead()
+char * EntityText::PutArcHead()
 {
-  PutHead("  0\r\nARC\r\n  8\r\nFS_OBJECT\r\n 62\r\n");
+  return PutColor(put(MakeRoom(), "  0\r\nARC\r\n  8\r\nFS_OBJECT\r\n 62\r\n"sv));
 }
 
 void EntityText::AddArc(int64_t x, int64_t y, int64_t radius, int start, int end)
 {
-  PutArcHead();
-  PutWhole("\r\n 10\r\n"sv, x);
-  PutWhole("\r\n 20\r\n"sv, y);
-  PutWhole("\r\n 40\r\n"sv, radius);
-  PutWhole("\r\n 50\r\n"sv, start);
-  PutWhole("\r\n 51\r\n"sv, end);
-  Put("\r\n"sv);
+  char * at = PutArcHead();
+  at = putWhole(at, "\r\n 10\r\n"sv, x);
+  at = putWhole(at, "\r\n 20\r\n"sv, y);
+  at = putWhole(at, "\r\n 40\r\n"sv, radius);
+  at = putWhole(at, "\r\n 50\r\n"sv, start);
+  at = putWhole(at, "\r\n 51\r\n"sv, end);
+  m_pEnd = put(at, "\r\n"sv);
 }
 
 // The coordinate along the longer axis has two decimals where the centre has left the middle, all others are whole.
@@ -170,23 +191,20 @@ void EntityText::AddOvalArc(Oval const & oval, int index)
   OvalArc const & arc = oval.tall ? tallArcs[index] : wideArcs[index];
   double const radius = static_cast<double>(oval.radius);
   double const along = arc.sign * 0.75 * radius;
-  int64_t const across = arc.sign * oval.radius;
-  bool const movesX = arc.onLongAxis != oval.tall;
-  PutArcHead();
-  Put("\r\n 10\r\n"sv);
-  if (arc.onLongAxis && movesX)
-    PutReal(static_cast<double>(oval.x) + along);
+  int64_t const across = arc.onLongAxis ? 0 : arc.sign * oval.radius;
+  int64_t const acrossX = oval.tall ? across : 0;
+  int64_t const acrossY = oval.tall ? 0 : across;
+  char * at = PutArcHead();
+  if (arc.onLongAxis && !oval.tall)
+    at = putReal(put(at, "\r\n 10\r\n"sv), static_cast<double>(oval.x) + along);
   else
-    PutWhole({}, movesX ? oval.x + across : oval.x);
-  Put("\r\n 20\r\n"sv);
-  if (arc.onLongAxis && !movesX)
-    PutReal(static_cast<double>(oval.y) + along);
+    at = putWhole(at, "\r\n 10\r\n"sv, oval.x + acrossX);
+  if (arc.onLongAxis && oval.tall)
+    at = putReal(put(at, "\r\n 20\r\n"sv), static_cast<double>(oval.y) + along);
   else
-    PutWhole({}, movesX ? oval.y : oval.y + across);
-  Put("\r\n 40\r\n"sv);
-  PutReal((arc.onLongAxis ? 0.25 : 1.5) * radius);
-  Put("\r\n 50\r\n"sv);
-  Put(arc.angles);
+    at = putWhole(at, "\r\n 20\r\n"sv, oval.y + acrossY);
+  at = putReal(put(at, "\r\n 40\r\n"sv), (arc.onLongAxis ? 0.25 : 1.5) * radius);
+  m_pEnd = put(put(at, "\r\n 50\r\n"sv), arc.angles);
 }
 
 void EntityText::AddOval(Oval const & oval, Quarters wanted)
@@ -200,19 +218,13 @@ void EntityText::AddOval(Oval const & oval, Quarters wanted)
 
 void EntityText::AddText(double x, double y, double height, std::string_view text, double factor)
 {
-  MakeRoom(text.size());
-  PutHead("  0\r\nTEXT\r\n  8\r\nFS_OBJECT\r\n 62\r\n");
-  Put("\r\n 10\r\n"sv);
-  PutReal(x);
-  Put("\r\n 20\r\n"sv);
-  PutReal(y);
-  Put("\r\n 40\r\n"sv);
-  PutReal(height);
-  Put("\r\n  1\r\n"sv);
-  Put(text);
-  Put("\r\n 41\r\n"sv);
-  PutReal(factor);
-  Put("\r\n"sv);
+  char * at = PutColor(put(MakeRoom(text.size()), "  0\r\nTEXT\r\n  8\r\nFS_OBJECT\r\n 62\r\n"sv));
+  at = putReal(put(at, "\r\n 10\r\n"sv), x);
+  at = putReal(put(at, "\r\n 20\r\n"sv), y);
+  at = putReal(put(at, "\r\n 40\r\n"sv), height);
+  at = put(put(at, "\r\n  1\r\n"sv), text);
+  at = putReal(put(at, "\r\n 41\r\n"sv), factor);
+  m_pEnd = put(at, "\r\n"sv);
 }
 
 }  // namespace zp

@@ -22,10 +22,19 @@ struct Oval {
 // Quarters of an oval, counted by their angle from 0; one bit each.
 using Quarters = unsigned int;
 
+// The number of a colour, right-aligned in so many columns.
+constexpr size_t colorColumns = 6;
+char const * ColorColumnsOf(COLORREF color);
+
+// The line type of a pen style, by its low four bits.
+std::string_view LineTypeOf(UINT penStyle);
+
 // Coordinates are those of the file: Y is flipped. Records go out when the room is used up and at Send; whoever adds sends last.
 class EntityText {
  public:
-  EntityText(GPFile & file, COLORREF color, UINT penStyle);
+  // Lines are drawn in the pen's style; nothing else needs one.
+  EntityText(GPFile & file, COLORREF color, UINT penStyle) : EntityText(file, color) { m_LineType = LineTypeOf(penStyle); }
+  EntityText(GPFile & file, COLORREF color) : m_File(file), m_pColor(ColorColumnsOf(color)) {}
   EntityText(EntityText const &) = delete;
   EntityText & operator=(EntityText const &) = delete;
 
@@ -41,18 +50,13 @@ class EntityText {
  private:
   static constexpr size_t roomSize = 16384;
 
-  void MakeRoom(size_t textLength = 0);
-  void Put(std::string_view text);
-  void PutInteger(int64_t value);
-  void PutReal(double value);
-  template <size_t length>
-  void PutHead(char const (&head)[length]);
-  void PutWhole(std::string_view code, int64_t value);
-  void PutArcHead();
+  char * MakeRoom(size_t textLength = 0);
+  char * PutColor(char * at) const;
+  char * PutArcHead();
   void AddOvalArc(Oval const & oval, int index);
 
   GPFile & m_File;
-  char m_Color[6];  // as a record holds it
+  char const * m_pColor;
   std::string_view m_LineType;
   std::unique_ptr<char[]> m_pLongRoom;  // for a text that the room below is too small for
   char * m_pBegin = m_Room;

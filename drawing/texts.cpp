@@ -60,7 +60,7 @@ int DXFDC::ExtTextOutA(int x, int y, unsigned int, tagRECT const * rect, CString
   double const margin = 0.2 * std::min(width, boxHeight);
   double const factor = ((width - 2 * margin) / text.GetLength()) / height;
 
-  zp::EntityText records(*m_pFile, m_nTextColor, PS_SOLID);
+  zp::EntityText records(*m_pFile, m_nTextColor);
   records.AddText(x + margin, zp::Flipped(y + (boxHeight + height) / 2), height, charactersOf(text), factor);
   records.Send();
   return 1;
@@ -80,7 +80,7 @@ int DXFDC::DrawTextA(CString const & text, tagRECT * rect, unsigned int format)
   double const margin = 0.25 * std::min(width, pitch);
   double const factor = ((width - 2 * margin) / longest) / height;
   double y = box.bottom - 0.7 * pitch;
-  zp::EntityText records(*m_pFile, m_nTextColor, PS_SOLID);
+  zp::EntityText records(*m_pFile, m_nTextColor);
   for (int i = 0; i < lines.GetSize(); ++i, y -= pitch)
     if (!lines[i].IsEmpty()) records.AddText(box.left + margin, zp::Flipped(y), height, charactersOf(lines[i]), factor);
   records.Send();

@@ -261,6 +261,26 @@ TEST(DXFDC, SetsTextsLineByLineWithOneFactor)
   EXPECT_EQ(canvas.Records(), Records{"TEXT|     7|6.00|77.50|15.00|" + longText + "|0.00"});
 }
 
+TEST(DXFDC, RoundsTwoDecimalsAsPrintfDoes)
+{
+  Canvas canvas(3);
+  std::string expected;
+  for (int width = 1; width < 60; ++width)
+    for (int const height : {1, 2, 3, 5, 7, 8, 16, 25, 333, 1 << 20, std::numeric_limits<int>::max()}) {
+      tagRECT const rect{0, 0, width * width * width, height};
+      canvas->ExtTextOutA(-width, width - 4, 0, &rect, "abc", nullptr);
+      double const t = 0.5 * height;
+      double const margin = 0.2 * std::min(width * width * width, height);
+      char record[200];
+      snprintf(record, sizeof record, "TEXT|     7|%.2f|%.2f|%.2f|abc|%.2f\n", -width + margin,
+               3 - (width - 4 + (height + t) / 2), t, ((width * width * width - 2 * margin) / 3) / t);
+      expected += record;
+    }
+  std::string drawn;
+  for (std::string const & record : canvas.Records()) drawn += record + "\n";
+  EXPECT_EQ(drawn, expected);
+}
+
 TEST(DXFDC, MeasuresTextsByTheFontsRecord)
 {
   Canvas canvas;
