@@ -55,19 +55,6 @@ TEST_F(StoreTool, FindsTheOtherFileByItsExtension)
   EXPECT_EQ(Zp("get b.ei 1 --record records").m_strOut, "x");
 }
 
-TEST_F(StoreTool, SaysWhenAnotherProgramHoldsTheStore)
-{
-  Store({{1, "x"}});
-  GPDataFile holder(m_Folder.Name("a.SI"), m_Folder.Name("a.SR"), CFile::modeReadWrite | CFile::shareDenyWrite, nullptr);
-  char byte;
-  holder.LoadRec(&byte, 1, 1);
-  for (char const * const command : {"list a", "put a 1", "check a", "compact a", "recover a"}) {
-    ProgramRun const run = Zp(command, "z");
-    EXPECT_EQ(run.m_nStatus, 1) << command;
-    EXPECT_EQ(run.m_strErr, "zp: a.SR: the record file is in use by another program; try again when that has ended\n") << command;
-  }
-}
-
 struct Misuse {
   char const * pArguments;
   int nStatus;

@@ -128,6 +128,34 @@ TEST_F(StoreTool, GroupInteractionsAreKnownByTheirShape)
   EXPECT_EQ(shown.find("a129"), std::string::npos);
 }
 
+// The classes of the library that are or derive from base and can be made by name.
+std::vector<CRuntimeClass *> classesUnder(CRuntimeClass * base)
+{
+  CRuntimeClass first = {"First", 0, 0xFFFF, nullptr, nullptr, nullptr, nullptr};
+  AFX_CLASSINIT const registration(&first);
+  std::vector<CRuntimeClass *> classes;
+  for (CRuntimeClass * each = first.m_pNextClass; each != nullptr; each = each->m_pNextClass)
+    if (each->IsDerivedFrom(base) && each->m_pfnCreateObject != nullptr) classes.push_back(each);
+  return classes;
+}
+
+TEST_F(StoreTool, EveryDataItemHasAJsonForm)
+{
+  std::vector<CRuntimeClass *> const classes = classesUnder(RUNTIME_CLASS(GPData));
+  ASSERT_FALSE(classes.empty());
+  Records records;
+  for (CRuntimeClass const * const each : classes) {
+    std::unique_ptr<CObject> const item(each->CreateObject());
+    records[static_cast<int>(records.size())] = bytesOf(*item);
+  }
+  Store(records);
+  for (size_t id = 0; id < classes.size(); ++id) {
+    std::string const shown = Zp("show a " + std::to_string(id) + " --json").m_strOut;
+    EXPECT_EQ(shown.find("\"hex\""), std::string::npos) << classes[id]->m_lpszClassName << " has no form in object_json.cpp";
+    EXPECT_NE(shown.find("\"data_id\""), std::string::npos) << shown;
+  }
+}
+
 struct Refusal {
   char const * pInput;
   char const * pError;

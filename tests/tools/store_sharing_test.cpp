@@ -1,0 +1,148 @@
+// Several programs at one store: who is let in, and that nothing that was said to be stored is gone.
+
+#include <array>
+#include <thread>
+
+#include "tests/tools/store_fixture.h"
+
+namespace {
+
+constexpr char const * recordFileInUse =
+    "zp: a.SR: the record file is in use by another program; try again when that has ended\n";
+constexpr char const * indexFileInUse = "zp: a.SI: the index file is in use by another program; try again when that has ended\n";
+
+TEST_F(StoreTool, SaysWhenAnotherProgramHoldsTheStore)
+{
+  Store({{1, "x"}});
+  GPDataFile holder(m_Folder.Name("a.SI"), m_Folder.Name("a.SR"), CFile::modeReadWrite | CFile::shareDenyWrite, nullptr);
+  char byte;
+  holder.LoadRec(&byte, 1, 1);
+  for (char const * const command : {"list a", "put a 1", "check a", "compact a", "recover a"}) {
+    ProgramRun const run = Zp(command, "z");
+    EXPECT_EQ(run.m_nStatus, 1) << command;
+    EXPECT_EQ(run.m_strErr, recordFileInUse) << command;
+  }
+}
+
+// So it is between the reading of the index and the first change of another program.
+TEST_F(StoreTool, ChangesNothingWhileAnotherProgramHoldsTheIndexFile)
+{
+  StoreFour();
+  std::string const before = m_Folder.Read("a.SI") + m_Folder.Read("a.SR");
+  CFile holder;
+  ASSERT_TRUE(holder.Open(m_Folder.Name("a.SI"), CFile::modeRead | CFile::shareExclusive));
+  for (char const * const command : {"put a 7", "delete a 1", "compact a"}) {
+    ProgramRun const run = Zp(command, "z");
+    EXPECT_EQ(run.m_nStatus, 1) << command;
+    EXPECT_EQ(run.m_strErr, indexFileInUse) << command;
+  }
+  EXPECT_EQ(Zp("get a 2").m_strOut, "cde");
+  EXPECT_EQ(m_Folder.Read("a.SI") + m_Folder.Read("a.SR"), before);
+}
+
+TEST_F(StoreTool, ReadersShareAStore)
+{
+  Store({{1, "x"}});
+  CFile reader;
+  ASSERT_TRUE(reader.Open(m_Folder.Name("a.SR"), CFile::modeRead | CFile::shareDenyWrite));
+  for (char const * const command : {"list a", "check a", "map a"}) EXPECT_EQ(Zp(command).m_nStatus, 0) << command;
+  EXPECT_EQ(Zp("put a 1", "z").m_strErr, recordFileInUse);
+}
+
+// Of programs that begin together one at least comes through, and what one says that it stored is there.
+TEST_F(StoreTool, LosesNothingOfProgramsThatStoreAtOnce)
+{
+  constexpr int rounds = 6;
+  constexpr int crowd = 6;
+  constexpr int firstNew = 20001;
+  Records old;
+  for (int id = 1; id < firstNew; ++id) old[id] = "abcd";
+  Store(old);
+  for (int round = 0; round < rounds; ++round) {
+    std::array<int, crowd> statuses = {};
+    std::array<std::thread, crowd> programs;
+    for (int i = 0; i < crowd; ++i) {
+      auto const at = static_cast<size_t>(i);
+      std::string const id = std::to_string(firstNew + round * crowd + i);
+      programs[at] = std::thread([&statuses, at, id, this] { statuses[at] = Zp("put a " + id, "new " + id).m_nStatus; });
+    }
+    for (std::thread & program : programs) program.join();
+    Records const now = Load();
+    for (int i = 0; i < crowd; ++i) {
+      int const id = firstNew + round * crowd + i;
+      auto const found = now.find(id);
+      std::string const bytes = found != now.end() ? found->second : "";
+      EXPECT_EQ(bytes, statuses[static_cast<size_t>(i)] == 0 ? "new " + std::to_string(id) : "") << "record " << id;
+    }
+    EXPECT_NE(std::count(statuses.begin(), statuses.end(), 0), 0);
+  }
+  EXPECT_EQ(Zp("check a").m_nStatus, 0);
+}
+
+TEST_F(StoreTool, LosesNothingOfTwoProgramsThatMakeAStore)
+{
+  for (int round = 0; round < 10; ++round) {
+    std::string const stem = "s" + std::to_string(round);
+    int other = 0;
+    std::thread program([&] { other = Zp("put " + stem + " 2", "b").m_nStatus; });
+    int const one = Zp("put " + stem + " 1", "a").m_nStatus;
+    program.join();
+    Records stored;
+    if (one == 0) stored[1] = "a";
+    if (other == 0) stored[2] = "b";
+    EXPECT_FALSE(stored.empty());
+    EXPECT_EQ(Load(stem), stored);
+  }
+}
+
+TEST_F(StoreTool, LosesNothingOfAPutBesideACompaction)
+{
+  for (int round = 0; round < 8; ++round) {
+    StoreFour();
+    int compacted = 0;
+    std::thread program([&] { compacted = Zp("compact a").m_nStatus; });
+    int const stored = Zp("put a 9", "new").m_nStatus;
+    program.join();
+    Records expected = {{1, "ab"}, {2, "cde"}, {3, "fgh"}};
+    if (stored == 0) expected[9] = "new";
+    EXPECT_EQ(Load(), expected) << stored << compacted;
+    EXPECT_EQ(Zp("check a").m_nStatus, 0);
+    std::filesystem::remove(m_Folder.Path() / "a.SI");
+    std::filesystem::remove(m_Folder.Path() / "a.SR");
+  }
+}
+
+TEST_F(StoreTool, WritesFinishAnInterruptedExchangeFirst)
+{
+  StoreFour();
+  std::string const old[] = {m_Folder.Read("a.SR"), m_Folder.Read("a.SI")};
+  Zp("compact a");
+  for (char const * const name : {"a.SR", "a.SI"})
+    std::filesystem::rename(m_Folder.Path() / name, m_Folder.Path() / (std::string(name) + ".compact-new"));
+  m_Folder.Write("a.SR.compact-old", old[0]);  // between its two names
+  m_Folder.Write("a.SI", old[1]);
+  m_Folder.Write("a.SR.compact-swap", "");
+  EXPECT_EQ(Zp("get a 1").m_strErr,
+            "zp: a.SR: a compaction of this store is under way or was interrupted; finish it with zp store compact\n");
+  EXPECT_EQ(Zp("put a 9", "x").m_strErr, "zp: a.SR: an interrupted compaction was finished\n");
+  EXPECT_EQ(Load(), (Records{{1, "ab"}, {2, "cde"}, {3, "fgh"}, {9, "x"}}));
+}
+
+TEST_F(StoreTool, AnEmptyIndexFileForgetsNoRecord)
+{
+  Store({{1, "x"}});
+  m_Folder.Write("a.SI", "");
+  EXPECT_EQ(Zp("get a 1").m_strOut, "x");
+  EXPECT_EQ(Zp("put a 2", "y").m_strErr,
+            "zp: a.SI: the index file is empty, but a.SR isn't; make a new one with zp store recover\n");
+  EXPECT_EQ(m_Folder.Read("a.SI"), "");
+}
+
+TEST_F(StoreTool, AStoreOfNothingLeavesNoFiles)
+{
+  EXPECT_EQ(Zp("import a -", "id\n").m_strOut, "0 records stored in a.SR: 0 new, 0 replaced\n");
+  EXPECT_FALSE(m_Folder.Has("a.SI"));
+  EXPECT_FALSE(m_Folder.Has("a.SR"));
+}
+
+}  // namespace
