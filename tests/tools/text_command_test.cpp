@@ -201,7 +201,7 @@ TEST(TextCommand, CountsAndShowsLines)
       {"Buzz,1,2\r\nRex,3,4\r\n", "lines --json --report 1 f", 1,
        "{\n  \"blank\": 0,\n  \"comments\": 0,\n  \"delimiter\": \"comma\",\n  \"hints\": [],\n  \"lines\": 2,\n  \"longest\": "
        "8,\n"
-       "  \"notNumeric\": [\n    {\n      \"column\": 1,\n      \"line\": 1,\n      \"text\": \"Buzz\"\n    },\n    {\n"
+       "  \"not_numeric\": [\n    {\n      \"column\": 1,\n      \"line\": 1,\n      \"text\": \"Buzz\"\n    },\n    {\n"
        "      \"column\": 1,\n      \"line\": 2,\n      \"text\": \"Rex\"\n    }\n  ],\n  \"numeric\": 0\n}\n"},
   });
 }
@@ -219,7 +219,7 @@ TEST(TextCommand, ShowsWhereColumnsStand)
        "more columns than values on a line: some lack values, or they don't stand below each other\n"
        "1 line is not numeric; zp text lines shows it\n"},
       {"1\t2\r\n1234\r\n", "columns --json f", 0,
-       "{\n  \"columns\": [],\n  \"delimiter\": \"tab\",\n  \"fewestValues\": 1,\n  \"mostValues\": 2,\n  \"notNumeric\": "
+       "{\n  \"columns\": [],\n  \"delimiter\": \"tab\",\n  \"fewest_values\": 1,\n  \"most_values\": 2,\n  \"not_numeric\": "
        "0\n}\n"},
       {"a\r\n", "columns f", 1, "f: no line is numeric; zp text lines shows why\n"},
   });

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include <zpbase/data.h>
+#include <zpbase/platform/bytes.h>
 
 namespace {
 
@@ -132,7 +133,7 @@ std::vector<AreaNumber> DecodeInteractions(GPv const & item)
   unsigned int lowest = firstTag;
   for (int slot = 0; slot < slots; ++slot) {
     BYTE const * const place = item.GetArea() + slot * slotBytes;
-    unsigned int const tag = place[0] | static_cast<unsigned int>(place[1]) << 8;
+    unsigned int const tag = zp::ReadLittle<WORD>(place);
     if (tag < lowest || tag > lastTag) return {};
     lowest = tag + 1;
     float const * const pair = values + 2 * (tag - firstTag);

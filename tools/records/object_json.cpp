@@ -13,7 +13,7 @@
 #include "tools/program.h"
 #include "tools/records/data_ids.h"
 #include "tools/records/json_values.h"
-#include "tools/records/object_forms.h"
+#include "tools/records/number_forms.h"
 #include "tools/records/payload.h"
 
 namespace {

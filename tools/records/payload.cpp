@@ -3,10 +3,11 @@
 #include "tools/records/payload.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include <fmt/format.h>
 #include <zpbase/platform/archive.h>
+#include <zpbase/platform/ascii.h>
+#include <zpbase/platform/bytes.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/windows.h>
 #include <zpbase/store.h>
@@ -19,7 +20,12 @@ constexpr size_t classNameStart = 6;  // behind the tag, the schema and the name
 
 size_t wordAt(std::span<BYTE const> bytes, size_t offset)
 {
-  return static_cast<size_t>(bytes[offset]) | static_cast<size_t>(bytes[offset + 1]) << 8;
+  return zp::ReadLittle<WORD>(&bytes[offset]);
+}
+
+bool isNameCharacter(char c)
+{
+  return zp::IsLetter(c) || zp::IsDigit(c) || c == '_' || c == ':';
 }
 
 // Takes the messages with which containers of numbers tell that their bytes are damaged.
@@ -56,13 +62,6 @@ size_t readObject(std::span<BYTE const> bytes, std::unique_ptr<CObject> & object
   return static_cast<size_t>(file.GetPosition());
 }
 
-int digitOf(char c)
-{
-  if (c >= '0' && c <= '9') return c - '0';
-  int const letter = std::tolower(static_cast<unsigned char>(c));
-  return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
-}
-
 }  // namespace
 
 std::string_view NamedClass(std::span<BYTE const> bytes)
@@ -71,9 +70,7 @@ std::string_view NamedClass(std::span<BYTE const> bytes)
   size_t const length = wordAt(bytes, 4);
   if (length == 0 || length > bytes.size() - classNameStart) return {};
   std::string_view const name(reinterpret_cast<char const *>(bytes.data()) + classNameStart, length);
-  bool const isName =
-      std::all_of(name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) != 0 || c == '_' || c == ':'; });
-  return isName ? name : std::string_view();
+  return std::all_of(name.begin(), name.end(), isNameCharacter) ? name : std::string_view();
 }
 
 Payload DecodePayload(std::span<BYTE const> bytes)
@@ -118,26 +115,16 @@ std::vector<BYTE> EncodeObject(CObject const & object)
 std::string ToHex(std::span<BYTE const> bytes)
 {
   std::string hex;
-  hex.reserve(bytes.size() * 2);
-  for (BYTE const byte : bytes) {
-    hex += "0123456789abcdef"[byte >> 4];
-    hex += "0123456789abcdef"[byte & 15];
-  }
+  zp::AppendHex(hex, {reinterpret_cast<char const *>(bytes.data()), bytes.size()});
   return hex;
 }
 
 bool FromHex(std::string_view hex, std::vector<BYTE> & bytes)
 {
-  bytes.clear();
-  if (hex.size() % 2 != 0) return false;
-  bytes.reserve(hex.size() / 2);
-  for (size_t i = 0; i < hex.size(); i += 2) {
-    int const high = digitOf(hex[i]);
-    int const low = digitOf(hex[i + 1]);
-    if (high < 0 || low < 0) return false;
-    bytes.push_back(static_cast<BYTE>(high * 16 + low));
-  }
-  return true;
+  std::string read;
+  bool const isHex = zp::AppendFromHex(read, hex);
+  bytes.assign(read.begin(), read.end());
+  return isHex;
 }
 
 std::string HexDump(std::span<BYTE const> bytes, std::string_view indent)

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 #include <zpbase/config.h>
+#include <zpbase/platform/bytes.h>
 #include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/platform/system_error.h>
@@ -72,7 +73,5 @@ bool IsTextType(DWORD type)
 
 int NumberOfBytes(CString const & data)
 {
-  unsigned int number = 0;
-  for (int i = 4; i-- > 0;) number = number << 8 | static_cast<unsigned char>(data[i]);
-  return static_cast<int>(number);
+  return zp::ReadLittle<int32_t>(data.GetString());
 }

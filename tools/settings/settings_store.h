@@ -16,9 +16,6 @@ struct SettingsOptions {
   std::string hive;
   std::string section;
   std::optional<std::string> key;
-  std::string value;
-  std::string type = "text";
-  std::string file = "-";
   bool json = false;
 };
 
@@ -55,8 +52,3 @@ bool IsTextType(DWORD type);
 
 // The value of a REG_DWORD's four bytes.
 int NumberOfBytes(CString const & data);
-
-// Settings to and from registration-entries files. The import tells what it took, and leaves exitWanting in status where it
-// couldn't take all.
-void ExportSettings(SettingsOptions const & options);
-void ImportSettings(SettingsOptions const & options, int & status);

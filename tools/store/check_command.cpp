@@ -4,8 +4,8 @@
 
 #include "tools/program.h"
 #include "tools/records/object_json.h"
-#include "tools/store/check.h"
 #include "tools/store/store_arguments.h"
+#include "tools/store/store_check.h"
 
 namespace {
 

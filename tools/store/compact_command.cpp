@@ -8,9 +8,9 @@
 #include "tools/program.h"
 #include "tools/progress.h"
 #include "tools/records/object_json.h"
-#include "tools/store/check.h"
-#include "tools/store/exchange.h"
+#include "tools/store/file_exchange.h"
 #include "tools/store/store_arguments.h"
+#include "tools/store/store_check.h"
 #include "tools/store/stored_records.h"
 
 namespace {

@@ -64,35 +64,38 @@ class IndexReader {
     index.state = StoreIndex::Sound;
   }
 
+  template <class Container>
+  std::unique_ptr<Container> ReadTable()
+  {
+    std::unique_ptr<CObject> object(m_Archive.ReadOwnedObject(RUNTIME_CLASS(Container)));
+    if (object == nullptr) AfxThrowArchiveException(CArchiveException::badClass);
+    return std::unique_ptr<Container>(static_cast<Container *>(object.release()));
+  }
+
   void ReadRecords(StoreIndex & index)
   {
-    std::unique_ptr<CObject> const object(m_Archive.ReadOwnedObject(RUNTIME_CLASS(GPObArray)));
-    if (object == nullptr) AfxThrowArchiveException(CArchiveException::badClass);
-    auto const & table = static_cast<GPObArray const &>(*object);
-    for (int i = 0; i < table.GetSize(); ++i) {
-      CObject const * const element = table.GetAt(i);
-      RequireEntry(element, RUNTIME_CLASS(GPActiveRec));
-      auto const & entry = static_cast<GPActiveRec const &>(*element);
+    auto const table = ReadTable<GPObArray>();
+    for (int i = 0; i < table->GetSize(); ++i) {
+      auto const & entry = RequireEntry<GPActiveRec>(table->GetAt(i));
       index.live.push_back({entry.m_nFilePos, entry.m_nRecID, entry.m_nRecLen});
     }
   }
 
   void ReadFree(StoreIndex & index)
   {
-    std::unique_ptr<CObject> const object(m_Archive.ReadOwnedObject(RUNTIME_CLASS(GPObList)));
-    if (object == nullptr) AfxThrowArchiveException(CArchiveException::badClass);
-    auto const & list = static_cast<GPObList const &>(*object);
-    for (POSITION at = list.GetHeadPosition(); at != nullptr;) {
-      CObject const * const element = list.GetNext(at);
-      RequireEntry(element, RUNTIME_CLASS(GPEmptyRec));
-      auto const & entry = static_cast<GPEmptyRec const &>(*element);
+    auto const list = ReadTable<GPObList>();
+    for (POSITION at = list->GetHeadPosition(); at != nullptr;) {
+      auto const & entry = RequireEntry<GPEmptyRec>(list->GetNext(at));
       index.free.push_back({entry.m_nFilePos, entry.m_nBlockSize});
     }
   }
 
-  static void RequireEntry(CObject const * element, CRuntimeClass const * wanted)
+  template <class Entry>
+  static Entry const & RequireEntry(CObject const * element)
   {
-    if (element == nullptr || !element->IsKindOf(wanted)) AfxThrowArchiveException(CArchiveException::badClass);
+    bool const isEntry = element != nullptr && element->IsKindOf(RUNTIME_CLASS(Entry));
+    if (!isEntry) AfxThrowArchiveException(CArchiveException::badClass);
+    return static_cast<Entry const &>(*element);
   }
 
   // A class that isn't registered here is no damage: the part that names it can't be read, nor what follows.

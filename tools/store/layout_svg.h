@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/store/survey.h"
+#include "tools/store/block_survey.h"
 
 enum class AreaKind { Header, Live, Slack, Free, Unreadable };
 inline constexpr size_t areaKinds = 5;

@@ -7,10 +7,10 @@
 
 #include "tools/program.h"
 #include "tools/records/object_json.h"
+#include "tools/store/block_survey.h"
 #include "tools/store/layout_svg.h"
 #include "tools/store/open_store.h"
 #include "tools/store/store_arguments.h"
-#include "tools/store/survey.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
-#include "tools/store/exchange.h"
+#include "tools/store/file_exchange.h"
 
 namespace {
 

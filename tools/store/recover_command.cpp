@@ -9,9 +9,9 @@
 #include "tools/progress.h"
 #include "tools/records/object_json.h"
 #include "tools/records/payload.h"
+#include "tools/store/block_survey.h"
 #include "tools/store/store_arguments.h"
 #include "tools/store/store_writer.h"
-#include "tools/store/survey.h"
 
 namespace {
 

@@ -3,12 +3,12 @@
 #include "tools/store/store_names.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <vector>
 
 #include <fmt/format.h>
 #include <zpbase/config.h>
+#include <zpbase/platform/ascii.h>
 
 #include "tools/program.h"
 
@@ -34,15 +34,14 @@ constexpr Pair pairs[] = {
     {GetPseudoDataIndexExt, GetPseudoDataExt},
 };
 
-std::string inLowerCase(std::string text)
+std::string inLowerCase(std::string const & text)
 {
-  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
+  return zp::ToLower(text);
 }
 
 std::string inUpperCase(std::string text)
 {
-  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  for (char & c : text) c = zp::ToUpper(c);
   return text;
 }
 
@@ -59,7 +58,8 @@ std::vector<StoreNames> storesOfStem(std::string const & stem)
 {
   std::vector<StoreNames> found;
   for (Pair const & pair : pairs) {
-    for (auto const inCase : {inUpperCase, inLowerCase}) {
+    for (bool const lower : {false, true}) {
+      auto const inCase = [lower](std::string const & text) { return lower ? inLowerCase(text) : inUpperCase(text); };
       StoreNames const names = {stem + inCase(pair.index()), stem + inCase(pair.record())};
       if (FileExists(names.index) || FileExists(names.record)) found.push_back(names);
     }
@@ -96,8 +96,8 @@ StoreNames ResolveStore(std::string const & name, std::string const & recordName
   std::string const written = path.extension().string();
   std::string const stem = name.substr(0, name.size() - written.size());
   for (Pair const & pair : pairs) {
-    if (inUpperCase(written) == pair.index()) return {name, besides(stem, pair.record(), written)};
-    if (inUpperCase(written) == pair.record()) return {besides(stem, pair.index(), written), name};
+    if (zp::EqualsNoCase(written, pair.index())) return {name, besides(stem, pair.record(), written)};
+    if (zp::EqualsNoCase(written, pair.record())) return {besides(stem, pair.index(), written), name};
   }
   std::error_code ignored;
   if (std::filesystem::is_regular_file(path, ignored)) {

@@ -8,7 +8,7 @@
 
 #include "tools/program.h"
 #include "tools/records/record_limits.h"
-#include "tools/store/survey.h"
+#include "tools/store/block_survey.h"
 
 StoredRecords::StoredRecords(StoreNames const & names) : m_Store(names, StoreAccess::Look)
 {

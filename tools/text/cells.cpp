@@ -8,10 +8,10 @@
 #include <iterator>
 
 #include <fmt/format.h>
-
-#include "tools/text/input.h"
-
+#include <zpbase/platform/ascii.h>
 #include <zpbase/platform/number_text.h>
+
+#include "tools/text/text_lines.h"
 
 namespace {
 
@@ -80,7 +80,7 @@ bool NumberReader::HasNumberCharacters(std::string_view text) const
 {
   char const point = m_bDecimalComma ? ',' : '.';
   return std::all_of(text.begin(), text.end(), [point](char c) {
-    return (c >= '0' && c <= '9') || c == '+' || c == '-' || c == point || (c | 0x20) == 'e' || (c | 0x20) == 'd';
+    return zp::IsDigit(c) || c == '+' || c == '-' || c == point || (c | 0x20) == 'e' || (c | 0x20) == 'd';
   });
 }
 

@@ -6,16 +6,17 @@
 #include <array>
 #include <cmath>
 
-#include "tools/text/cells.h"
-#include "tools/text/input.h"
-
+#include <zpbase/platform/ascii.h>
 #include <zpbase/platform/number_text.h>
+
+#include "tools/text/cells.h"
+#include "tools/text/text_lines.h"
 
 namespace {
 
 constexpr std::string_view decimalDigits = "0123456789";
 
-constexpr std::array<std::string_view, static_cast<size_t>(Hint::Count)> g_Texts = {
+constexpr std::array<std::string_view, static_cast<size_t>(Hint::Count)> hintTexts = {
     "",
     "--decimal-comma reads the comma in a number as its decimal sign; one between thousands must go",
     "commas between groups of digits have no place in a number; take them out",
@@ -36,11 +37,6 @@ bool consistsOf(std::string_view text, std::string_view characters)
   return text.find_first_not_of(characters) == std::string_view::npos;
 }
 
-bool isDigit(char c)
-{
-  return decimalDigits.find(c) != std::string_view::npos;
-}
-
 bool startsComment(std::string_view cell)
 {
   return cell.front() == '#' || cell.front() == '%' || cell.front() == '!' || cell.starts_with("//");
@@ -48,16 +44,15 @@ bool startsComment(std::string_view cell)
 
 bool isNotFinite(std::string_view number)
 {
-  if (number.find(".#") != std::string_view::npos && isDigit(number.front())) return true;  // as in 1.#QNAN
-  std::string letters(number);
-  std::transform(letters.begin(), letters.end(), letters.begin(), [](char c) { return static_cast<char>(c | 0x20); });
+  if (number.find(".#") != std::string_view::npos && zp::IsDigit(number.front())) return true;  // as in 1.#QNAN
+  std::string const letters = zp::ToLower(number);
   return letters == "inf" || letters == "infinity" || letters.starts_with("nan");
 }
 
 bool isDate(std::string_view cell)
 {
   auto const marks = std::count_if(cell.begin(), cell.end(), [](char c) { return c == '-' || c == '/' || c == ':'; });
-  return marks >= 1 && consistsOf(cell, "0123456789-/:.TZ") && isDigit(cell.front()) &&
+  return marks >= 1 && consistsOf(cell, "0123456789-/:.TZ") && zp::IsDigit(cell.front()) &&
          (cell.find_first_of("/:") != std::string_view::npos || (marks == 2 && cell.find('.') == std::string_view::npos));
 }
 
@@ -124,5 +119,5 @@ Hint HintFor(std::string_view cell, bool decimalComma)
 
 std::string_view TextOf(Hint hint)
 {
-  return g_Texts[static_cast<size_t>(hint)];
+  return hintTexts[static_cast<size_t>(hint)];
 }

@@ -1,6 +1,6 @@
 // The checks of a store: the index by itself, the blocks by themselves, both against each other, and the objects.
 
-#include "tools/store/check.h"
+#include "tools/store/store_check.h"
 
 #include <algorithm>
 #include <map>

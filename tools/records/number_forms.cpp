@@ -5,7 +5,7 @@
 
 #include "tools/program.h"
 #include "tools/records/json_values.h"
-#include "tools/records/object_forms.h"
+#include "tools/records/number_forms.h"
 
 namespace {
 

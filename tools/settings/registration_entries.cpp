@@ -1,5 +1,7 @@
 // Carrying settings to and from registration-entries files.
 
+#include "tools/settings/registration_entries.h"
+
 #include <optional>
 
 #include <fmt/format.h>
@@ -76,24 +78,24 @@ void take(SettingsStore & store, zp::RegistryEntry const & entry, std::string co
 
 }  // namespace
 
-void ExportSettings(SettingsOptions const & options)
+void ExportSettings(SettingsOptions const & options, std::string const & file)
 {
   SettingsStore store(options);
   std::vector<zp::RegistryEntry> entries;
   for (zp::Setting & setting : store.List(CString()))
     entries.push_back({zp::RegistryEntry::SetValue, store.Branch() + "\\" + setting.m_strSection, std::move(setting.m_strKey),
                        setting.m_nType, std::move(setting.m_strData)});
-  WriteWholeFile(options.file, zp::WriteRegistryText(entries));
+  WriteWholeFile(file, zp::WriteRegistryText(entries));
 }
 
-void ImportSettings(SettingsOptions const & options, int & status)
+ExitStatus ImportSettings(SettingsOptions const & options, std::string const & file)
 {
   SettingsStore store(options);
-  std::string const name = options.file == "-" ? "standard input" : options.file;
+  std::string const name = ShownName(file);
   std::vector<zp::RegistryEntry> entries;
   int damaged = 0;
   int lost = 0;
-  if (!zp::ReadRegistryText(ReadWholeFile(options.file), entries, damaged, lost))
+  if (!zp::ReadRegistryText(ReadWholeFile(file), entries, damaged, lost))
     throw Failure(fmt::format("{}: is no registration-entries file; it must begin with REGEDIT4", name));
   Tally tally;
   for (zp::RegistryEntry const & entry : entries) take(store, entry, name, tally);
@@ -105,5 +107,5 @@ void ImportSettings(SettingsOptions const & options, int & status)
                Counted(static_cast<unsigned>(lost), "character"));
   if (tally.elsewhere > 0 && tally.taken + tally.refused == 0)
     throw Failure(fmt::format("{}: has no settings of this application; name the one that it is for with -c and -a", name));
-  if (tally.refused > 0 || damaged > 0 || lost > 0) status = exitWanting;
+  return tally.refused > 0 || damaged > 0 || lost > 0 ? exitWanting : exitDone;
 }

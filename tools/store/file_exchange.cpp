@@ -1,6 +1,6 @@
 // The durable exchange of a store's files.
 
-#include "tools/store/exchange.h"
+#include "tools/store/file_exchange.h"
 
 #include <array>
 #include <cstring>

@@ -1,6 +1,5 @@
 // zp text: what a numeric text file holds, where its columns stand, and its values as CSV.
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,8 +10,8 @@
 
 #include "tools/commands.h"
 #include "tools/program.h"
-#include "tools/text/report.h"
-#include "tools/text/survey.h"
+#include "tools/text/line_survey.h"
+#include "tools/text/misfit_report.h"
 
 namespace {
 
@@ -20,19 +19,19 @@ constexpr int standardOutput = 1;
 
 CLI::Range const count(0, 0x7FFFFFFF);
 
-void showLines(TextOptions const & options, int & status)
+ExitStatus showLines(TextOptions const & options)
 {
   TextLines text(options, PassesOf(options));
   char const delimiter = ChooseDelimiter(text, options);
   TextSurvey const found = SurveyLines(text, delimiter, options, [](std::vector<Cell> const &) {});
-  status = found.other == 0 && found.numeric > 0 ? exitDone : exitWanting;
+  ExitStatus const status = found.other == 0 && found.numeric > 0 ? exitDone : exitWanting;
   if (options.json) {
     nlohmann::json const all = {{"lines", found.lines},        {"numeric", found.numeric},
                                 {"blank", found.blank},        {"comments", found.comments},
                                 {"longest", found.longest},    {"delimiter", NameOf(delimiter)},
-                                {"hints", JsonOfHints(found)}, {"notNumeric", JsonOfMisfits(found)}};
+                                {"hints", JsonOfHints(found)}, {"not_numeric", JsonOfMisfits(found)}};
     Print(all.dump(2) + "\n");
-    return;
+    return status;
   }
   std::string const comments = options.comment.empty() ? "" : Counted(static_cast<unsigned>(found.comments), "comment") + ", ";
   Print(fmt::format("{}, delimiter {}: {} numeric, {} blank, {}{} not numeric; the longest has {}\n",
@@ -40,6 +39,7 @@ void showLines(TextOptions const & options, int & status)
                     found.other, Counted(static_cast<unsigned>(found.longest), "character")));
   if (found.numeric == 0) Print(WhyNone(text, options, found) + "\n");
   ReportMisfits(stdout, options, found);
+  return status;
 }
 
 struct Column {
@@ -63,7 +63,7 @@ std::vector<Column> findColumns(std::string const & pictures, TextOptions const 
 {
   CUIntArray starts;
   CUIntArray ends;
-  ParseCopy(pictures, options.ShownName())->GetColumnPositions(starts, ends);
+  ParseCopy(pictures, options.Name())->GetColumnPositions(starts, ends);
   std::vector<Column> columns;
   for (int i = 0; i < starts.GetSize(); ++i) columns.push_back({starts[i] + 1, ends[i] + 1});
   return columns;
@@ -85,7 +85,7 @@ void printColumns(TextSurvey const & found, char delimiter, std::vector<Column> 
   }
 }
 
-void showColumns(TextOptions const & options, int & status)
+ExitStatus showColumns(TextOptions const & options)
 {
   TextLines text(options, PassesOf(options));
   char const delimiter = ChooseDelimiter(text, options);
@@ -93,14 +93,13 @@ void showColumns(TextOptions const & options, int & status)
   TextSurvey const found =
       SurveyLines(text, delimiter, options, [&](std::vector<Cell> const & cells) { appendPicture(pictures, cells); });
   std::vector<Column> const columns = findColumns(pictures, options);
-  status = found.numeric > 0 ? exitDone : exitWanting;
   if (options.json) {
     nlohmann::json places = nlohmann::json::array();
     for (Column const & column : columns) places.push_back({column.first, column.last});
     nlohmann::json const all = {{"delimiter", NameOf(delimiter)},
-                                {"fewestValues", found.fewestValues},
-                                {"mostValues", found.mostValues},
-                                {"notNumeric", found.other},
+                                {"fewest_values", found.fewestValues},
+                                {"most_values", found.mostValues},
+                                {"not_numeric", found.other},
                                 {"columns", places}};
     Print(all.dump(2) + "\n");
   } else if (found.numeric > 0) {
@@ -108,6 +107,7 @@ void showColumns(TextOptions const & options, int & status)
   } else {
     Print(WhyNone(text, options, found) + (found.other > 0 ? "; zp text lines shows why\n" : "\n"));
   }
+  return found.numeric > 0 ? exitDone : exitWanting;
 }
 
 std::string csvLine(NumberReader & reader, std::vector<Cell> const & cells)
@@ -121,7 +121,7 @@ std::string csvLine(NumberReader & reader, std::vector<Cell> const & cells)
   return line + '\n';
 }
 
-void showNumbers(TextOptions const & options, int & status)
+ExitStatus showNumbers(TextOptions const & options)
 {
   TextLines text(options, PassesOf(options));
   char const delimiter = ChooseDelimiter(text, options);
@@ -133,48 +133,77 @@ void showNumbers(TextOptions const & options, int & status)
   ReportMisfits(stderr, options, found);
   if (found.numeric == 0) throw Failure(WhyNone(text, options, found));
   if (found.fewestValues != found.mostValues) {
-    fmt::print(stderr, "zp: {}: lines have {} values; {}\n", options.ShownName(), ValueCounts(found),
+    fmt::print(stderr, "zp: {}: lines have {} values; {}\n", options.Name(), ValueCounts(found),
                delimiter == blankDelimiter ? "where one is missing between blanks, those behind it have moved up"
                                            : "short ones were not filled up");
   }
-  status = found.other == 0 ? exitDone : exitWanting;
+  return found.other == 0 ? exitDone : exitWanting;
 }
 
-using Action = void (*)(TextOptions const & options, int & status);
+struct TextArguments : TextOptions {
+  void AddOptions(CLI::App & command)
+  {
+    command.add_option("FILE", file, "A text file, or - for standard input")->required();
+    command.add_option("--skip", skip, "Lines at the begin, such as a header, that aren't looked at")->check(count);
+    command.add_option("--delimiter", delimiter,
+                       "comma, tab, semicolon, blank (blanks and tabs in any mixture) or another character; by default the one "
+                       "that makes most lines numeric");
+    command.add_option("--comment", comment, "Leave out the rest of a line from this text on");
+    command.add_flag("--decimal-comma", decimalComma, "Numbers have a comma where others have a point");
+  }
 
-CLI::App * addCommand(CLI::App & text, char const * name, char const * about, std::shared_ptr<TextOptions> const & options,
-                      Action action, int & status)
-{
-  CLI::App * const command = text.add_subcommand(name, about);
-  command->add_option("FILE", options->file, "A text file, or - for standard input")->required();
-  command->add_option("--skip", options->skip, "Lines at the begin, such as a header, that aren't looked at")->check(count);
-  command->add_option("--delimiter", options->delimiter,
-                      "comma, tab, semicolon, blank (blanks and tabs in any mixture) or another character; by default the one "
-                      "that makes most lines numeric");
-  command->add_option("--comment", options->comment, "Leave out the rest of a line from this text on");
-  command->add_flag("--decimal-comma", options->decimalComma, "Numbers have a comma where others have a point");
-  command->callback([options, action, &status] { action(*options, status); });
-  return command;
-}
+  void AddJson(CLI::App & command) { command.add_flag("--json", json, "Print JSON"); }
+
+  void AddReport(CLI::App & command)
+  {
+    command.add_option("--report", report, "How many lines that aren't numeric are shown")->check(count)->capture_default_str();
+  }
+};
+
+struct LinesCommand : TextArguments {
+  static constexpr char const * name = "lines";
+  static constexpr char const * help = "Count numeric, blank and other lines, and show the others; status 1 if there are any";
+
+  void AddOptions(CLI::App & command)
+  {
+    TextArguments::AddOptions(command);
+    AddJson(command);
+    AddReport(command);
+  }
+  ExitStatus Run() const { return showLines(*this); }
+};
+
+struct ColumnsCommand : TextArguments {
+  static constexpr char const * name = "columns";
+  static constexpr char const * help = "Show the delimiter and the character columns of the values";
+
+  void AddOptions(CLI::App & command)
+  {
+    TextArguments::AddOptions(command);
+    AddJson(command);
+  }
+  ExitStatus Run() const { return showColumns(*this); }
+};
+
+struct NumbersCommand : TextArguments {
+  static constexpr char const * name = "numbers";
+  static constexpr char const * help = "Print the values as CSV; lines that aren't numeric are reported, with status 1";
+
+  void AddOptions(CLI::App & command)
+  {
+    TextArguments::AddOptions(command);
+    AddReport(command);
+  }
+  ExitStatus Run() const { return showNumbers(*this); }
+};
 
 }  // namespace
 
 void AddTextCommands(CLI::App & app, int & status)
 {
-  CLI::App * const text = app.add_subcommand("text", "Look into numeric text files");
-  text->require_subcommand(1);
-  auto const options = std::make_shared<TextOptions>();
-  CLI::App * const lines =
-      addCommand(*text, "lines", "Count numeric, blank and other lines, and show the others; status 1 if there are any", options,
-                 showLines, status);
-  CLI::App * const columns =
-      addCommand(*text, "columns", "Show the delimiter and the character columns of the values", options, showColumns, status);
-  CLI::App * const numbers =
-      addCommand(*text, "numbers", "Print the values as CSV; lines that aren't numeric are reported, with status 1", options,
-                 showNumbers, status);
-  for (CLI::App * const command : {lines, columns}) command->add_flag("--json", options->json, "Print JSON");
-  for (CLI::App * const command : {lines, numbers})
-    command->add_option("--report", options->report, "How many lines that aren't numeric are shown")
-        ->check(count)
-        ->capture_default_str();
+  CLI::App * const family = app.add_subcommand("text", "Look into numeric text files");
+  family->require_subcommand(1);
+  AddCommand<LinesCommand>(*family, status);
+  AddCommand<ColumnsCommand>(*family, status);
+  AddCommand<NumbersCommand>(*family, status);
 }

@@ -1,6 +1,6 @@
 // Finding the delimiter and telling the kinds of lines.
 
-#include "tools/text/survey.h"
+#include "tools/text/line_survey.h"
 
 #include <algorithm>
 #include <array>

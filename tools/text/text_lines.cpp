@@ -1,6 +1,6 @@
 // Reading a text file: what can't be text is refused, what ParseFile would take otherwise than meant is put right in a copy.
 
-#include "tools/text/input.h"
+#include "tools/text/text_lines.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -23,18 +23,6 @@ constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 [[noreturn]] void failTooLong(std::string const & name)
 {
   throw Failure(fmt::format("{}: is too long: at most {} bytes can be parsed at once; split it", name, mostBytes));
-}
-
-[[noreturn]] void failOpening(std::string const & name, CFileException const & problem)
-{
-  switch (problem.m_cause) {
-    case CFileException::sharingViolation:
-      throw Failure(fmt::format("{}: is in use by another program; try again when that has ended", name));
-    case CFileException::accessDenied:
-      throw Failure(fmt::format("{}: can't be opened: permission denied", name));
-    default:
-      throw Failure(fmt::format("{}: can't be read: {}", name, Describe(problem)));
-  }
 }
 
 void requireRegularFile(std::string const & name)
@@ -75,11 +63,11 @@ std::string readFile(std::string const & name)
   try {
     CFile file;
     CFileException problem;
-    if (!file.Open(FromHostPath(name), CFile::modeRead | CFile::shareDenyWrite, &problem)) failOpening(name, problem);
+    if (!file.Open(FromHostPath(name), CFile::modeRead | CFile::shareDenyWrite, &problem)) FailOpening(name, nullptr, problem);
     return gather([&](char * piece, size_t size) -> size_t { return file.Read(piece, static_cast<UINT>(size)); }, name);
   } catch (CFileException * caught) {
     zp::ExceptionGuard const guard(caught);
-    failOpening(name, *caught);
+    throw Failure(fmt::format("{}: can't be read: {}", name, Describe(*caught)));
   }
 }
 
@@ -158,13 +146,13 @@ std::unique_ptr<ParseFile> parse(std::string const & hostName, std::string const
     return std::make_unique<ParseFile>(FromHostPath(hostName));
   } catch (CFileException * caught) {
     zp::ExceptionGuard const guard(caught);
-    failOpening(name, *caught);
+    FailOpening(name, nullptr, *caught);
   }
 }
 
 std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
 {
-  std::string const name = options.ShownName();
+  std::string const name = options.Name();
   bool const isPiped = options.file == "-";
   std::string bytes = isPiped ? readStandardInput(name) : readFile(options.file);
   if (isWide(bytes)) throw Failure(fmt::format("{}: is UTF-16 text; convert it, as by iconv -f UTF-16 -t WINDOWS-1252", name));
@@ -208,7 +196,7 @@ std::string_view TrimBlanks(std::string_view text)
 TextLines::TextLines(TextOptions const & options, int passes)
     : m_strComment(options.comment), m_nSkip(options.skip), m_pFile(load(options, m_bEmpty)), m_nCount(m_pFile->GetLineCount())
 {
-  m_Progress.emplace("reading " + options.ShownName(), static_cast<unsigned long long>(passes) * static_cast<unsigned>(m_nCount));
+  m_Progress.emplace("reading " + options.Name(), static_cast<unsigned long long>(passes) * static_cast<unsigned>(m_nCount));
   Rewind();
 }
 

@@ -9,7 +9,7 @@
 
 #include "tools/text/cells.h"
 #include "tools/text/hints.h"
-#include "tools/text/input.h"
+#include "tools/text/text_lines.h"
 
 // The first cell of a line that is neither a number nor empty.
 struct Misfit {

@@ -1,10 +1,11 @@
 // The walk over the blocks of a record file, sound or not.
 
-#include "tools/store/survey.h"
+#include "tools/store/block_survey.h"
 
 #include <algorithm>
 
 #include <fmt/format.h>
+#include <zpbase/platform/bytes.h>
 
 #include "tools/records/payload.h"
 
@@ -15,7 +16,7 @@ constexpr unsigned int freeMark = 0x8000;
 
 unsigned int wordAt(BYTE const * bytes)
 {
-  return bytes[0] | static_cast<unsigned int>(bytes[1]) << 8;
+  return zp::ReadLittle<WORD>(bytes);
 }
 
 // The positions that the index has, inside the file and in ascending order.

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/store/block_survey.h"
 #include "tools/store/open_store.h"
-#include "tools/store/survey.h"
 
 struct StoreFault {
   std::string file;

@@ -9,6 +9,7 @@
 
 #include <zpbase/text.h>
 
+#include "tools/program.h"
 #include "tools/progress.h"
 
 struct TextOptions {
@@ -20,7 +21,7 @@ struct TextOptions {
   bool decimalComma = false;
   bool json = false;
 
-  std::string ShownName() const { return file == "-" ? "standard input" : file; }
+  std::string Name() const { return ShownName(file); }  // for messages
 };
 
 class TextLines {

@@ -1,6 +1,6 @@
 // Sentences about lines that aren't numeric.
 
-#include "tools/text/report.h"
+#include "tools/text/misfit_report.h"
 
 #include <fmt/format.h>
 #include <zpbase/platform/encoding.h>
@@ -77,7 +77,7 @@ std::vector<std::string> hintsOf(TextSurvey const & found)
 
 void ReportMisfits(std::FILE * to, TextOptions const & options, TextSurvey const & found)
 {
-  std::string const name = options.ShownName();
+  std::string const name = options.Name();
   for (Misfit const & misfit : found.misfits) {
     fmt::print(to, "{}: line {}, column {}: \"{}\" is no number\n", name, misfit.line, misfit.column,
                shown(WithoutQuotes(misfit.text)));
@@ -102,7 +102,7 @@ nlohmann::json JsonOfHints(TextSurvey const & found)
 
 std::string WhyNone(TextLines const & text, TextOptions const & options, TextSurvey const & found)
 {
-  std::string const name = options.ShownName();
+  std::string const name = options.Name();
   if (text.IsEmpty()) return name + ": is empty";
   if (options.skip >= text.GetCount()) return fmt::format("{}: --skip {} passes over all its lines", name, options.skip);
   if (found.other == 0) return name + (found.comments > 0 ? ": has comments and blank lines alone" : ": has blank lines alone");

@@ -6,7 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tools/text/survey.h"
+#include "tools/text/line_survey.h"
 
 // The lines that aren't numeric, with hints.
 void ReportMisfits(std::FILE * to, TextOptions const & options, TextSurvey const & found);

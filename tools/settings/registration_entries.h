@@ -1,0 +1,13 @@
+// Settings to and from registration-entries files.
+#pragma once
+
+#include <string>
+
+#include "tools/program.h"
+
+struct SettingsOptions;
+
+void ExportSettings(SettingsOptions const & options, std::string const & file);
+
+// Tells what it took, and gives exitWanting where it couldn't take all.
+ExitStatus ImportSettings(SettingsOptions const & options, std::string const & file);
