@@ -14,17 +14,16 @@
 #include <zpbase/platform/collections.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/number_text.h>
+#include <zpbase/store.h>
 
 #include "tools/program.h"
 #include "tools/records/data_ids.h"
 #include "tools/records/payload.h"
-#include "tools/records/record_limits.h"
 
 namespace {
 
 constexpr int equationPart = -1;
-constexpr size_t mostGroups = GPv::maxSize / 4;
-constexpr int fixedCoefficients = 4;  // of a numbered equation
+constexpr size_t mostGroups = GPUnifac::maxEntries;
 
 struct Column {
   std::string name;
@@ -225,7 +224,7 @@ Component readComponent(CsvRow const & row, std::vector<size_t> const & places)
 {
   Cells const cells = cellsOf(row, places);
   if (cells[0].empty()) throw Failure("column id: is empty");
-  Component component = {wholeNumber(cells[0], maxRecordID), {}};
+  Component component = {wholeNumber(cells[0], zp::maxRecordID), {}};
   loadComponent(component.data, cells);
   return component;
 }

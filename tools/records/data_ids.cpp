@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include <zpbase/data.h>
-#include <zpbase/platform/bytes.h>
 
 namespace {
 
@@ -22,26 +21,24 @@ constexpr DataMeaning meanings[] = {
     {16, DataKind::Number, "tm_K", "melting point", "K", "", 0},
     {17, DataKind::Number, "hf_J_per_kmol", "heat of formation", "J/kmol", "", 0},
     {18, DataKind::Number, "dipole_C_m", "dipole moment", "C m", "", 0},
-    {GPAvp::dataID, DataKind::Floats, "antoine", "vapour pressure", "Pa", "GPAvp", 7},
-    {GPIghc::dataID, DataKind::Floats, "cp_ig", "ideal gas heat capacity", "J/(kmol K)", "GPIghc", 6},
-    {GPLv::dataID, DataKind::Floats, "liquid_volume", "liquid volume", "", "GPLv", 2},
-    {GPSt::dataID, DataKind::Floats, "surface_tension", "surface tension", "", "GPSt", 2},
-    {GPHenry::dataID, DataKind::Floats, "henry", "Henry constants", "", "GPHenry", 4},
-    {GPMsrk::dataID, DataKind::Floats, "msrk", "modified SRK", "", "GPMsrk", 2},
+    {GPAvp::dataID, DataKind::Floats, "antoine", "vapour pressure", "Pa", "GPAvp", GPAvp::maxCoefficients},
+    {GPIghc::dataID, DataKind::Floats, "cp_ig", "ideal gas heat capacity", "J/(kmol K)", "GPIghc", GPIghc::maxCoefficients},
+    {GPLv::dataID, DataKind::Floats, "liquid_volume", "liquid volume", "", "GPLv", GPLv::maxCoefficients},
+    {GPSt::dataID, DataKind::Floats, "surface_tension", "surface tension", "", "GPSt", GPSt::maxCoefficients},
+    {GPHenry::dataID, DataKind::Floats, "henry", "Henry constants", "", "GPHenry", GPHenry::maxCoefficients},
+    {GPMsrk::dataID, DataKind::Floats, "msrk", "modified SRK", "", "GPMsrk", GPMsrk::maxCoefficients},
     {GPUnifac::dataID, DataKind::Groups, "unifac_groups", "UNIFAC groups", "", "GPUnifac", 0},
-    {40, DataKind::Equation, "rho_liq", "liquid density", "kmol/m3", "GPDippr", 9},
-    {41, DataKind::Equation, "sigma", "surface tension", "N/m", "GPDippr", 9},
-    {42, DataKind::Equation, "p_vap", "vapour pressure", "Pa", "GPDippr", 9},
-    {43, DataKind::Equation, "h_vap", "heat of vaporization", "J/kmol", "GPDippr", 9},
-    {44, DataKind::Equation, "cp_liq", "liquid heat capacity", "J/(kmol K)", "GPDippr", 9},
-    {45, DataKind::Equation, "mu_liq", "liquid viscosity", "Pa s", "GPDippr", 9},
-    {46, DataKind::Equation, "mu_vap", "vapour viscosity", "Pa s", "GPDippr", 9},
-    {47, DataKind::Equation, "k_liq", "liquid thermal conductivity", "W/(m K)", "GPDippr", 9},
-    {48, DataKind::Equation, "k_vap", "vapour thermal conductivity", "W/(m K)", "GPDippr", 9},
-    {49, DataKind::Equation, "rho_sol", "solid density", "kmol/m3", "GPDippr", 9},
+    {40, DataKind::Equation, "rho_liq", "liquid density", "kmol/m3", "GPDippr", GPDippr::maxCoefficients},
+    {41, DataKind::Equation, "sigma", "surface tension", "N/m", "GPDippr", GPDippr::maxCoefficients},
+    {42, DataKind::Equation, "p_vap", "vapour pressure", "Pa", "GPDippr", GPDippr::maxCoefficients},
+    {43, DataKind::Equation, "h_vap", "heat of vaporization", "J/kmol", "GPDippr", GPDippr::maxCoefficients},
+    {44, DataKind::Equation, "cp_liq", "liquid heat capacity", "J/(kmol K)", "GPDippr", GPDippr::maxCoefficients},
+    {45, DataKind::Equation, "mu_liq", "liquid viscosity", "Pa s", "GPDippr", GPDippr::maxCoefficients},
+    {46, DataKind::Equation, "mu_vap", "vapour viscosity", "Pa s", "GPDippr", GPDippr::maxCoefficients},
+    {47, DataKind::Equation, "k_liq", "liquid thermal conductivity", "W/(m K)", "GPDippr", GPDippr::maxCoefficients},
+    {48, DataKind::Equation, "k_vap", "vapour thermal conductivity", "W/(m K)", "GPDippr", GPDippr::maxCoefficients},
+    {49, DataKind::Equation, "rho_sol", "solid density", "kmol/m3", "GPDippr", GPDippr::maxCoefficients},
 };
-
-constexpr int fixedBytes = 18;  // of a numbered equation: the number and four coefficients
 
 AreaNumber realNumber(std::string name, float value)
 {
@@ -63,12 +60,13 @@ std::vector<AreaNumber> decodeEquation(GPv const & item)
 {
   std::vector<AreaNumber> numbers;
   int const size = item.GetSize();
-  if (size < fixedBytes || size > fixedBytes + 5 * 4 || (size - fixedBytes) % 4 != 0) return numbers;
+  bool const isWhole = (size - GPDippr::minBytes) % GPDippr::coefficientBytes == 0;
+  if (size < GPDippr::minBytes || size > GPDippr::maxBytes || !isWhole) return numbers;
   unsigned short equation = 0;
-  float c[9] = {};
+  float c[GPDippr::maxCoefficients] = {};
   int const further = GPDippr::As(item).Unload(equation, c[0], c[1], c[2], c[3], c[4], c[5], c[6], c[7], c[8]);
   numbers.push_back({"equation", false, 0.0F, equation});
-  for (int i = 0; i < 4 + further; ++i) numbers.push_back(realNumber(CoefficientName(i), c[i]));
+  for (int i = 0; i < GPDippr::fixedCoefficients + further; ++i) numbers.push_back(realNumber(CoefficientName(i), c[i]));
   return numbers;
 }
 
@@ -76,7 +74,7 @@ std::vector<AreaNumber> decodeEquation(GPv const & item)
 std::vector<AreaNumber> decodeGroups(GPv const & item)
 {
   std::vector<AreaNumber> numbers;
-  if (item.GetSize() % 4 != 0) return numbers;
+  if (item.GetSize() % GPUnifac::entryBytes != 0) return numbers;
   std::vector<int> words(static_cast<size_t>(item.GetSize() / 2));
   item.GetShortIntData(words.data(), static_cast<int>(words.size()));
   for (size_t i = 0; i + 1 < words.size(); i += 2) {
@@ -121,23 +119,17 @@ std::vector<AreaNumber> DecodeArea(GPv const & item, DataMeaning const & meaning
 
 std::vector<AreaNumber> DecodeInteractions(GPv const & item)
 {
-  constexpr int slotBytes = 10;
-  constexpr unsigned int firstTag = 128;
-  constexpr unsigned int lastTag = 133;
-  int const slots = item.GetSize() / slotBytes;
-  if (item.GetSize() % slotBytes != 0) return {};
-  float values[2 * (lastTag + 1 - firstTag)];
-  GPUnifacBip::As(item).Unload(values[0], values[1], values[2], values[3], values[4], values[5], values[6], values[7], values[8],
-                               values[9], values[10], values[11]);
+  GPUnifacBip const record = GPUnifacBip::As(item);
+  int const count = record.GetEntryCount();
+  if (item.GetSize() != count * GPUnifacBip::entryBytes) return {};
   std::vector<AreaNumber> numbers;
-  unsigned int lowest = firstTag;
-  for (int slot = 0; slot < slots; ++slot) {
-    BYTE const * const place = item.GetArea() + slot * slotBytes;
-    unsigned int const tag = zp::ReadLittle<WORD>(place);
-    if (tag < lowest || tag > lastTag) return {};
-    lowest = tag + 1;
-    float const * const pair = values + 2 * (tag - firstTag);
-    for (int i = 0; i < 2; ++i) numbers.push_back(realNumber((i == 0 ? "a" : "b") + std::to_string(tag), pair[i]));
+  unsigned int lowest = GPUnifacBip::firstTag;
+  for (int i = 0; i < count; ++i) {
+    GPUnifacBip::Entry const entry = record.GetEntry(i);
+    if (entry.tag < lowest || entry.tag > GPUnifacBip::lastTag) return {};
+    lowest = entry.tag + 1;
+    numbers.push_back(realNumber("a" + std::to_string(entry.tag), entry.first));
+    numbers.push_back(realNumber("b" + std::to_string(entry.tag), entry.second));
   }
   return numbers;
 }

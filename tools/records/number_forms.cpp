@@ -12,8 +12,6 @@ namespace {
 using Object = std::unique_ptr<CObject>;
 
 constexpr char const * valuesKey = "values";
-constexpr int mostElements = 32767;
-constexpr int mostSetElements = 65535;
 
 Json const & readValues(Json const & json, int atMost)
 {
@@ -32,7 +30,7 @@ void writeSet(Json & json, CObject const & object)
 Object readSet(Json const & json)
 {
   auto set = std::make_unique<GPUIntArray>();
-  for (Json const & value : readValues(json, mostSetElements)) {
+  for (Json const & value : readValues(json, GPUIntArray::maxStreamed)) {
     set->Add(static_cast<UINT>(IntegerOf(value, valuesKey, 0, 0xFFFFFFFF)));
   }
   return set;
@@ -47,7 +45,7 @@ void writeVector(Json & json, CObject const & object)
 
 Object readVector(Json const & json)
 {
-  Json const & values = readValues(json, mostElements);
+  Json const & values = readValues(json, zp::maxStreamedCount);
   auto vector = std::make_unique<GPVector>(static_cast<int>(values.size()));
   for (int i = 0; i < vector->GetSize(); ++i) (*vector)[i] = DoubleOf(values[static_cast<size_t>(i)], valuesKey);
   return vector;
@@ -64,7 +62,7 @@ void writeIntegers(Json & json, CObject const & object)
 template <class Vector>
 Object readIntegers(Json const & json)
 {
-  Json const & values = readValues(json, mostElements);
+  Json const & values = readValues(json, zp::maxStreamedCount);
   auto vector = std::make_unique<Vector>(static_cast<int>(values.size()));
   for (int i = 0; i < vector->GetSize(); ++i) {
     (*vector)[i] = static_cast<int>(IntegerOf(values[static_cast<size_t>(i)], valuesKey, INT32_MIN, INT32_MAX));
@@ -85,8 +83,8 @@ void writeMatrix(Json & json, CObject const & object)
 
 Object readMatrix(Json const & json)
 {
-  auto const rows = static_cast<int>(IntegerMember(json, "rows", 0, mostElements));
-  auto const cols = static_cast<int>(IntegerMember(json, "columns", 0, mostElements));
+  auto const rows = static_cast<int>(IntegerMember(json, "rows", 0, zp::maxStreamedCount));
+  auto const cols = static_cast<int>(IntegerMember(json, "columns", 0, zp::maxStreamedCount));
   Json const & values = ArrayMember(json, valuesKey);
   if (values.size() != static_cast<size_t>(rows) * static_cast<size_t>(cols)) {
     throw Failure(fmt::format("\"values\" must have {} numbers for {} rows of {}", static_cast<long>(rows) * cols, rows, cols));

@@ -5,19 +5,12 @@
 #include <algorithm>
 
 #include <fmt/format.h>
-#include <zpbase/platform/bytes.h>
 
 #include "tools/records/payload.h"
 
 namespace {
 
-constexpr unsigned int headerBytes = zp::BlockChain::headerSize;
-constexpr unsigned int freeMark = 0x8000;
-
-unsigned int wordAt(BYTE const * bytes)
-{
-  return zp::ReadLittle<WORD>(bytes);
-}
+constexpr unsigned int headerBytes = zp::BlockHeader::byteCount;
 
 // The positions that the index has, inside the file and in ascending order.
 std::vector<unsigned long long> positionsOf(StoreIndex const & index, unsigned long long length)
@@ -52,9 +45,8 @@ class BrokenWalk {
     if (m_nLength - m_nAt < headerBytes || m_File.ReadAt(m_nAt, header, headerBytes) != headerBytes) {
       return Resume(fmt::format("only {} bytes are left, less than a block's header", m_nLength - m_nAt), false);
     }
-    unsigned int const mark = wordAt(header);
-    zp::RecordBlock const block = {m_nAt, static_cast<WORD>(mark & ~freeMark), (mark & freeMark) != 0,
-                                   static_cast<WORD>(wordAt(header + 2)), static_cast<WORD>(wordAt(header + 4))};
+    zp::BlockHeader const at = zp::BlockHeader::Read(header);
+    zp::RecordBlock const block = {m_nAt, at.id, at.isFree, at.length, at.capacity};
     unsigned long long const end = m_nAt + headerBytes + block.nCapacity;
     unsigned long long const next = NextPosition();
     m_Survey.blocks.push_back({block, IsTrusted(), end <= next});
@@ -96,12 +88,14 @@ class BrokenWalk {
     leads[bytes.size()] = true;
     for (size_t i = bytes.size(); i-- > 0;) {
       if (bytes.size() - i < headerBytes) continue;
-      size_t const end = i + headerBytes + wordAt(&bytes[i + 4]);
-      leads[i] = end <= bytes.size() && leads[end] && wordAt(&bytes[i + 2]) > 0 && wordAt(&bytes[i + 2]) <= wordAt(&bytes[i + 4]);
+      zp::BlockHeader const header = zp::BlockHeader::Read(&bytes[i]);
+      size_t const end = i + headerBytes + header.capacity;
+      leads[i] = end <= bytes.size() && leads[end] && header.length > 0 && header.length <= header.capacity;
     }
     for (size_t i = 0; i + headerBytes < bytes.size(); ++i) {
-      if (!leads[i] || (wordAt(&bytes[i]) & freeMark) != 0) continue;
-      std::span<BYTE const> const payload(&bytes[i] + headerBytes, wordAt(&bytes[i + 2]));
+      zp::BlockHeader const header = zp::BlockHeader::Read(&bytes[i]);
+      if (!leads[i] || header.isFree) continue;
+      std::span<BYTE const> const payload(&bytes[i] + headerBytes, header.length);
       if (!NamedClass(payload).empty()) return start + i;
     }
     return m_nLength;

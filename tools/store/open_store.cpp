@@ -112,7 +112,6 @@ void OpenStore::EndExchange()
                             m_Names.record));
 }
 
-// An index file that was cut to nothing would forget the blocks of its record file.
 void OpenStore::RequireIndexFile() const
 {
   if (FileExists(m_Names.index)) return;
@@ -121,7 +120,8 @@ void OpenStore::RequireIndexFile() const
 }
 
 // The store reads the index file under a lock of its own, so ours is only tried before, and taken again behind it; as long as
-// the record file is held nobody else can have it in between.
+// the record file is held nobody else can have it in between. An index file that was cut to nothing would forget the blocks of
+// its record file.
 void OpenStore::ReadTables()
 {
   bool const isBlank = isEmpty(m_Names.record);

@@ -10,7 +10,6 @@
 #include "tools/records/object_json.h"
 #include "tools/records/object_tree.h"
 #include "tools/records/payload.h"
-#include "tools/records/record_limits.h"
 #include "tools/store/store_arguments.h"
 #include "tools/store/store_writer.h"
 #include "tools/store/stored_records.h"
@@ -84,16 +83,16 @@ std::vector<BYTE> readRecord(std::string const & file, bool json)
   } catch (Failure const & failure) {
     throw Failure(fmt::format("{}: {}; zp store show --json prints the form", ShownName(file), failure.what()));
   }
-  if (!bytes.empty() && bytes.size() <= maxRecordBytes) return bytes;
+  if (!bytes.empty() && bytes.size() <= zp::maxRecordLength) return bytes;
   throw Failure(
-      fmt::format("{}: has {}, and a record has 1 to {}", ShownName(file), Counted(bytes.size(), "byte"), maxRecordBytes));
+      fmt::format("{}: has {}, and a record has 1 to {}", ShownName(file), Counted(bytes.size(), "byte"), zp::maxRecordLength));
 }
 
 struct RecordArguments : StoreArguments {
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("id", id, "Record id, 0 to 32767")->required()->check(CLI::Range(0, maxRecordID));
+    command.add_option("id", id, "Record id, 0 to 32767")->required()->check(CLI::Range(0, zp::maxRecordID));
   }
 
   int id = 0;
@@ -185,7 +184,7 @@ struct DeleteCommand : StoreArguments {
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("ids", ids, "Record ids")->required()->check(CLI::Range(0, maxRecordID));
+    command.add_option("ids", ids, "Record ids")->required()->check(CLI::Range(0, zp::maxRecordID));
   }
 
   // Everything named must be there before anything is deleted.

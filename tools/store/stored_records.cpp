@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 
 #include "tools/program.h"
-#include "tools/records/record_limits.h"
 #include "tools/store/block_survey.h"
 
 StoredRecords::StoredRecords(StoreNames const & names) : m_Store(names, StoreAccess::Look)

@@ -9,7 +9,6 @@
 #include "tools/records/components.h"
 #include "tools/records/json_values.h"
 #include "tools/records/payload.h"
-#include "tools/records/record_limits.h"
 #include "tools/store/store_arguments.h"
 #include "tools/store/store_writer.h"
 #include "tools/store/stored_records.h"
@@ -27,14 +26,14 @@ struct Incoming {
 
 void requireLength(std::vector<BYTE> const & bytes)
 {
-  if (bytes.empty() || bytes.size() > maxRecordBytes) {
-    throw Failure(fmt::format("has {} bytes, and a record has 1 to {}", bytes.size(), maxRecordBytes));
+  if (bytes.empty() || bytes.size() > zp::maxRecordLength) {
+    throw Failure(fmt::format("has {} bytes, and a record has 1 to {}", bytes.size(), zp::maxRecordLength));
   }
 }
 
 void readJsonRecord(Incoming & incoming, Json const & json)
 {
-  auto const id = static_cast<int>(IntegerMember(json, "id", 0, maxRecordID));
+  auto const id = static_cast<int>(IntegerMember(json, "id", 0, zp::maxRecordID));
   try {
     std::vector<BYTE> bytes = RecordFromJson(json);
     requireLength(bytes);
