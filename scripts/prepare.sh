@@ -15,8 +15,8 @@ prepare() {
   DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get -qq -y --no-install-recommends install "${missing[@]}" >/dev/null
 }
 
-BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libfmt-dev libcsv-dev)
-TEST_PACKAGES=(libgtest-dev locales)
+BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libfmt-dev libcsv-dev libcairo2-dev)
+TEST_PACKAGES=(libgtest-dev locales python3-ezdxf)
 CHECK_PACKAGES=(clang libclang-rt-14-dev clang-format clang-tidy libbenchmark-dev pkgconf libncurses-dev)
 
 # A compiler cache makes a second build quick where it is installed.

@@ -1,0 +1,162 @@
+// Pictures on Cairo's surfaces in memory.
+
+#include "tools/pictures/picture.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include <cairo/cairo-svg.h>
+#include <cairo/cairo.h>
+
+#include "tools/program.h"
+
+namespace {
+
+constexpr double capitalShare = 0.73;  // height of capitals in a font of size 1
+
+double sideOf(double length)
+{
+  return std::isfinite(length) ? std::clamp(std::ceil(length), 1.0, Picture::largestSide) : 1.0;
+}
+
+cairo_status_t appendBytes(void * bytes, unsigned char const * data, unsigned int length)
+{
+  try {
+    static_cast<std::string *>(bytes)->append(reinterpret_cast<char const *>(data), length);
+    return CAIRO_STATUS_SUCCESS;
+  } catch (std::bad_alloc const &) {
+    return CAIRO_STATUS_NO_MEMORY;
+  }
+}
+
+cairo_surface_t * newSurface(PictureFormat format, double width, double height, std::string & bytes)
+{
+  if (format == PictureFormat::Png)
+    return cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(width), static_cast<int>(height));
+  cairo_surface_t * const surface = cairo_svg_surface_create_for_stream(appendBytes, &bytes, width, height);
+  cairo_svg_surface_set_document_unit(surface, CAIRO_SVG_UNIT_PX);
+  return surface;
+}
+
+void require(cairo_status_t status)
+{
+  if (status != CAIRO_STATUS_SUCCESS) throw Failure(std::string("the picture can't be drawn: ") + cairo_status_to_string(status));
+}
+
+double radians(double degrees)
+{
+  return degrees * std::numbers::pi / 180;
+}
+
+// The width in points of each byte's character is asked of the font, so that it fills its room.
+double advanceOf(cairo_t * context)
+{
+  cairo_text_extents_t extents;
+  cairo_text_extents(context, "M", &extents);
+  return extents.x_advance;
+}
+
+}  // namespace
+
+void Picture::Release::operator()(_cairo * context) const
+{
+  cairo_destroy(context);
+}
+
+void Picture::Release::operator()(_cairo_surface * surface) const
+{
+  cairo_surface_destroy(surface);
+}
+
+Picture::Picture(PictureFormat format, double width, double height)
+    : m_Format(format),
+      m_Surface(newSurface(format, sideOf(width), sideOf(height), m_Bytes)),
+      m_Context(cairo_create(m_Surface.get()))
+{
+  cairo_set_source_rgb(m_Context.get(), 1, 1, 1);
+  cairo_paint(m_Context.get());
+  cairo_set_line_cap(m_Context.get(), CAIRO_LINE_CAP_ROUND);
+  cairo_set_line_join(m_Context.get(), CAIRO_LINE_JOIN_ROUND);
+}
+
+// Whatever the surface still has to write goes before the bytes that it writes to.
+Picture::~Picture()
+{
+  m_Context.reset();
+  m_Surface.reset();
+}
+
+void Picture::Choose(Rgb color)
+{
+  cairo_set_source_rgb(m_Context.get(), (color >> 16 & 0xFF) / 255.0, (color >> 8 & 0xFF) / 255.0, (color & 0xFF) / 255.0);
+}
+
+void Picture::FillRectangle(double x, double y, double width, double height, Rgb color)
+{
+  Choose(color);
+  cairo_rectangle(m_Context.get(), x, y, width, height);
+  cairo_fill(m_Context.get());
+}
+
+void Picture::DrawText(double x, double y, std::string const & text, double size, Rgb color, TextSide side)
+{
+  Choose(color);
+  cairo_select_font_face(m_Context.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+  cairo_set_font_size(m_Context.get(), size);
+  cairo_text_extents_t extents = {};
+  if (side == TextSide::Right) cairo_text_extents(m_Context.get(), text.c_str(), &extents);
+  cairo_move_to(m_Context.get(), x - extents.x_advance, y);
+  cairo_show_text(m_Context.get(), text.c_str());
+  cairo_new_path(m_Context.get());
+}
+
+void Picture::DrawSpacedText(double x, double y, std::string const & text, double capitalHeight, double room, Rgb color)
+{
+  constexpr double smallest = 1e-3;  // below it a font has no matrix that can be turned round
+  if (!(capitalHeight > smallest && room > smallest)) return;
+  Choose(color);
+  cairo_t * const context = m_Context.get();
+  double const size = capitalHeight / capitalShare;
+  cairo_select_font_face(context, "monospace", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+  cairo_set_font_size(context, 100);
+  double const width = 100 * room / std::max(advanceOf(context), 1.0);
+  cairo_matrix_t const matrix = {width, 0, 0, size, 0, 0};
+  cairo_set_font_matrix(context, &matrix);
+  cairo_move_to(context, x, y);
+  cairo_show_text(context, text.c_str());
+  cairo_new_path(context);
+}
+
+void Picture::MoveTo(double x, double y)
+{
+  cairo_move_to(m_Context.get(), x, y);
+}
+
+void Picture::LineTo(double x, double y)
+{
+  cairo_line_to(m_Context.get(), x, y);
+}
+
+void Picture::AddArc(double x, double y, double radius, double startAngle, double endAngle)
+{
+  cairo_new_sub_path(m_Context.get());
+  cairo_arc_negative(m_Context.get(), x, y, radius, -radians(startAngle), -radians(endAngle));
+}
+
+void Picture::Stroke(double width, Rgb color, std::span<double const> dashes)
+{
+  Choose(color);
+  cairo_set_dash(m_Context.get(), dashes.data(), static_cast<int>(dashes.size()), 0);
+  cairo_set_line_width(m_Context.get(), width);
+  cairo_stroke(m_Context.get());
+}
+
+std::string Picture::Finish()
+{
+  require(cairo_status(m_Context.get()));
+  if (m_Format == PictureFormat::Png) require(cairo_surface_write_to_png_stream(m_Surface.get(), appendBytes, &m_Bytes));
+  cairo_surface_finish(m_Surface.get());
+  require(cairo_surface_status(m_Surface.get()));
+  return std::move(m_Bytes);
+}

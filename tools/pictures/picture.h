@@ -1,0 +1,58 @@
+// A picture that is drawn once, as SVG or as PNG. Places and sizes are in points, of which a PNG has one a pixel; x runs to the
+// right, y downwards, and the ground is white. This room alone knows the drawing library.
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+
+struct _cairo;
+struct _cairo_surface;
+
+enum class PictureFormat { Svg, Png };
+
+using Rgb = unsigned int;  // 0xRRGGBB
+
+enum class TextSide { Left, Right };  // the end of a text that stands at its place
+
+class Picture {
+ public:
+  static constexpr double largestSide = 10000;  // of either format
+
+  // Sides under 1 and over largestSide are brought into these bounds.
+  Picture(PictureFormat format, double width, double height);
+  ~Picture();
+  Picture(Picture const &) = delete;
+  Picture & operator=(Picture const &) = delete;
+
+  void FillRectangle(double x, double y, double width, double height, Rgb color);
+
+  // One line of UTF-8 on the baseline y, in a font of this size.
+  void DrawText(double x, double y, std::string const & text, double size, Rgb color, TextSide side = TextSide::Left);
+
+  // The same with capitals of this height and each character given the same room to the right.
+  void DrawSpacedText(double x, double y, std::string const & text, double capitalHeight, double room, Rgb color);
+
+  // A path is put together of lines and arcs, and drawn and forgotten by Stroke. An arc starts a piece of its own; its angles
+  // are in degrees, counted against the clock from the right, as its sweep goes.
+  void MoveTo(double x, double y);
+  void LineTo(double x, double y);
+  void AddArc(double x, double y, double radius, double startAngle, double endAngle);
+  void Stroke(double width, Rgb color, std::span<double const> dashes = {});  // lengths drawn and left out in turn
+
+  // The file's bytes; nothing can be drawn after it. Raises Failure where the picture couldn't be made.
+  std::string Finish();
+
+ private:
+  void Choose(Rgb color);
+
+  struct Release {
+    void operator()(_cairo * context) const;
+    void operator()(_cairo_surface * surface) const;
+  };
+
+  PictureFormat m_Format;
+  std::string m_Bytes;
+  std::unique_ptr<_cairo_surface, Release> m_Surface;
+  std::unique_ptr<_cairo, Release> m_Context;
+};
