@@ -28,3 +28,4 @@ void AddCommand(CLI::App & family, int & status)
 void AddStoreCommands(CLI::App & app, int & status);
 void AddSettingsCommands(CLI::App & app, int & status);
 void AddTextCommands(CLI::App & app, int & status);
+void AddDrawingCommands(CLI::App & app, int & status);

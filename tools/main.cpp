@@ -16,6 +16,7 @@ constexpr AddCommands commandTable[] = {
     AddStoreCommands,
     AddSettingsCommands,
     AddTextCommands,
+    AddDrawingCommands,
 };
 
 int fail(std::string const & line, int status)

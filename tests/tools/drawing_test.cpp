@@ -1,0 +1,301 @@
+// zp dxf on metafiles of many kinds: the drawing, what is told, and what lies on the disk afterwards.
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/support/RunProgram.h"
+#include "tests/support/TempFolder.h"
+#include "tests/tools/metafile_bytes.h"
+
+using namespace std::string_view_literals;
+namespace fs = std::filesystem;
+
+namespace {
+
+using Json = nlohmann::json;
+
+class DrawingTool : public testing::Test {
+ protected:
+  ProgramRun Zp(std::string const & arguments, std::string const & input = "")
+  {
+    return RunZp(m_Folder.Path(), "dxf " + arguments, input);
+  }
+
+  // The entities of the drawing that a metafile becomes.
+  std::string EntitiesOf(std::string const & metafile, std::string const & options = "")
+  {
+    m_Folder.Write("in.wmf", metafile);
+    ProgramRun const run = Zp("in.wmf out.dxf " + options);
+    EXPECT_EQ(run.m_nStatus, 0) << run.m_strErr;
+    m_strNotes = run.m_strErr;
+    std::string const drawing = m_Folder.Read("out.dxf");
+    std::string const mark = "  2\r\nENTITIES\r\n";
+    size_t const first = drawing.find(mark) + mark.size();
+    return drawing.substr(first, drawing.rfind("  0\r\nENDSEC\r\n") - first);
+  }
+
+  TempFolder m_Folder;
+  std::string m_strNotes;
+};
+
+std::string lineFrom(char const * lineType, int color, int x, int y, int toX, int toY)
+{
+  char record[300];
+  std::snprintf(record, sizeof record,
+                "  0\r\nLINE\r\n  8\r\nFS_OBJECT\r\n  6\r\n%s\r\n 62\r\n%6d\r\n 10\r\n%d.0\r\n 20\r\n%d.0\r\n 11\r\n%d.0\r\n"
+                " 21\r\n%d.0\r\n",
+                lineType, color, x, y, toX, toY);
+  return record;
+}
+
+std::string textOf(char const * x, char const * y, char const * height, std::string const & text, char const * factor)
+{
+  return std::string("  0\r\nTEXT\r\n  8\r\nFS_OBJECT\r\n 62\r\n     7\r\n 10\r\n") + x + "\r\n 20\r\n" + y + "\r\n 40\r\n" +
+         height + "\r\n  1\r\n" + text + "\r\n 41\r\n" + factor + "\r\n";
+}
+
+MetafileBytes oneLine()
+{
+  return MetafileBytes().Window(0, 0, 400, 300).Line(10, 10, 20, 10);
+}
+
+}  // namespace
+
+TEST_F(DrawingTool, PutsTheEntitiesInAWholeDrawing)
+{
+  MetafileBytes const picture = MetafileBytes().Window(0, 0, 400, 300).Pen(1, 0xFF).Select(0).Line(10, 10, 20, 10);
+  EXPECT_EQ(EntitiesOf(picture.Plain()), lineFrom("DASHED", 1, 10, 290, 20, 290));
+  std::string const drawing = m_Folder.Read("out.dxf");
+  EXPECT_EQ(drawing.find("  0\r\nSECTION\r\n  2\r\nHEADER\r\n  9\r\n$ACADVER\r\n  1\r\nAC1009\r\n"), 0u);
+  for (char const * const part : {"$EXTMAX\r\n 10\r\n400.0000\r\n 20\r\n300.0000\r\n", "$LTSCALE\r\n 40\r\n10.0000\r\n",
+                                  "LTYPE\r\n  2\r\nCENTER\r\n 70\r\n     0\r\n  3\r\n____ _ ____ _ ____\r\n 72\r\n    65\r\n "
+                                  "73\r\n     4\r\n 40\r\n2.0000\r\n"
+                                  " 49\r\n1.2500\r\n 49\r\n-0.2500\r\n 49\r\n0.2500\r\n 49\r\n-0.2500\r\n",
+                                  "LAYER\r\n  2\r\nFS_OBJECT\r\n"})
+    EXPECT_NE(drawing.find(part), std::string::npos) << part;
+  EXPECT_TRUE(drawing.ends_with("\r\n  0\r\nENDSEC\r\n  0\r\nEOF\r\n"));
+  EXPECT_EQ(m_strNotes, "");
+  EXPECT_EQ(Zp("--check out.dxf").m_strOut,
+            "out.dxf: " + std::to_string(std::count(drawing.begin(), drawing.end(), '\n')) + " lines, 1 line: sound\n");
+  EXPECT_EQ(Zp("- -", picture.Plain()).m_strOut, drawing);
+}
+
+TEST_F(DrawingTool, CountsYFromTheLowerEdge)
+{
+  struct {
+    std::string metafile;
+    char const * options;
+    int height;
+  } const rows[] = {
+      {oneLine().Plain(), "", 300},
+      {oneLine().Plain(), "--height 1000", 1000},
+      {oneLine().Plain(), "--height -5", -5},
+      {MetafileBytes().Window(-50, -80, 100, 160).Line(10, 10, 20, 10).Plain(), "", 80},
+      {MetafileBytes().Window(0, 200, 300, -200).Line(10, 10, 20, 10).Plain(), "", 200},
+      {MetafileBytes().Line(10, 10, 20, 10).Placeable(0, 0, 640, 480), "", 480},
+      {oneLine().Placeable(0, 0, 640, 480), "", 300},
+      {MetafileBytes().Line(10, 10, 20, 40).Line(10, 10, 20, 10).Plain(), "", 40},
+      {MetafileBytes().Line(10, 10, 20, 10).Placeable(5000, 5000, 6000, 6000), "", 11},
+      {MetafileBytes().Line(10, 10, 20, 10).Placeable(600, 400, 0, 0), "", 11},
+      {MetafileBytes().Window(0, 0, 0, 0).Line(10, 10, 20, 10).Placeable(0, 0, 20, 30), "", 30},
+  };
+  for (auto const & row : rows) {
+    std::string const entities = EntitiesOf(row.metafile, row.options);
+    std::string const last = lineFrom("CONTINUOUS", 7, 10, row.height - 10, 20, row.height - 10);
+    EXPECT_TRUE(entities.ends_with(last)) << entities << last;
+  }
+}
+
+TEST_F(DrawingTool, LosesNoTextWithoutAFontAndNoPairOfLinesToAText)
+{
+  std::string const entities =
+      EntitiesOf(MetafileBytes().Window(0, 0, 800, 480).Text(100, 40, "Feed").Text(100, 80, "a\r\nb\0c"sv).Plain(), "--stats");
+  // The font has a fortieth of the smaller side: 12, and characters of 8.
+  EXPECT_EQ(entities, textOf("102.40", "431.00", "6.00", "Feed", "1.13") + textOf("102.40", "391.00", "6.00", "a  b c", "1.20"));
+  EXPECT_EQ(m_strNotes, "zp: in.wmf: 1 text held characters that end a line; blanks stand for them\n");
+}
+
+TEST_F(DrawingTool, CountsTextsThatHaveNoSize)
+{
+  MetafileBytes const picture = MetafileBytes()
+                                    .Window(0, 0, 800, 480)
+                                    .Add(0x02FB, {0, 8, 0, 0, 400, 0, 0, 0, 0}, std::string_view("F\0", 2))
+                                    .Select(0)
+                                    .Text(100, 40, "Feed")
+                                    .Text(100, 40, "");
+  EXPECT_EQ(EntitiesOf(picture.Plain()), "");
+  EXPECT_EQ(m_strNotes, "zp: in.wmf: 1 text left out, in a font of no height\n");
+}
+
+TEST_F(DrawingTool, KeepsTheNumbersOfObjectsThatItDoesNotReplay)
+{
+  for (int const function : {0x00F7, 0x0142, 0x01F9, 0x06FF}) {
+    MetafileBytes const picture =
+        MetafileBytes().Window(0, 0, 400, 300).Pen(0, 0xFF).Add(static_cast<unsigned>(function), {0, 0}).Pen(2, 0xFF00);
+    EXPECT_EQ(EntitiesOf(MetafileBytes(picture).Select(2).Line(10, 10, 20, 10).Plain()), lineFrom("DOT", 3, 10, 290, 20, 290));
+  }
+}
+
+TEST_F(DrawingTool, StatsNameEverySkippedKind)
+{
+  m_Folder.Write("in.wmf", MetafileBytes(oneLine())
+                               .Add(0x0538, {1, 1, 0, 0})
+                               .Add(0x0626, {15, 0})
+                               .Add(0x0626, {15, 0})
+                               .Add(0x7777, {})
+                               .Add(0x0418, {30, 30, 10, 10})
+                               .Plain());
+  ProgramRun const run = Zp("in.wmf out.dxf --stats");
+  EXPECT_EQ(run.m_strOut.substr(run.m_strOut.find('\n') + 1),
+            "  written: 1 line, 1 circle\n  skipped:        1  META_POLYPOLYGON, which would draw\n"
+            "  skipped:        2  META_ESCAPE\n  skipped:        1  0x7777\n");
+  Json const json = Json::parse(Zp("in.wmf out.dxf --stats --json").m_strOut);
+  EXPECT_EQ(json["converted"], 1);
+  Json const & file = json["files"][0];
+  EXPECT_EQ(file["records"], 9);
+  EXPECT_EQ(file["skipped_drawing_records"], 1);
+  EXPECT_EQ(file["skipped"][1], (Json{{"function", 0x0626}, {"name", "META_ESCAPE"}, {"count", 2}}));
+  EXPECT_EQ(file["entities"]["circles"], 1);
+  EXPECT_EQ(file["faults"], Json::array());
+}
+
+TEST_F(DrawingTool, ConvertsAFolderAndGoesOnPastABadFile)
+{
+  fs::create_directory(m_Folder.Path() / "in");
+  m_Folder.Write("in/a.wmf", oneLine().Plain());
+  m_Folder.Write("in/b.WMF", "no metafile");
+  m_Folder.Write("in/c.wmf", oneLine().Plain().substr(0, 50));
+  m_Folder.Write("in/d.txt", "");
+  m_Folder.Write("e.emf", std::string("\1\0\0\0", 4) + std::string(36, '\0') + " EMF" + std::string(60, '\0'));
+  ProgramRun const run = Zp("--to out/drawings in e.emf missing.wmf");
+  EXPECT_EQ(run.m_nStatus, 1);
+  EXPECT_TRUE(run.m_strOut.ends_with("2 converted, 3 failed\n")) << run.m_strOut;
+  EXPECT_EQ(run.m_strErr,
+            "zp: in/b.WMF: doesn't begin as a metafile (WMF); check which program wrote it\n"
+            "zp: in/c.wmf: ends inside a record; what stands before it is converted\n"
+            "zp: e.emf: is an enhanced metafile (EMF); save the picture as WMF\n"
+            "zp: missing.wmf: can't be opened: No such file or directory; check the name\n");
+  EXPECT_EQ(Zp("--check out/drawings/a.dxf out/drawings/c.dxf").m_nStatus, 0);
+  auto const files = fs::directory_iterator(m_Folder.Path() / "out/drawings");
+  EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "nothing is left of those that failed";
+}
+
+TEST_F(DrawingTool, NeverOverwritesAnInputAndKeepsWhatWasThere)
+{
+  std::string const bytes = oneLine().Plain();
+  m_Folder.Write("a.wmf", bytes);
+  m_Folder.Write("b.wmf", "no metafile");
+  m_Folder.Write("old.dxf", "old");
+  fs::create_hard_link(m_Folder.Path() / "a.wmf", m_Folder.Path() / "hard.dxf");
+  fs::create_symlink("a.wmf", m_Folder.Path() / "soft.dxf");
+  fs::create_directory(m_Folder.Path() / "sub");
+  m_Folder.Write("sub/a.wmf", bytes);
+  struct {
+    char const * arguments;
+    int status;
+  } const rows[] = {
+      {"a.wmf a.wmf", 2},
+      {"a.wmf ./sub/../a.wmf", 2},
+      {"a.wmf hard.dxf", 2},
+      {"a.wmf soft.dxf", 2},
+      {"a.wmf new.dxf --svg a.wmf", 2},
+      {"a.wmf new.dxf --svg p --png ./p", 2},
+      {"a.wmf new.dxf --png new.dxf", 2},
+      {"--to out a.wmf sub", 2},
+      {"a.wmf", 2},
+      {"a.wmf sub", 2},
+      {"--check --height 5 old.dxf", 2},
+      {"a.wmf - --stats", 2},
+      {"b.wmf old.dxf", 1},
+      {"a.wmf missing/new.dxf", 1},
+      {"a.wmf /dev/full", 1},
+  };
+  for (auto const & row : rows) {
+    ProgramRun const run = Zp(row.arguments);
+    EXPECT_EQ(run.m_nStatus, row.status) << row.arguments << '\n' << run.m_strErr;
+    EXPECT_EQ(std::count(run.m_strErr.begin(), run.m_strErr.end(), '\n'), 1) << row.arguments << '\n' << run.m_strErr;
+    EXPECT_EQ(m_Folder.Read("a.wmf"), bytes) << row.arguments;
+    EXPECT_EQ(m_Folder.Read("old.dxf"), "old") << row.arguments;
+    EXPECT_FALSE(m_Folder.Has("new.dxf")) << row.arguments;
+  }
+  EXPECT_EQ(Zp("a.wmf old.dxf --svg missing/p.svg").m_nStatus, 1);
+  EXPECT_EQ(Zp("--check old.dxf").m_nStatus, 0) << "the drawing was made, its picture wasn't";
+  fs::create_symlink("old.dxf", m_Folder.Path() / "link.dxf");
+  fs::permissions(m_Folder.Path() / "old.dxf", fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(Zp("a.wmf link.dxf").m_nStatus, 0);
+  EXPECT_TRUE(fs::is_symlink(m_Folder.Path() / "link.dxf"));
+  EXPECT_EQ(fs::status(m_Folder.Path() / "old.dxf").permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  for (auto const & entry : fs::directory_iterator(m_Folder.Path()))
+    EXPECT_EQ(entry.path().string().find(".new"), std::string::npos) << entry.path();
+}
+
+TEST_F(DrawingTool, CheckTellsWhatIsBroken)
+{
+  EntitiesOf(MetafileBytes(oneLine()).Add(0x0418, {30, 30, 10, 10}).Text(5, 5, "x").Plain());
+  std::string const sound = m_Folder.Read("out.dxf");
+  struct {
+    char const * old;
+    char const * other;
+    char const * told;
+  } const rows[] = {
+      {" 20\r\n290.0", " 20\r\nx", "\"x\" is no number for group 20"},
+      {" 20\r\n290.0", " 20\r\n1e300", "\"1e300\" is no number for group 20"},
+      {" 20\r\n290.0\r\n", "", "the LINE has no group 20"},
+      {" 20\r\n290.0", " 10\r\n290.0", "group 10 stands twice in one LINE"},
+      {"\r\n  8\r\nFS_OBJECT\r\n  6", "\r\n  8\r\nOTHER\r\n  6", "the layer OTHER isn't defined"},
+      {"  6\r\nCONTINUOUS\r\n 62\r\n     7\r\n 10", "  6\r\nWAVE\r\n 62\r\n     7\r\n 10", "the line type WAVE isn't defined"},
+      {"  0\r\nLINE", "  0\r\nSPLINE", "\"SPLINE\" is no entity of ours"},
+      {" 62\r\n     7\r\n 10", " 62\r\n   256\r\n 10", "\"   256\" is no colour number"},
+      {" 40\r\n10.0\r\n  0", " 40\r\n-1.0\r\n  0", "the CIRCLE's radius is below 0"},
+      {"  1\r\nx\r\n", "  1\r\nx\ry\r\n", "a character in the value ends a line for some readers"},
+      {"  1\r\nx\r\n", "  1\r\nx\r\ny\r\n", "\"y\" is no group code"},
+      {"AC1009", "AC1015", "the dialect is AC1015, not AC1009"},
+      {" 49\r\n1.2500\r\n", " 49\r\n1.5000\r\n", "the pattern of the line type CENTER doesn't agree with its length"},
+      {"  2\r\nTABLES", "  2\r\nTABELS", "\"TABLE\" stands where the section's end was expected"},
+      {"\r\n  0\r\nEOF\r\n", "\r\n", "the drawing ends without its end mark"},
+      {"  0\r\nEOF\r\n", "  0\r\nEOF\r\n  0\r\nLINE\r\n", "something stands behind the end mark"},
+      {"  2\r\nENTITIES", "  2\r\nENTITIES\r\n", "\"\" is no group code"},
+      {"\r\n", "\n", "the line doesn't end with CR LF"},
+  };
+  for (auto const & row : rows) {
+    std::string broken = sound;
+    size_t const at = broken.find(row.old);
+    ASSERT_NE(at, std::string::npos) << row.old;
+    m_Folder.Write("broken.dxf", broken.replace(at, std::strlen(row.old), row.other));
+    ProgramRun const run = Zp("--check broken.dxf");
+    EXPECT_EQ(run.m_nStatus, 1) << row.told;
+    EXPECT_NE(run.m_strOut.find(std::string(": ") + row.told + "\n"), std::string::npos) << row.told << '\n' << run.m_strOut;
+  }
+  for (size_t length = 0; length < sound.size(); length += 37)
+    m_Folder.Write("cut" + std::to_string(length), sound.substr(0, length));
+  for (Json const & file : Json::parse(Zp("--check --json cut*").m_strOut)) EXPECT_FALSE(file["sound"]) << file;
+}
+
+TEST_F(DrawingTool, DrawsWhatTheDrawingHolds)
+{
+  m_Folder.Write("in.wmf", MetafileBytes()
+                               .Window(0, 0, 400, 300)
+                               .Pen(0, 0xFF)
+                               .Pen(1, 0xFF00)
+                               .Select(0)
+                               .Line(0, 0, 400, 0)
+                               .Add(0x0213, {300, 400})
+                               .Select(1)
+                               .Line(0, 300, 400, 300)
+                               .Plain());
+  ASSERT_EQ(Zp("in.wmf out.dxf --svg a.svg --png a.png").m_nStatus, 0);
+  std::string const svg = m_Folder.Read("a.svg");
+  // 2.9 points for a unit, in a margin of 20: two joined lines in red, and one with dashes in green.
+  EXPECT_NE(svg.find("width=\"1200px\" height=\"910px\""), std::string::npos) << svg.substr(0, 300);
+  EXPECT_NE(svg.find("d=\"M 20 20 L 1180 20 L 1180 890 \""), std::string::npos) << svg;
+  EXPECT_NE(svg.find("stroke:rgb(100%,0%,0%)"), std::string::npos) << svg;
+  EXPECT_NE(svg.find("stroke:rgb(0%,100%,0%);stroke-opacity:1;stroke-dasharray:14.5,7.25;"), std::string::npos) << svg;
+  std::string const png = m_Folder.Read("a.png");
+  EXPECT_EQ(png.substr(1, 3), "PNG");
+  EXPECT_EQ(png.substr(16, 8), std::string("\0\0\4\260\0\0\3\216", 8));
+  ASSERT_EQ(Zp("--check out.dxf --svg b.svg").m_nStatus, 0);
+  EXPECT_EQ(m_Folder.Read("b.svg"), svg);
+  m_Folder.Write("in.wmf", MetafileBytes().Plain());
+  EXPECT_EQ(Zp("in.wmf empty.dxf --png empty.png").m_nStatus, 0);
+}

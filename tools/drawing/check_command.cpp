@@ -1,0 +1,50 @@
+// zp dxf --check: drawings read back.
+
+#include <fmt/format.h>
+
+#include "tools/drawing/dxf_commands.h"
+#include "tools/drawing/dxf_report.h"
+#include "tools/drawing/file_names.h"
+#include "tools/program.h"
+
+namespace {
+
+void print(std::string const & file, DxfInspection const & inspection)
+{
+  inspection.PrintProblems(file);
+  std::string const verdict = inspection.IsSound() ? "sound" : Counted(inspection.GetProblemCount(), "fault");
+  Print(fmt::format("{}: {}, {}: {}\n", file, Counted(inspection.GetLines(), "line"), inspection.Counts(), verdict));
+}
+
+nlohmann::json asJson(std::string const & file, DxfInspection const & inspection)
+{
+  return {{"file", file},
+          {"sound", inspection.IsSound()},
+          {"file_lines", inspection.GetLines()},
+          {"entities", inspection.CountsAsJson()},
+          {"fault_count", inspection.GetProblemCount()},
+          {"faults", inspection.ProblemsAsJson()}};
+}
+
+}  // namespace
+
+void CheckDrawings(DxfOptions const & options, int & status)
+{
+  PictureNames const pictures = {options.svg, options.png};
+  bool const draws = !pictures.svg.empty() || !pictures.png.empty();
+  if (draws && (options.files.size() != 1 || options.files.front() == "-"))
+    throw Failure("--svg and --png go with one drawing that lies in a file", exitUsage);
+  nlohmann::json all = nlohmann::json::array();
+  for (std::string const & file : options.files) {
+    DxfInspection const inspection(file);
+    if (!inspection.IsSound()) status = exitWanting;
+    if (options.json)
+      all.push_back(asJson(file, inspection));
+    else
+      print(file, inspection);
+    if (!draws) continue;
+    RefuseOverwriting({file}, {pictures.svg, pictures.png});
+    DxfPictures(file, inspection.GetCover(), pictures).Write();
+  }
+  if (options.json) Print(all.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
+}

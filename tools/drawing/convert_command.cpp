@@ -1,0 +1,236 @@
+// zp dxf: metafiles into drawings.
+
+#include <filesystem>
+#include <memory>
+
+#include <fmt/format.h>
+#include <zpbase/platform/exceptions.h>
+
+#include "tools/drawing/conversion.h"
+#include "tools/drawing/drawing_file.h"
+#include "tools/drawing/dxf_commands.h"
+#include "tools/drawing/dxf_report.h"
+#include "tools/drawing/file_names.h"
+#include "tools/drawing/record_names.h"
+#include "tools/program.h"
+#include "tools/progress.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+struct DeleteMetafile {
+  void operator()(HMETAFILE metafile) const { DeleteMetaFile(metafile); }
+};
+using Metafile = std::unique_ptr<std::remove_pointer_t<HMETAFILE>, DeleteMetafile>;
+
+bool isEnhanced(std::string_view bytes)
+{
+  constexpr size_t place = 40;  // of the mark in an enhanced metafile's header
+  return bytes.size() > place && bytes.substr(place, 4) == " EMF";
+}
+
+Metafile openMetafile(std::string const & name)
+{
+  std::string const bytes = ReadWholeFile(name);
+  if (bytes.size() <= UINT32_MAX) {
+    Metafile metafile(SetMetaFileBitsEx(static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE const *>(bytes.data())));
+    if (metafile) return metafile;
+  }
+  throw Failure(fmt::format("{}: {}", name,
+                            isEnhanced(bytes) ? "is an enhanced metafile (EMF); save the picture as WMF"
+                                              : "doesn't begin as a metafile (WMF); check which program wrote it"));
+}
+
+// One drawing that was written, and what was read back of it where that was asked for.
+struct Result {
+  DxfTask task;
+  Conversion conversion;
+  unsigned long long bytes = 0;
+  std::unique_ptr<DxfInspection> inspection;
+};
+
+Result convert(DxfTask const & task, DxfOptions const & options)
+{
+  PictureNames const names = {options.svg, options.png};
+  bool const draws = !names.svg.empty() || !names.png.empty();
+  Result result;
+  result.task = task;
+  Metafile const metafile = openMetafile(task.input);
+  DrawingFile file(task.output);
+  result.conversion = ConvertMetafile(metafile.get(), file, options.height);
+  if (result.conversion.interrupted) return result;
+  file.Finish();
+  result.bytes = file.GetBytes();
+  if (options.stats || draws) result.inspection = std::make_unique<DxfInspection>(file.GetWrittenName());
+  std::unique_ptr<DxfPictures> pictures;
+  if (draws) pictures = std::make_unique<DxfPictures>(file.GetWrittenName(), result.inspection->GetCover(), names);
+  file.Replace();
+  if (pictures) pictures->Write();
+  return result;
+}
+
+void tellNote(std::string const & file, std::string const & note)
+{
+  fmt::print(stderr, "zp: {}: {}\n", file, note);
+}
+
+void tellNotes(Result const & result, bool stats)
+{
+  Conversion const & conversion = result.conversion;
+  std::string const & file = result.task.input;
+  if (!conversion.whole) tellNote(file, "ends inside a record; what stands before it is converted");
+  if (conversion.upwards) tellNote(file, "counts y upwards, so the drawing stands on its head");
+  if (conversion.brokenTexts > 0)
+    tellNote(file, Counted(conversion.brokenTexts, "text") + " held characters that end a line; blanks stand for them");
+  if (conversion.sizelessTexts > 0)
+    tellNote(file, Counted(conversion.sizelessTexts, "text") + " left out, in a font of no height");
+  if (conversion.skippedDrawing > 0 && !stats)
+    tellNote(file, Counted(conversion.skippedDrawing, "record") + " that would draw left out; --stats names them");
+}
+
+void print(Result const & result, DxfOptions const & options)
+{
+  Conversion const & conversion = result.conversion;
+  if (result.task.output != "-")
+    Print(fmt::format("{}: {}, {}, height {}\n", result.task.output, Counted(conversion.records, "record"),
+                      Counted(result.bytes, "byte"), conversion.height));
+  if (!options.stats) return;
+  Print(fmt::format("  written: {}\n", result.inspection->Counts()));
+  for (auto const & [function, count] : conversion.skipped) {
+    bool const draws = metafile::FunctionOf(function).use == metafile::Use::Drawing;
+    Print(fmt::format("  skipped: {:>8}  {}{}\n", count, metafile::NameOf(function), draws ? ", which would draw" : ""));
+  }
+  result.inspection->PrintProblems(result.task.output);
+}
+
+Json asJson(Result const & result)
+{
+  Conversion const & conversion = result.conversion;
+  Json json = {{"input", result.task.input},
+               {"output", result.task.output},
+               {"records", conversion.records},
+               {"bytes", result.bytes},
+               {"height", conversion.height},
+               {"whole", conversion.whole},
+               {"y_upwards", conversion.upwards},
+               {"texts_with_line_ends", conversion.brokenTexts},
+               {"texts_without_size", conversion.sizelessTexts},
+               {"skipped_drawing_records", conversion.skippedDrawing},
+               {"skipped", Json::array()}};
+  for (auto const & [function, count] : conversion.skipped)
+    json["skipped"].push_back({{"function", function}, {"name", metafile::NameOf(function)}, {"count", count}});
+  if (result.inspection) {
+    json["entities"] = result.inspection->CountsAsJson();
+    json["faults"] = result.inspection->ProblemsAsJson();
+  }
+  return json;
+}
+
+// Counts what becomes of several files; a failure of one doesn't stop the others.
+class Batch {
+ public:
+  explicit Batch(DxfOptions const & options) : m_Options(options) {}
+
+  void Run(std::vector<DxfTask> const & tasks, int & status)
+  {
+    InterruptGuard const guard;
+    Progress progress("converting", tasks.size());
+    for (size_t i = 0; i < tasks.size() && !InterruptGuard::IsInterrupted(); ++i) {
+      ConvertOne(tasks[i]);
+      progress.Reach(i + 1);
+    }
+    if (m_nFailed > 0 || m_bFaults) status = exitWanting;
+    if (InterruptGuard::IsInterrupted()) status = exitInterrupted;
+  }
+
+  void PrintSummary() const
+  {
+    if (m_Options.json)
+      Print(Json{{"converted", m_nDone}, {"failed", m_nFailed}, {"files", m_Files}}.dump(2, ' ', false,
+                                                                                         Json::error_handler_t::replace) +
+            "\n");
+    else if (!m_Options.to.empty())
+      Print(fmt::format("{} converted, {} failed\n", m_nDone, m_nFailed));
+  }
+
+ private:
+  void ConvertOne(DxfTask const & task)
+  {
+    std::string problem;
+    try {
+      return Take(convert(task, m_Options));
+    } catch (Failure const & failure) {
+      problem = failure.what();
+    } catch (CException * caught) {
+      zp::ExceptionGuard const guard(caught);
+      problem = fmt::format("{}: {}", task.input, Describe(*caught));
+    } catch (std::bad_alloc const &) {
+      problem = fmt::format("{}: memory ran out", task.input);
+    }
+    ++m_nFailed;
+    std::fflush(stdout);
+    fmt::print(stderr, "zp: {}\n", problem);
+    if (m_Options.json) m_Files.push_back({{"input", task.input}, {"output", task.output}, {"failure", problem}});
+  }
+
+  void Take(Result const & result)
+  {
+    if (result.conversion.interrupted) return;
+    ++m_nDone;
+    if (result.inspection && !result.inspection->IsSound()) m_bFaults = true;
+    tellNotes(result, m_Options.stats);
+    if (m_Options.json)
+      m_Files.push_back(asJson(result));
+    else
+      print(result, m_Options);
+  }
+
+  DxfOptions const & m_Options;
+  size_t m_nDone = 0;
+  size_t m_nFailed = 0;
+  bool m_bFaults = false;
+  Json m_Files = Json::array();
+};
+
+std::vector<DxfTask> tasksOf(DxfOptions const & options)
+{
+  bool const draws = !options.svg.empty() || !options.png.empty();
+  if (options.to.empty()) {
+    if (options.files.size() != 2) throw Failure("name a metafile and a drawing, or a folder with --to", exitUsage);
+    bool const readsBack = draws || options.stats;
+    std::error_code ignored;
+    std::string const & output = options.files[1];
+    if (std::filesystem::is_directory(output, ignored)) throw Failure(output + ": is a folder; name it with --to", exitUsage);
+    bool const isRegular = output != "-" && (!FileExists(output) || std::filesystem::is_regular_file(output, ignored));
+    if (readsBack && !isRegular) throw Failure("--stats, --svg and --png need a drawing that lies in a file", exitUsage);
+    return {{options.files[0], output}};
+  }
+  if (draws) throw Failure("--svg and --png go with one metafile", exitUsage);
+  return TasksInto(options.to, options.files);
+}
+
+void makeFolder(std::string const & folder)
+{
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) throw Failure(fmt::format("{}: can't be made: {}", folder, error.message()));
+}
+
+}  // namespace
+
+void ConvertFiles(DxfOptions const & options, int & status)
+{
+  std::vector<DxfTask> const tasks = tasksOf(options);
+  std::vector<std::string> inputs;
+  std::vector<std::string> outputs = {options.svg, options.png};
+  for (DxfTask const & task : tasks) {
+    inputs.push_back(task.input);
+    outputs.push_back(task.output);
+  }
+  RefuseOverwriting(inputs, outputs);
+  if (!options.to.empty()) makeFolder(options.to);
+  Batch batch(options);
+  batch.Run(tasks, status);
+  batch.PrintSummary();
+}

@@ -1,0 +1,97 @@
+// Reports on drawings, and writing their pictures.
+
+#include "tools/drawing/dxf_report.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+
+#include <fmt/format.h>
+
+#include "tools/program.h"
+
+namespace {
+
+constexpr std::array<char const *, dxfKinds> keys = {"lines", "points", "circles", "arcs", "texts"};
+
+std::FILE * openFile(std::string const & name)
+{
+  if (name == "-") return stdin;
+  std::error_code ignored;
+  if (std::filesystem::is_directory(name, ignored)) throw Failure(fmt::format("{}: is a folder; name a drawing", name));
+  if (std::FILE * const file = std::fopen(name.c_str(), "rb")) return file;
+  throw Failure(fmt::format("{}: can't be opened: {}; check the name", name, std::strerror(errno)));
+}
+
+void closeFile(std::FILE * file)
+{
+  if (file != stdin) std::fclose(file);
+}
+
+}  // namespace
+
+DxfOpener OpenerOf(std::string const & file)
+{
+  return [file] {
+    std::shared_ptr<std::FILE> const input(openFile(file), closeFile);
+    return [file, input](char * buffer, size_t size) {
+      size_t const count = std::fread(buffer, 1, size, input.get());
+      if (count == 0 && std::ferror(input.get()) != 0)
+        throw Failure(fmt::format("{}: can't be read: {}", file, std::strerror(errno)));
+      return count;
+    };
+  };
+}
+
+DxfInspection::DxfInspection(std::string const & file) : m_Reader(OpenerOf(file)())
+{
+  m_Reader.Read([this](DxfEntity const & entity) { m_Cover.Add(entity); });
+}
+
+std::string DxfInspection::Counts() const
+{
+  std::string text;
+  for (size_t kind = 0; kind < dxfKinds; ++kind) {
+    unsigned long long const count = m_Reader.GetCount(static_cast<DxfKind>(kind));
+    std::string const noun(keys[kind], std::strlen(keys[kind]) - 1);
+    if (count > 0) text += (text.empty() ? "" : ", ") + Counted(count, noun);
+  }
+  return text.empty() ? "no entities" : text;
+}
+
+nlohmann::json DxfInspection::CountsAsJson() const
+{
+  nlohmann::json counts = nlohmann::json::object();
+  for (size_t kind = 0; kind < dxfKinds; ++kind) counts[keys[kind]] = m_Reader.GetCount(static_cast<DxfKind>(kind));
+  return counts;
+}
+
+void DxfInspection::PrintProblems(std::string const & name) const
+{
+  DxfProblems const & problems = m_Reader.GetProblems();
+  for (DxfProblem const & problem : problems.GetKept()) Print(fmt::format("{}: line {}: {}\n", name, problem.line, problem.what));
+  if (problems.GetCount() > problems.GetKept().size())
+    Print(fmt::format("{}: and {} more\n", name, problems.GetCount() - problems.GetKept().size()));
+}
+
+nlohmann::json DxfInspection::ProblemsAsJson() const
+{
+  nlohmann::json all = nlohmann::json::array();
+  for (DxfProblem const & problem : m_Reader.GetProblems().GetKept())
+    all.push_back({{"line", problem.line}, {"text", problem.what}});
+  return all;
+}
+
+DxfPictures::DxfPictures(std::string const & file, DxfCover const & cover, PictureNames const & names) : m_Names(names)
+{
+  if (!names.svg.empty()) m_Svg = DrawDxf(OpenerOf(file), cover, PictureFormat::Svg);
+  if (!names.png.empty()) m_Png = DrawDxf(OpenerOf(file), cover, PictureFormat::Png);
+}
+
+void DxfPictures::Write() const
+{
+  if (!m_Names.svg.empty()) WriteWholeFile(m_Names.svg, m_Svg);
+  if (!m_Names.png.empty()) WriteWholeFile(m_Names.png, m_Png);
+}
