@@ -250,7 +250,7 @@ TEST_F(DrawingTool, CheckTellsWhatIsBroken)
       {" 40\r\n10.0\r\n  0", " 40\r\n-1.0\r\n  0", "the CIRCLE's radius is below 0"},
       {"  1\r\nx\r\n", "  1\r\nx\ry\r\n", "a character in the value ends a line for some readers"},
       {"  1\r\nx\r\n", "  1\r\nx\r\ny\r\n", "\"y\" is no group code"},
-      {"AC1009", "AC1015", "the dialect is AC1015, not AC1009"},
+      {"AC1009", "AC1015", "\"AC1015\" is none of ours for $ACADVER"},
       {" 49\r\n1.2500\r\n", " 49\r\n1.5000\r\n", "the pattern of the line type CENTER doesn't agree with its length"},
       {"  2\r\nTABLES", "  2\r\nTABELS", "\"TABLE\" stands where the section's end was expected"},
       {"\r\n  0\r\nEOF\r\n", "\r\n", "the drawing ends without its end mark"},
@@ -283,6 +283,7 @@ TEST_F(DrawingTool, DrawsWhatTheDrawingHolds)
                                .Add(0x0213, {300, 400})
                                .Select(1)
                                .Line(0, 300, 400, 300)
+                               .Text(100, 100, "x")
                                .Plain());
   ASSERT_EQ(Zp("in.wmf out.dxf --svg a.svg --png a.png").m_nStatus, 0);
   std::string const svg = m_Folder.Read("a.svg");

@@ -126,9 +126,11 @@ void Painter::Draw(DxfEntity const & entity)
       return;
     }
     case DxfKind::Point:
+      DrawGathered();
       return m_Picture.FillRectangle(X(entity.x) - pointSize / 2, Y(entity.y) - pointSize / 2, pointSize, pointSize,
                                      RgbOfDxfColor(entity.color));
     case DxfKind::Text:
+      DrawGathered();
       return m_Picture.DrawSpacedText(X(entity.x), Y(entity.y), zp::TextToUtf8(entity.text), entity.height * m_dScale,
                                       roomOf(entity) * m_dScale, RgbOfDxfColor(entity.color));
   }
@@ -182,6 +184,15 @@ void DxfCover::Add(DxfEntity const & entity)
       AddPoint(entity.x, entity.y);
       return AddPoint(entity.x + roomOf(entity) * static_cast<double>(entity.text.size()), entity.y + entity.height);
   }
+}
+
+void DxfCover::AddFrame(std::array<double, 4> const & frame)
+{
+  constexpr double mostTimes = 20;
+  auto const [left, bottom, right, top] = frame;
+  if (IsEmpty() || std::max(right - left, top - bottom) > mostTimes * std::max(Width(), Height())) return;
+  AddPoint(left, bottom);
+  AddPoint(right, top);
 }
 
 std::string DrawDxf(DxfOpener const & open, DxfCover const & cover, PictureFormat format)

@@ -14,6 +14,9 @@ using DxfOpener = std::function<DxfTagReader::Source()>;
 class DxfCover {
  public:
   void Add(DxfEntity const & entity);
+
+  // Takes the frame in as well, unless it is so large that the entities would be lost in it.
+  void AddFrame(std::array<double, 4> const & frame);
   bool IsEmpty() const { return m_dLeft > m_dRight; }
   double Left() const { return m_dLeft; }
   double Top() const { return m_dTop; }

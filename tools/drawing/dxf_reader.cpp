@@ -96,12 +96,13 @@ void DxfReader::ReadHeader()
 {
   std::string variable;
   for (; m_bMore && m_Tag.code != 0; Advance()) {
-    if (m_Tag.code == 9)
-      variable = m_Tag.value.substr(0, longestName);
-    else if (variable == "$ACADVER" && m_Tag.value != dialect)
-      Tell(fmt::format("the dialect is {}, not {}", DxfShown(m_Tag.value), dialect));
-    else if (variable == "$LTSCALE" && !(DxfReal(m_Tag.value, m_dLineTypeScale) && m_dLineTypeScale > 0))
-      Tell(fmt::format("\"{}\" is no scale", DxfShown(m_Tag.value)));
+    bool sound = true;
+    if (m_Tag.code == 9) variable = m_Tag.value.substr(0, longestName);
+    if (variable == "$ACADVER" && m_Tag.code == 1) sound = m_Tag.value == dialect;
+    if (variable == "$LTSCALE" && m_Tag.code == 40) sound = DxfReal(m_Tag.value, m_dLineTypeScale) && m_dLineTypeScale > 0;
+    if ((variable == "$EXTMIN" || variable == "$EXTMAX") && (m_Tag.code == 10 || m_Tag.code == 20))
+      sound = DxfReal(m_Tag.value, m_Frame[(variable == "$EXTMAX" ? 2 : 0) + (m_Tag.code == 20 ? 1 : 0)]);
+    if (!sound) Tell(fmt::format("\"{}\" is none of ours for {}", DxfShown(m_Tag.value), DxfShown(variable)));
   }
 }
 

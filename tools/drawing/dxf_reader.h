@@ -28,6 +28,9 @@ class DxfReader {
   unsigned long long GetEntities() const;
   unsigned long long GetLines() const { return m_Tags.GetLine(); }  // of the file
 
+  // The frame that the header tells: left, bottom, right, top; all 0 for none.
+  std::array<double, 4> const & GetFrame() const { return m_Frame; }
+
   // Lengths drawn (above 0), left out (below 0) and points (0) of a line type, in drawing units; none for a whole line.
   std::vector<double> GetPattern(std::string const & lineType) const;
 
@@ -55,6 +58,7 @@ class DxfReader {
   DxfTag m_Tag;
   bool m_bMore = true;
   double m_dLineTypeScale = 1;
+  std::array<double, 4> m_Frame = {};
   std::map<std::string, std::vector<double>, std::less<>> m_LineTypes;
   Names m_Layers;
   Names m_Sections;

@@ -48,6 +48,7 @@ DxfOpener OpenerOf(std::string const & file)
 DxfInspection::DxfInspection(std::string const & file) : m_Reader(OpenerOf(file)())
 {
   m_Reader.Read([this](DxfEntity const & entity) { m_Cover.Add(entity); });
+  m_Cover.AddFrame(m_Reader.GetFrame());
 }
 
 std::string DxfInspection::Counts() const

@@ -33,8 +33,8 @@ class Picture {
   // The same with capitals of this height and each character given the same room to the right.
   void DrawSpacedText(double x, double y, std::string const & text, double capitalHeight, double room, Rgb color);
 
-  // A path is put together of lines and arcs, and drawn and forgotten by Stroke. An arc starts a piece of its own; its angles
-  // are in degrees, counted against the clock from the right, as its sweep goes.
+  // A path is put together of lines and arcs, and drawn and forgotten by Stroke, which comes before anything else is drawn. An
+  // arc starts a piece of its own; its angles are in degrees, counted against the clock from the right, as its sweep goes.
   void MoveTo(double x, double y);
   void LineTo(double x, double y);
   void AddArc(double x, double y, double radius, double startAngle, double endAngle);
