@@ -128,6 +128,13 @@ TEST_F(DrawingTool, CountsTextsThatHaveNoSize)
   EXPECT_EQ(m_strNotes, "zp: in.wmf: 1 text left out, in a font of no height\n");
 }
 
+TEST_F(DrawingTool, TellsOfShapesThatOnlyFill)
+{
+  MetafileBytes const picture = MetafileBytes().Window(0, 0, 800, 480).Pen(5, 0).Select(0).Add(0x041B, {30, 30, 10, 10});
+  EXPECT_EQ(EntitiesOf(MetafileBytes(picture).Line(0, 0, 5, 5).Plain()), "");
+  EXPECT_EQ(m_strNotes, "zp: in.wmf: 1 shape without a pen left out; a drawing has outlines alone\n");
+}
+
 TEST_F(DrawingTool, KeepsTheNumbersOfObjectsThatItDoesNotReplay)
 {
   for (int const function : {0x00F7, 0x0142, 0x01F9, 0x06FF}) {

@@ -32,10 +32,25 @@ RecordText textOf(METARECORD & record)
   return {reinterpret_cast<char *>(record.rdParm + start), std::min(static_cast<size_t>(told), room)};
 }
 
+bool isFilled(WORD function)
+{
+  switch (function) {
+    case META_POLYGON:
+    case META_RECTANGLE:
+    case META_ROUNDRECT:
+    case META_ELLIPSE:
+    case META_PIE:
+    case META_CHORD:
+      return true;
+    default:
+      return false;
+  }
+}
+
 class Replay {
  public:
   Replay(DrawingOutput & out, int height, int side, Conversion & conversion)
-      : m_Target(out, &m_Device, height), m_Conversion(conversion)
+      : m_Output(out), m_Target(out, &m_Device, height), m_Conversion(conversion)
   {
     LOGFONT font{};
     font.lfHeight = std::max(side / fontsOnSide, 1);
@@ -58,7 +73,10 @@ class Replay {
     if (InterruptGuard::IsInterrupted()) return m_Conversion.interrupted = true, 0;
     if (record.rdFunction == META_TEXTOUT || record.rdFunction == META_EXTTEXTOUT) TakeText(textOf(record));
     if (metafile::FunctionOf(record.rdFunction).use == metafile::Use::Object) return KeepNumber();
-    return DXFDC::EnumMetaFileProc(nullptr, nullptr, &record, 0, reinterpret_cast<LPARAM>(&m_Target));
+    unsigned long long const before = m_Output.GetBytes();
+    DXFDC::EnumMetaFileProc(nullptr, nullptr, &record, 0, reinterpret_cast<LPARAM>(&m_Target));
+    m_Conversion.fillings += m_Output.GetBytes() == before && isFilled(record.rdFunction);
+    return 1;
   }
 
   void TakeText(RecordText const & text)
@@ -84,6 +102,7 @@ class Replay {
     return DXFDC::EnumMetaFileProc(nullptr, nullptr, &brush.head, 0, reinterpret_cast<LPARAM>(&m_Target));
   }
 
+  DrawingOutput & m_Output;
   CDC m_Device;
   CFont m_Font;
   DXFDC m_Target;

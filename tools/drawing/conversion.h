@@ -17,6 +17,7 @@ struct Conversion {
   unsigned long long skippedDrawing = 0;               // those of them that would have drawn something
   unsigned long long brokenTexts = 0;                  // held characters that end a line; blanks stand for them
   unsigned long long sizelessTexts = 0;                // left out, since their font has no height
+  unsigned long long fillings = 0;                     // shapes without a pen, which only fill
   int height = 0;                                      // that y was counted from
   bool upwards = false;                                // the metafile counts y upwards, so that the drawing stands on its head
   bool whole = false;                                  // else the metafile ends inside a record

@@ -85,6 +85,8 @@ void tellNotes(Result const & result, bool stats)
     tellNote(file, Counted(conversion.brokenTexts, "text") + " held characters that end a line; blanks stand for them");
   if (conversion.sizelessTexts > 0)
     tellNote(file, Counted(conversion.sizelessTexts, "text") + " left out, in a font of no height");
+  if (conversion.fillings > 0)
+    tellNote(file, Counted(conversion.fillings, "shape") + " without a pen left out; a drawing has outlines alone");
   if (conversion.skippedDrawing > 0 && !stats)
     tellNote(file, Counted(conversion.skippedDrawing, "record") + " that would draw left out; --stats names them");
 }
@@ -116,6 +118,7 @@ Json asJson(Result const & result)
                {"y_upwards", conversion.upwards},
                {"texts_with_line_ends", conversion.brokenTexts},
                {"texts_without_size", conversion.sizelessTexts},
+               {"shapes_without_pen", conversion.fillings},
                {"skipped_drawing_records", conversion.skippedDrawing},
                {"skipped", Json::array()}};
   for (auto const & [function, count] : conversion.skipped)
