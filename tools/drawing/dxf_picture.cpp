@@ -7,7 +7,7 @@
 #include <map>
 #include <numbers>
 
-#include <zpbase/platform/string.h>
+#include <zpbase/platform/encoding.h>
 
 #include "tools/drawing/dxf_colors.h"
 

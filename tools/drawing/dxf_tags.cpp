@@ -8,7 +8,7 @@
 #include <cstring>
 
 #include <fmt/format.h>
-#include <zpbase/platform/string.h>
+#include <zpbase/platform/encoding.h>
 
 namespace {
 
