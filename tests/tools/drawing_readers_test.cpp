@@ -8,6 +8,7 @@
 
 #include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
+#include "tests/tools/metafile_bytes.h"
 
 namespace {
 
@@ -91,10 +92,19 @@ TEST_F(DrawingReaders, EzdxfFindsNoFault)
 TEST_F(DrawingReaders, LibreCadDrawsEachOnAPage)
 {
   if (!Works("command -v librecad")) GTEST_SKIP() << "no librecad";
+  auto const pageOf = [this](std::string const & name) {
+    Run("QT_QPA_PLATFORM=offscreen HOME=. timeout 50 librecad dxf2pdf -a -c " + name + ".dxf");
+    return m_Folder.Has(name + ".pdf") ? m_Folder.Read(name + ".pdf") : "";
+  };
+  m_Folder.Write("nothing.wmf", MetafileBytes().Plain());
+  ASSERT_EQ(RunZp(m_Folder.Path(), "dxf nothing.wmf nothing.dxf").m_nStatus, 0);
+  size_t const emptySize = pageOf("nothing").size();
   for (Json const & file : m_Files) {
     std::string const name = fs::path(file["output"].get<std::string>()).stem().string();
-    Run("QT_QPA_PLATFORM=offscreen HOME=. timeout 50 librecad dxf2pdf -a -c " + name + ".dxf");
-    EXPECT_GT(m_Folder.Read(name + ".pdf").size(), 2000u) << name << m_Folder.Read("errors");
+    std::string const page = pageOf(name);
+    EXPECT_EQ(page.substr(0, 4), "%PDF") << name << m_Folder.Read("errors");
+    bool const isEmpty = file["entities"] == Json{{"lines", 0}, {"points", 0}, {"circles", 0}, {"arcs", 0}, {"texts", 0}};
+    EXPECT_EQ(page.size() > emptySize, !isEmpty) << name;
   }
 }
 
