@@ -49,6 +49,35 @@ double radians(double degrees)
   return degrees * std::numbers::pi / 180;
 }
 
+// Whether a text is well-formed enough for Cairo: each leading byte with the bytes that it announces.
+bool isUtf8(std::string const & text)
+{
+  int following = 0;
+  for (char const c : text) {
+    auto const byte = static_cast<unsigned char>(c);
+    bool const continues = (byte & 0xC0) == 0x80;
+    if (continues != (following > 0)) return false;
+    if (continues)
+      --following;
+    else if (byte >= 0xF5 || byte == 0xC0 || byte == 0xC1)
+      return false;
+    else
+      following = byte >= 0xF0 ? 3 : byte >= 0xE0 ? 2 : byte >= 0xC0 ? 1 : 0;
+  }
+  return following == 0;
+}
+
+// What the library can't take, such as a file's name in another code, is shown with question marks.
+std::string shownText(std::string text)
+{
+  bool const known = isUtf8(text);
+  for (char & c : text) {
+    if (static_cast<unsigned char>(c) < 0x20) c = ' ';
+    if (!known && static_cast<unsigned char>(c) >= 0x80) c = '?';
+  }
+  return text;
+}
+
 // The width in points of each byte's character is asked of the font, so that it fills its room.
 double advanceOf(cairo_t * context)
 {
@@ -101,13 +130,14 @@ void Picture::FillRectangle(double x, double y, double width, double height, Rgb
 
 void Picture::DrawText(double x, double y, std::string const & text, double size, Rgb color, TextSide side)
 {
+  std::string const shown = shownText(text);
   Choose(color);
   cairo_select_font_face(m_Context.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
   cairo_set_font_size(m_Context.get(), size);
   cairo_text_extents_t extents = {};
-  if (side == TextSide::Right) cairo_text_extents(m_Context.get(), text.c_str(), &extents);
+  if (side == TextSide::Right) cairo_text_extents(m_Context.get(), shown.c_str(), &extents);
   cairo_move_to(m_Context.get(), x - extents.x_advance, y);
-  cairo_show_text(m_Context.get(), text.c_str());
+  cairo_show_text(m_Context.get(), shown.c_str());
   cairo_new_path(m_Context.get());
 }
 
@@ -124,7 +154,7 @@ void Picture::DrawSpacedText(double x, double y, std::string const & text, doubl
   cairo_matrix_t const matrix = {width, 0, 0, size, 0, 0};
   cairo_set_font_matrix(context, &matrix);
   cairo_move_to(context, x, y);
-  cairo_show_text(context, text.c_str());
+  cairo_show_text(context, shownText(text).c_str());
   cairo_new_path(context);
 }
 

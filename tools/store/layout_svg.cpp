@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include "tools/pictures/picture.h"
+
 namespace {
 
 constexpr double left = 90;
@@ -17,39 +19,26 @@ constexpr double pageWidth = left + rowWidth + 30;
 constexpr unsigned long long mostRows = 24;
 constexpr unsigned long long leastRowBytes = 256;
 
-constexpr std::array<char const *, areaKinds> colours = {"#1b4f72", "#2e86c1", "#f5b041", "#e5e8e8", "#c0392b"};
+constexpr std::array<Rgb, areaKinds> colours = {0x1B4F72, 0x2E86C1, 0xF5B041, 0xE5E8E8, 0xC0392B};
+constexpr Rgb black = 0;
+constexpr Rgb grey = 0x666666;
+constexpr double textSize = 13;
+constexpr double titleSize = 17;
 constexpr std::array<char const *, areaKinds> names = {"header", "live", "slack", "free", "unreadable"};
-
-std::string escaped(std::string const & text)
-{
-  std::string out;
-  for (char const c : text) {
-    if (c == '&')
-      out += "&amp;";
-    else if (c == '<')
-      out += "&lt;";
-    else if (c == '>')
-      out += "&gt;";
-    else if (static_cast<unsigned char>(c) >= 0x20)
-      out += c;
-  }
-  return out;
-}
 
 unsigned long long rowBytesOf(StoreLayout const & layout)
 {
   return std::max(leastRowBytes, (layout.bytes + mostRows - 1) / mostRows);
 }
 
-void drawArea(std::string & svg, LayoutArea const & area, unsigned long long rowBytes)
+void drawArea(Picture & picture, LayoutArea const & area, unsigned long long rowBytes)
 {
   for (unsigned long long at = area.start, end = area.start + area.bytes; at < end;) {
     unsigned long long const row = at / rowBytes;
     unsigned long long const stop = std::min(end, (row + 1) * rowBytes);
     double const scale = rowWidth / static_cast<double>(rowBytes);
-    svg += fmt::format("<rect x=\"{:.2f}\" y=\"{:.0f}\" width=\"{:.2f}\" height=\"{:.0f}\" fill=\"{}\"/>\n",
-                       left + static_cast<double>(at - row * rowBytes) * scale, top + static_cast<double>(row) * rowStep,
-                       static_cast<double>(stop - at) * scale, rowHeight, colours[static_cast<size_t>(area.kind)]);
+    picture.FillRectangle(left + static_cast<double>(at - row * rowBytes) * scale, top + static_cast<double>(row) * rowStep,
+                          static_cast<double>(stop - at) * scale, rowHeight, colours[static_cast<size_t>(area.kind)]);
     at = stop;
   }
 }
@@ -69,18 +58,15 @@ std::vector<LayoutArea> mergedAreas(StoreLayout const & layout, unsigned long lo
   return merged;
 }
 
-std::string legendOf(StoreLayout const & layout, double y)
+void drawLegend(Picture & picture, StoreLayout const & layout, double y)
 {
-  std::string svg;
   double x = left;
   for (size_t kind = 0; kind < areaKinds; ++kind) {
     if (layout.totals[kind] == 0) continue;
-    svg += fmt::format("<rect x=\"{:.0f}\" y=\"{:.0f}\" width=\"12\" height=\"12\" fill=\"{}\"/>\n", x, y - 10, colours[kind]);
-    svg += fmt::format("<text x=\"{:.0f}\" y=\"{:.0f}\">{} {:.1f}%</text>\n", x + 18, y, names[kind],
-                       layout.ShareOf(layout.totals[kind]));
+    picture.FillRectangle(x, y - 10, 12, 12, colours[kind]);
+    picture.DrawText(x + 18, y, fmt::format("{} {:.1f}%", names[kind], layout.ShareOf(layout.totals[kind])), textSize, black);
     x += 140;
   }
-  return svg;
 }
 
 void add(StoreLayout & layout, AreaKind kind, unsigned long long start, unsigned long long bytes)
@@ -137,19 +123,17 @@ std::string LayoutToSvg(StoreLayout const & layout, std::string const & title)
   unsigned long long const rowBytes = rowBytesOf(layout);
   auto const rows = static_cast<double>((layout.bytes + rowBytes - 1) / rowBytes);
   double const legendY = top + rows * rowStep + 24;
-  std::string svg = fmt::format(
-      "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0:.0f}\" height=\"{1:.0f}\" viewBox=\"0 0 {0:.0f} {1:.0f}\" "
-      "font-family=\"sans-serif\" font-size=\"13\">\n<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n",
-      pageWidth, legendY + 20);
-  svg += fmt::format("<text x=\"{:.0f}\" y=\"26\" font-size=\"17\">{}</text>\n", left, escaped(title));
-  svg += fmt::format(
-      "<text x=\"{:.0f}\" y=\"48\">{} bytes, {} records, {} free blocks; compaction would win {} bytes, "
-      "{:.1f}%</text>\n",
-      left, layout.bytes, layout.records, layout.freeBlocks, layout.GetWin(), layout.ShareOf(layout.GetWin()));
+  Picture picture(PictureFormat::Svg, pageWidth, legendY + 20);
+  picture.DrawText(left, 26, title, titleSize, black);
+  picture.DrawText(left, 48,
+                   fmt::format("{} bytes, {} records, {} free blocks; compaction would win {} bytes, {:.1f}%", layout.bytes,
+                               layout.records, layout.freeBlocks, layout.GetWin(), layout.ShareOf(layout.GetWin())),
+                   textSize, black);
   for (unsigned long long row = 0; row * rowBytes < layout.bytes; ++row) {
-    svg += fmt::format("<text x=\"{:.0f}\" y=\"{:.0f}\" text-anchor=\"end\" fill=\"#666\">{}</text>\n", left - 10,
-                       top + static_cast<double>(row) * rowStep + 14, row * rowBytes);
+    picture.DrawText(left - 10, top + static_cast<double>(row) * rowStep + 14, fmt::format("{}", row * rowBytes), textSize, grey,
+                     TextSide::Right);
   }
-  for (LayoutArea const & area : mergedAreas(layout, rowBytes)) drawArea(svg, area, rowBytes);
-  return svg + legendOf(layout, legendY) + "</svg>\n";
+  for (LayoutArea const & area : mergedAreas(layout, rowBytes)) drawArea(picture, area, rowBytes);
+  drawLegend(picture, layout, legendY);
+  return picture.Finish();
 }
