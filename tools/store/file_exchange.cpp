@@ -7,8 +7,8 @@
 #include <filesystem>
 
 #include <fmt/format.h>
-#include <zpbase/platform/file.h>
 #include <zpbase/platform/durable_file.h>
+#include <zpbase/platform/file.h>
 #include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
