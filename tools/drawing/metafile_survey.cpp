@@ -92,8 +92,8 @@ RECT MetafileSurvey::GetBounds() const
   std::optional<RECT> told = m_Header;
   if (m_Extent) {
     POINT const origin = m_Origin.value_or(POINT{0, 0});
-    auto const [left, right] = std::minmax(origin.x, origin.x + m_Extent->cx);
-    auto const [top, bottom] = std::minmax(origin.y, origin.y + m_Extent->cy);
+    auto const [left, right] = std::minmax({origin.x, origin.x + m_Extent->cx});
+    auto const [top, bottom] = std::minmax({origin.y, origin.y + m_Extent->cy});
     told = RECT{left, top, right, bottom};
   }
   RECT bounds = told && (!m_Drawn || meet(*told, *m_Drawn)) ? *told : m_Drawn.value_or(RECT{0, 0, 0, 0});
