@@ -11,6 +11,20 @@
 
 #include "tools/program.h"
 
+#ifdef __has_feature
+#if __has_feature(address_sanitizer)
+#define ZP_LOOKS_FOR_LEAKS
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(ZP_LOOKS_FOR_LEAKS)
+// The font library keeps its tables until the process ends.
+extern "C" char const * __lsan_default_suppressions();
+extern "C" char const * __lsan_default_suppressions()
+{
+  return "leak:libfontconfig";
+}
+#endif
+
 namespace {
 
 constexpr double capitalShare = 0.73;  // height of capitals in a font of size 1
