@@ -47,17 +47,21 @@ function(zp_compile_strings input table output)
     DEPENDS ${input} ${script} ${PROJECT_SOURCE_DIR}/cmake/ResourceLines.cmake VERBATIM)
 endfunction()
 
-# zp_add_resources(): the library's texts and those and the dialog templates of our stand-in for the application's module.
+# zp_add_resources(): the library's texts, and those, the dialog templates and the accelerators of our stand-in for the application's
+# module.
 function(zp_add_resources)
   set(folder ${PROJECT_BINARY_DIR}/resources)
-  set(sources ${folder}/strings.cpp ${folder}/library_strings.cpp ${folder}/templates.cpp)
+  set(sources ${folder}/strings.cpp ${folder}/library_strings.cpp ${folder}/templates.cpp ${folder}/accelerators.cpp)
   zp_compile_strings(${PROJECT_SOURCE_DIR}/resources/strings.txt applicationTexts ${folder}/strings.cpp)
   zp_compile_strings(${PROJECT_SOURCE_DIR}/resources/library_strings.txt libraryTexts ${folder}/library_strings.cpp)
-  set(templates ${PROJECT_SOURCE_DIR}/resources/templates.txt)
-  set(script ${PROJECT_SOURCE_DIR}/cmake/CompileTemplates.cmake)
-  add_custom_command(OUTPUT ${folder}/templates.cpp
-    COMMAND ${CMAKE_COMMAND} -DINPUT=${templates} -DOUTPUT=${folder}/templates.cpp -P ${script}
-    DEPENDS ${templates} ${script} ${PROJECT_SOURCE_DIR}/cmake/ResourceLines.cmake VERBATIM)
+  foreach(kind IN ITEMS Templates Accelerators)
+    string(TOLOWER ${kind} name)
+    set(input ${PROJECT_SOURCE_DIR}/resources/${name}.txt)
+    set(script ${PROJECT_SOURCE_DIR}/cmake/Compile${kind}.cmake)
+    add_custom_command(OUTPUT ${folder}/${name}.cpp
+      COMMAND ${CMAKE_COMMAND} -DINPUT=${input} -DOUTPUT=${folder}/${name}.cpp -P ${script}
+      DEPENDS ${input} ${script} ${PROJECT_SOURCE_DIR}/cmake/ResourceLines.cmake VERBATIM)
+  endforeach()
   add_library(zp_resources OBJECT ${sources})
   set_target_properties(zp_resources PROPERTIES CXX_VISIBILITY_PRESET hidden)
   target_compile_features(zp_resources PUBLIC cxx_std_20)

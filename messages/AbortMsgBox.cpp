@@ -3,6 +3,7 @@
 #include "messages/abort_box_internal.h"
 
 #include <zpbase/messages.h>
+#include <zpbase/platform/message_map.h>
 
 namespace {
 

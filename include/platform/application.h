@@ -1,14 +1,18 @@
-// The application object and its settings: texts, integers and blocks of bytes under a section and a key, kept in the user's
-// registry hive or in a profile file.
+// The application object: its document templates, its cursors and its settings, texts, integers and blocks of bytes under a
+// section and a key, kept in the user's registry hive or in a profile file.
 #pragma once
 
 #include <memory>
 #include <string_view>
 #include <vector>
 
+#include "collections.h"
+#include "input.h"
 #include "messages.h"
 #include "string.h"
 #include "types.h"
+
+class CDocTemplate;
 
 namespace zp {
 
@@ -30,8 +34,6 @@ class ZP_API CWinApp : public CWinThread {
   // the profile file <name>.ini in the user's configuration folder until one of the next two chooses otherwise.
   explicit CWinApp(char const * name = nullptr);
   ~CWinApp() override;
-  CWinApp(CWinApp const &) = delete;
-  CWinApp & operator=(CWinApp const &) = delete;
 
   void SetRegistryKey(char const * company);  // HKEY_CURRENT_USER\Software\company\name\section
   void SetProfileFile(char const * path);     // either form of path; the file need not exist
@@ -52,12 +54,24 @@ class ZP_API CWinApp : public CWinThread {
   // All settings that there are, in the store's order.
   std::vector<zp::Setting> ListSettings();
 
+  // Document templates, which the application owns, in the order of their registration.
+  void AddDocTemplate(CDocTemplate * docTemplate);
+  POSITION GetFirstDocTemplatePosition() const { return m_Templates.GetHeadPosition(); }
+  CDocTemplate * GetNextDocTemplate(POSITION & position) const;
+  BOOL SaveAllModified();    // asks about documents with changes; 0 as soon as one is to stay
+  void CloseAllDocuments();  // without a question
+
+  // A cursor resource, or one of the standard cursors by its name, IDC_ARROW and its kin; null if there is none.
+  HCURSOR LoadCursor(UINT id) const;
+  HCURSOR LoadStandardCursor(char const * name) const;
+
   HINSTANCE m_hInstance = nullptr;  // the program
   char const * m_pszAppName = nullptr;
 
  private:
   CString m_strName;
   std::unique_ptr<zp::SettingsBackEnd> m_pSettings;
+  CObList m_Templates;
 };
 
 // The application object, or null.

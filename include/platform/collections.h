@@ -113,7 +113,9 @@ class CPlainArray : public CObject {
   int GetSize() const { return static_cast<int>(m_Elements.size()); }
   int GetUpperBound() const { return GetSize() - 1; }
   bool IsEmpty() const { return m_Elements.empty(); }
-  void SetSize(int size);  // new elements are empty or 0
+  void SetSize(int size, int growBy = -1);  // new elements are empty or 0; the growth step is not needed here
+  void FreeExtra();                         // gives room for more than an eighth of the elements back
+  void Reserve(int size);                   // makes room for size elements in all
   void RemoveAll() { m_Elements.clear(); }
   Value const & GetAt(int index) const { return m_Elements[Checked(index)]; }
   Value & ElementAt(int index) { return m_Elements[Checked(index)]; }
@@ -122,6 +124,7 @@ class CPlainArray : public CObject {
   void SetAt(int index, Value const & value) { m_Elements[Checked(index)] = value; }
   void SetAtGrow(int index, Value const & value);
   int Add(Value const & value);
+  int Add(Value && value);
   void InsertAt(int index, Value const & value, int count = 1);
   void RemoveAt(int index, int count = 1);
 
@@ -138,6 +141,8 @@ extern template class ZP_API CPlainArray<UINT>;
 
 class ZP_API CStringArray : public CPlainArray<CString> {
   DECLARE_DYNAMIC(CStringArray)
+ public:
+  void Serialize(CArchive & ar) override;  // count and texts; a failed read leaves the array as it was
 };
 
 class ZP_API CUIntArray : public CPlainArray<UINT> {

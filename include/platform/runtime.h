@@ -1,5 +1,6 @@
 // The run-time class mechanism: each persistent class has one static record under which archives write and find it.
-// DECLARE_SERIAL and IMPLEMENT_SERIAL give a class its record, its maker, its typed extraction and its registration.
+// DECLARE_SERIAL and IMPLEMENT_SERIAL give a class its record, its maker, its typed extraction and its registration,
+// DECLARE_DYNAMIC its record alone, DECLARE_DYNCREATE the record and the maker, which may use a protected constructor.
 #pragma once
 
 #include "types.h"
@@ -70,6 +71,10 @@ class ZP_API CObject {
   static CRuntimeClass * GetThisClass();  \
   CRuntimeClass * GetRuntimeClass() const override;
 
+#define DECLARE_DYNCREATE(class_name) \
+  DECLARE_DYNAMIC(class_name)         \
+  static CObject * CreateObject();
+
 #define DECLARE_SERIAL(class_name) \
   DECLARE_DYNAMIC(class_name)      \
   static CObject * CreateObject(); \
@@ -92,6 +97,13 @@ class ZP_API CObject {
   }
 
 #define IMPLEMENT_DYNAMIC(class_name, base_name) IMPLEMENT_RUNTIMECLASS(class_name, base_name, 0xFFFF, nullptr, nullptr)
+
+#define IMPLEMENT_DYNCREATE(class_name, base_name) \
+  CObject * class_name::CreateObject()             \
+  {                                                \
+    return new class_name;                         \
+  }                                                \
+  IMPLEMENT_RUNTIMECLASS(class_name, base_name, 0xFFFF, &class_name::CreateObject, nullptr)
 
 #define IMPLEMENT_SERIAL(class_name, base_name, schema)                                               \
   CObject * class_name::CreateObject()                                                                \

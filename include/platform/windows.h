@@ -1,5 +1,5 @@
-// Windows without painting: handles, parents, focus, texts, enabling and message maps; dialogs on templates; and the one
-// object that everything a person sees or answers goes through.
+// Windows without painting: handles, parents, focus, texts, enabling, places and what would be repainted; dialogs on templates;
+// and the one object that everything a person sees or answers goes through. Message maps see message_map.h.
 #pragma once
 
 #include <memory>
@@ -9,12 +9,12 @@
 
 #include "drawing.h"
 #include "messages.h"
-#include "runtime.h"
 #include "string.h"
 #include "types.h"
+#include "window_records.h"
 
-class CCmdTarget;
 class CDialog;
+class CFrameWnd;
 
 // The style of message boxes: buttons, or'ed with an icon; and the ids of their answers.
 enum MessageBoxStyle : UINT {
@@ -34,8 +34,6 @@ enum MessageBoxStyle : UINT {
 
 enum DialogAnswer : int { IDOK = 1, IDCANCEL = 2, IDABORT = 3, IDRETRY = 4, IDIGNORE = 5, IDYES = 6, IDNO = 7 };
 
-enum WindowStyle : DWORD { WS_OVERLAPPED = 0, WS_CHILD = 0x40000000 };
-
 enum ControlColorType : UINT { CTLCOLOR_BTN = 3, CTLCOLOR_DLG = 4, CTLCOLOR_STATIC = 6 };
 
 // The question of WM_CTLCOLOR: with which text colour and brush a control is drawn.
@@ -43,31 +41,6 @@ struct AFX_CTLCOLOR {
   CDC * pDC;
   CWnd * pWnd;
   UINT nCtlType;
-};
-
-// A message map: which handler takes a message, and for WM_COMMAND a range of commands. Entries are made by the functions
-// zp::OnMessage, OnCommand and OnCtlColor below.
-struct AFX_MSGMAP_ENTRY {
-  UINT nMessage;
-  UINT nID;
-  UINT nLastID;
-  LRESULT (*pHandler)(CCmdTarget & target, WPARAM wParam, LPARAM lParam);
-};
-
-struct AFX_MSGMAP {
-  AFX_MSGMAP const * (*pfnGetBaseMap)();  // null at the root
-  std::span<AFX_MSGMAP_ENTRY const> entries;
-};
-
-class ZP_API CCmdTarget : public CObject {
-  DECLARE_DYNAMIC(CCmdTarget)
- public:
-  // True, with the handler's answer, if this map or one of its bases has a handler.
-  bool CallHandler(UINT message, WPARAM wParam, LPARAM lParam, LRESULT & answer);
-
- protected:
-  static AFX_MSGMAP const * GetThisMessageMap();
-  virtual AFX_MSGMAP const * GetMessageMap() const;
 };
 
 class ZP_API CWnd : public CCmdTarget {
@@ -78,9 +51,13 @@ class ZP_API CWnd : public CCmdTarget {
   CWnd & operator=(CWnd const &) = delete;
   ~CWnd() override;  // destroys its window
 
-  // Gives the object a window: a child of parent with WS_CHILD, else a window of its own that parent owns. 0 if it has one.
-  BOOL Create(char const * title, DWORD style = WS_OVERLAPPED, CWnd * parent = nullptr, UINT id = 0);
-  BOOL DestroyWindow();  // and those of its children; 0 without a window
+  // Gives the object a window: a child of parent with WS_CHILD, else a window of its own that parent owns. 0 if it has one. Sends
+  // WM_CREATE with param in its record; the answer -1 destroys the window again and gives 0.
+  BOOL Create(char const * title, DWORD style = WS_OVERLAPPED, CWnd * parent = nullptr, UINT id = 0, void * param = nullptr);
+
+  // Sends WM_DESTROY and destroys the window and those of its children; 0 without a window. A main window that goes is nobody's
+  // main window any more.
+  BOOL DestroyWindow();
 
   static CWnd * FromHandle(HWND window);  // null for a window that is gone
   static CWnd * GetFocus();               // the calling thread's
@@ -90,10 +67,13 @@ class ZP_API CWnd : public CCmdTarget {
 
   HWND GetSafeHwnd() const { return m_hWnd; }
   DWORD GetStyle() const { return m_nStyle; }
+  BOOL ModifyStyle(DWORD remove, DWORD add);  // 0 if nothing changed
   int GetDlgCtrlID() const { return static_cast<int>(m_nID); }
   CWnd * GetParent() const { return m_pParent; }
-  CWnd * GetParentOwner();          // the nearest window that is no child, from this one upwards
-  CWnd * GetDlgItem(int id) const;  // the child of that id, or null
+  CWnd * GetParentOwner();             // the nearest window that is no child, from this one upwards
+  CWnd * GetDlgItem(int id) const;     // the child of that id, or null
+  CFrameWnd * GetParentFrame() const;  // the nearest frame above it, or null
+  std::vector<CWnd *> const & GetChildren() const { return m_Children; }  // in the order of their creation
 
   BOOL EnableWindow(BOOL enable = TRUE);  // non-zero if it was disabled
   BOOL IsWindowEnabled() const { return m_bEnabled; }
@@ -101,28 +81,78 @@ class ZP_API CWnd : public CCmdTarget {
   void GetWindowText(CString & text) const { text = m_strText; }
   void SetDlgItemText(int id, char const * text);
 
+  // Places are those of the screen, a child's those of its parent's inside. A window has no border, and keeps the place that it
+  // was given whatever its show state. Moving sends WM_WINDOWPOSCHANGING, whose record may be changed, and WM_WINDOWPOSCHANGED.
+  BOOL SetWindowPos(CWnd const * insertAfter, int x, int y, int cx, int cy, UINT flags);
+  void MoveWindow(int x, int y, int width, int height);
+  void MoveWindow(RECT const * rect);
+  void GetWindowRect(RECT * rect) const;  // on the screen
+  void GetClientRect(RECT * rect) const;  // from (0, 0)
+  void ScreenToClient(RECT * rect) const;
+  void ClientToScreen(RECT * rect) const;
+  BOOL ShowWindow(UINT command);  // non-zero if it was shown before
+  BOOL GetWindowPlacement(WINDOWPLACEMENT * placement) const;
+  BOOL SetWindowPlacement(WINDOWPLACEMENT const * placement);  // 0 for a record of another length
+
+  // What would be repainted: the rectangle around all that was invalidated since the last ValidateRect, null for the whole
+  // inside, and whether it would be erased first.
+  void InvalidateRect(RECT const * rect, BOOL erase = TRUE);
+  void ValidateRect();
+  BOOL GetUpdateRect(RECT * rect) const;  // 0, and an empty rectangle, if there is nothing
+  BOOL GetUpdateErase() const { return m_bUpdateErase; }
+
+  BOOL EnableToolTips(BOOL enable = TRUE);
+  BOOL HasToolTips() const { return m_bToolTips; }
+
   // Delivers at once, on the calling thread; posting puts the message in the queue of the window's thread, 0 without a window.
   LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
   BOOL PostMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 
   virtual BOOL PreTranslateMessage(MSG * message);
+
+  // Offers a message to its window and those above it, up to stop: TRUE if one took it.
+  static BOOL WalkPreTranslateTree(HWND stop, MSG * message);
+
   virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);  // the message map, else DefWindowProc
   virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
+
+  // Sends a command along the route of OnCmdMsg: TRUE if it was taken. One that its update handler disables is taken by nobody
+  // and goes no further. For a control, lParam, the high word of wParam is its notification.
+  virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
 
   HWND m_hWnd = nullptr;
 
  protected:
+  // What DefWindowProc makes of the message that is being handled.
+  LRESULT Default();
+
+  int OnCreate(CREATESTRUCT * create);
+  void OnDestroy();
+  BOOL OnSetCursor(CWnd * window, UINT hitTest, UINT message);
+  void OnWindowPosChanging(WINDOWPOS * position);
+  void OnWindowPosChanged(WINDOWPOS * position);
   HBRUSH OnCtlColor(CDC * dc, CWnd * control, UINT type);  // the default brush
+
+  // The last that an object hears of its window, also of one that can't be created. Frames and views delete themselves.
+  virtual void PostNcDestroy() {}
   static AFX_MSGMAP const * GetThisMessageMap();
   AFX_MSGMAP const * GetMessageMap() const override;
 
  private:
+  POINT GetOrigin() const;  // of the inside, on the screen
+
   CString m_strText;
   CWnd * m_pParent = nullptr;
   std::vector<CWnd *> m_Children;
   DWORD m_nStyle = 0;
   UINT m_nID = 0;
   BOOL m_bEnabled = TRUE;
+  BOOL m_bToolTips = FALSE;
+  BOOL m_bDestroying = FALSE;
+  WINDOWPLACEMENT m_Placement{};
+  RECT m_Update{};
+  BOOL m_bUpdate = FALSE;
+  BOOL m_bUpdateErase = FALSE;
 };
 
 // A dialog on a template: a static text or a button for each control.
@@ -176,6 +206,11 @@ class ZP_API CDialog : public CWnd {
   bool m_bEnded = false;
 };
 
+// Pages of a dialog in one window, which is not itself a dialog.
+class ZP_API CPropertySheet : public CWnd {
+  DECLARE_DYNAMIC(CPropertySheet)
+};
+
 class CUserInterface {
  public:
   virtual ~CUserInterface() = default;
@@ -207,53 +242,5 @@ using FindDialogTemplate = DialogTemplate const * (*)(UINT id);
 // Puts a module of dialog templates in front of those registered before, or takes it out again.
 ZP_API void RegisterTemplateModule(FindDialogTemplate find);
 ZP_API void UnregisterTemplateModule(FindDialogTemplate find);
-
-template <class Member>
-struct HandlerOf;
-
-template <class Target, class Result, class... Args>
-struct HandlerOf<Result (Target::*)(Args...)> {
-  using Class = Target;
-};
-
-template <auto handler>
-typename HandlerOf<decltype(handler)>::Class & TargetOf(CCmdTarget & target)
-{
-  return static_cast<typename HandlerOf<decltype(handler)>::Class &>(target);
-}
-
-// Entries of message maps for handlers of these shapes: LRESULT (WPARAM, LPARAM); void (); HBRUSH (CDC *, CWnd *, UINT).
-template <auto handler>
-constexpr AFX_MSGMAP_ENTRY OnMessage(UINT message)
-{
-  return {message, 0, 0, [](CCmdTarget & target, WPARAM wParam, LPARAM lParam) -> LRESULT {
-            return (TargetOf<handler>(target).*handler)(wParam, lParam);
-          }};
-}
-
-template <auto handler>
-constexpr AFX_MSGMAP_ENTRY OnCommand(UINT first, UINT last)
-{
-  return {WM_COMMAND, first, last, [](CCmdTarget & target, WPARAM, LPARAM) -> LRESULT {
-            (TargetOf<handler>(target).*handler)();
-            return 0;
-          }};
-}
-
-template <auto handler>
-constexpr AFX_MSGMAP_ENTRY OnCommand(UINT id)
-{
-  return OnCommand<handler>(id, id);
-}
-
-template <auto handler>
-constexpr AFX_MSGMAP_ENTRY OnCtlColor()
-{
-  return {
-      WM_CTLCOLOR, 0, 0, [](CCmdTarget & target, WPARAM, LPARAM lParam) -> LRESULT {
-        auto const & question = *reinterpret_cast<AFX_CTLCOLOR const *>(lParam);
-        return reinterpret_cast<LRESULT>((TargetOf<handler>(target).*handler)(question.pDC, question.pWnd, question.nCtlType));
-      }};
-}
 
 }  // namespace zp

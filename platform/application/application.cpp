@@ -40,6 +40,7 @@ CWinApp::CWinApp(char const * name)
 
 CWinApp::~CWinApp()
 {
+  while (!m_Templates.IsEmpty()) delete m_Templates.RemoveHead();
   if (g_pApplication == this) g_pApplication = nullptr;
 }
 

@@ -3,9 +3,11 @@
 #include <zpbase/platform/collections.h>
 
 #include <algorithm>
+#include <utility>
 
 #include <zpbase/platform/archive.h>
 #include <zpbase/platform/exceptions.h>
+#include <zpbase/platform/memory_pages.h>
 
 #include "platform/collections/owned_elements_internal.h"
 
@@ -108,10 +110,25 @@ size_t CPlainArray<Value>::Checked(int index) const
 }
 
 template <class Value>
-void CPlainArray<Value>::SetSize(int size)
+void CPlainArray<Value>::SetSize(int size, int)
 {
   if (size < 0) AfxThrowInvalidArgException();
   m_Elements.resize(static_cast<size_t>(size));
+}
+
+template <class Value>
+void CPlainArray<Value>::FreeExtra()
+{
+  size_t const size = m_Elements.size();
+  if (m_Elements.capacity() - size > size / 8) m_Elements.shrink_to_fit();
+}
+
+template <class Value>
+void CPlainArray<Value>::Reserve(int size)
+{
+  if (size <= 0 || static_cast<size_t>(size) <= m_Elements.capacity()) return;
+  m_Elements.reserve(static_cast<size_t>(size));
+  zp::PreferLargePages(m_Elements.data(), m_Elements.capacity() * sizeof(Value));
 }
 
 template <class Value>
@@ -127,6 +144,13 @@ template <class Value>
 int CPlainArray<Value>::Add(Value const & value)
 {
   m_Elements.push_back(value);
+  return GetUpperBound();
+}
+
+template <class Value>
+int CPlainArray<Value>::Add(Value && value)
+{
+  m_Elements.push_back(std::move(value));
   return GetUpperBound();
 }
 
@@ -148,3 +172,21 @@ void CPlainArray<Value>::RemoveAt(int index, int count)
 
 template class CPlainArray<CString>;
 template class CPlainArray<UINT>;
+
+void CStringArray::Serialize(CArchive & ar)
+{
+  if (ar.IsStoring()) {
+    ar.WriteCount(static_cast<DWORD>(GetSize()));
+    for (CString const & text : m_Elements) ar << text;
+    return;
+  }
+  DWORD const count = ar.ReadCount();
+  ar.RequireBytes(count);  // the length of each text costs a byte at least
+  std::vector<CString> texts;
+  texts.reserve(std::min(count, maxReserved));
+  for (DWORD i = 0; i < count; ++i) {
+    texts.emplace_back();
+    ar >> texts.back();
+  }
+  m_Elements.swap(texts);
+}

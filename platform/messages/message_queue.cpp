@@ -8,6 +8,7 @@
 #include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/windows.h>
 
+#include "platform/windows/key_state_internal.h"
 #include "platform/windows/window_table_internal.h"
 
 namespace {
@@ -140,8 +141,10 @@ void WaitForMessage(int milliseconds)
 BOOL PeekMessageA(MSG * message, UINT remove)
 {
   auto const next = zp::GetThreadQueue()->Next(remove == PM_REMOVE);
-  if (next) *message = *next;
-  return next.has_value();
+  if (!next) return FALSE;
+  if (remove == PM_REMOVE) zp::NoteKey(*next);
+  *message = *next;
+  return TRUE;
 }
 
 BOOL GetMessageA(MSG * message)

@@ -2,7 +2,7 @@
 
 #include <zpbase/platform/windows.h>
 
-IMPLEMENT_DYNAMIC(CWinThread, CObject)
+IMPLEMENT_DYNAMIC(CWinThread, CCmdTarget)
 
 namespace {
 
@@ -20,6 +20,20 @@ CWinThread::~CWinThread()
   if (t_pThread == this) t_pThread = nullptr;
 }
 
+int CWinThread::Run()
+{
+  constexpr int asLongAsItTakes = -1;
+  MSG next;
+  for (LONG idle = 0;;) {
+    if (PeekMessageA(&next, PM_NOREMOVE)) {
+      if (!PumpMessage()) return static_cast<int>(next.wParam);
+      idle = 0;
+    } else if (!OnIdle(idle++)) {
+      zp::WaitForMessage(asLongAsItTakes);
+    }
+  }
+}
+
 BOOL CWinThread::PumpMessage()
 {
   MSG message;
@@ -35,8 +49,10 @@ BOOL CWinThread::OnIdle(LONG)
 
 BOOL CWinThread::PreTranslateMessage(MSG * message)
 {
+  CWnd * const main = GetMainWnd();
+  if (CWnd::WalkPreTranslateTree(main != nullptr ? main->GetSafeHwnd() : nullptr, message)) return TRUE;
   CWnd * const window = CWnd::FromHandle(message->hwnd);
-  return window != nullptr && window->PreTranslateMessage(message);
+  return main != nullptr && window != nullptr && window->GetParentOwner() != main && main->PreTranslateMessage(message);
 }
 
 CWinThread * AfxGetThread()

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include <zpbase/platform/input.h>
 #include <zpbase/platform/windows.h>
 
 namespace zp {
@@ -21,6 +22,9 @@ extern unsigned int const libraryTextsCount;
 
 extern DialogTemplate const applicationTemplates[];
 extern unsigned int const applicationTemplateCount;
+
+extern AcceleratorTable const applicationAccelerators[];
+extern unsigned int const applicationAcceleratorCount;
 
 // Modules of one kind of resource, the last registered first. A module is a function that gives a resource by number, or null.
 template <class Find>

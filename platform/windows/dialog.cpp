@@ -1,8 +1,11 @@
 // CDialog: a modal dialog on a template, from making its controls to its result.
 
+#include <zpbase/platform/message_map.h>
+
 #include "platform/windows/dialog_internal.h"
 
 IMPLEMENT_DYNAMIC(CDialog, CWnd)
+IMPLEMENT_DYNAMIC(CPropertySheet, CWnd)
 
 CDialog::CDialog(UINT templateId, CWnd * parent) : m_nTemplateID(templateId), m_pDialogParent(parent) {}
 

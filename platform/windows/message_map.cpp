@@ -1,6 +1,8 @@
-// CCmdTarget: finding a message's handler in the maps of a class and its bases.
+// CCmdTarget: finding a message's or a command's handler in the maps of a class and its bases; CCmdUI: the state of an item.
 
-#include <zpbase/platform/windows.h>
+#include <zpbase/platform/commands.h>
+
+#include <zpbase/platform/messages.h>
 
 IMPLEMENT_DYNAMIC(CCmdTarget, CObject)
 
@@ -12,7 +14,7 @@ bool takes(AFX_MSGMAP_ENTRY const & entry, UINT message, WPARAM wParam)
 {
   if (entry.nMessage != message) return false;
   auto const id = static_cast<UINT>(wParam & 0xFFFF);
-  return message != WM_COMMAND || (id >= entry.nID && id <= entry.nLastID);
+  return (message & 0xFFFF) != WM_COMMAND || (id >= entry.nID && id <= entry.nLastID);
 }
 
 }  // namespace
@@ -27,15 +29,58 @@ AFX_MSGMAP const * CCmdTarget::GetMessageMap() const
   return GetThisMessageMap();
 }
 
-bool CCmdTarget::CallHandler(UINT message, WPARAM wParam, LPARAM lParam, LRESULT & answer)
+AFX_MSGMAP_ENTRY const * CCmdTarget::FindEntry(UINT message, WPARAM wParam) const
 {
   for (AFX_MSGMAP const * map = GetMessageMap(); map != nullptr;
        map = map->pfnGetBaseMap != nullptr ? map->pfnGetBaseMap() : nullptr) {
-    for (AFX_MSGMAP_ENTRY const & entry : map->entries) {
-      if (!takes(entry, message, wParam)) continue;
-      answer = entry.pHandler(*this, wParam, lParam);
-      return true;
-    }
+    for (AFX_MSGMAP_ENTRY const & entry : map->entries)
+      if (takes(entry, message, wParam)) return &entry;
   }
-  return false;
+  return nullptr;
+}
+
+bool CCmdTarget::CallHandler(UINT message, WPARAM wParam, LPARAM lParam, LRESULT & answer)
+{
+  AFX_MSGMAP_ENTRY const * const entry = FindEntry(message, wParam);
+  if (entry == nullptr) return false;
+  answer = entry->pHandler(*this, wParam, lParam);
+  return true;
+}
+
+BOOL CCmdTarget::OnCmdMsg(UINT id, int code, void * extra, AFX_CMDHANDLERINFO * info)
+{
+  AFX_MSGMAP_ENTRY const * const entry = FindEntry(WM_COMMAND | static_cast<UINT>(code) << 16, id);
+  if (entry == nullptr) return FALSE;
+  if (info != nullptr)
+    *info = {this, entry};
+  else
+    entry->pHandler(*this, id, reinterpret_cast<LPARAM>(extra));
+  return TRUE;
+}
+
+void CCmdUI::Enable(BOOL on)
+{
+  m_bEnableChanged = TRUE;
+  m_bEnabled = on;
+}
+
+void CCmdUI::SetCheck(int check)
+{
+  m_nCheck = check;
+}
+
+void CCmdUI::SetText(char const * text)
+{
+  m_strText = text;
+}
+
+BOOL CCmdUI::DoUpdate(CCmdTarget * target, BOOL disableIfNoHandler)
+{
+  m_bEnableChanged = FALSE;
+  BOOL const updated = target->OnCmdMsg(m_nID, CN_UPDATE_COMMAND_UI, this, nullptr);
+  if (disableIfNoHandler && !m_bEnableChanged) {
+    AFX_CMDHANDLERINFO info;
+    Enable(target->OnCmdMsg(m_nID, CN_COMMAND, this, &info));
+  }
+  return updated;
 }

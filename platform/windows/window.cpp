@@ -1,6 +1,6 @@
 // CWnd: the life of a window, its family, focus and text, and the way of a message to its handler.
 
-#include <zpbase/platform/windows.h>
+#include <zpbase/platform/message_map.h>
 
 #include <algorithm>
 #include <utility>
@@ -15,6 +15,29 @@ namespace {
 thread_local HWND t_hFocus = nullptr;
 thread_local HWND t_hForeground = nullptr;
 
+// The innermost message that the thread is handling.
+class HandledMessage {
+ public:
+  explicit HandledMessage(MSG const & message) : m_Message(message), m_pOuter(std::exchange(t_pCurrent, &m_Message)) {}
+  ~HandledMessage() { t_pCurrent = m_pOuter; }
+  HandledMessage(HandledMessage const &) = delete;
+  HandledMessage & operator=(HandledMessage const &) = delete;
+
+  static MSG const & Current()
+  {
+    static MSG const none;
+    return t_pCurrent != nullptr ? *t_pCurrent : none;
+  }
+
+ private:
+  static thread_local MSG const * t_pCurrent;
+
+  MSG m_Message;
+  MSG const * m_pOuter;
+};
+
+thread_local MSG const * HandledMessage::t_pCurrent = nullptr;
+
 }  // namespace
 
 CWnd::~CWnd()
@@ -22,29 +45,46 @@ CWnd::~CWnd()
   CWnd::DestroyWindow();
 }
 
-BOOL CWnd::Create(char const * title, DWORD style, CWnd * parent, UINT id)
+BOOL CWnd::Create(char const * title, DWORD style, CWnd * parent, UINT id, void * param)
 {
-  if (m_hWnd != nullptr || (parent != nullptr && parent->m_hWnd == nullptr)) return FALSE;
+  if (m_hWnd != nullptr) return FALSE;
+  if (parent != nullptr && parent->m_hWnd == nullptr) {
+    PostNcDestroy();
+    return FALSE;
+  }
   m_hWnd = zp::AddWindow(*this, zp::GetThreadQueue());
   m_strText = title;
   m_nStyle = style;
   m_nID = id;
   m_bEnabled = TRUE;
   m_pParent = parent;
+  m_Placement = {};
+  m_Placement.length = sizeof m_Placement;
+  m_Placement.showCmd = SW_SHOWNORMAL;
   if (parent != nullptr) parent->m_Children.push_back(this);
-  return TRUE;
+
+  CREATESTRUCT create{param, parent != nullptr ? parent->m_hWnd : nullptr, style, title};
+  HWND const window = m_hWnd;
+  if (SendMessage(WM_CREATE, 0, reinterpret_cast<LPARAM>(&create)) != -1) return FromHandle(window) != nullptr;
+  if (FromHandle(window) != nullptr) DestroyWindow();
+  return FALSE;
 }
 
 BOOL CWnd::DestroyWindow()
 {
-  if (m_hWnd == nullptr) return FALSE;
+  if (m_hWnd == nullptr || m_bDestroying) return FALSE;
+  m_bDestroying = TRUE;
+  SendMessage(WM_DESTROY);
   while (!m_Children.empty()) m_Children.back()->DestroyWindow();
   if (m_pParent != nullptr) std::erase(m_pParent->m_Children, this);
   m_pParent = nullptr;
   if (t_hFocus == m_hWnd) t_hFocus = nullptr;
   if (t_hForeground == m_hWnd) t_hForeground = nullptr;
+  if (CWinThread * const thread = AfxGetThread(); thread != nullptr && thread->m_pMainWnd == this) thread->m_pMainWnd = nullptr;
   zp::FindWindowQueue(m_hWnd)->ForgetWindow(m_hWnd);
   zp::RemoveWindow(std::exchange(m_hWnd, nullptr));
+  m_bDestroying = FALSE;
+  PostNcDestroy();
   return TRUE;
 }
 
@@ -115,8 +155,20 @@ BOOL CWnd::PreTranslateMessage(MSG *)
   return FALSE;
 }
 
+BOOL CWnd::WalkPreTranslateTree(HWND stop, MSG * message)
+{
+  for (CWnd * window = FromHandle(message->hwnd); window != nullptr; window = window->m_pParent) {
+    HWND const handle = window->m_hWnd;
+    if (window->PreTranslateMessage(message)) return TRUE;
+    if (handle == stop || FromHandle(handle) == nullptr) break;
+  }
+  return FALSE;
+}
+
 LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
 {
+  HandledMessage const handled({.hwnd = m_hWnd, .message = message, .wParam = wParam, .lParam = lParam});
+  if (message == WM_COMMAND) return OnCommand(wParam, lParam) ? 1 : DefWindowProc(message, wParam, lParam);
   LRESULT answer = 0;
   return CallHandler(message, wParam, lParam, answer) ? answer : DefWindowProc(message, wParam, lParam);
 }
@@ -124,6 +176,40 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
 LRESULT CWnd::DefWindowProc(UINT, WPARAM, LPARAM)
 {
   return 0;
+}
+
+LRESULT CWnd::Default()
+{
+  MSG const & message = HandledMessage::Current();
+  return DefWindowProc(message.message, message.wParam, message.lParam);
+}
+
+BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam)
+{
+  auto const id = static_cast<UINT>(wParam & 0xFFFF);
+  bool const fromControl = lParam != 0;
+  if (!fromControl) {
+    CCmdUI item(id);
+    OnCmdMsg(id, CN_UPDATE_COMMAND_UI, &item, nullptr);
+    if (!item.IsEnabled()) return TRUE;
+  }
+  int const code = fromControl ? static_cast<int>(wParam >> 16 & 0xFFFF) : CN_COMMAND;
+  return OnCmdMsg(id, code, nullptr, nullptr);
+}
+
+int CWnd::OnCreate(CREATESTRUCT *)
+{
+  return static_cast<int>(Default());
+}
+
+void CWnd::OnDestroy()
+{
+  Default();
+}
+
+BOOL CWnd::OnSetCursor(CWnd *, UINT, UINT)
+{
+  return static_cast<BOOL>(Default());
 }
 
 HBRUSH CWnd::OnCtlColor(CDC *, CWnd *, UINT)

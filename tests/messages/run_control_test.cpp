@@ -32,7 +32,7 @@ class Window : public CWnd {
   Window() { Create("run"); }
   LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM) override
   {
-    m_Seen.push_back(wParam);
+    if (message != WM_CREATE) m_Seen.push_back(wParam);
     if (message == clearPause) ClearPauseFlag();
     return 0;
   }

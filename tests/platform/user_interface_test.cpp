@@ -128,7 +128,10 @@ TEST(Terminal, AsksUntilAKeyFits)
 // Tells on standard error that a message has come.
 class TellingWindow : public CWnd {
  public:
-  LRESULT WindowProc(UINT, WPARAM, LPARAM) override { return write(STDERR_FILENO, "delivered", 9); }
+  LRESULT WindowProc(UINT message, WPARAM, LPARAM) override
+  {
+    return message == WM_CREATE ? 0 : write(STDERR_FILENO, "delivered", 9);
+  }
 };
 
 class DialogEndedByAMessage : public CDialog {
