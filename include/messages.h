@@ -78,6 +78,12 @@ int PutWarning(unsigned int id, Args const &... args)
 // Deletes the warnings file; a missing one is no fault.
 ZP_API void FlushWarningsFile();
 
+// Show a text file as a report document in a window of the application: 1, or 0 after a message that tells why not. missingId is
+// the string resource for a file that doesn't exist, with the path as its argument. The second shows the warnings file, and says
+// that there is none only if evenIfMissing is set.
+ZP_API int BrowseFile(CString const & path, unsigned int missingId);
+ZP_API void BrowseWarnings(int evenIfMissing);
+
 // The flags of a run, all 0 at first, and process-wide. Set operations for abort and pause give the former value. Nothing but a
 // caller clears the abort flag.
 ZP_API void SetSimulationInProgress(int value);

@@ -68,6 +68,14 @@ class ZP_API GPFile : public CFile {
   // finds after a problem too; one that can't be opened raises as its read does.
   int GetLineCount();
 
+  // Puts the lines of ReadLine in place of what the array holds, tabs expanded to columns of 8: the number of entries, or -1 if
+  // the file doesn't exist. A form feed at the begin of a line becomes an entry "\x01" in front of the rest, which is left out if
+  // it is empty. Closed and opened as above; one that can't be opened raises, and the array is as it was.
+  int InitStringArray(CStringArray * lines);
+
+  // Shows the file in a report document, see BrowseFile. Closed and opened as above.
+  int Browse();
+
   // Copies src into this file, behind its end with append, else in its place; an empty source changes nothing. Both stay open.
   int CopyFile(GPFile & src, int append);
   int CopyFile(CString const & src, int append);
@@ -85,8 +93,21 @@ class ZP_API GPFile : public CFile {
   static int SetStatus(CString const & name, CFileStatus const & status);
 
  protected:
-  // Closes an open file for a scan and opens it again, at its place, when the scan ends, however it does.
-  class ScanGuard;
+  // Notes the place of an open file and closes it for a scan. The destructor opens it again with the flags it had, less the one
+  // that would truncate it, and goes back to that place, however the scan ends; a file that wasn't open is left closed.
+  class ScanGuard {
+   public:
+    explicit ScanGuard(GPFile & file);
+    ~ScanGuard();
+    ScanGuard(ScanGuard const &) = delete;
+    ScanGuard & operator=(ScanGuard const &) = delete;
+
+   private:
+    GPFile & m_File;
+    int m_bWasOpen;
+    unsigned int m_nFlags;
+    ULONGLONG m_nPosition = 0;
+  };
 
  private:
   int WriteArgPtr(char const * format, va_list args);

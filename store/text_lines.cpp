@@ -22,32 +22,19 @@ CString textOf(unsigned int id)
 
 }  // namespace
 
-// Notes the place of an open file and closes it. The destructor opens it again with the flags it had, less the one that would
-// truncate it, and goes back to that place.
-class GPFile::ScanGuard {
- public:
-  explicit ScanGuard(GPFile & file) : m_File(file), m_bWasOpen(file.IsOpen())
-  {
-    if (!m_bWasOpen) return;
-    m_nPosition = file.GetPosition();
-    file.Close();
-  }
-  // A scan that an exception ends leaves the file open.
-  ~ScanGuard()
-  {
-    if (m_File.IsOpen()) m_File.Abort();
-    unsigned int const flags = m_nFlags & ~unsigned{modeCreate};
-    if (m_bWasOpen && m_File.Open(flags)) m_File.CFile::Seek(static_cast<LONGLONG>(m_nPosition), begin);
-  }
-  ScanGuard(ScanGuard const &) = delete;
-  ScanGuard & operator=(ScanGuard const &) = delete;
+GPFile::ScanGuard::ScanGuard(GPFile & file) : m_File(file), m_bWasOpen(file.IsOpen()), m_nFlags(file.m_nOpenFlags)
+{
+  if (!m_bWasOpen) return;
+  m_nPosition = file.GetPosition();
+  file.Close();
+}
 
- private:
-  GPFile & m_File;
-  int m_bWasOpen;
-  unsigned int m_nFlags = m_File.m_nOpenFlags;
-  ULONGLONG m_nPosition = 0;
-};
+GPFile::ScanGuard::~ScanGuard()
+{
+  if (m_File.IsOpen()) m_File.Abort();  // the scan raised
+  unsigned int const flags = m_nFlags & ~unsigned{modeCreate};
+  if (m_bWasOpen && m_File.Open(flags)) m_File.CFile::Seek(static_cast<LONGLONG>(m_nPosition), begin);
+}
 
 int GPFile::Write(CString const & text)
 {
