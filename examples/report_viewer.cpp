@@ -1,0 +1,113 @@
+// An application in small: a document template, a main window that takes new documents, and a view that prints the active report
+// when the print command reaches it. Shows the text file that is named, or one of its own, page by page.
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include <zpbase/messages.h>
+#include <zpbase/platform/application.h>
+#include <zpbase/platform/encoding.h>
+#include <zpbase/platform/message_map.h>
+#include <zpbase/platform/paths.h>
+#include <zpbase/views.h>
+
+namespace {
+
+constexpr UINT printCommand = 0xE107;
+constexpr char pageMark[] = "\x01";  // what a form feed has become
+
+// Prints the lines of its report; characters that would steer a terminal appear as dots.
+class ReportView : public GPScrollView {
+  DECLARE_DYNCREATE(ReportView)
+ protected:
+  ReportView() = default;
+  void OnDraw(CDC *) override {}
+
+  void OnPrint()
+  {
+    auto & report = static_cast<GPRptDoc &>(*GetDocument());
+    CStringArray const & lines = *report.GetRptArray();
+    int page = 1;
+    std::printf("%s\n", zp::TextToUtf8(report.GetTitle().View()).c_str());
+    for (int i = 0; i < lines.GetSize(); ++i) {
+      if (lines[i] != pageMark)
+        PrintLine(i + 1, lines[i]);
+      else if (i != 0)
+        std::printf("---- page %d ----\n", ++page);
+    }
+  }
+
+  AFX_MSGMAP const * GetMessageMap() const override
+  {
+    static constexpr AFX_MSGMAP_ENTRY entries[] = {zp::OnCommand<&ReportView::OnPrint>(printCommand)};
+    static constexpr AFX_MSGMAP map{&GPScrollView::GetThisMessageMap, entries};
+    return &map;
+  }
+
+ private:
+  static void PrintLine(int number, CString line)
+  {
+    for (int i = 0; i < line.GetLength(); ++i)
+      if (static_cast<unsigned char>(line[i]) < ' ' || line[i] == '\x7F') line.SetAt(i, '.');
+    std::printf("%6d  %s\n", number, zp::TextToUtf8(line.View()).c_str());
+  }
+};
+
+// Gives each new document a frame and a view. Closing it ends the program.
+class MainWindow : public CMDIFrameWnd {
+  DECLARE_DYNCREATE(MainWindow)
+ protected:
+  MainWindow() = default;
+
+  void OnNewDocument()
+  {
+    CDocument * const doc = GetNewDocument();
+    POSITION position = AfxGetApp()->GetFirstDocTemplatePosition();
+    CDocTemplate * const reports = AfxGetApp()->GetNextDocTemplate(position);
+    reports->AddDocument(doc);
+    if (CFrameWnd * const frame = reports->CreateNewFrame(doc, nullptr); frame != nullptr)
+      reports->InitialUpdateFrame(frame, doc);
+  }
+
+  AFX_MSGMAP const * GetMessageMap() const override
+  {
+    static constexpr AFX_MSGMAP_ENTRY entries[] = {zp::OnCommand<&MainWindow::OnNewDocument>(newDocumentCommand)};
+    static constexpr AFX_MSGMAP map{&CMDIFrameWnd::GetThisMessageMap, entries};
+    return &map;
+  }
+};
+
+IMPLEMENT_DYNCREATE(ReportView, GPScrollView)
+IMPLEMENT_DYNCREATE(MainWindow, CMDIFrameWnd)
+
+// Shows the file and asks for print and close, as a menu would.
+int show(CWinApp & app, CString const & path)
+{
+  auto * const window = static_cast<MainWindow *>(RUNTIME_CLASS(MainWindow)->CreateObject());
+  if (!window->LoadFrame(0)) return 1;
+  app.m_pMainWnd = window;
+  constexpr unsigned int noSuchFile = 43374;
+  int const shown = BrowseFile(path, noSuchFile);
+  window->PostMessage(WM_COMMAND, printCommand);
+  window->PostMessage(WM_CLOSE);
+  int const status = app.Run();
+  return shown ? status : 1;
+}
+
+}  // namespace
+
+int main(int argc, char ** argv)
+{
+  std::filesystem::path const folder = std::filesystem::temp_directory_path() / "zp_report_viewer";
+  std::filesystem::create_directories(folder);
+  std::filesystem::path const sample = folder / "sample.txt";
+  std::ofstream(sample, std::ios::binary) << "Stream\tT/K\tp/bar\r\nFeed\t298.15\t1.013\r\n\x0CSecond page\r\n";
+
+  CWinApp app("Viewer");
+  app.SetProfileFile(FromHostPath((folder / "viewer.ini").string()));
+  app.AddDocTemplate(new CMultiDocTemplate(0, RUNTIME_CLASS(GPRptDoc), RUNTIME_CLASS(CMDIChildWnd), RUNTIME_CLASS(ReportView)));
+  int const status = show(app, FromHostPath(argc > 1 ? argv[1] : sample.string()));
+  std::filesystem::remove_all(folder);
+  return status;
+}
