@@ -15,9 +15,9 @@ prepare() {
   DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get -qq -y --no-install-recommends install "${missing[@]}" >/dev/null
 }
 
-BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libfmt-dev libcsv-dev libcairo2-dev)
-TEST_PACKAGES=(libgtest-dev locales python3-ezdxf)
-CHECK_PACKAGES=(clang libclang-rt-14-dev clang-format clang-tidy libbenchmark-dev pkgconf libncurses-dev)
+BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libfmt-dev libcsv-dev libcairo2-dev libncurses-dev)
+TEST_PACKAGES=(libgtest-dev locales python3-ezdxf tmux)
+CHECK_PACKAGES=(clang libclang-rt-14-dev clang-format clang-tidy libbenchmark-dev pkgconf)
 
 # A compiler cache makes a second build quick where it is installed.
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ] && command -v ccache >/dev/null; then

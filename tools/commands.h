@@ -29,3 +29,4 @@ void AddStoreCommands(CLI::App & app, int & status);
 void AddSettingsCommands(CLI::App & app, int & status);
 void AddTextCommands(CLI::App & app, int & status);
 void AddDrawingCommands(CLI::App & app, int & status);
+void AddViewCommands(CLI::App & app, int & status);

@@ -17,6 +17,7 @@ constexpr AddCommands commandTable[] = {
     AddSettingsCommands,
     AddTextCommands,
     AddDrawingCommands,
+    AddViewCommands,
 };
 
 int fail(std::string const & line, int status)
