@@ -59,8 +59,9 @@ class ZP_API DXFDC : public CObject {
   CSize SetWindowExt(tagSIZE extent);
   CSize SetWindowExt(int cx, int cy) { return SetWindowExt(tagSIZE{cx, cy}); }
 
-  // Give the former object, null for none or one that a metafile has deleted since. The object stays the caller's; a pen's and a
-  // brush's record is copied, a font's is read when text is measured. A null pen or brush changes nothing, a null font is none.
+  // Give the former object, null for none or one that a metafile has deleted since. One that a metafile has made goes when the
+  // metafile deletes it: don't select it anew after further records. The object stays the caller's; a pen's and a brush's record
+  // is copied, a font's is read when text is measured. A null pen or brush changes nothing, a null font is none.
   CPen * SelectObject(CPen * pen);
   CBrush * SelectObject(CBrush * brush);
   CFont * SelectObject(CFont * font);
@@ -111,7 +112,8 @@ class ZP_API DXFDC : public CObject {
   int DrawTextA(CString const & text, tagRECT * rect, unsigned int format);
 
   // Replays one record of a metafile into the DXFDC that user is the address of. Always 1. Records of other kinds, and records
-  // too short for what they tell, have no effect beyond what is there.
+  // too short for what they tell, have no effect beyond what is there, and neither has an object that memory doesn't hold. Memory
+  // that runs out for the points of a polygon or the characters of a text is std::bad_alloc.
   static int EnumMetaFileProc(HDC dc, HANDLETABLE * table, METARECORD * record, int objects, long user);
 
  private:

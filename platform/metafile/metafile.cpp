@@ -7,10 +7,13 @@
 #include <limits>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 #include <zpbase/platform/bytes.h>
 #include <zpbase/platform/file.h>
+#include <zpbase/platform/host_calls.h>
+#include <zpbase/platform/paths.h>
 
 // Offset, width and meaning in the file, numbers little-endian. A placeable metafile begins with
 //    0  4  the key 9AC6CDD7
@@ -54,13 +57,41 @@ bool isHeader(BYTE const * header)
   return (type == 1 || type == 2) && (version == 0x100 || version == 0x300);
 }
 
-HMETAFILE makeMetaFile(std::vector<BYTE> bytes)
+// Where the header stands in bytes that begin as a metafile, or -1.
+int headerOffset(std::span<BYTE const> bytes)
 {
   bool const placeable = isPlaceable(bytes);
   size_t const header = placeable ? placeableSize : 0;
-  if (bytes.size() < header + headerSize) return nullptr;
-  if (!placeable && !isHeader(bytes.data())) return nullptr;
-  return new HMETAFILE__{std::move(bytes), header};
+  bool const isKnown = bytes.size() >= header + headerSize && (placeable || isHeader(bytes.data()));
+  return isKnown ? static_cast<int>(header) : -1;
+}
+
+HMETAFILE makeMetaFile(std::vector<BYTE> bytes)
+{
+  int const header = headerOffset(bytes);
+  return header >= 0 ? new HMETAFILE__{std::move(bytes), static_cast<size_t>(header)} : nullptr;
+}
+
+// The bytes of a file that begins as a metafile. Its head is looked at before there is room for the rest.
+std::vector<BYTE> bytesOf(CFile & file)
+{
+  BYTE head[placeableSize + headerSize];
+  UINT const got = file.Read(head, sizeof head);
+  ULONGLONG const length = file.GetLength();
+  if (headerOffset({head, got}) < 0 || length > std::numeric_limits<LONG>::max()) return {};
+  std::vector<BYTE> bytes(static_cast<size_t>(length));
+  file.SeekToBegin();
+  bytes.resize(file.Read(bytes.data(), static_cast<UINT>(length)));
+  return bytes;
+}
+
+// The open of a pipe would wait for a writer.
+bool isRegularFile(char const * path)
+{
+  std::string hostPath;
+  zp::HostStatus status;
+  return ToHostPath(path, hostPath) && zp::GetHostCalls().GetStatusOf(hostPath.c_str(), status) == 0 &&
+         status.kind == zp::HostStatus::File;
 }
 
 METAHEADER headerAt(BYTE const * bytes)
@@ -97,12 +128,8 @@ HMETAFILE GetMetaFile(char const * path)
 {
   try {
     CFile file;
-    if (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite)) return nullptr;
-    ULONGLONG const length = file.GetLength();
-    if (length > std::numeric_limits<LONG>::max()) return nullptr;
-    std::vector<BYTE> bytes(static_cast<size_t>(length));
-    bytes.resize(file.Read(bytes.data(), static_cast<UINT>(length)));
-    return makeMetaFile(std::move(bytes));
+    if (!isRegularFile(path) || !file.Open(path, CFile::modeRead | CFile::shareDenyWrite)) return nullptr;
+    return makeMetaFile(bytesOf(file));
   } catch (CFileException * problem) {
     zp::ExceptionGuard const guard(problem);
     return nullptr;

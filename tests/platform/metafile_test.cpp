@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <vector>
 
@@ -98,6 +99,8 @@ TEST(MetaFile, TakesOnlyWhatBeginsAsOne)
   TempFolder const folder;
   EXPECT_EQ(GetMetaFile(folder.Name("missing.wmf")), nullptr);
   EXPECT_EQ(GetMetaFile(folder.Name("")), nullptr);
+  ASSERT_EQ(std::system(("mkfifo '" + (folder.Path() / "pipe.wmf").string() + "'").c_str()), 0);
+  EXPECT_EQ(GetMetaFile(folder.Name("pipe.wmf")), nullptr) << "without waiting for a writer";
 }
 
 TEST(MetaFile, ReadsRealFiles)
