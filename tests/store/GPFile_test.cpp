@@ -118,7 +118,7 @@ TEST(GPFile, WritesTextWithItsOwnLineEnds)
   file.Empty();
   EXPECT_EQ(file.Write(99999999), 1);
   EXPECT_EQ(file.WritefLine(99999999u, "p", 2), 1);
-  EXPECT_EQ(folder.Read("a"), "9999999999999999\r\n");  // ids without a text
+  EXPECT_EQ(folder.Read("a"), "9999999999999999: p 2\r\n");  // ids without a text
 }
 
 TEST(GPFile, ReadsLinesByItsOwnView)

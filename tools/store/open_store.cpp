@@ -62,7 +62,13 @@ OpenStore::OpenStore(StoreNames const & names, StoreAccess access) : m_Names(nam
 // What was changed before a failure is in the record file, so the index tells it too.
 OpenStore::~OpenStore()
 {
-  ReleaseIndexFile();
+  Close();
+}
+
+void OpenStore::Close()
+{
+  m_IndexFile.Abort();
+  if (m_pTables) m_pTables->Close();
 }
 
 // False for a file that isn't there.
@@ -90,9 +96,12 @@ void OpenStore::LockRecordFile()
   if (!OpenRecordFile(creating)) FailOpening(m_Names.record, "record file", missing);
 }
 
+// Who is going to write the index asks for that now: a refusal must come before the record file is changed.
 void OpenStore::LockIndexFile()
 {
-  unsigned int const mode = m_bNew ? ownMode | creating : CFile::modeRead | CFile::shareExclusive;
+  bool const isWritten = m_Access == StoreAccess::Change || m_Access == StoreAccess::Create;
+  unsigned int const access = isWritten ? CFile::modeReadWrite : CFile::modeRead;
+  unsigned int const mode = m_bNew ? ownMode | creating : access | CFile::shareExclusive;
   CFileException problem;
   if (m_IndexFile.Open(FromHostPath(m_Names.index), mode, &problem)) return;
   if (m_Access == StoreAccess::Replace && problem.m_cause == CFileException::fileNotFound) return;
@@ -130,6 +139,10 @@ void OpenStore::ReadTables()
   if (!isBlank && isEmpty(m_Names.index)) {
     throw Failure(fmt::format("{}: the index file is empty, but {} isn't; make a new one with zp store recover", m_Names.index,
                               m_Names.record));
+  }
+  if (isBlank && !m_bNew && !GetIndex().live.empty()) {
+    throw Failure(fmt::format("{}: the record file is empty, but {} names records in it; bring the record file back",
+                              m_Names.record, m_Names.index));
   }
   LockIndexFile();
   m_IndexFile.Close();

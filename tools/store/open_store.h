@@ -44,8 +44,8 @@ class OpenStore {
   GPDataFile & GetTables() { return *m_pTables; }
   bool IsNew() const { return m_bNew; }
 
-  // Lets the store write its index.
-  void ReleaseIndexFile() { m_IndexFile.Abort(); }
+  // Lets the store write its index, and closes it. Without this it happens at the end.
+  void Close();
 
  private:
   // The files of a new store, gone again at the end if nothing was stored in them.

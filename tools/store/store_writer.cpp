@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <thread>
 
 #include <fmt/format.h>
@@ -17,6 +18,20 @@ using Clock = std::chrono::steady_clock;
 
 constexpr auto lockPatience = std::chrono::seconds(2);
 constexpr auto lockPause = std::chrono::milliseconds(2);
+
+std::filesystem::file_time_type writeTimeOf(std::string const & file)
+{
+  std::error_code ignored;
+  return std::filesystem::last_write_time(file, ignored);
+}
+
+// A look at the index in the middle of another program's change would tell nothing.
+void waitForReading(CFile & file, std::string const & record)
+{
+  CString const path = FromHostPath(record);
+  auto const end = Clock::now() + lockPatience;
+  while (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite) && Clock::now() < end) std::this_thread::sleep_for(lockPause);
+}
 
 }  // namespace
 
@@ -89,13 +104,17 @@ bool StoreWriter::HasChanges(StoreIndex const & index) const
   });
 }
 
+// The next program may have changed the same records by the time that the index is looked at: then it is sound, and has been
+// written since.
 void StoreWriter::Close()
 {
-  std::string const & name = m_Store.GetNames().index;
-  m_Store.ReleaseIndexFile();
-  m_Store.GetTables().Close();
+  StoreNames const & names = m_Store.GetNames();
+  auto const formerTime = writeTimeOf(names.index);
+  m_Store.Close();
   if (m_NewLengths.empty()) return;
-  StoreIndex const index = ReadIndex(name);
-  if (index.state == StoreIndex::Sound && HasChanges(index)) return;
-  throw Failure(fmt::format("{}: the index can't be written; make room, then rebuild it with zp store recover", name));
+  CFile reading;
+  waitForReading(reading, names.record);
+  StoreIndex const index = ReadIndex(names.index);
+  if (index.state == StoreIndex::Sound && (HasChanges(index) || writeTimeOf(names.index) != formerTime)) return;
+  throw Failure(fmt::format("{}: the index can't be written; make room, then rebuild it with zp store recover", names.index));
 }

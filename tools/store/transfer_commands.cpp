@@ -125,6 +125,10 @@ struct ImportCommand : StoreArguments {
   {
     StoreNames const names = GetNames();
     Incoming incoming = readIncoming(file);
+    if (incoming.hasHeader && incoming.records.empty()) {
+      throw Failure(fmt::format("{}: holds a header object but no records; a store keeps its header with its first record",
+                                ShownName(file)));
+    }
     InterruptGuard const guard;
     StoreWriter writer(names, StoreAccess::Create);
     if (writer.IsNew() && incoming.hasHeader) writer.SetHeader(std::move(incoming.header));
