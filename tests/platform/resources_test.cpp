@@ -25,7 +25,7 @@ TEST(Resources, ComeOutOfTheirFileAsTheyStand)
 TEST(Resources, OfTheLibraryStandBehindThoseOfTheApplication)
 {
   EXPECT_EQ(zp::FormatResource(348, {"book"}), "Unable to close Excel workBook\r\n>> book");
-  EXPECT_EQ(zp::FormatResource(342, {"book"}), "342: book");
+  EXPECT_EQ(zp::FormatResource(349, {"book"}), "349: book");
   zp::FindResourceText const own = [](UINT id) { return id == 348 ? "%s stays open" : nullptr; };
   zp::RegisterResourceModule(own);
   EXPECT_EQ(zp::FormatResource(348, {"book"}), "book stays open");
