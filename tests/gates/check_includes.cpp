@@ -70,15 +70,17 @@ bool isExcepted(std::string const & file, std::string const & folder)
                      [&](Exception const & row) { return file == row.file && folder == row.folder; });
 }
 
-// Headers of the host beyond the C++ standard library: directories of them, and single ones.
-bool isHostHeader(std::string const & name)
+// Headers from outside the tree that aren't the host's: those of the C++ standard library, which have neither a folder nor an
+// extension, and the compiler's names of instructions. Programs use libraries too, and there only what is known as the host's is.
+bool isHostHeader(std::string const & name, bool isProgram)
 {
-  static std::set<std::string> const single = {
-      "unistd.h", "fcntl.h",   "dirent.h", "pwd.h",    "dlfcn.h", "poll.h",   "pthread.h", "locale.h", "langinfo.h", "termios.h",
-      "signal.h", "strings.h", "time.h",   "stdlib.h", "stdio.h", "string.h", "errno.h",   "libgen.h", "link.h",     "wchar.h"};
-  static std::set<std::string> const folders = {"sys", "linux", "asm", "arpa", "netinet", "bits"};
-  size_t const slash = name.find('/');
-  return slash == std::string::npos ? single.count(name) != 0 : folders.count(name.substr(0, slash)) != 0;
+  static std::set<std::string> const instructions = {"emmintrin.h", "immintrin.h"};
+  static std::set<std::string> const hosts = {"unistd.h",  "fcntl.h",  "dirent.h",   "pwd.h",     "dlfcn.h",  "poll.h",
+                                              "pthread.h", "locale.h", "langinfo.h", "termios.h", "signal.h", "strings.h",
+                                              "libgen.h",  "link.h",   "glob.h",     "iconv.h"};
+  static std::set<std::string> const folders = {"sys", "linux", "asm", "arpa", "net", "netinet", "bits"};
+  if (isProgram) return hosts.count(name) != 0 || folders.count(name.substr(0, name.find('/'))) != 0;
+  return name.find_first_of("./") != std::string::npos && instructions.count(name) == 0;
 }
 
 // The rooms of platform/ that know the host: its calls, and its locales.
@@ -108,10 +110,12 @@ std::vector<Include> includesOf(fs::path const & file)
 std::string targetOf(fs::path const & root, fs::path const & from, Include const & include)
 {
   if (include.name.rfind("zpbase/", 0) == 0) return "include/" + include.name.substr(7);
-  if (!include.quoted) return "";
-  for (fs::path const & base : {from.parent_path(), root})
-    if (fs::exists(base / include.name)) return fs::relative(fs::weakly_canonical(base / include.name), root).generic_string();
-  return "";
+  if (include.quoted && fs::exists(from.parent_path() / include.name)) {
+    return fs::relative(fs::weakly_canonical(from.parent_path() / include.name), root).generic_string();
+  }
+  return fs::exists(root / include.name) && include.name.find('/') != std::string::npos
+             ? fs::relative(fs::weakly_canonical(root / include.name), root).generic_string()
+             : "";
 }
 
 class Gate {
@@ -155,9 +159,12 @@ class Gate {
     std::string const file = fs::relative(path, m_Root).generic_string();
     std::vector<std::string> & targets = m_Graph[file];
     for (Include const & include : includesOf(path)) {
-      if (!include.quoted && !mayKnowHost(file) && isHostHeader(include.name)) Refuse(file, "host header " + include.name);
       std::string const target = targetOf(m_Root, path, include);
-      if (target.empty()) continue;
+      if (target.empty()) {
+        bool const isHosts = include.quoted || isHostHeader(include.name, folder == "tools");
+        if (isHosts && !mayKnowHost(file)) Refuse(file, "host header " + include.name);
+        continue;
+      }
       targets.push_back(target);
       std::string const owner = target.substr(0, target.find('/'));
       if (owner != "include" && owner != folder) Refuse(file, "another folder's private header " + target);

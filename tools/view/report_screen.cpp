@@ -3,11 +3,10 @@
 
 #include "tools/view/report_screen.h"
 
-#include <langinfo.h>
 #include <algorithm>
 #include <clocale>
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
 
 #include <curses.h>
 #include <fmt/format.h>
@@ -22,6 +21,14 @@ constexpr int numberWidth = 8;   // of a line number and the blank behind it
 constexpr int escapeDelay = 25;  // milliseconds until a lone Escape counts
 constexpr int escapeKey = 27;
 constexpr char const * keysHint = "q leaves, / searches, n N go on, [ ] pages, l numbers";
+
+// By a character of three bytes that no other encoding reads so.
+bool isUtf8Locale()
+{
+  constexpr char picture[] = "\xE2\x90\x9B";
+  wchar_t read = 0;
+  return std::mbtowc(&read, picture, sizeof picture - 1) == 3 && read == 0x241B;
+}
 
 // The terminal in the state that a viewer needs, and its own state afterwards.
 class Terminal {
@@ -56,9 +63,7 @@ class Terminal {
 class Viewer {
  public:
   Viewer(ReportPages const & report, std::string const & title)
-      : m_Report(report),
-        m_strTitle(title),
-        m_Where(std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0 ? ShownIn::utf8 : ShownIn::ascii)
+      : m_Report(report), m_strTitle(title), m_Where(isUtf8Locale() ? ShownIn::utf8 : ShownIn::ascii)
   {
   }
 
