@@ -2,18 +2,9 @@
 #pragma once
 
 #include <initializer_list>
-#include <type_traits>
 
 #include "platform/format.h"
 #include "platform/string.h"
-
-namespace zp {
-
-// What the text of a string resource can take in: numbers and texts, a CString too.
-template <class... Args>
-concept FormatArgs = sizeof...(Args) != 0 && (std::is_constructible_v<FormatArg, Args const &> && ...);
-
-}  // namespace zp
 
 // Message boxes. A box beeps, brings the main window forward and keeps the window behind the focus from taking input while it
 // stands. An icon of 0 is the information's (64) for type 0 and the question's (32) for other types; a helpId of 0 is that of the

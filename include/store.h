@@ -4,12 +4,14 @@
 // raise the platform's file exception. Operations give non-zero on success and 0 on failure unless said otherwise.
 #pragma once
 
+#include <initializer_list>
 #include <memory>
 #include <span>
 #include <vector>
 
 #include "foundation.h"
 #include "platform/file.h"
+#include "platform/format.h"
 
 class ZP_API GPFile : public CFile {
  public:
@@ -52,6 +54,10 @@ class ZP_API GPFile : public CFile {
   int Writef(char const * format, ...) __attribute__((format(printf, 2, 3)));
   int WritefLine(char const * format, ...) __attribute__((format(printf, 2, 3)));
   int WritefLine(unsigned int id, ...);
+  int WritefLine(unsigned int id, std::initializer_list<zp::FormatArg> args);
+  template <class... Args>
+  requires zp::FormatArgs<Args...>
+  int WritefLine(unsigned int id, Args const &... args) { return WritefLine(id, {zp::FormatArg(args)...}); }
   int WriteLine(CString const & text);
   int WriteLine(char const * text) { return WriteLine(CString(text)); }
   int WriteLine(unsigned int id);

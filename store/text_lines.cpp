@@ -82,6 +82,11 @@ int GPFile::WritefLine(unsigned int id, ...)
   return written && WriteLine() ? 1 : 0;
 }
 
+int GPFile::WritefLine(unsigned int id, std::initializer_list<zp::FormatArg> args)
+{
+  return WriteLine(zp::FormatResource(id, args));
+}
+
 int GPFile::WriteLine(CString const & text)
 {
   return Write(text) ? WriteLine() : 0;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <type_traits>
 
 #include "types.h"
 
@@ -35,6 +36,10 @@ class FormatArg {
     char const * m_Text;
   };
 };
+
+// What the text of a string resource can take in: numbers and texts, a CString too.
+template <class... Args>
+concept FormatArgs = sizeof...(Args) != 0 && (std::is_constructible_v<FormatArg, Args const &> && ...);
 
 // Append the formatted text to out. The first is for formats that stand in the code. The second takes exactly the arguments
 // given: a conversion that doesn't fit the argument at its place, and "%n", appear as text.
