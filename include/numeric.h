@@ -1,18 +1,19 @@
 // Dense containers of numbers: GPVector and GPMatrix of doubles, GPIntVector and GPBOOLVector of 32-bit integers; polynomials and
 // the floating-point special values.
 //
-// Storage is always exact and owned alone; copies are deep. Nothing is checked: indexes count from 0 and are the caller's affair,
-// and element-wise loops run over the left operand's indices, so a right operand must be at least as long. A negative size counts
-// as 0. Every sum starts at 0.0 and runs in ascending index order with one rounding for each multiplication and addition, so
-// results have the same bits on every machine (payloads of NaNs aside). A stream holds at most 32,767 elements, rows or columns:
-// more raises a CArchiveException with the cause genericException before anything is written. A damaged stream shows a message
-// box and leaves an empty container; operator>> raises no CArchiveException.
+// Storage is always exact and owned alone; copies are deep, and a container moved from is empty. Nothing is checked: indexes
+// count from 0 and are the caller's affair, and element-wise loops run over the left operand's indices, so a right operand must
+// be at least as long. A negative size counts as 0. Every sum starts at 0.0 and runs in ascending index order with one rounding
+// for each multiplication and addition, so results have the same bits on every machine (payloads of NaNs aside). A stream holds
+// at most 32,767 elements, rows or columns: more raises a CArchiveException with the cause genericException before anything is
+// written. A damaged stream shows a message box and leaves an empty container; operator>> raises no CArchiveException.
 #pragma once
 
 #include <cassert>
 #include <concepts>
 #include <cstddef>
 #include <memory>
+#include <utility>
 
 #include "foundation.h"
 
@@ -27,17 +28,46 @@ struct ElementAccess;
 // Elements, rows or columns that a stream can hold.
 inline constexpr int maxStreamedCount = 32767;
 
-// Doubles in a block of their own that begin on an 8-byte boundary, in blocks of 128 bytes and more on a 64-byte one.
+// A value that a move takes along: T() is left behind.
+template <class T>
+class Moved {
+ public:
+  Moved() = default;
+  Moved(T value) : m_Value(value) {}
+  Moved(Moved const &) = default;
+  Moved(Moved && other) noexcept : m_Value(std::exchange(other.m_Value, T())) {}
+  Moved & operator=(Moved const &) = default;
+  Moved & operator=(Moved && other) noexcept
+  {
+    m_Value = std::exchange(other.m_Value, T());
+    return *this;
+  }
+  ~Moved() = default;
+
+  operator T() const { return m_Value; }
+
+ private:
+  T m_Value = T();
+};
+
+// A counted block of doubles that begin on an 8-byte boundary, in blocks of 128 bytes and more on a 64-byte one.
 class ZP_API DoubleBlock {
  public:
   DoubleBlock() = default;
   explicit DoubleBlock(std::size_t count);  // not set; no storage for 0
+  DoubleBlock(DoubleBlock const & other);
+  DoubleBlock(DoubleBlock && other) noexcept = default;
+  DoubleBlock & operator=(DoubleBlock const & other);
+  DoubleBlock & operator=(DoubleBlock && other) noexcept = default;
+  ~DoubleBlock() = default;
 
+  std::size_t Count() const { return m_nCount; }
   double * Get() const { return m_pData; }
 
  private:
   std::unique_ptr<unsigned char[]> m_pBlock;
-  double * m_pData = nullptr;
+  Moved<double *> m_pData;
+  Moved<std::size_t> m_nCount;
 };
 
 // A counted block of integers.
@@ -48,23 +78,23 @@ class ZP_API IntBlock {
   IntBlock(int size, int value);
   IntBlock(int size, int const * values);  // zeros for null
   IntBlock(IntBlock const & other);
-  IntBlock(IntBlock && other) noexcept;
+  IntBlock(IntBlock && other) noexcept = default;
   IntBlock & operator=(IntBlock const & other);
-  IntBlock & operator=(IntBlock && other) noexcept;
+  IntBlock & operator=(IntBlock && other) noexcept = default;
   ~IntBlock() = default;
 
   int GetSize() const { return m_nSize; }
-  std::size_t Count() const { return static_cast<std::size_t>(m_nSize); }
+  std::size_t Count() const { return static_cast<std::size_t>(GetSize()); }
   int * Get() const { return m_pData.get(); }
   int & At(int index) const
   {
-    assert(index >= 0 && index < m_nSize);
+    assert(index >= 0 && index < GetSize());
     return m_pData[static_cast<std::size_t>(index)];
   }
   void ChangeSize(int size, int const * values);
 
  private:
-  int m_nSize = 0;
+  Moved<int> m_nSize;
   std::unique_ptr<int[]> m_pData;
 };
 
@@ -83,16 +113,11 @@ class ZP_API GPVector : public GPObject {
   GPVector(int size, double const * values);  // zeros for null
   GPVector(int size, float const * values);   // not null
   GPVector(GPMatrix const & matrix, int column);
-  GPVector(GPVector const & other);
-  GPVector(GPVector && other) noexcept;  // leaves the other empty
-  GPVector & operator=(GPVector const & other);
-  GPVector & operator=(GPVector && other) noexcept;
-  ~GPVector() override = default;
 
   GPObject * Clone() const override;
 
-  int GetSize() const { return m_nSize; }
-  int IsEmpty() const { return m_nSize == 0; }
+  int GetSize() const { return static_cast<int>(m_Block.Count()); }
+  int IsEmpty() const { return GetSize() == 0; }
   double & operator[](int index) { return m_Block.Get()[Checked(index)]; }
   double const & operator[](int index) const { return m_Block.Get()[Checked(index)]; }
   double & operator()(int index) { return (*this)[index]; }
@@ -154,14 +179,13 @@ class ZP_API GPVector : public GPObject {
   friend struct zp::ElementAccess;
 
   void Serialize(CArchive & ar) override;
-  std::size_t Count() const { return static_cast<std::size_t>(m_nSize); }
+  std::size_t Count() const { return m_Block.Count(); }
   std::size_t Checked(int index) const
   {
-    assert(index >= 0 && index < m_nSize);
+    assert(index >= 0 && index < GetSize());
     return static_cast<std::size_t>(index);
   }
 
-  int m_nSize = 0;
   zp::DoubleBlock m_Block;
 };
 
@@ -203,11 +227,6 @@ class ZP_API GPIntVector : public GPObject {
   }
   GPIntVector(int size, std::nullptr_t) : GPIntVector(size) {}
   GPIntVector(int size, int const * values) : m_Elements(size, values) {}  // zeros for null
-  GPIntVector(GPIntVector const & other) = default;
-  GPIntVector(GPIntVector && other) noexcept = default;
-  GPIntVector & operator=(GPIntVector const & other) = default;
-  GPIntVector & operator=(GPIntVector && other) noexcept = default;
-  ~GPIntVector() override = default;
 
   GPObject * Clone() const override;
 
@@ -291,11 +310,6 @@ class ZP_API GPBOOLVector : public GPObject {
   }
   GPBOOLVector(int size, std::nullptr_t) : GPBOOLVector(size) {}
   GPBOOLVector(int size, int const * values) : m_Elements(size, values) {}
-  GPBOOLVector(GPBOOLVector const & other) = default;
-  GPBOOLVector(GPBOOLVector && other) noexcept = default;
-  GPBOOLVector & operator=(GPBOOLVector const & other) = default;
-  GPBOOLVector & operator=(GPBOOLVector && other) noexcept = default;
-  ~GPBOOLVector() override = default;
 
   GPObject * Clone() const override;
 
@@ -356,17 +370,12 @@ class ZP_API GPMatrix : public GPObject {
   GPMatrix(int rows, int cols, float const * values);   // not null
   GPMatrix(GPVector const & vector, int);               // a single row; the integer isn't read
   GPMatrix(int, GPVector const & vector);               // a single column
-  GPMatrix(GPMatrix const & other);
-  GPMatrix(GPMatrix && other) noexcept;
-  GPMatrix & operator=(GPMatrix const & other);
-  GPMatrix & operator=(GPMatrix && other) noexcept;
-  ~GPMatrix() override = default;
 
   GPObject * Clone() const override;
 
   int GetRows() const { return m_nRows; }
   int GetCols() const { return m_nCols; }
-  int IsEmpty() const { return m_nRows == 0 && m_nCols == 0; }
+  int IsEmpty() const { return GetRows() == 0 && GetCols() == 0; }
   double & operator()(int row, int col) { return m_Block.Get()[Checked(row, col)]; }
   double const & operator()(int row, int col) const { return m_Block.Get()[Checked(row, col)]; }
 
@@ -400,16 +409,16 @@ class ZP_API GPMatrix : public GPObject {
   friend struct zp::ElementAccess;
 
   void Serialize(CArchive & ar) override;
-  std::size_t Count() const { return static_cast<std::size_t>(m_nRows) * static_cast<std::size_t>(m_nCols); }
+  std::size_t Count() const { return m_Block.Count(); }
   std::size_t Checked(int row, int col) const
   {
-    assert(row >= 0 && row < m_nRows && col >= 0 && col < m_nCols);
-    return static_cast<std::size_t>(row) * static_cast<std::size_t>(m_nCols) + static_cast<std::size_t>(col);
+    assert(row >= 0 && row < GetRows() && col >= 0 && col < GetCols());
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(GetCols()) + static_cast<std::size_t>(col);
   }
 
-  int m_nRows = 0;
-  int m_nCols = 0;
-  zp::DoubleBlock m_Block;
+  zp::DoubleBlock m_Block;  // first: a copy that runs out of memory here has changed nothing
+  zp::Moved<int> m_nRows;
+  zp::Moved<int> m_nCols;
 };
 
 ZP_API CArchive & operator<<(CArchive & ar, GPMatrix const & matrix);

@@ -40,33 +40,6 @@ GPMatrix::GPMatrix(GPVector const & vector, int) : GPMatrix(1, vector.GetSize(),
 
 GPMatrix::GPMatrix(int, GPVector const & vector) : GPMatrix(vector.GetSize(), 1, vector.ArrayPtr()) {}
 
-GPMatrix::GPMatrix(GPMatrix const & other) : GPMatrix(zp::ElementAccess::MakeMatrix(other.m_nRows, other.m_nCols))
-{
-  std::copy_n(other.ArrayPtr(), Count(), ArrayPtr());
-}
-
-GPMatrix::GPMatrix(GPMatrix && other) noexcept
-    : m_nRows(std::exchange(other.m_nRows, 0)),
-      m_nCols(std::exchange(other.m_nCols, 0)),
-      m_Block(std::exchange(other.m_Block, zp::DoubleBlock()))
-{
-}
-
-GPMatrix & GPMatrix::operator=(GPMatrix const & other)
-{
-  if (this != &other) *this = GPMatrix(other);
-  return *this;
-}
-
-GPMatrix & GPMatrix::operator=(GPMatrix && other) noexcept
-{
-  if (this == &other) return *this;
-  m_nRows = std::exchange(other.m_nRows, 0);
-  m_nCols = std::exchange(other.m_nCols, 0);
-  m_Block = std::exchange(other.m_Block, zp::DoubleBlock());
-  return *this;
-}
-
 GPObject * GPMatrix::Clone() const
 {
   return new GPMatrix(*this);
@@ -111,8 +84,8 @@ void GPMatrix::Empty()
 void GPMatrix::ChangeSize(int rows, int cols, double const * values)
 {
   GPMatrix changed(rows, cols, values);
-  int const keptRows = values ? 0 : std::min(m_nRows, changed.m_nRows);
-  int const keptCols = std::min(m_nCols, changed.m_nCols);
+  int const keptRows = values ? 0 : std::min(GetRows(), changed.GetRows());
+  int const keptCols = std::min(GetCols(), changed.GetCols());
   for (int row = 0; row < keptRows && keptCols > 0; ++row) std::copy_n(&(*this)(row, 0), keptCols, &changed(row, 0));
   *this = std::move(changed);
 }

@@ -53,30 +53,6 @@ GPVector::GPVector(GPMatrix const & matrix, int column)
   matrix.GetColumnVector(*this, column);
 }
 
-GPVector::GPVector(GPVector const & other) : GPVector(zp::ElementAccess::MakeVector(other.m_nSize))
-{
-  std::copy_n(other.ArrayPtr(), Count(), ArrayPtr());
-}
-
-GPVector::GPVector(GPVector && other) noexcept
-    : m_nSize(std::exchange(other.m_nSize, 0)), m_Block(std::exchange(other.m_Block, zp::DoubleBlock()))
-{
-}
-
-GPVector & GPVector::operator=(GPVector const & other)
-{
-  if (this != &other) *this = GPVector(other);
-  return *this;
-}
-
-GPVector & GPVector::operator=(GPVector && other) noexcept
-{
-  if (this == &other) return *this;
-  m_nSize = std::exchange(other.m_nSize, 0);
-  m_Block = std::exchange(other.m_Block, zp::DoubleBlock());
-  return *this;
-}
-
 GPObject * GPVector::Clone() const
 {
   return new GPVector(*this);
@@ -89,7 +65,6 @@ void GPVector::Swap(int i, int j)
 
 void GPVector::Empty()
 {
-  m_nSize = 0;
   m_Block = zp::DoubleBlock();
 }
 
@@ -114,7 +89,7 @@ void GPVector::Reset(double value)
 
 float * GPVector::GetFloatArray() const
 {
-  if (m_nSize == 0) return nullptr;
+  if (IsEmpty()) return nullptr;
   auto floats = std::make_unique_for_overwrite<float[]>(Count());
   std::transform(ArrayPtr(), ArrayPtr() + Count(), floats.get(), [](double element) { return static_cast<float>(element); });
   return floats.release();
@@ -128,7 +103,7 @@ void GPVector::Sort()
 int GPVector::BSearch(double const & value) const
 {
   int low = 0;
-  int high = m_nSize - 1;
+  int high = GetSize() - 1;
   while (low <= high) {
     int const middle = low + (high - low) / 2;
     int const order = compareNumbers(value, (*this)[middle]);
@@ -151,8 +126,8 @@ int GPVector::LocateValue(double const & value) const
 
 int GPVector::operator==(GPVector const & other) const
 {
-  if (m_nSize != other.m_nSize) return 0;
-  return m_nSize == 0 || std::memcmp(ArrayPtr(), other.ArrayPtr(), Count() * sizeof(double)) == 0;
+  if (Count() != other.Count()) return 0;
+  return IsEmpty() || std::memcmp(ArrayPtr(), other.ArrayPtr(), Count() * sizeof(double)) == 0;
 }
 
 void GPVector::Serialize(CArchive & ar)

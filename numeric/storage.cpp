@@ -15,7 +15,7 @@ constexpr std::size_t smallBlock = 128;  // bytes below which the allocator's ow
 
 }  // namespace
 
-DoubleBlock::DoubleBlock(std::size_t count)
+DoubleBlock::DoubleBlock(std::size_t count) : m_nCount(count)
 {
   if (count == 0) return;
   if (count > PTRDIFF_MAX / sizeof(double)) throw std::bad_array_new_length();
@@ -26,9 +26,20 @@ DoubleBlock::DoubleBlock(std::size_t count)
   m_pData = reinterpret_cast<double *>(m_pBlock.get() + (alignment - address % alignment) % alignment);
 }
 
+DoubleBlock::DoubleBlock(DoubleBlock const & other) : DoubleBlock(other.Count())
+{
+  std::copy_n(other.Get(), Count(), Get());
+}
+
+DoubleBlock & DoubleBlock::operator=(DoubleBlock const & other)
+{
+  if (this != &other) *this = DoubleBlock(other);
+  return *this;
+}
+
 IntBlock::IntBlock(int size) : m_nSize(std::max(size, 0))
 {
-  if (m_nSize > 0) m_pData = std::make_unique_for_overwrite<int[]>(Count());
+  if (GetSize() > 0) m_pData = std::make_unique_for_overwrite<int[]>(Count());
 }
 
 IntBlock::IntBlock(int size, int value) : IntBlock(size)
@@ -47,19 +58,9 @@ IntBlock::IntBlock(int size, int const * values) : IntBlock(size)
 
 IntBlock::IntBlock(IntBlock const & other) : IntBlock(other.m_nSize, other.m_pData.get()) {}
 
-IntBlock::IntBlock(IntBlock && other) noexcept : m_nSize(std::exchange(other.m_nSize, 0)), m_pData(std::move(other.m_pData)) {}
-
 IntBlock & IntBlock::operator=(IntBlock const & other)
 {
   if (this != &other) *this = IntBlock(other);
-  return *this;
-}
-
-IntBlock & IntBlock::operator=(IntBlock && other) noexcept
-{
-  if (this == &other) return *this;
-  m_nSize = std::exchange(other.m_nSize, 0);
-  m_pData = std::move(other.m_pData);
   return *this;
 }
 
@@ -70,15 +71,13 @@ void IntBlock::ChangeSize(int size, int const * values)
   std::size_t const kept = std::min(values ? changed.Count() : Count(), changed.Count());
   std::copy_n(values ? values : m_pData.get(), kept, changed.m_pData.get());
   std::fill_n(changed.m_pData.get() + kept, changed.Count() - kept, 0);
-  std::swap(m_nSize, changed.m_nSize);
-  std::swap(m_pData, changed.m_pData);
+  *this = std::move(changed);
 }
 
 GPVector ElementAccess::MakeVector(int size)
 {
   GPVector vector;
-  vector.m_nSize = std::max(size, 0);
-  vector.m_Block = DoubleBlock(vector.Count());
+  vector.m_Block = DoubleBlock(static_cast<std::size_t>(std::max(size, 0)));
   return vector;
 }
 
@@ -94,7 +93,7 @@ GPMatrix ElementAccess::MakeMatrix(int rows, int cols)
   GPMatrix matrix;
   matrix.m_nRows = std::max(rows, 0);
   matrix.m_nCols = std::max(cols, 0);
-  matrix.m_Block = DoubleBlock(matrix.Count());
+  matrix.m_Block = DoubleBlock(static_cast<std::size_t>(matrix.GetRows()) * static_cast<std::size_t>(matrix.GetCols()));
   return matrix;
 }
 

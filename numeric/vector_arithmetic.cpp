@@ -86,10 +86,10 @@ double GPVector::StdDevP(int includeZeros) const
 // The line is measured back from the upper point, so that an abscissa of the table gives exactly its ordinate.
 double GPVector::Interpolate(GPVector const & ordinates, double const & abscissa) const
 {
-  if (m_nSize == 0 || ordinates.m_nSize == 0) return 0.0;
+  if (IsEmpty() || ordinates.IsEmpty()) return 0.0;
   int upper = 0;
-  while (upper < m_nSize && (*this)[upper] < abscissa) ++upper;
-  if (upper == m_nSize) return ordinates[m_nSize - 1];
+  while (upper < GetSize() && (*this)[upper] < abscissa) ++upper;
+  if (upper == GetSize()) return ordinates[upper - 1];
   if (upper == 0) return ordinates[0];
   double const y = ordinates[upper];
   double const step = (*this)[upper] - (*this)[upper - 1];
