@@ -27,7 +27,7 @@ void walk(CString const & records)
   if (!file.Open(CFile::modeRead)) return;
   zp::BlockChain chain(file);
   for (zp::RecordBlock block; chain.Next(block);)
-    if (chain.GetPayload().size() > block.nCapacity) abort();
+    if (chain.GetPayload().size() > block.capacity) abort();
 }
 
 void readAll(GPDataFile & store)

@@ -207,19 +207,14 @@ struct BlockHeader {
 };
 
 // A block of a record file, as its header tells it.
-struct RecordBlock {
-  ULONGLONG nPosition = 0;  // offset of the header
-  WORD nRecID = 0;          // without the free mark
-  bool bFree = false;
-  WORD nLength = 0;    // bytes of the payload in use
-  WORD nCapacity = 0;  // bytes of the payload area
+struct RecordBlock : BlockHeader {
+  ULONGLONG position = 0;  // offset of the header
 };
 
 // Walks the blocks of a record file from its begin by their headers alone, reading ahead in large pieces. Raises the file's
 // exceptions.
 class ZP_API BlockChain {
  public:
-  static constexpr unsigned int headerSize = 6;  // bytes
   enum class State {
     Walking,
     AtEnd,      // the last block ended with the file

@@ -55,9 +55,8 @@ bool BlockChain::Next(RecordBlock & block)
   if (m_nNext == m_nFileLength) return m_State = State::AtEnd, false;
   BYTE const * const header = m_nFileLength - m_nNext < headerBytes ? nullptr : Fetch(m_nNext, headerBytes);
   if (header == nullptr) return m_State = State::CutHeader, false;
-  auto const [id, isFree, length, capacity] = BlockHeader::Read(header);
-  m_Block = {m_nNext, id, isFree, length, capacity};
-  m_nNext += headerBytes + m_Block.nCapacity;
+  m_Block = {BlockHeader::Read(header), m_nNext};
+  m_nNext += headerBytes + m_Block.capacity;
   if (m_nNext > m_nFileLength) m_State = State::PastEnd;
   block = m_Block;
   return true;
@@ -65,9 +64,9 @@ bool BlockChain::Next(RecordBlock & block)
 
 std::span<BYTE const> BlockChain::GetPayload()
 {
-  ULONGLONG const start = m_Block.nPosition + headerBytes;
+  ULONGLONG const start = m_Block.position + headerBytes;
   if (start >= m_nFileLength) return {};
-  auto const count = static_cast<size_t>(std::min<ULONGLONG>({m_Block.nLength, m_Block.nCapacity, m_nFileLength - start}));
+  auto const count = static_cast<size_t>(std::min<ULONGLONG>({m_Block.length, m_Block.capacity, m_nFileLength - start}));
   BYTE const * const bytes = count > 0 ? Fetch(start, count) : nullptr;
   return bytes != nullptr ? std::span(bytes, count) : std::span<BYTE const>();
 }

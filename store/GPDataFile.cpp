@@ -44,9 +44,9 @@ int GPDataFile::LoadIndexFile()
   zp::StoreIndex index = zp::ReadIndex(ar);
   ar.Close();
   file.Close();
-  m_pHeader = index.pHeader.release();
-  m_pActiveRecs = std::move(index.pActive);
-  m_pEmptyRecs = std::move(index.pFree);
+  m_pHeader = index.header.release();
+  m_pActiveRecs = std::move(index.active);
+  m_pEmptyRecs = std::move(index.free);
   return 1;
 }
 
@@ -116,7 +116,7 @@ unsigned int GPDataFile::GetNextRecID() const
 unsigned int GPDataFile::GetRecLength(int id) const
 {
   zp::ActiveEntry const * const entry = m_pActiveRecs != nullptr ? m_pActiveRecs->Find(id) : nullptr;
-  return entry != nullptr ? entry->nRecLen : 0;
+  return entry != nullptr ? entry->length : 0;
 }
 
 int GPDataFile::OpenRecFile(unsigned int flags)
@@ -129,10 +129,10 @@ int GPDataFile::OpenRecFile(unsigned int flags)
 unsigned int GPDataFile::LoadRec(void * buffer, unsigned int size, int id)
 {
   zp::ActiveEntry const * const entry = m_pActiveRecs != nullptr ? m_pActiveRecs->Find(id) : nullptr;
-  if (entry == nullptr || entry->nRecLen == 0 || size < entry->nRecLen || entry->nFilePos > zp::maxBlockPosition) return 0;
+  if (entry == nullptr || entry->length == 0 || size < entry->length || entry->position > zp::maxBlockPosition) return 0;
   if (!m_RecFile.IsOpen() && (m_RecFile.IsEmpty() || !OpenRecFile(m_nAccessMode))) return 0;
-  UINT const length = entry->nRecLen;
-  return m_RecFile.ReadAt(ULONGLONG{entry->nFilePos} + zp::headerBytes, buffer, length) == length ? length : 0;
+  UINT const length = entry->length;
+  return m_RecFile.ReadAt(ULONGLONG{entry->position} + zp::headerBytes, buffer, length) == length ? length : 0;
 }
 
 CObject * GPDataFile::LoadObj(int id)
@@ -166,19 +166,19 @@ int GPDataFile::StoreRec(void const * data, unsigned int length, int id)
   else if (!m_RecFile.IsOpen() && !OpenRecFile(CFile::modeReadWrite))
     return 0;
   if (zp::ActiveEntry * const entry = m_pActiveRecs->Find(id); entry != nullptr)
-    return entry->nRecLen == length ? Overwrite(data, *entry) : ReplaceRec(data, length, *entry);
+    return entry->length == length ? Overwrite(data, *entry) : ReplaceRec(data, length, *entry);
   zp::ActiveEntry & entry = m_pActiveRecs->Add(id);
-  entry.nRecLen = static_cast<WORD>(length);
+  entry.length = static_cast<WORD>(length);
   return StoreNewRec(data, entry);
 }
 
 // True when the block's header says that it is free and as large as the index has it.
 bool GPDataFile::IsFreeBlock(zp::FreeBlock const & block) const
 {
-  if (block.bSeen) return true;
+  if (block.isSeen) return true;
   BYTE header[zp::headerBytes];
-  return block.nFilePos <= zp::maxBlockPosition && m_RecFile.ReadAt(block.nFilePos, header, sizeof header) == sizeof header &&
-         zp::BlockHeader::Read(header).isFree && zp::BlockHeader::Read(header).capacity == block.nCapacity;
+  return block.position <= zp::maxBlockPosition && m_RecFile.ReadAt(block.position, header, sizeof header) == sizeof header &&
+         zp::BlockHeader::Read(header).isFree && zp::BlockHeader::Read(header).capacity == block.capacity;
 }
 
 // The smallest free block that fits, taken from the table, else one at the end of the file; false if the file can't grow. A
@@ -197,14 +197,14 @@ int GPDataFile::StoreNewRec(void const * data, zp::ActiveEntry & entry)
   m_bIndexDirty = 1;
   if (!m_RecFile.IsOpen()) m_RecFile.GetLength();  // raises: the file couldn't be created
   zp::FreeBlock block;
-  return TakePlace(entry.nRecLen, block) ? PutRec(data, entry, block) : 0;
+  return TakePlace(entry.length, block) ? PutRec(data, entry, block) : 0;
 }
 
 int GPDataFile::PutRec(void const * data, zp::ActiveEntry & entry, zp::FreeBlock const & block)
 {
   m_bIndexDirty = 1;
-  entry.nFilePos = block.nFilePos;
-  entry.nCapacity = block.nCapacity;
+  entry.position = block.position;
+  entry.capacity = block.capacity;
   return WriteBlock(data, entry);
 }
 
@@ -212,7 +212,7 @@ int GPDataFile::PutRec(void const * data, zp::ActiveEntry & entry, zp::FreeBlock
 // another place and that one is left alone.
 int GPDataFile::Overwrite(void const * data, zp::ActiveEntry & entry)
 {
-  return CapacityOf(entry) < entry.nRecLen ? StoreNewRec(data, entry) : WriteBlock(data, entry);
+  return CapacityOf(entry) < entry.length ? StoreNewRec(data, entry) : WriteBlock(data, entry);
 }
 
 // The record's own block is free by the time that a place is looked for, so it may be the one that is taken: then its header
@@ -221,11 +221,11 @@ int GPDataFile::ReplaceRec(void const * data, unsigned int length, zp::ActiveEnt
 {
   unsigned int const capacity = CapacityOf(entry);
   if (capacity == 0 || (capacity < length && m_nRecFileLength > zp::maxBlockPosition)) return 0;
-  m_pEmptyRecs->Add({entry.nFilePos, static_cast<WORD>(capacity), true});
+  m_pEmptyRecs->Add({entry.position, static_cast<WORD>(capacity), true});
   zp::FreeBlock block;
   TakePlace(length, block);
-  if (block.nFilePos != entry.nFilePos) MarkFree(entry);
-  entry.nRecLen = static_cast<WORD>(length);
+  if (block.position != entry.position) MarkFree(entry);
+  entry.length = static_cast<WORD>(length);
   return PutRec(data, entry, block);
 }
 
@@ -239,7 +239,7 @@ int GPDataFile::DeleteRec(int id)
   if (capacity == 0) return 0;
   MarkFree(*entry);
   m_bIndexDirty = 1;
-  m_pEmptyRecs->Add({entry->nFilePos, static_cast<WORD>(capacity), true});
+  m_pEmptyRecs->Add({entry->position, static_cast<WORD>(capacity), true});
   m_pActiveRecs->Remove(*entry);
   return 1;
 }
@@ -247,23 +247,23 @@ int GPDataFile::DeleteRec(int id)
 // The capacity of a live record's block, read from its header once; 0 if there is no whole header or it can't be reached.
 unsigned int GPDataFile::CapacityOf(zp::ActiveEntry & entry)
 {
-  if (entry.nCapacity == zp::ActiveEntry::unknown) {
-    if (entry.nFilePos > zp::maxBlockPosition) return 0;
+  if (entry.capacity == zp::ActiveEntry::unknown) {
+    if (entry.position > zp::maxBlockPosition) return 0;
     BYTE header[zp::headerBytes];
-    if (m_RecFile.ReadAt(entry.nFilePos, header, sizeof header) != sizeof header) return 0;
-    entry.nCapacity = zp::BlockHeader::Read(header).capacity;
+    if (m_RecFile.ReadAt(entry.position, header, sizeof header) != sizeof header) return 0;
+    entry.capacity = zp::BlockHeader::Read(header).capacity;
   }
-  return static_cast<unsigned int>(entry.nCapacity);
+  return static_cast<unsigned int>(entry.capacity);
 }
 
 int GPDataFile::WriteBlock(void const * data, zp::ActiveEntry const & entry)
 {
   BYTE block[zp::headerBytes + zp::maxRecordLength];
-  zp::BlockHeader{static_cast<WORD>(entry.nRecID), false, entry.nRecLen, static_cast<WORD>(entry.nCapacity)}.Write(block);
-  std::memcpy(block + zp::headerBytes, data, entry.nRecLen);
-  UINT const count = zp::headerBytes + entry.nRecLen;
-  if (m_RecFile.WriteRecord(entry.nFilePos, block, count))
-    m_nRecFileLength = std::max(m_nRecFileLength, ULONGLONG{entry.nFilePos} + count);
+  zp::BlockHeader{static_cast<WORD>(entry.id), false, entry.length, static_cast<WORD>(entry.capacity)}.Write(block);
+  std::memcpy(block + zp::headerBytes, data, entry.length);
+  UINT const count = zp::headerBytes + entry.length;
+  if (m_RecFile.WriteRecord(entry.position, block, count))
+    m_nRecFileLength = std::max(m_nRecFileLength, ULONGLONG{entry.position} + count);
   else
     m_nRecFileLength = m_RecFile.GetLength();
   return 1;
@@ -272,8 +272,8 @@ int GPDataFile::WriteBlock(void const * data, zp::ActiveEntry const & entry)
 void GPDataFile::MarkFree(zp::ActiveEntry const & entry)
 {
   BYTE mark[2];
-  zp::WriteLittle(mark, static_cast<WORD>(entry.nRecID | zp::BlockHeader::freeMark));
-  m_RecFile.WriteRecord(entry.nFilePos, mark, sizeof mark);
+  zp::WriteLittle(mark, static_cast<WORD>(entry.id | zp::BlockHeader::freeMark));
+  m_RecFile.WriteRecord(entry.position, mark, sizeof mark);
 }
 
 void GPDataFile::SetStatus(CFileStatus const & status)

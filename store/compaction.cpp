@@ -13,13 +13,13 @@ constexpr size_t batchBytes = 0x40000;  // moved bytes are written in pieces of 
 
 bool byID(zp::ActiveEntry const & a, zp::ActiveEntry const & b)
 {
-  return a.nRecID < b.nRecID;
+  return a.id < b.id;
 }
 
 void appendBlock(std::vector<BYTE> & bytes, zp::RecordBlock const & block, std::span<BYTE const> payload)
 {
   BYTE header[zp::headerBytes];
-  zp::BlockHeader{block.nRecID, false, block.nLength, block.nLength}.Write(header);
+  zp::BlockHeader{block.id, false, block.length, block.length}.Write(header);
   bytes.insert(bytes.end(), header, header + sizeof header);
   bytes.insert(bytes.end(), payload.begin(), payload.end());
 }
@@ -32,9 +32,9 @@ bool GPDataFile::IsSoundChain() const
   std::bitset<zp::maxRecordID + 1> seen;
   zp::BlockChain chain(m_RecFile);
   for (zp::RecordBlock block; chain.Next(block);) {
-    if (block.bFree) continue;
-    if (block.nLength > block.nCapacity || seen[block.nRecID]) return false;
-    seen.set(block.nRecID);
+    if (block.isFree) continue;
+    if (block.length > block.capacity || seen[block.id]) return false;
+    seen.set(block.id);
   }
   return chain.GetState() == zp::BlockChain::State::AtEnd && chain.GetFileLength() <= zp::maxBlockPosition;
 }
@@ -55,18 +55,18 @@ std::unique_ptr<zp::ActiveTable> GPDataFile::SlideRecords()
   ULONGLONG writePosition = 0;
   zp::BlockChain chain(m_RecFile);
   for (zp::RecordBlock block; chain.Next(block);) {
-    moving |= block.bFree || block.nLength < block.nCapacity;
-    if (block.bFree) continue;
-    entries.push_back({static_cast<short>(block.nRecID), block.nLength, static_cast<DWORD>(writePosition), block.nLength});
+    moving |= block.isFree || block.length < block.capacity;
+    if (block.isFree) continue;
+    entries.push_back({static_cast<short>(block.id), block.length, static_cast<DWORD>(writePosition), block.length});
     if (moving) appendBlock(moved, block, chain.GetPayload());
-    writePosition += zp::headerBytes + block.nLength;
+    writePosition += zp::headerBytes + block.length;
     if (moved.size() >= batchBytes) WriteMoved(writePosition - moved.size(), moved);
   }
   WriteMoved(writePosition - moved.size(), moved);
   if (moving) m_RecFile.SetLength(writePosition);
   std::sort(entries.begin(), entries.end(), byID);
   auto active = std::make_unique<zp::ActiveTable>();
-  for (zp::ActiveEntry const & entry : entries) active->Append(entry.nRecID, entry.nRecLen, entry.nFilePos, entry.nCapacity);
+  for (zp::ActiveEntry const & entry : entries) active->Append(entry.id, entry.length, entry.position, entry.capacity);
   return active;
 }
 

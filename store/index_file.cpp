@@ -99,11 +99,11 @@ namespace zp {
 StoreIndex ReadIndex(CArchive & ar)
 {
   StoreIndex index;
-  index.pHeader.reset(ar.ReadOwnedObject(nullptr));
-  index.pActive = std::make_unique<ActiveTable>();
-  index.pFree = std::make_unique<FreeTable>();
-  ActiveTable & active = *index.pActive;
-  FreeTable & free = *index.pFree;
+  index.header.reset(ar.ReadOwnedObject(nullptr));
+  index.active = std::make_unique<ActiveTable>();
+  index.free = std::make_unique<FreeTable>();
+  ActiveTable & active = *index.active;
+  FreeTable & free = *index.free;
   readEntries<GPObArray, GPActiveRec>(
       ar, [&](DWORD count) { active.Reserve(static_cast<int>(std::min<DWORD>(count, maxRecordID))); },
       [&](BYTE const * bytes) {
@@ -127,13 +127,13 @@ void WriteIndex(CArchive & ar, CObject const * header, ActiveTable const & activ
   ar.WriteCount(static_cast<DWORD>(active.GetCount()));
   active.ForEach([&](ActiveEntry const & entry) {
     parts.WriteClass(RUNTIME_CLASS(GPActiveRec));
-    ar << entry.nFilePos << static_cast<short>(entry.nRecID) << entry.nRecLen;
+    ar << entry.position << static_cast<short>(entry.id) << entry.length;
   });
   parts.WriteClass(RUNTIME_CLASS(GPObList));
   ar.WriteCount(static_cast<DWORD>(free.GetCount()));
   free.ForEach([&](FreeBlock const & block) {
     parts.WriteClass(RUNTIME_CLASS(GPEmptyRec));
-    ar << block.nFilePos << block.nCapacity;
+    ar << block.position << block.capacity;
   });
 }
 

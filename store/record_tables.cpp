@@ -78,8 +78,8 @@ ActiveEntry * ActiveTable::FindAsRead(int id)
   for (int low = 0, high = m_nCount - 1; low <= high;) {
     int const index = (low + high) / 2;
     ActiveEntry & entry = m_AsRead[static_cast<size_t>(index)];
-    if (entry.nRecID == id) return &entry;
-    if (id > entry.nRecID)
+    if (entry.id == id) return &entry;
+    if (id > entry.id)
       low = index + 1;
     else
       high = index - 1;
@@ -92,7 +92,7 @@ ActiveEntry & ActiveTable::Add(int id)
   ++m_nCount;
   ActiveEntry const entry{static_cast<short>(id), 0, 0, ActiveEntry::unknown};
   if (!m_bAsRead) return PlaceOf(id) = entry;
-  auto const larger = std::find_if(m_AsRead.begin(), m_AsRead.end(), [id](ActiveEntry const & at) { return at.nRecID > id; });
+  auto const larger = std::find_if(m_AsRead.begin(), m_AsRead.end(), [id](ActiveEntry const & at) { return at.id > id; });
   return *m_AsRead.insert(larger, entry);
 }
 
@@ -102,25 +102,25 @@ void ActiveTable::Remove(ActiveEntry const & entry)
   if (m_bAsRead)
     m_AsRead.erase(m_AsRead.begin() + (&entry - m_AsRead.data()));
   else
-    m_Ids.Erase(static_cast<size_t>(entry.nRecID));
+    m_Ids.Erase(static_cast<size_t>(entry.id));
 }
 
 int ActiveTable::GetFirstID() const
 {
   if (m_nCount == 0) return 0;
-  return m_bAsRead ? m_AsRead.front().nRecID : m_Ids.AtOrAbove(0);
+  return m_bAsRead ? m_AsRead.front().id : m_Ids.AtOrAbove(0);
 }
 
 int ActiveTable::GetLastID() const
 {
   if (m_nCount == 0) return 0;
-  return m_bAsRead ? m_AsRead.back().nRecID : m_Ids.AtOrBelow(maxRecordID);
+  return m_bAsRead ? m_AsRead.back().id : m_Ids.AtOrBelow(maxRecordID);
 }
 
 void FreeTable::Append(FreeBlock block)
 {
-  if (!m_bAsRead && block.nCapacity >= m_nLastAppended) {
-    m_nLastAppended = block.nCapacity;
+  if (!m_bAsRead && block.capacity >= m_nLastAppended) {
+    m_nLastAppended = block.capacity;
     Add(block);
     return;
   }
@@ -140,30 +140,30 @@ void FreeTable::Add(FreeBlock block)
   ++m_nCount;
   if (m_bAsRead) {
     auto const larger =
-        std::find_if(m_AsRead.begin(), m_AsRead.end(), [&](FreeBlock const & at) { return at.nCapacity > block.nCapacity; });
+        std::find_if(m_AsRead.begin(), m_AsRead.end(), [&](FreeBlock const & at) { return at.capacity > block.capacity; });
     m_AsRead.insert(larger, block);
     return;
   }
   int node = m_nUnusedNode;
   if (node >= 0) {
-    m_nUnusedNode = m_Nodes[static_cast<size_t>(node)].nNext;
+    m_nUnusedNode = m_Nodes[static_cast<size_t>(node)].next;
     m_Nodes[static_cast<size_t>(node)] = {block, -1};
   } else {
     node = static_cast<int>(m_Nodes.size());
     m_Nodes.push_back({block, -1});
   }
-  if (block.nCapacity >= m_Queues.size()) m_Queues.resize(size_t{block.nCapacity} + 1);
-  Queue & queue = m_Queues[block.nCapacity];
-  (queue.nTail >= 0 ? m_Nodes[static_cast<size_t>(queue.nTail)].nNext : queue.nHead) = node;
-  queue.nTail = node;
-  m_Capacities.Insert(block.nCapacity);
+  if (block.capacity >= m_Queues.size()) m_Queues.resize(size_t{block.capacity} + 1);
+  Queue & queue = m_Queues[block.capacity];
+  (queue.tail >= 0 ? m_Nodes[static_cast<size_t>(queue.tail)].next : queue.head) = node;
+  queue.tail = node;
+  m_Capacities.Insert(block.capacity);
 }
 
 bool FreeTable::TakeBestFit(unsigned int length, FreeBlock & block)
 {
   if (m_bAsRead) {
     auto const fit =
-        std::find_if(m_AsRead.begin(), m_AsRead.end(), [length](FreeBlock const & at) { return at.nCapacity >= length; });
+        std::find_if(m_AsRead.begin(), m_AsRead.end(), [length](FreeBlock const & at) { return at.capacity >= length; });
     if (fit == m_AsRead.end()) return false;
     block = *fit;
     m_AsRead.erase(fit);
@@ -173,15 +173,15 @@ bool FreeTable::TakeBestFit(unsigned int length, FreeBlock & block)
   int const capacity = m_Capacities.AtOrAbove(length);
   if (capacity < 0) return false;
   Queue & queue = m_Queues[static_cast<size_t>(capacity)];
-  int const taken = queue.nHead;
+  int const taken = queue.head;
   Node & node = m_Nodes[static_cast<size_t>(taken)];
   block = node.block;
-  queue.nHead = node.nNext;
-  node.nNext = m_nUnusedNode;
+  queue.head = node.next;
+  node.next = m_nUnusedNode;
   m_nUnusedNode = taken;
   --m_nCount;
-  if (queue.nHead < 0) {
-    queue.nTail = -1;
+  if (queue.head < 0) {
+    queue.tail = -1;
     m_Capacities.Erase(static_cast<size_t>(capacity));
   }
   return true;

@@ -42,10 +42,10 @@ class NumberSet {
 struct ActiveEntry {
   static constexpr int unknown = -1;
 
-  short nRecID;
-  WORD nRecLen;
-  DWORD nFilePos;
-  int nCapacity;  // the block's, once it was seen in the record file
+  short id;
+  WORD length;
+  DWORD position;
+  int capacity;  // the block's, once it was seen in the record file
 };
 
 class ActiveTable {
@@ -63,10 +63,10 @@ class ActiveTable {
     m_nLastAppended = id;
     ++m_nCount;
     ActiveEntry & entry = PlaceOf(id);
-    entry.nRecID = id;
-    entry.nRecLen = length;
-    entry.nFilePos = position;
-    entry.nCapacity = capacity;
+    entry.id = id;
+    entry.length = length;
+    entry.position = position;
+    entry.capacity = capacity;
   }
 
   // Makes room for ids up to the highest, so that appending doesn't grow the table again and again.
@@ -118,9 +118,9 @@ class ActiveTable {
 };
 
 struct FreeBlock {
-  DWORD nFilePos = 0;
-  WORD nCapacity = 0;
-  bool bSeen = false;  // its header was seen in the record file, not only in the index
+  DWORD position = 0;
+  WORD capacity = 0;
+  bool isSeen = false;  // its header was seen in the record file, not only in the index
 };
 
 class FreeTable {
@@ -143,18 +143,18 @@ class FreeTable {
     for (FreeBlock const & block : m_AsRead) use(block);
     for (int capacity = m_Capacities.AtOrAbove(0); capacity >= 0;
          capacity = m_Capacities.AtOrAbove(static_cast<size_t>(capacity) + 1))
-      for (int node = m_Queues[static_cast<size_t>(capacity)].nHead; node >= 0; node = m_Nodes[static_cast<size_t>(node)].nNext)
+      for (int node = m_Queues[static_cast<size_t>(capacity)].head; node >= 0; node = m_Nodes[static_cast<size_t>(node)].next)
         use(m_Nodes[static_cast<size_t>(node)].block);
   }
 
  private:
   struct Node {
     FreeBlock block;
-    int nNext;
+    int next;
   };
   struct Queue {
-    int nHead = -1;
-    int nTail = -1;
+    int head = -1;
+    int tail = -1;
   };
 
   int m_nCount = 0;
@@ -169,9 +169,9 @@ class FreeTable {
 
 // What an index file holds.
 struct StoreIndex {
-  std::unique_ptr<CObject> pHeader;
-  std::unique_ptr<ActiveTable> pActive;
-  std::unique_ptr<FreeTable> pFree;
+  std::unique_ptr<CObject> header;
+  std::unique_ptr<ActiveTable> active;
+  std::unique_ptr<FreeTable> free;
 };
 
 // Reads the three objects of an index file; raises the archive's exceptions. Tables that hold anything but their own entries

@@ -46,13 +46,12 @@ class BrokenWalk {
       return Resume(fmt::format("only {} bytes are left, less than a block's header", m_nLength - m_nAt), false);
     }
     zp::BlockHeader const at = zp::BlockHeader::Read(header);
-    zp::RecordBlock const block = {m_nAt, at.id, at.isFree, at.length, at.capacity};
-    unsigned long long const end = m_nAt + headerBytes + block.nCapacity;
+    zp::RecordBlock const block = {at, m_nAt};
+    unsigned long long const end = m_nAt + headerBytes + block.capacity;
     unsigned long long const next = NextPosition();
     m_Survey.blocks.push_back({block, IsTrusted(), end <= next});
-    if (end > m_nLength)
-      return Resume(fmt::format("the block's capacity of {} leads past the file's end", block.nCapacity), true);
-    if (end > next) return Resume(fmt::format("the block's capacity of {} covers the block at {}", block.nCapacity, next), true);
+    if (end > m_nLength) return Resume(fmt::format("the block's capacity of {} leads past the file's end", block.capacity), true);
+    if (end > next) return Resume(fmt::format("the block's capacity of {} covers the block at {}", block.capacity, next), true);
     m_nAt = end;
   }
 
@@ -123,7 +122,7 @@ Survey SurveyRecordFile(CFile const & file, StoreIndex const & index)
 
 std::vector<BYTE> ReadPayload(CFile const & file, zp::RecordBlock const & block)
 {
-  std::vector<BYTE> bytes(std::min(block.nLength, block.nCapacity));
-  bytes.resize(file.ReadAt(block.nPosition + headerBytes, bytes.data(), static_cast<UINT>(bytes.size())));
+  std::vector<BYTE> bytes(std::min(block.length, block.capacity));
+  bytes.resize(file.ReadAt(block.position + headerBytes, bytes.data(), static_cast<UINT>(bytes.size())));
   return bytes;
 }

@@ -68,10 +68,10 @@ class CompactCopy {
     size_t count = 0;
     for (SurveyBlock const & at : report.survey.blocks) {
       if (InterruptGuard::IsInterrupted()) throw Interrupted();
-      progress.Reach(at.block.nPosition);
-      if (at.block.bFree) continue;
+      progress.Reach(at.block.position);
+      if (at.block.isFree) continue;
       ++count;
-      if (records.Load(at.block.nRecID) != ReadPayload(recordFile, at.block)) Differ();
+      if (records.Load(at.block.id) != ReadPayload(recordFile, at.block)) Differ();
     }
     if (records.GetIDs().size() != count) Differ();
   }
@@ -118,7 +118,7 @@ unsigned long long compactedSize(CheckReport const & report)
 {
   unsigned long long size = 0;
   for (SurveyBlock const & at : report.survey.blocks) {
-    if (!at.block.bFree) size += zp::BlockChain::headerSize + at.block.nLength;
+    if (!at.block.isFree) size += zp::BlockHeader::byteCount + at.block.length;
   }
   return size;
 }

@@ -78,16 +78,16 @@ void add(StoreLayout & layout, AreaKind kind, unsigned long long start, unsigned
 
 void addBlock(StoreLayout & layout, zp::RecordBlock const & block)
 {
-  constexpr unsigned long long headerBytes = zp::BlockChain::headerSize;
-  if (block.bFree) {
+  constexpr unsigned long long headerBytes = zp::BlockHeader::byteCount;
+  if (block.isFree) {
     ++layout.freeBlocks;
-    return add(layout, AreaKind::Free, block.nPosition, headerBytes + block.nCapacity);
+    return add(layout, AreaKind::Free, block.position, headerBytes + block.capacity);
   }
   ++layout.records;
-  WORD const length = std::min(block.nLength, block.nCapacity);
-  add(layout, AreaKind::Header, block.nPosition, headerBytes);
-  add(layout, AreaKind::Live, block.nPosition + headerBytes, length);
-  add(layout, AreaKind::Slack, block.nPosition + headerBytes + length, static_cast<WORD>(block.nCapacity - length));
+  WORD const length = std::min(block.length, block.capacity);
+  add(layout, AreaKind::Header, block.position, headerBytes);
+  add(layout, AreaKind::Live, block.position + headerBytes, length);
+  add(layout, AreaKind::Slack, block.position + headerBytes + length, static_cast<WORD>(block.capacity - length));
 }
 
 }  // namespace
@@ -110,9 +110,9 @@ StoreLayout LayoutOf(Survey const & survey)
   unsigned long long at = 0;
   for (SurveyBlock const & block : survey.blocks) {
     if (!block.fits) continue;
-    add(layout, AreaKind::Unreadable, at, block.block.nPosition - at);
+    add(layout, AreaKind::Unreadable, at, block.block.position - at);
     addBlock(layout, block.block);
-    at = block.block.nPosition + zp::BlockChain::headerSize + block.block.nCapacity;
+    at = block.block.position + zp::BlockHeader::byteCount + block.block.capacity;
   }
   add(layout, AreaKind::Unreadable, at, layout.bytes - at);
   return layout;

@@ -36,8 +36,8 @@ class Recovery {
     m_Survey = SurveyRecordFile(m_Store.GetRecordFile(), m_Index);
     Progress progress("examining", m_Survey.fileLength);
     for (SurveyBlock const & at : m_Survey.blocks) {
-      progress.Reach(at.block.nPosition);
-      if (!at.block.bFree) Judge(at);
+      progress.Reach(at.block.position);
+      if (!at.block.isFree) Judge(at);
     }
     AddMissing();
   }
@@ -103,14 +103,14 @@ class Recovery {
   Verdict JudgeBlock(SurveyBlock const & at) const
   {
     zp::RecordBlock const & block = at.block;
-    Verdict verdict = {block.nRecID, Verdict::Kept, block.nPosition, "", block};
-    if (block.nLength == 0) return Lose(verdict, "it has no bytes");
+    Verdict verdict = {block.id, Verdict::Kept, block.position, "", block};
+    if (block.length == 0) return Lose(verdict, "it has no bytes");
     std::vector<BYTE> const bytes = ReadPayload(m_Store.GetRecordFile(), block);
-    if (block.nLength > block.nCapacity && !Repair(verdict)) {
-      return Lose(verdict, fmt::format("its length {} is above the capacity {}", block.nLength, block.nCapacity));
+    if (block.length > block.capacity && !Repair(verdict)) {
+      return Lose(verdict, fmt::format("its length {} is above the capacity {}", block.length, block.capacity));
     }
-    if (block.nLength <= block.nCapacity && bytes.size() < block.nLength) {
-      return Lose(verdict, fmt::format("the file ends after {} of its {} bytes", bytes.size(), block.nLength));
+    if (block.length <= block.capacity && bytes.size() < block.length) {
+      return Lose(verdict, fmt::format("the file ends after {} of its {} bytes", bytes.size(), block.length));
     }
     Payload const payload = DecodePayload(ReadPayload(m_Store.GetRecordFile(), verdict.block));
     if (payload.state == Payload::Damaged) {
@@ -127,8 +127,8 @@ class Recovery {
   bool Repair(Verdict & verdict) const
   {
     LiveEntry const * const entry = EntryOf(verdict.id);
-    if (entry == nullptr || entry->position != verdict.position || entry->length != verdict.block.nLength) return false;
-    verdict.block.nCapacity = verdict.block.nLength;
+    if (entry == nullptr || entry->position != verdict.position || entry->length != verdict.block.length) return false;
+    verdict.block.capacity = verdict.block.length;
     return true;
   }
 
@@ -161,7 +161,7 @@ void printVerdicts(Recovery const & recovery)
 {
   for (Verdict const & verdict : recovery.GetVerdicts()) {
     Print(fmt::format("{:<7}  record {:>5}  at {:>9}  {:>5} bytes{}{}\n", stateNames[verdict.state], verdict.id, verdict.position,
-                      verdict.block.nLength, verdict.why.empty() ? "" : "  ", verdict.why));
+                      verdict.block.length, verdict.why.empty() ? "" : "  ", verdict.why));
   }
   if (!recovery.HeaderLoss().empty()) Print("lost     the header object: " + recovery.HeaderLoss() + "\n");
   Print(fmt::format("{} kept, {} suspect, {} lost\n", recovery.Count(Verdict::Kept), recovery.Count(Verdict::Suspect),
@@ -175,7 +175,7 @@ void printVerdictsAsJson(Recovery const & recovery, std::string const & to)
     json["records"].push_back({{"id", verdict.id},
                                {"state", stateNames[verdict.state]},
                                {"position", verdict.position},
-                               {"bytes", verdict.block.nLength},
+                               {"bytes", verdict.block.length},
                                {"why", verdict.why}});
   }
   Print(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");

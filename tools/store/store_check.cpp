@@ -103,18 +103,17 @@ class Checker {
     std::unordered_map<WORD, ULONGLONG> living;
     for (SurveyBlock const & at : m_Report.survey.blocks) {
       zp::RecordBlock const & block = at.block;
-      if (block.bFree) {
+      if (block.isFree) {
         ++m_Report.freeBlocks;
         continue;
       }
       ++m_Report.records;
-      if (block.nLength > block.nCapacity) {
-        RecordFault(block.nPosition, "record {}: length {} is above the capacity {}", block.nRecID, block.nLength,
-                    block.nCapacity);
+      if (block.length > block.capacity) {
+        RecordFault(block.position, "record {}: length {} is above the capacity {}", block.id, block.length, block.capacity);
       }
-      if (block.nLength == 0) RecordFault(block.nPosition, "record {}: it has no bytes", block.nRecID);
-      auto const [former, isNew] = living.try_emplace(block.nRecID, block.nPosition);
-      if (!isNew) RecordFault(block.nPosition, "record {}: lives already at {}", block.nRecID, former->second);
+      if (block.length == 0) RecordFault(block.position, "record {}: it has no bytes", block.id);
+      auto const [former, isNew] = living.try_emplace(block.id, block.position);
+      if (!isNew) RecordFault(block.position, "record {}: lives already at {}", block.id, former->second);
     }
   }
 
@@ -123,8 +122,8 @@ class Checker {
     Blocks const & blocks = m_Report.survey.blocks;
     auto const found =
         std::lower_bound(blocks.begin(), blocks.end(), position,
-                         [](SurveyBlock const & block, unsigned long long wanted) { return block.block.nPosition < wanted; });
-    return found != blocks.end() && found->block.nPosition == position ? &found->block : nullptr;
+                         [](SurveyBlock const & block, unsigned long long wanted) { return block.block.position < wanted; });
+    return found != blocks.end() && found->block.position == position ? &found->block : nullptr;
   }
 
   // Why no block begins at a position that the index has.
@@ -133,9 +132,9 @@ class Checker {
     if (position >= m_Report.survey.fileLength) return "that is behind the file's end";
     Blocks const & blocks = m_Report.survey.blocks;
     auto const next =
-        std::find_if(blocks.begin(), blocks.end(), [position](SurveyBlock const & at) { return at.block.nPosition > position; });
+        std::find_if(blocks.begin(), blocks.end(), [position](SurveyBlock const & at) { return at.block.position > position; });
     if (next == blocks.begin()) return "no block begins there";
-    return fmt::format("it would overlap the block at {}", std::prev(next)->block.nPosition);
+    return fmt::format("it would overlap the block at {}", std::prev(next)->block.position);
   }
 
   // Index and blocks against each other.
@@ -152,11 +151,11 @@ class Checker {
     }
     for (SurveyBlock const & at : m_Report.survey.blocks) {
       zp::RecordBlock const & block = at.block;
-      if (known.contains(block.nPosition)) continue;
-      if (block.bFree)
-        RecordFault(block.nPosition, "a gap: the free block of {} bytes isn't in the index", block.nCapacity);
+      if (known.contains(block.position)) continue;
+      if (block.isFree)
+        RecordFault(block.position, "a gap: the free block of {} bytes isn't in the index", block.capacity);
       else
-        RecordFault(block.nPosition, "record {}: its block of {} bytes isn't in the index", block.nRecID, block.nCapacity);
+        RecordFault(block.position, "record {}: its block of {} bytes isn't in the index", block.id, block.capacity);
     }
   }
 
@@ -165,12 +164,12 @@ class Checker {
     zp::RecordBlock const * const block = BlockAt(entry.position);
     if (block == nullptr) {
       RecordFault(entry.position, "record {}: the index has it here, but {}", entry.id, WhyNoBlock(entry.position));
-    } else if (block->bFree) {
+    } else if (block->isFree) {
       RecordFault(entry.position, "record {}: the index has it here, but the block is free", entry.id);
-    } else if (block->nRecID != entry.id) {
-      RecordFault(entry.position, "record {}: the index has it here, but the block is record {}", entry.id, block->nRecID);
-    } else if (block->nLength != entry.length) {
-      RecordFault(entry.position, "record {}: the index has {} bytes, the block {}", entry.id, entry.length, block->nLength);
+    } else if (block->id != entry.id) {
+      RecordFault(entry.position, "record {}: the index has it here, but the block is record {}", entry.id, block->id);
+    } else if (block->length != entry.length) {
+      RecordFault(entry.position, "record {}: the index has {} bytes, the block {}", entry.id, entry.length, block->length);
     }
   }
 
@@ -179,10 +178,10 @@ class Checker {
     zp::RecordBlock const * const block = BlockAt(entry.position);
     if (block == nullptr) {
       RecordFault(entry.position, "free block: the index has it here, but {}", WhyNoBlock(entry.position));
-    } else if (!block->bFree) {
-      RecordFault(entry.position, "free block: the index has it here, but the block is record {}", block->nRecID);
-    } else if (block->nCapacity != entry.capacity) {
-      RecordFault(entry.position, "free block: the index has a capacity of {}, the block {}", entry.capacity, block->nCapacity);
+    } else if (!block->isFree) {
+      RecordFault(entry.position, "free block: the index has it here, but the block is record {}", block->id);
+    } else if (block->capacity != entry.capacity) {
+      RecordFault(entry.position, "free block: the index has a capacity of {}, the block {}", entry.capacity, block->capacity);
     }
   }
 
@@ -192,12 +191,12 @@ class Checker {
     std::map<std::string, size_t> unknown;
     for (SurveyBlock const & at : m_Report.survey.blocks) {
       zp::RecordBlock const & block = at.block;
-      progress.Reach(block.nPosition);
-      if (block.bFree || block.nLength > block.nCapacity) continue;
+      progress.Reach(block.position);
+      if (block.isFree || block.length > block.capacity) continue;
       Payload const payload = DecodePayload(ReadPayload(m_File, block));
       if (payload.state == Payload::Unknown) ++unknown[payload.className];
       if (payload.state != Payload::Damaged) continue;
-      RecordFault(block.nPosition, "record {}: its {} is unreadable: {}", block.nRecID, payload.className, payload.problem);
+      RecordFault(block.position, "record {}: its {} is unreadable: {}", block.id, payload.className, payload.problem);
     }
     for (auto const & [name, count] : unknown) {
       m_Report.notes.push_back(

@@ -28,7 +28,7 @@ void StoredRecords::FindByIndex()
   for (LiveEntry const & entry : m_Store.GetIndex().live) {
     if (entry.id < 0 || entry.length == 0) continue;
     auto const length = static_cast<WORD>(entry.length);
-    m_Blocks.try_emplace(entry.id, zp::RecordBlock{entry.position, static_cast<WORD>(entry.id), false, length, length});
+    m_Blocks.try_emplace(entry.id, zp::RecordBlock{{static_cast<WORD>(entry.id), false, length, length}, entry.position});
   }
 }
 
@@ -40,7 +40,7 @@ void StoredRecords::FindByHeaders()
   m_bHasHeader = index.isHeaderRead;
   m_bByIndex = false;
   for (SurveyBlock const & at : SurveyRecordFile(m_Store.GetRecordFile(), index).blocks) {
-    if (!at.block.bFree && at.fits) m_Blocks.try_emplace(at.block.nRecID, at.block);
+    if (!at.block.isFree && at.fits) m_Blocks.try_emplace(at.block.id, at.block);
   }
 }
 
@@ -52,9 +52,9 @@ std::vector<BYTE> StoredRecords::Load(int id) const
     throw Failure(fmt::format("{}: there is no record {}; see zp store list", m_bByIndex ? names.index : names.record, id));
   }
   std::vector<BYTE> bytes = ReadPayload(m_Store.GetRecordFile(), found->second);
-  if (m_bByIndex && bytes.size() != found->second.nLength) {
-    throw Failure(fmt::format("{}: record {} of {} bytes can't be read; look with zp store check", names.record, id,
-                              found->second.nLength));
+  if (m_bByIndex && bytes.size() != found->second.length) {
+    throw Failure(
+        fmt::format("{}: record {} of {} bytes can't be read; look with zp store check", names.record, id, found->second.length));
   }
   return bytes;
 }
