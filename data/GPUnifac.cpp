@@ -14,9 +14,8 @@
 #include <vector>
 
 #include <zpbase/numeric.h>
-#include <zpbase/platform/collections.h>
-
 #include <zpbase/platform/bytes.h>
+#include <zpbase/platform/collections.h>
 #include <zpbase/platform/number_text.h>
 
 namespace {

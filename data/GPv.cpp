@@ -6,9 +6,8 @@
 #include <vector>
 
 #include <zpbase/platform/archive.h>
-#include <zpbase/platform/collections.h>
-
 #include <zpbase/platform/bytes.h>
+#include <zpbase/platform/collections.h>
 #include <zpbase/platform/format.h>
 #include <zpbase/platform/number_text.h>
 

@@ -1,5 +1,7 @@
 // GPObArray: an array of object pointers that owns what it points to. Load and Store are in object_files.cpp.
 
+#include <zpbase/foundation.h>
+
 #include <algorithm>
 #include <utility>
 

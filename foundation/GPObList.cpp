@@ -1,5 +1,7 @@
 // GPObList: a linked list of object pointers that owns what it points to. Load and Store are in object_files.cpp.
 
+#include <zpbase/foundation.h>
+
 #include <utility>
 
 #include <zpbase/platform/archive.h>

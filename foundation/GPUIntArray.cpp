@@ -1,10 +1,12 @@
 // GPUIntArray: unsigned numbers as a set, filled by value and by ranges in text.
+
+#include <zpbase/foundation.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <memory>
 
-#include <zpbase/foundation.h>
 #include <zpbase/platform/archive.h>
 #include <zpbase/platform/number_text.h>
 

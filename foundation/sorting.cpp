@@ -1,9 +1,9 @@
 // Sorting, comparing, cloning and deleting of elements, for array and list alike.
 
+#include "foundation/foundation_internal.h"
+
 #include <algorithm>
 #include <functional>
-
-#include "foundation/foundation_internal.h"
 
 namespace {
 

@@ -1,4 +1,7 @@
 // GPBOOLVector: truth values held as integers, whatever non-zero value stands for TRUE.
+
+#include <zpbase/numeric.h>
+
 #include <algorithm>
 #include <utility>
 

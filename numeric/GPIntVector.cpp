@@ -1,4 +1,7 @@
 // GPIntVector: size, searching, arithmetic and sets. Arithmetic runs on unsigned numbers, which wrap.
+
+#include <zpbase/numeric.h>
+
 #include <algorithm>
 #include <limits>
 #include <new>

@@ -7,6 +7,8 @@
 //
 // The 1 x 1 matrix (1.0): 01 00, 01 00, 00 00 00 00 00 00 F0 3F.
 
+#include <zpbase/numeric.h>
+
 #include <algorithm>
 #include <cstring>
 #include <utility>

@@ -6,6 +6,8 @@
 //
 // The vector (1.0): 01 00, 00 00 00 00 00 00 F0 3F.
 
+#include <zpbase/numeric.h>
+
 #include <algorithm>
 #include <cstring>
 #include <memory>

@@ -1,9 +1,10 @@
 // The kernels in lanes of 64 bytes, for processors with AVX-512. The instructions are allowed from the pragma on, so it stands
 // behind every other header. Fused multiplication and addition stays off here too: the sums have to equal those of the other
 // instruction sets.
-#include <utility>
 
 #include "numeric/kernels_internal.h"
+
+#include <utility>
 
 #if defined(__x86_64__)
 

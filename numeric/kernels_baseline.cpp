@@ -1,7 +1,8 @@
 // The kernels in lanes of 16 bytes, which every processor of the platform has.
-#include <utility>
 
 #include "numeric/kernels_internal.h"
+
+#include <utility>
 
 namespace {
 

@@ -1,4 +1,7 @@
 // GPMatrix's arithmetic and its products with vectors and matrices.
+
+#include <zpbase/numeric.h>
+
 #include <utility>
 
 #include "numeric/kernels_internal.h"

@@ -1,8 +1,9 @@
 // Polynomials up to the fifth degree, the power of ten, and the test of a block for any bit.
-#include <algorithm>
-#include <cmath>
 
 #include <zpbase/numeric.h>
+
+#include <algorithm>
+#include <cmath>
 
 namespace {
 

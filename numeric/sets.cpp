@@ -1,9 +1,10 @@
 // Union and intersection of ascending lists of integers, each in one pass over both.
+
+#include "numeric/sets_internal.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <limits>
-
-#include "numeric/sets_internal.h"
 
 namespace {
 

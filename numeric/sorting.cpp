@@ -1,5 +1,8 @@
 // Sorting of doubles and integers by their bits: a key that orders as an unsigned number, and a radix sort on its digits for all
 // but short arrays. The order is total, NaNs included, so nothing here can run astray.
+
+#include "numeric/sorting_internal.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -9,8 +12,6 @@
 #include <memory>
 #include <new>
 #include <utility>
-
-#include "numeric/sorting_internal.h"
 
 namespace {
 

@@ -1,8 +1,9 @@
 // The floating-point special values, by their bits.
-#include <bit>
-#include <cstdint>
 
 #include <zpbase/numeric.h>
+
+#include <bit>
+#include <cstdint>
 
 float FLT_POSINF()
 {

@@ -1,10 +1,11 @@
 // The blocks under the containers. The raw block is a little longer than its elements, so that they can begin on a boundary.
+
+#include "numeric/storage_internal.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <new>
 #include <utility>
-
-#include "numeric/storage_internal.h"
 
 namespace zp {
 

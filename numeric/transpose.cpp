@@ -1,6 +1,10 @@
 // The transpose of a matrix in squares of 8 x 8, whose rows and columns are whole cache lines on both sides.
+
+#include "numeric/transpose_internal.h"
+
 #include <algorithm>
 #include <cstdint>
+
 #if defined(__x86_64__)
 #include <emmintrin.h>
 #endif

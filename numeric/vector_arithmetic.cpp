@@ -1,5 +1,8 @@
 // GPVector's arithmetic and reductions: the compound operators in place, the free ones into a new vector or into one that is
 // about to vanish.
+
+#include <zpbase/numeric.h>
+
 #include <cmath>
 #include <utility>
 

@@ -8,6 +8,8 @@
 //
 // The record 41 42 43 44 under id 1: 01 00, 04 00, 04 00, 41 42 43 44. After its deletion the first word is 01 80.
 
+#include <zpbase/store.h>
+
 #include <algorithm>
 
 #include "store/store_internal.h"

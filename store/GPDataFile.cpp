@@ -5,6 +5,8 @@
 // the first freed among equals, whole; only where none fits does the file grow. Header and payload travel in one system call; the
 // file's length and the capacities seen so far are known and not asked for again.
 
+#include <zpbase/store.h>
+
 #include <algorithm>
 #include <cstring>
 #include <utility>

@@ -1,10 +1,11 @@
 // GPFile: life, state and bytes of the file wrapper. Its text layer is in text_lines.cpp, its utilities in whole_files.cpp.
 
+#include <zpbase/store.h>
+
 #include <algorithm>
 
 #include <zpbase/messages.h>
 #include <zpbase/platform/resources.h>
-#include <zpbase/store.h>
 
 namespace {
 

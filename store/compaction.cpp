@@ -2,6 +2,8 @@
 // its length; the tables are rebuilt from the block headers. Since the format can't detect other damage, the whole chain is
 // walked before anything moves.
 
+#include <zpbase/store.h>
+
 #include <algorithm>
 #include <bitset>
 

@@ -7,11 +7,11 @@
 // A store with one record, id 2 at offset 10 of 2 bytes, writes it as FF FF 01 00 0B 00 "GPActiveRec" 0A 00 00 00 02 00 02 00;
 // a second one as the tag 05 80 and its eight bytes. Entries go between the file and the tables without objects of their own.
 
+#include "store/store_internal.h"
+
 #include <algorithm>
 
 #include <zpbase/platform/archive_parts.h>
-
-#include "store/store_internal.h"
 
 IMPLEMENT_SERIAL(GPActiveRec, GPObject, 1)
 IMPLEMENT_SERIAL(GPEmptyRec, GPObject, 1)

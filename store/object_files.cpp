@@ -1,5 +1,7 @@
 // Objects in files of their own: the object's fields alone, without class tag, name or schema.
 
+#include <zpbase/foundation.h>
+
 #include <zpbase/messages.h>
 #include <zpbase/platform/archive.h>
 #include <zpbase/store.h>

@@ -1,9 +1,9 @@
 // The tables of live records and free blocks.
 
+#include "store/store_internal.h"
+
 #include <algorithm>
 #include <bit>
-
-#include "store/store_internal.h"
 
 namespace zp {
 

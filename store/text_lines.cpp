@@ -1,10 +1,11 @@
 // GPFile as a text file: lines end in CR LF when written; when read, CR and NUL end a line.
 
-#include <zpbase/config.h>
-#include <zpbase/platform/resources.h>
 #include <zpbase/store.h>
 
 #include <algorithm>
+
+#include <zpbase/config.h>
+#include <zpbase/platform/resources.h>
 
 namespace {
 

@@ -1,9 +1,10 @@
 // GPFile's utilities on whole files: copy, rename, delete, compare, status.
 
-#include <zpbase/messages.h>
 #include <zpbase/store.h>
 
 #include <vector>
+
+#include <zpbase/messages.h>
 
 int GPFile::CopyFile(CString const & dest, CString const & src, int append)
 {
