@@ -1,4 +1,9 @@
-// GPData: the root of the data items. Its stream is the data id, 2 bytes, behind which each class puts its value.
+// GPData: the root of the data items. Its stream, behind which each class puts its value:
+//
+//   offset  width  content
+//   0       2      data id, unsigned
+//
+// GPData(5): 05 00.
 
 #include <zpbase/data.h>
 

@@ -1,4 +1,5 @@
-// GPDataArray: finding, adding and removing items. Values in and out are in unload_and_load.cpp.
+// GPDataArray: finding, adding and removing items. Values in and out are in unload_and_load.cpp. Its stream is that of a
+// GPObArray whose elements are data items.
 
 #include <zpbase/data.h>
 

@@ -1,4 +1,4 @@
-// GPDataList: the list of items.
+// GPDataList: the list of items. Its stream is that of a GPObList whose elements are data items.
 
 #include <zpbase/data.h>
 

@@ -1,4 +1,10 @@
-// GPa: an item that owns an array of objects. Its stream is the data id and the array as one object pointer.
+// GPa: an item that owns an array of objects. Its stream:
+//
+//   offset  width  content
+//   0       2      data id, unsigned
+//   2              the array as an object pointer in the archive's form
+//
+// GPa(5), without an array: 05 00, 00 00.
 
 #include <zpbase/data.h>
 

@@ -1,4 +1,12 @@
-// GPbip: float data for a pair of components. Its stream is that of a GPv and the second id (2).
+// GPbip: float data for a pair of components. Its stream:
+//
+//   offset    width  content
+//   0         2      data id, unsigned
+//   2         2      size of the area in bytes, with sign
+//   4         size   the area
+//   4 + size  2      second id, unsigned
+//
+// GPbip(1, 2), without an area: 01 00, 00 00, 02 00.
 
 #include <zpbase/data.h>
 

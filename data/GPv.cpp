@@ -1,4 +1,11 @@
-// GPv: an item whose value is an area of bytes. Its stream is the data id (2), the size (2, signed) and the area.
+// GPv: an item whose value is an area of bytes. Its stream:
+//
+//   offset  width  content
+//   0       2      data id, unsigned
+//   2       2      size of the area in bytes, with sign
+//   4       size   the area
+//
+// The item 5 with the area 41 42: 05 00, 02 00, 41 42.
 
 #include <zpbase/data.h>
 

@@ -1,10 +1,15 @@
-// The data items of one value. Their streams, behind the data id (2 bytes), little-endian:
+// The data items of one value. Their streams, behind the data id at offset 0, of 2 bytes:
 //
-//   GPd   value, double (8)         GPw   value (2)
-//   GPdw  value, signed (4)         GPxy  x, double (8); y, double (8)
-//   GPf   value, single (4)         GPs   the text in the archive's form
+//   class  offset  width  content
+//   GPd    2       8      value, IEEE 754 double
+//   GPdw   2       4      value, with sign
+//   GPf    2       4      value, IEEE 754 single
+//   GPs    2              the text in the archive's form
+//   GPw    2       2      value, with sign
+//   GPxy   2       8      x, IEEE 754 double
+//          10      8      y, IEEE 754 double
 //
-// GPw(5, -1) is 05 00, FF FF.
+// GPw(5, -1): 05 00, FF FF.
 
 #include <zpbase/data.h>
 

@@ -1,4 +1,10 @@
-// GPObArray: an array of object pointers that owns what it points to. Load and Store are in object_files.cpp.
+// GPObArray: an array of object pointers that owns what it points to. Load and Store are in object_files.cpp. Its stream:
+//
+//   offset  width   content
+//   0       2 or 6  element count in the archive's form
+//   2 or 6          each element in index order as an object pointer in the archive's form
+//
+// An array of one null pointer: 01 00, 00 00.
 
 #include <zpbase/foundation.h>
 

@@ -1,4 +1,5 @@
-// GPObList: a linked list of object pointers that owns what it points to. Load and Store are in object_files.cpp.
+// GPObList: a linked list of object pointers that owns what it points to. Load and Store are in object_files.cpp. Its stream is
+// that of a GPObArray, from head to tail.
 
 #include <zpbase/foundation.h>
 

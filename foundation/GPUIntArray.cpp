@@ -1,4 +1,10 @@
-// GPUIntArray: unsigned numbers as a set, filled by value and by ranges in text.
+// GPUIntArray: unsigned numbers as a set, filled by value and by ranges in text. Its stream:
+//
+//   offset  width      content
+//   0       2          element count, unsigned
+//   2       2 x count  the low 16 bits of the elements in index order
+//
+// The array (1, 70000): 02 00, 01 00, 70 11.
 
 #include <zpbase/foundation.h>
 

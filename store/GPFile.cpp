@@ -48,6 +48,7 @@ GPFile::~GPFile()
   }
 }
 
+// Writers keep others from writing. The cause of an open that fails stays known until the next one that does.
 int GPFile::Open(unsigned int flags)
 {
   if (!m_bExists && (flags & modeCreate) == 0) return 0;

@@ -1,8 +1,12 @@
 // The index file: one archive of three objects, which are the store's header object, a GPObArray of the live records in
 // ascending id, and a GPObList of the free blocks in ascending capacity.
 //
-//   GPActiveRec   DWORD position of the block's header, short id, WORD length
-//   GPEmptyRec    DWORD position of the block's header, WORD capacity
+//   class        offset  width  content
+//   GPActiveRec  0       4      position of the block's header in the record file
+//                4       2      record id, with sign
+//                6       2      bytes of the record
+//   GPEmptyRec   0       4      position of the block's header
+//                4       2      bytes of the payload area
 //
 // A store with one record, id 2 at offset 10 of 2 bytes, writes it as FF FF 01 00 0B 00 "GPActiveRec" 0A 00 00 00 02 00 02 00;
 // a second one as the tag 05 80 and its eight bytes. Entries go between the file and the tables without objects of their own.
@@ -96,6 +100,7 @@ int GPEmptyRec::Compare(GPObject const * other) const
 
 namespace zp {
 
+// A count reserves no more room than there are ids; entries out of order are kept as they stand.
 StoreIndex ReadIndex(CArchive & ar)
 {
   StoreIndex index;

@@ -135,6 +135,7 @@ void FreeTable::Append(FreeBlock block)
   ++m_nCount;
 }
 
+// Nodes of queues that are used up are taken again, so that a store that lives long doesn't grow the table.
 void FreeTable::Add(FreeBlock block)
 {
   ++m_nCount;
@@ -159,6 +160,7 @@ void FreeTable::Add(FreeBlock block)
   m_Capacities.Insert(block.capacity);
 }
 
+// The head of the queue of the smallest capacity that fits is the block that an ordered list would be searched for.
 bool FreeTable::TakeBestFit(unsigned int length, FreeBlock & block)
 {
   if (m_bAsRead) {
