@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstring>
 #include <functional>
 #include <memory>
 
+#include <zpbase/job_folders.h>
+#include <zpbase/messages.h>
+#include <zpbase/platform/application.h>
 #include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
@@ -250,15 +254,25 @@ TEST(GPFile, CopiesByItsRules)
   EXPECT_FALSE(folder.Has("dest"));  // a copy that failed is removed
 }
 
-TEST(GPFile, RenamesOntoNothingThatExists)
+TEST(GPFile, RenamesOntoNothingThatExistsAndWarnsWithTheCause)
 {
   TempFolder const folder;
+  CWinApp app("test");
+  app.SetProfileFile(folder.Name("test.ini"));
+  std::strcpy(job_path, folder.Name("").GetString());
+  zp::ResetWarningsGate();
   folder.Write("a", "a");
   folder.Write("b", "b");
   EXPECT_EQ(GPFile::RenameFile(folder.Name("b"), folder.Name("a")), 0);
-  EXPECT_EQ(GPFile::RenameFile(folder.Name("c"), folder.Name("none")), 0);
+  EXPECT_EQ(GPFile::RenameFile(folder.Name("none\\c"), folder.Name("a")), 0);
+  EXPECT_EQ(GPFile::RenameFile(folder.Name("c"), folder.Name("none")), 0);  // without a word
   EXPECT_EQ(GPFile::RenameFile(folder.Name("c"), folder.Name("a")), 1);
   EXPECT_EQ(folder.Read("b") + folder.Read("c"), "ba");
+  CString const start = "Rename file " + folder.Name("a") + " to ";
+  EXPECT_EQ(CString(folder.Read("WARNINGS")),
+            start + folder.Name("b") + " -> problem 5\r\n" + start + folder.Name("none\\c") + " -> problem 3\r\n");
+  job_path[0] = '\0';
+  zp::ResetWarningsGate();
   EXPECT_EQ(GPFile::DeleteFile(folder.Name("c")), 1);
   EXPECT_EQ(GPFile::DeleteFile(folder.Name("c")), 0);
 }
