@@ -78,7 +78,7 @@ TEST(GPv, CutsShortIntsTo16Bits)
   EXPECT_EQ(joined(out), "[kept][-1][-2][]");
   int numbers[] = {7, 7, 7};
   EXPECT_EQ(item.GetShortIntData(numbers, 3), 2);
-  EXPECT_TRUE(numbers[0] == -1 && numbers[1] == -2 && numbers[2] == 0);
+  EXPECT_EQ(std::vector(numbers, numbers + 3), (std::vector{-1, -2, 0}));
   int const in[] = {1, 0x10000, 0x8000, 0x20000};
   EXPECT_EQ(item.PutShortIntData(in, 4), 4);  // what isn't zero before it is cut counts
   EXPECT_EQ(areaOf(item), FromHex("0100 0000 0080 0000"));
@@ -93,11 +93,12 @@ TEST(GPv, FillsNumbersAsFarAsAskedAndCountsAll)
   EXPECT_EQ(item.PutFloatData(in, 5), 4);
   float out[] = {9, 9, 9, 9};
   EXPECT_EQ(item.GetFloatData(out, 3), 4);
-  EXPECT_TRUE(out[0] == 1 && out[1] == 0 && out[2] == 3 && out[3] == 9);
+  EXPECT_EQ(std::vector(out, out + 4), (std::vector{1.0F, 0.0F, 3.0F, 9.0F}));
   EXPECT_EQ(floatTexts(item, 2, "%.1f").substr(0, 15), "[1.0][0.0][3.0]");
   EXPECT_EQ(item.PutFloatData(in, -1), 0);
   EXPECT_EQ(item.GetFloatData(out, 4), 0);
-  EXPECT_TRUE(out[0] == 0 && out[3] == 0);
+  EXPECT_EQ(out[0], 0);
+  EXPECT_EQ(out[3], 0);
 }
 
 TEST(GPv, GrowsItsAreaAndKeepsItAtTheLimit)
@@ -139,7 +140,8 @@ TEST(GPv, CopiesItsBytes)
   item = itself;
   EXPECT_EQ(areaOf(item), "AB");
   item = GPv(6);
-  EXPECT_TRUE(item.GetDataID() == 6 && item.GetArea() == nullptr);
+  EXPECT_EQ(item.GetDataID(), 6U);
+  EXPECT_EQ(item.GetArea(), nullptr);
 }
 
 TEST(GPbip, HoldsTheFirstTwoOf112Multiplied)
@@ -148,10 +150,12 @@ TEST(GPbip, HoldsTheFirstTwoOf112Multiplied)
   EXPECT_EQ(item.PutFloatData(arrayOf({"1", "2", "3"})), 3);
   float held[3];
   item.GPv::GetFloatData(held, 3);
-  EXPECT_TRUE(held[0] == 1.987216F && held[1] == 3.974432F && held[2] == 3.0F);
+  EXPECT_EQ(std::vector(held, held + 3), (std::vector{1.987216F, 3.974432F, 3.0F}));
   float out[3];
   EXPECT_EQ(item.GetFloatData(out, 3), 3);
-  EXPECT_TRUE(std::abs(out[0] - 1.0F) < 1e-6F && std::abs(out[1] - 2.0F) < 1e-6F && out[2] == 3.0F);
+  EXPECT_NEAR(out[0], 1.0F, 1e-6F);
+  EXPECT_NEAR(out[1], 2.0F, 1e-6F);
+  EXPECT_EQ(out[2], 3.0F);
   // As texts without passing through float again.
   CString exact;
   exact.Format("[%.15g]", static_cast<double>(held[0]) / 1.987216);

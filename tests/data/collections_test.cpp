@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <tuple>
+#include <utility>
 
 #include <zpbase/data.h>
 
@@ -100,8 +101,11 @@ TEST(KeyedCollections, TakeItemsAloneFromAStreamAndKeepTheirOrder)
   EXPECT_EQ(textOf(items), "7 9 - 5 ");
   int pos;
   EXPECT_EQ(items.GetData(pos, 10, 1), nullptr);
-  EXPECT_TRUE(pos == 4 && items.GetDataPos(1, 0) == -1 && items.LocateString("x") == -1);
-  EXPECT_TRUE(items == GPDataArray(items) && items != GPDataArray());
+  EXPECT_EQ(pos, 4);
+  EXPECT_EQ(items.GetDataPos(1, 0), -1);
+  EXPECT_EQ(items.LocateString("x"), -1);
+  EXPECT_EQ(items, GPDataArray(items));
+  EXPECT_NE(items, GPDataArray());
 
   GPDataList list;
   auto const readList = [&](CArchive & ar) { list.Serialize(ar); };
@@ -128,17 +132,21 @@ TEST_F(FilledArray, PutsLaterEqualsBehindAndFindsAllOfAnID)
   GPs key(7, "ab");
   GPs missing(7, "AB");
   GPData const high(9);
-  int pos;
   EXPECT_EQ(m_Items.GetData(&key), m_Items.GetAt(4));
   EXPECT_EQ(m_Items.GetData(&missing), nullptr);
   EXPECT_EQ(std::as_const(m_Items).GetData(6, 1), m_Items.GetAt(2));
-  EXPECT_TRUE(m_Items.BSearchForDataID(pos, &missing) == 1 && pos == 4);
-  EXPECT_TRUE(m_Items.BSearchForDataID(pos, &high) == 0 && pos == 5);
-  EXPECT_TRUE(GPDataArray().BSearchForDataID(pos, &high) == 0 && pos == -1 && GPDataArray().GetData(9, 1) == nullptr);
-  EXPECT_TRUE(m_Items.LocateString("AB") == 4 && m_Items.LocateString("abc") == -1);
+  auto const probe = [](GPDataArray const & items, GPData const & wanted) {
+    int at;
+    return std::pair(items.BSearchForDataID(at, &wanted), at);
+  };
+  EXPECT_EQ(probe(m_Items, missing), std::pair(1, 4));
+  EXPECT_EQ(probe(m_Items, high), std::pair(0, 5));
+  EXPECT_EQ(probe(GPDataArray(), high), std::pair(0, -1));
+  EXPECT_EQ(GPDataArray().GetData(9, 1), nullptr);
+  EXPECT_EQ(std::pair(m_Items.LocateString("AB"), m_Items.LocateString("abc")), std::pair(4, -1));
   m_Items.AddData(new GPw(4464, 1));
-  EXPECT_TRUE(m_Items.GetDataPos(70000, 1) == 6 && m_Items.GetDataPos(70000, 0) == -1) << "cut to 16 bits";
-  EXPECT_TRUE(m_Items.DeleteData(70000u) == 1 && m_Items.DeleteData(0) == 0);
+  EXPECT_EQ(std::pair(m_Items.GetDataPos(70000, 1), m_Items.GetDataPos(70000, 0)), std::pair(6, -1)) << "cut to 16 bits";
+  EXPECT_EQ(std::pair(m_Items.DeleteData(70000u), m_Items.DeleteData(0)), std::pair(1, 0));
 }
 
 TEST_F(FilledArray, HandsOwnershipBackAndDeletesWhatItReplaces)
@@ -171,7 +179,8 @@ TEST_F(FilledArray, IsEqualByCompareOfEachPair)
   copy.DeleteAt(2);
   EXPECT_FALSE(copy == m_Items);
   copy.InsertAt(2, nullptr);
-  EXPECT_TRUE(copy != m_Items && m_Items != copy);
+  EXPECT_NE(copy, m_Items);
+  EXPECT_NE(m_Items, copy);
 }
 
 TEST(GPDataArray, StoresNoBlankAndNoZeroNumber)
@@ -184,7 +193,7 @@ TEST(GPDataArray, StoresNoBlankAndNoZeroNumber)
   CString text("old");
   EXPECT_EQ(items.UnloadFloatData(d, 5) + items.UnloadFloatData(f, 5) + items.UnloadIntData(i, 5) + items.UnloadUIntData(u, 5),
             0);
-  EXPECT_TRUE(d == 0.0 && f == 0.0F && i == 0 && u == 0);
+  EXPECT_EQ(std::tuple(d, f, i, u), std::tuple(0.0, 0.0F, 0, 0U));
   EXPECT_EQ(items.UnloadFloatData(text, 5) + items.UnloadStringData(text, 5) + items.UnloadIntData(text, 5), 0);
   EXPECT_EQ(items.UnloadUIntData(text, 5), 0);
   EXPECT_EQ(text, "old");
@@ -199,15 +208,25 @@ TEST(GPDataArray, StoresNoBlankAndNoZeroNumber)
       items.LoadFloatData(5, "1e-3x") != 0, items.LoadFloatData(5, "1e-3x") != 0};
   for (bool const & asTold : stored) EXPECT_TRUE(asTold) << &asTold - stored;
   EXPECT_EQ(textOf(items), "5 ");
-  EXPECT_TRUE(items.UnloadFloatData(text, 5) == 1 && items.UnloadFloatData(d, 5) == 1);
-  EXPECT_TRUE(text == "0.001" && d == static_cast<double>(0.001F));
+  EXPECT_EQ(items.UnloadFloatData(text, 5), 1);
+  EXPECT_EQ(items.UnloadFloatData(d, 5), 1);
+  EXPECT_EQ(text, "0.001");
+  EXPECT_EQ(d, static_cast<double>(0.001F));
   items.LoadStringData(5, "water");
-  EXPECT_TRUE(items.UnloadStringData(text, 5) == 1 && text == "water");
-  EXPECT_TRUE(items.UnloadFloatData(text, 5) == 1 && text == "5\twater");
+  EXPECT_EQ(items.UnloadStringData(text, 5), 1);
+  EXPECT_EQ(text, "water");
+  EXPECT_EQ(items.UnloadFloatData(text, 5), 1);
+  EXPECT_EQ(text, "5\twater");
 
   items.LoadUIntData(5, 0xFFFFu);
-  EXPECT_TRUE(items.UnloadIntData(i, 5) == 1 && i == -1 && items.UnloadIntData(text, 5) == 1 && text == "-1");
-  EXPECT_TRUE(items.UnloadUIntData(u, 5) == 1 && u == 65535u && items.UnloadUIntData(text, 5) == 1 && text == "4294967295");
+  EXPECT_EQ(items.UnloadIntData(i, 5), 1);
+  EXPECT_EQ(i, -1);
+  EXPECT_EQ(items.UnloadIntData(text, 5), 1);
+  EXPECT_EQ(text, "-1");
+  EXPECT_EQ(items.UnloadUIntData(u, 5), 1);
+  EXPECT_EQ(u, 65535u);
+  EXPECT_EQ(items.UnloadUIntData(text, 5), 1);
+  EXPECT_EQ(text, "4294967295");
   EXPECT_EQ(items.UnloadFloatData(f, 5), 0) << "an item of another class";
   EXPECT_EQ(f, 0.0F);
   EXPECT_EQ(items.UnloadStringData(text, 5), 0);
@@ -247,7 +266,8 @@ TEST(Collections, HoldAReplacingItemOnceWhereverItStood)
 TEST(GPDataList, AddsFindsAndRemoves)
 {
   GPDataList items;
-  EXPECT_TRUE(items.GetFirstData() == nullptr && items.GetData(5) == nullptr);
+  EXPECT_EQ(items.GetFirstData(), nullptr);
+  EXPECT_EQ(items.GetData(5), nullptr);
   EXPECT_EQ(items.LoadFloatData(6, "2") + items.LoadIntData(5, "1"), 2);
   auto * const later = new GPs(5, "later");
   EXPECT_EQ(items.AddData(later), later);
@@ -255,7 +275,8 @@ TEST(GPDataList, AddsFindsAndRemoves)
   items.AddData(new GPs(7, "a"));
   EXPECT_EQ(textOf(items), "5 5later 6 7a 7b ");
   GPs key(7, "b");
-  EXPECT_TRUE(items.GetData(&key) == items.GetTail() && items.GetData(5) == items.GetFirstData());
+  EXPECT_EQ(items.GetData(&key), items.GetTail());
+  EXPECT_EQ(items.GetData(5), items.GetFirstData());
   EXPECT_EQ(items.RemoveData(&key), nullptr);
   EXPECT_EQ(items.RemoveData(later), later);
   EXPECT_EQ(items.ReplaceData(later), later);

@@ -6,6 +6,7 @@
 #include <array>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include <zpbase/data.h>
 
@@ -54,7 +55,11 @@ void checkPlain(unsigned int dataID)
   EXPECT_EQ(unloadEach(record, floats, Each()), static_cast<int>(numbers));
   EXPECT_EQ(unloadEach(record, doubles, Each()), static_cast<int>(numbers));
   EXPECT_EQ(unloadEach(record, texts, Each()), static_cast<int>(numbers));
-  for (size_t i = 0; i < count; ++i) EXPECT_TRUE(floats[i] == held[i] && doubles[i] == in[i] && texts[i][1] == '.') << i;
+  for (size_t i = 0; i < count; ++i) {
+    EXPECT_EQ(floats[i], held[i]) << i;
+    EXPECT_EQ(doubles[i], in[i]) << i;
+    EXPECT_EQ(texts[i][1], '.') << i;
+  }
 
   // A blank in front of a value is a zero, one behind the last value is nothing.
   CString gaps[count];
@@ -82,7 +87,9 @@ void checkPlain(unsigned int dataID)
   item.PutFloatData(held, 1);
   Record view = Record::As(item);
   EXPECT_EQ(unloadEach(view, floats, Each()), 1);
-  EXPECT_TRUE(view.GetDataID() == 7 && floats[0] == held[0] && view.GetArea() != item.GetArea());
+  EXPECT_EQ(view.GetDataID(), 7U);
+  EXPECT_EQ(floats[0], held[0]);
+  EXPECT_NE(view.GetArea(), item.GetArea());
   gaps[0] = "2.5";
   loadEach(view, gaps, Each());
   item = view;
@@ -125,7 +132,7 @@ TEST(Correlations, KeepTheirCoefficientsInOrder)
   wide.Load(1, 2, 3, 4, 5, 6, 7);
   float c[7];
   EXPECT_EQ(unloadEach(wide, c, std::make_index_sequence<7>()), 7);
-  EXPECT_TRUE(c[0] == 1 && c[3] == 4 && c[6] == 7);
+  EXPECT_EQ(std::vector(c, c + 7), (std::vector{1.0F, 2.0F, 3.0F, 4.0F, 5.0F, 6.0F, 7.0F}));
 }
 
 TEST(GPDippr, StreamsAsAPlainItem)
@@ -150,11 +157,13 @@ TEST(GPDippr, KeepsFourValuesAndTheOthersUpToTheLastPresent)
   unsigned int number = 77;
   double out[9] = {7, 7, 7, 7, 7, 7, 7, 7, 7};
   EXPECT_EQ(record.Load(65637, 0, 0, 0, 0, 0, 0, 0, 0, 0), 0);
-  EXPECT_TRUE(record.GetSize() == 18 && unload(record, number, out) == 0 && number == 101);
+  EXPECT_EQ(record.GetSize(), 18);
+  EXPECT_EQ(unload(record, number, out), 0);
+  EXPECT_EQ(number, 101);
   EXPECT_EQ(std::count(out, out + 9, 0.0), 9);
   EXPECT_EQ(record.Load(1, 1, 2, 3, 4, 0, 6, 0, 0, 0), 2);
   EXPECT_EQ(unload(record, number, out), 2);
-  EXPECT_TRUE(out[0] == 1 && out[3] == 4 && out[4] == 0 && out[5] == 6 && out[8] == 0);
+  EXPECT_EQ(std::vector(out, out + 9), (std::vector<double>{1, 2, 3, 4, 0, 6, 0, 0, 0}));
   EXPECT_EQ(record.Load(1, 1, 2, 3, 4, 5, 6, 7, 8, 9), 5);
 
   EXPECT_EQ(load(record, {"101", "", "x", "3", "", "", "", "", "", "0"}), 5);
@@ -166,7 +175,8 @@ TEST(GPDippr, KeepsFourValuesAndTheOthersUpToTheLastPresent)
   unsigned short equation;
   float c[9];
   EXPECT_EQ(record.Unload(equation, c[0], c[1], c[2], c[3], c[4], c[5], c[6], c[7], c[8]), 2);
-  EXPECT_TRUE(equation == 101 && c[0] == 1e-30F && c[5] == 2.5F && c[8] == 0.0F);
+  EXPECT_EQ(equation, 101);
+  EXPECT_EQ(std::vector(c, c + 9), (std::vector<float>{1e-30F, 0, 0, 0, 0, 2.5F, 0, 0, 0}));
 }
 
 TEST(GPDippr, ReadsAreasOfAnySize)
@@ -178,8 +188,10 @@ TEST(GPDippr, ReadsAreasOfAnySize)
     double out[9] = {7, 7, 7, 7, 7, 7, 7, 7, 7};
     Texts texts = {"old"};
     int const further = size < 18 ? 0 : std::min((size - 18) / 4, 5);
-    EXPECT_TRUE(unload(record, number, out) == further && unload(record, texts) == further) << size;
+    EXPECT_EQ(unload(record, number, out), further) << size;
+    EXPECT_EQ(unload(record, texts), further) << size;
     EXPECT_EQ(std::count(out, out + 9, 0.0), size < 18 ? 9 : 5 - further) << size;
-    EXPECT_TRUE(number == (size < 18 ? 0u : 257u) && texts[0] == (size < 18 ? "old" : "257")) << size;
+    EXPECT_EQ(number, size < 18 ? 0u : 257u) << size;
+    EXPECT_EQ(texts[0], size < 18 ? "old" : "257") << size;
   }
 }

@@ -144,7 +144,9 @@ TEST(DataItems, CopyTheArrayTheyOwn)
   GPa const original(5, array);
   GPa other(6, new GPObArray);
   other = original;
-  EXPECT_TRUE(other.GetDataID() == 5 && other.GetArray() != array && (*other.GetArray())[0] != (*array)[0]);
+  EXPECT_EQ(other.GetDataID(), 5U);
+  EXPECT_NE(other.GetArray(), array);
+  EXPECT_NE((*other.GetArray())[0], (*array)[0]);
   delete original.Clone();
   EXPECT_EQ(static_cast<GPs *>((*array)[0])->GetValue(), "first");
   // The source may be the target, or lie inside it.
@@ -153,9 +155,11 @@ TEST(DataItems, CopyTheArrayTheyOwn)
   EXPECT_EQ(other.GetArray()->GetSize(), 1);
   other.GetArray()->Add(new GPa(9, new GPObArray));
   other = *static_cast<GPa *>((*other.GetArray())[1]);
-  EXPECT_TRUE(other.GetDataID() == 9 && other.GetArray()->IsEmpty());
+  EXPECT_EQ(other.GetDataID(), 9U);
+  EXPECT_TRUE(other.GetArray()->IsEmpty());
   other.Init(original);
-  EXPECT_TRUE(other.GetDataID() == 9 && other.GetArray()->GetSize() == 1);
+  EXPECT_EQ(other.GetDataID(), 9U);
+  EXPECT_EQ(other.GetArray()->GetSize(), 1);
   other = GPa(7);
   EXPECT_EQ(other.GetArray(), nullptr);
 }

@@ -188,7 +188,8 @@ TEST_F(Containers, AppendMovesPointersAndDeleteAtDeletes)
   fill(second, {1, 2}).Add(nullptr);
   CObject * const moved = second[1];
   fill(first, {0}).Append(&second, 1);
-  EXPECT_TRUE(second.IsEmpty() && first[2] == moved);
+  EXPECT_TRUE(second.IsEmpty());
+  EXPECT_EQ(first[2], moved);
   second.Append(&first, 0);
   EXPECT_EQ(textOf(second), "0 1 2 - ");
   second.RemoveAll();
@@ -200,7 +201,8 @@ TEST_F(Containers, AppendMovesPointersAndDeleteAtDeletes)
   GPObList other;
   for (int i = 0; i < 25; ++i) other.AddTail(new Keyed(i));
   list.Append(&other, 1);
-  EXPECT_TRUE(other.IsEmpty() && list.GetCount() == 25);
+  EXPECT_TRUE(other.IsEmpty());
+  EXPECT_EQ(list.GetCount(), 25);
   EXPECT_EQ(backwards(list), textOf(list));
 }
 
@@ -257,7 +259,9 @@ TEST_F(Containers, LoadingDeletesTheOldElementsAndKeepsWhatWasReadBeforeAFailure
     list.AddTail(new Keyed(1));
     EXPECT_EQ(CauseOfLoading(bytes + FromHex(last), [&](CArchive & ar) { array.Serialize(ar); }), cause);
     EXPECT_EQ(CauseOfLoading(bytes + FromHex(last), [&](CArchive & ar) { list.Serialize(ar); }), cause);
-    EXPECT_TRUE(array.GetSize() == count && list.GetCount() == count && array[1] == nullptr);
+    EXPECT_EQ(array.GetSize(), count);
+    EXPECT_EQ(list.GetCount(), count);
+    EXPECT_EQ(array[1], nullptr);
     EXPECT_EQ(Keyed::g_nAlive, 0);
   }
 }

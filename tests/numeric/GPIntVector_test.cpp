@@ -36,7 +36,10 @@ TYPED_TEST(VectorsOfAnyKind, AreMadeCopiedMovedAndResized)
   TypeParam moved = std::move(copy);
   vector = std::move(moved);
   EXPECT_EQ(vector.ArrayPtr(), block);
-  for (TypeParam const * left : {&copy, &moved}) EXPECT_TRUE(left->IsEmpty() && left->ArrayPtr() == nullptr);
+  for (TypeParam const * left : {&copy, &moved}) {
+    EXPECT_TRUE(left->IsEmpty());
+    EXPECT_EQ(left->ArrayPtr(), nullptr);
+  }
   vector.ChangeSize(3);
   EXPECT_NE(vector.ArrayPtr(), block);
   vector.ChangeSize(4, nullptr);
@@ -48,7 +51,8 @@ TYPED_TEST(VectorsOfAnyKind, AreMadeCopiedMovedAndResized)
   vector.Reset(5);
   EXPECT_EQ(vector(0), 5);
   vector.ChangeSize(0);
-  EXPECT_TRUE(vector.IsEmpty() && vector.ArrayPtr() == nullptr);
+  EXPECT_TRUE(vector.IsEmpty());
+  EXPECT_EQ(vector.ArrayPtr(), nullptr);
 }
 
 TEST(GPIntVector, ArithmeticWrapsAndDivisionIsGuarded)
@@ -70,14 +74,15 @@ TEST(GPIntVector, ComparesAndFinds)
   GPIntVector vector(4);
   vector.InitSequentialValues(10, -2);
   EXPECT_EQ(elementsOf(vector), (Ints{10, 8, 6, 4}));
-  EXPECT_TRUE(vector.LocateValue(6) == 2 && vector.LocateValue(5) == -1);
+  EXPECT_EQ(std::pair(vector.LocateValue(6), vector.LocateValue(5)), std::pair(2, -1));
   vector.Sort();
   EXPECT_EQ(vector.BSearch(10), 3);
   EXPECT_EQ(vector.BSearch(4), 0);
   for (int absent : {3, 5, 11}) EXPECT_EQ(vector.BSearch(absent), -1);
   EXPECT_EQ(GPIntVector().BSearch(1), -1);
   EXPECT_TRUE(vector == intsOf({4, 6, 8, 10}));
-  EXPECT_TRUE(vector != intsOf({4, 6, 8, 11}) && vector != intsOf({4, 6, 8}));
+  EXPECT_NE(vector, intsOf({4, 6, 8, 11}));
+  EXPECT_NE(vector, intsOf({4, 6, 8}));
 }
 
 TEST(GPIntVector, SortsAscendingAtEverySize)
@@ -142,10 +147,13 @@ TEST(GPIntVector, IsASetUnderUnionAndIntersection)
 TEST(GPBOOLVector, CountsAnyNonZeroValueAsTrue)
 {
   GPBOOLVector vector = truthsOf({2, -1, 0, 1});
-  EXPECT_TRUE(vector.GetTRUECount() == 3 && vector.GetFALSECount() == 1);
-  EXPECT_FALSE(vector.IsAllTRUE() || vector.IsAllFALSE());
-  EXPECT_TRUE(truthsOf({2, 1}).IsAllTRUE() && truthsOf({0, 0}).IsAllFALSE());
-  EXPECT_TRUE(GPBOOLVector().IsAllTRUE() && GPBOOLVector().IsAllFALSE());
+  EXPECT_EQ(std::pair(vector.GetTRUECount(), vector.GetFALSECount()), std::pair(3, 1));
+  EXPECT_FALSE(vector.IsAllTRUE());
+  EXPECT_FALSE(vector.IsAllFALSE());
+  EXPECT_TRUE(truthsOf({2, 1}).IsAllTRUE());
+  EXPECT_TRUE(truthsOf({0, 0}).IsAllFALSE());
+  EXPECT_TRUE(GPBOOLVector().IsAllTRUE());
+  EXPECT_TRUE(GPBOOLVector().IsAllFALSE());
   vector.FlipState();
   EXPECT_EQ(elementsOf(vector), (Ints{3, -2, 1, 0}));
   vector.FlipState();

@@ -35,7 +35,9 @@ TEST(GPMatrix, IsMadeFromAValueFromNumbersOrFromAVector)
   expectMatrix(GPMatrix(7, v), 3, 1, {1, 2, 3}, "column");
   GPMatrix const empty(0, 5, 1.0);
   expectMatrix(empty, 0, 5, {}, "no rows");
-  EXPECT_TRUE(empty.ArrayPtr() == nullptr && !empty.IsEmpty() && GPMatrix().IsEmpty());
+  EXPECT_EQ(empty.ArrayPtr(), nullptr);
+  EXPECT_FALSE(empty.IsEmpty());
+  EXPECT_TRUE(GPMatrix().IsEmpty());
 }
 
 TEST(GPMatrix, CopiesMovesAndCompares)
@@ -46,11 +48,14 @@ TEST(GPMatrix, CopiesMovesAndCompares)
   copy(1, 0) = -0.0;
   original(1, 0) = 0.0;
   EXPECT_TRUE(copy != original);
-  EXPECT_TRUE(GPMatrix(2, 3) != GPMatrix(3, 2) && GPMatrix(0, 3) == GPMatrix(0, 3) && GPMatrix(0, 3) != GPMatrix(0, 4));
+  EXPECT_NE(GPMatrix(2, 3), GPMatrix(3, 2));
+  EXPECT_EQ(GPMatrix(0, 3), GPMatrix(0, 3));
+  EXPECT_NE(GPMatrix(0, 3), GPMatrix(0, 4));
   EXPECT_TRUE(static_cast<GPMatrix const &>(*std::unique_ptr<GPObject>(copy.Clone())) == copy);
   original = std::move(copy);
   EXPECT_EQ(original(1, 1), 4.0);
-  EXPECT_TRUE(copy.IsEmpty() && copy.ArrayPtr() == nullptr);
+  EXPECT_TRUE(copy.IsEmpty());
+  EXPECT_EQ(copy.ArrayPtr(), nullptr);
 }
 
 TEST(GPMatrix, ChangeSizeKeepsTheTopLeftPart)

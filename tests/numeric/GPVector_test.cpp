@@ -22,7 +22,8 @@ TEST(GPVector, IsMadeFromAValueOrFromNumbers)
   EXPECT_EQ(elementsOf(GPVector(2, floats)), (Doubles{static_cast<double>(0.1F), 3.0}));
   EXPECT_EQ(elementsOf(GPVector(GPMatrix(2, 2, Doubles{1, 2, 3, 4}.data()), 1)), (Doubles{2, 4}));
   for (GPVector const & empty : {GPVector(), GPVector(0, 5.0), GPVector(0, doubles), GPVector(-3)}) {
-    EXPECT_TRUE(empty.IsEmpty() && empty.ArrayPtr() == nullptr);
+    EXPECT_TRUE(empty.IsEmpty());
+    EXPECT_EQ(empty.ArrayPtr(), nullptr);
   }
 }
 
@@ -73,8 +74,10 @@ TEST(GPVector, SortingWithNansLosesNothing)
     vector[2] = -quietNan;
     vector[4] = infinity;
     vector.Sort();
-    EXPECT_TRUE(std::isnan(vector[0]) && std::signbit(vector[0]));
-    EXPECT_TRUE(std::isnan(vector[size - 1]) && !std::signbit(vector[size - 1]));
+    EXPECT_TRUE(std::isnan(vector[0]));
+    EXPECT_TRUE(std::signbit(vector[0]));
+    EXPECT_TRUE(std::isnan(vector[size - 1]));
+    EXPECT_FALSE(std::signbit(vector[size - 1]));
     EXPECT_TRUE(std::is_sorted(vector.ArrayPtr() + 1, vector.ArrayPtr() + size - 1));
     EXPECT_EQ(vector[size - 2], infinity);
   }
@@ -106,9 +109,11 @@ TEST(GPVector, ReducesInIndexOrder)
     mixed = mixed + scaled;
   }
   EXPECT_EQ(a.Sum(), sum);
-  EXPECT_TRUE(a.SqrNorm() == squares && a.Norm() == std::sqrt(squares));
+  EXPECT_EQ(a.SqrNorm(), squares);
+  EXPECT_EQ(a.Norm(), std::sqrt(squares));
   EXPECT_EQ(a.DotProduct(b), products);
-  EXPECT_TRUE(a.DotProduct(ints) == mixed && ints.DotProduct(a) == mixed);
+  EXPECT_EQ(a.DotProduct(ints), mixed);
+  EXPECT_EQ(ints.DotProduct(a), mixed);
   EXPECT_FALSE(std::signbit(vectorOf({-0.0}).Sum()));  // the sum starts at 0.0
 }
 

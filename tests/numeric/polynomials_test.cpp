@@ -44,7 +44,8 @@ TEST(CalcPolynomial, HandsBackThePowersOfEachCoefficient)
 
 TEST(NumericHelpers, GivePowersOfTenAndLookAtEveryByte)
 {
-  EXPECT_TRUE(Pow10(-2.0) == 0.01 && Pow10(0.0) == 1.0);
+  EXPECT_EQ(Pow10(-2.0), 0.01);
+  EXPECT_EQ(Pow10(0.0), 1.0);
   unsigned char const block[9] = {0, 0, 0, 0, 0, 0, 0, 0, 0x80};
   EXPECT_FALSE(AnyBitIsSet(block, 8));
   EXPECT_TRUE(AnyBitIsSet(block + 1, 8));
@@ -57,8 +58,11 @@ TEST(SpecialValues, AreInfinitiesAndNansOfBothSigns)
   EXPECT_EQ(FLT_NEGINF(), -std::numeric_limits<float>::infinity());
   EXPECT_EQ(DBL_POSINF(), infinity);
   EXPECT_EQ(DBL_NEGINF(), -infinity);
-  for (double nan : {static_cast<double>(FLT_POSNAN()), DBL_POSNAN()}) EXPECT_TRUE(std::isnan(nan) && !std::signbit(nan));
-  for (double nan : {static_cast<double>(FLT_NEGNAN()), DBL_NEGNAN()}) EXPECT_TRUE(std::isnan(nan) && std::signbit(nan));
+  double const nans[] = {static_cast<double>(FLT_POSNAN()), DBL_POSNAN(), static_cast<double>(FLT_NEGNAN()), DBL_NEGNAN()};
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_TRUE(std::isnan(nans[i])) << i;
+    EXPECT_EQ(std::signbit(nans[i]), i >= 2) << i;
+  }
   EXPECT_EQ(std::bit_cast<std::uint64_t>(DBL_NEGNAN()) & 0x7FFFFFFFFFFFF, 1U);  // the payload
   EXPECT_EQ(std::bit_cast<std::uint32_t>(FLT_POSNAN()) & 0x3FFFFF, 1U);
 }

@@ -76,7 +76,8 @@ TEST(NumericStreams, IntegersKeepTheirLow16Bits)
   GPBOOLVector truths;
   readFrom(bytesOf(intsOf({40000, 70000, -32768, 65536})), ints);
   readFrom(bytesOf(truthsOf({65536, 1})), truths);
-  EXPECT_TRUE(ints == intsOf({-25536, 4464, -32768, 0}) && truths == truthsOf({0, 1}));
+  EXPECT_EQ(ints, intsOf({-25536, 4464, -32768, 0}));
+  EXPECT_EQ(truths, truthsOf({0, 1}));
 }
 
 TEST(NumericStreams, GoThroughArchivesByClass)
@@ -135,8 +136,11 @@ class DamagedNumericStreams : public testing::Test {
     container.ChangeSize(3);  // what was there before goes, too
     m_UI.m_Messages.clear();
     int const next = readFrom(bytes, container);
-    EXPECT_TRUE(!inElements || next == -1) << bytes.size();
-    EXPECT_TRUE(container.IsEmpty() && container.ArrayPtr() == nullptr) << bytes.size();
+    if (inElements) {
+      EXPECT_EQ(next, -1) << bytes.size();
+    }
+    EXPECT_TRUE(container.IsEmpty()) << bytes.size();
+    EXPECT_EQ(container.ArrayPtr(), nullptr) << bytes.size();
     ASSERT_EQ(m_UI.m_Messages.size(), 1U) << bytes.size();
     EXPECT_EQ(m_UI.m_Messages[0].helpId, 43783U);
   }

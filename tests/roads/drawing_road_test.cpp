@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <utility>
 
 #include <zpbase/platform/bytes.h>
 #include <zpbase/platform/paths.h>
@@ -91,7 +92,8 @@ TEST(DrawingRoad, TakesRealMetafilesCutAtEachByteAndWithEachSizeAtItsExtremes)
     std::string const bytes = bytesOf(std::filesystem::path(ZP_SOURCE_DIR "/tests/metafiles") / name);
     BOOL whole = FALSE;
     size_t const full = replayed(bytes, whole);
-    EXPECT_TRUE(whole && full > 300) << name;
+    EXPECT_TRUE(whole) << name;
+    EXPECT_GT(full, 300U) << name;
     for (size_t length = 0; length < bytes.size(); ++length) EXPECT_LE(replayed(bytes.substr(0, length), whole), full);
 
     for (size_t at = 40; at + 6 < bytes.size();) {
@@ -130,7 +132,7 @@ TEST(DrawingRoad, ReplaysAsMuchOfEachRealMetafileAsItDraws)
       lines += record.rfind("LINE|", 0) == 0;
       texts += record.rfind("TEXT|", 0) == 0;
     }
-    EXPECT_TRUE(lines == row.lines && texts == row.texts) << row.name << ": " << lines << " lines, " << texts << " texts";
+    EXPECT_EQ(std::pair(lines, texts), std::pair(row.lines, row.texts)) << row.name;
   }
 }
 

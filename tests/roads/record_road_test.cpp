@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <tuple>
 
 #include <zpbase/data.h>
 #include <zpbase/store.h>
@@ -51,16 +52,19 @@ TEST(RecordRoad, KeepsAComponentThroughClosingChangingAndCompacting)
 
   store.Open(CFile::modeReadWrite);
   std::unique_ptr<CObject> const object(store.LoadObj(7));
-  ASSERT_TRUE(object != nullptr && object->IsKindOf(RUNTIME_CLASS(GPDataArray)));
+  ASSERT_NE(object, nullptr);
+  ASSERT_TRUE(object->IsKindOf(RUNTIME_CLASS(GPDataArray)));
   auto & loaded = static_cast<GPDataArray &>(*object);
   CString text;
   float tc = 0;
-  EXPECT_TRUE(loaded.UnloadStringData(text, 1) == 1 && text == "Water");
-  EXPECT_TRUE(loaded.UnloadFloatData(tc, 12) == 1 && tc == 647.14F);
+  EXPECT_EQ(loaded.UnloadStringData(text, 1), 1);
+  EXPECT_EQ(text, "Water");
+  EXPECT_EQ(loaded.UnloadFloatData(tc, 12), 1);
+  EXPECT_EQ(tc, 647.14F);
   EXPECT_EQ(loaded.UnloadFloatData(tc, 13), 0);
   float a = 0, b = 0, c = 9;
   EXPECT_EQ(GPAvp::As(static_cast<GPv &>(*loaded.GetData(97, 1))).Unload(a, b, c), 2);
-  EXPECT_TRUE(a == 1.5F && b == -2.5F && c == 0.0F);
+  EXPECT_EQ(std::tuple(a, b, c), std::tuple(1.5F, -2.5F, 0.0F));
 
   loaded.DeleteData(40);  // shorter: the same block, with slack behind
   ASSERT_EQ(store.StoreObj(&loaded, 7), 1);
@@ -69,7 +73,8 @@ TEST(RecordRoad, KeepsAComponentThroughClosingChangingAndCompacting)
   ASSERT_EQ(store.DegasRecFile(), 1);
   EXPECT_EQ(folder.Read("a.SR").size(), 6 + store.GetRecLength(7) + 6 + 4);
   char tail[4];
-  EXPECT_TRUE(store.LoadRec(tail, 4, 8) == 4 && std::string(tail, 4) == "tail");
+  EXPECT_EQ(store.LoadRec(tail, 4, 8), 4U);
+  EXPECT_EQ(std::string(tail, 4), "tail");
   std::unique_ptr<CObject> const again(store.LoadObj(7));
   ASSERT_NE(again, nullptr);
   EXPECT_EQ(static_cast<GPDataArray &>(*again).GetSize(), 3);

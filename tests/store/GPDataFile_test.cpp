@@ -168,7 +168,8 @@ TEST_F(Store, KeepsObjectsOfAnyClass)
   store->Close();
   store = Open(CFile::modeRead);
   std::unique_ptr<CObject> const object(store->LoadObj(9));
-  ASSERT_TRUE(object && object->IsKindOf(RUNTIME_CLASS(GPObArray)));
+  ASSERT_TRUE(object);
+  ASSERT_TRUE(object->IsKindOf(RUNTIME_CLASS(GPObArray)));
   EXPECT_EQ(static_cast<GPObArray &>(*object).GetSize(), 2);
   EXPECT_EQ(store->LoadObj(8), nullptr);
   Put(*store, 10, "no object");  // the file is open for reading: only a warning, the file stays
