@@ -44,6 +44,7 @@ TEST(ViewTool, PrintsPlainlyIntoAPipe)
   folder.Write("report.txt", reportText);
   folder.Write("empty.txt", "");
   folder.Write("led.txt", "\fonly page");
+  folder.Write("unix.txt", "one\nzw\xC3\xB6lf\n\nthree");
   struct Row {
     char const * file;
     char const * out;
@@ -53,6 +54,7 @@ TEST(ViewTool, PrintsPlainlyIntoAPipe)
        "Stream  T/K\nFeed <1>        298.15 \u00E4\u00B0\n\fSecond page\nbell\u2407 \u241B[31mred \u2421\uFFFD\n\nlast\n"},
       {"empty.txt", ""},
       {"led.txt", "only page\n"},
+      {"unix.txt", "one\nzw\u00F6lf\n\nthree\n"},
   };
   for (Row const & row : rows) {
     ProgramRun const run = RunZp(folder.Path(), std::string("view ") + row.file);
@@ -71,7 +73,8 @@ TEST(ViewTool, TellsWhatItCantShow)
     char const * file;
     char const * words;
   };
-  constexpr Row rows[] = {{"missing.txt", "missing.txt: does not exist"}, {".", "is no file"}, {"held.txt", "in use by another program"}};
+  constexpr Row rows[] = {
+      {"missing.txt", "missing.txt: does not exist"}, {".", "is no file"}, {"held.txt", "in use by another program"}};
   for (Row const & row : rows) {
     ProgramRun const run = RunZp(folder.Path(), std::string("view ") + row.file);
     EXPECT_EQ(run.m_nStatus, 1) << row.file;
@@ -87,6 +90,8 @@ TEST(ViewTool, WritesAPageThatABrowserReads)
   ProgramRun const run = RunZp(folder.Path(), "view report.txt --html page.html");
   ASSERT_EQ(run.m_nStatus, 0) << run.m_strErr;
   std::string const page = folder.Read("page.html");
+  EXPECT_EQ(RunZp(folder.Path(), "view report.txt --html ./report.txt").m_nStatus, 2) << "the report would be gone";
+  EXPECT_EQ(folder.Read("report.txt"), reportText);
   EXPECT_EQ(countOf(page, "<section"), 2U);
   EXPECT_NE(page.find("<pre>\nStream  T/K\nFeed &lt;1&gt;        298.15 \u00E4\u00B0\n</pre>"), std::string::npos) << page;
   EXPECT_NE(page.find("break-after: page"), std::string::npos);
@@ -105,17 +110,18 @@ TEST(ViewTool, ShowsAReportOnTheTerminal)
   TempFolder const folder;
   folder.Write("report.txt", reportText);
   std::string const tmux = "tmux -u -L '" + folder.Path().filename().string() + "'";
-  std::string const seen = runShell(folder, "export LC_ALL=C.UTF-8\nt() { " + tmux +
-                                                " \"$@\"; }\n"
-                                                "see() { sleep 0.3; t capture-pane -p; echo =; }\n"
-                                                "t new-session -d -x 60 -y 9 \"'" ZP_BINARY_DIR
-                                                "/tools/zp' view report.txt\"\n"
-                                                "sleep 0.5\nsee\n"
-                                                "t send-keys /; t send-keys RED Enter; see\n"
-                                                "t send-keys /; t send-keys red Enter; see\n"
-                                                "t send-keys l Right; see\n"
-                                                "t resize-window -x 30 -y 4; see\n"
-                                                "t send-keys q; sleep 0.3; t kill-server 2>/dev/null; true\n");
+  std::string const seen =
+      runShell(folder, "export LC_ALL=C.UTF-8\nt() { " + tmux +
+                           " \"$@\"; }\n"
+                           "see() { sleep 0.3; t capture-pane -p; echo =; }\n"
+                           "t new-session -d -x 60 -y 9 \"'" ZP_BINARY_DIR
+                           "/tools/zp' view report.txt\"\n"
+                           "sleep 0.5\nsee\n"
+                           "t send-keys /; t send-keys x Escape; sleep 0.2; t send-keys /; t send-keys REDX BSpace Enter; see\n"
+                           "t send-keys /; t send-keys red Enter; see\n"
+                           "t send-keys l Right; see\n"
+                           "t resize-window -x 30 -y 4; see\n"
+                           "t send-keys q; sleep 0.3; t kill-server 2>/dev/null; true\n");
   EXPECT_EQ(
       seen.rfind("Stream  T/K\nFeed <1>        298.15 \u00E4\u00B0\n---- page 2 ----\nSecond page\nbell\u2407 \u241B[31mred", 0),
       0U)

@@ -14,6 +14,7 @@
 #include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
+#include "tools/text/text_copy.h"
 
 namespace {
 
@@ -80,66 +81,6 @@ bool isWide(std::string_view bytes)
   return evenZero != oddZero;
 }
 
-// A zero byte ends a line too, with the LFs behind it.
-bool isLoneLineFeed(std::string_view bytes, size_t place)
-{
-  return bytes[place] == '\n' && (place == 0 || (bytes[place - 1] != '\r' && bytes[place - 1] != '\0'));
-}
-
-// Gives each lone LF its CR; the result is how many there were.
-size_t completeLineEnds(std::string & bytes)
-{
-  size_t lone = 0;
-  for (size_t place = bytes.find('\n'); place != std::string::npos; place = bytes.find('\n', place + 1))
-    lone += isLoneLineFeed(bytes, place);
-  if (lone == 0) return 0;
-  std::string complete;
-  complete.reserve(bytes.size() + lone);
-  size_t taken = 0;
-  for (size_t place = bytes.find('\n'); place != std::string::npos; place = bytes.find('\n', place + 1)) {
-    if (!isLoneLineFeed(bytes, place)) continue;
-    complete.append(bytes, taken, place - taken).append("\r\n");
-    taken = place + 1;
-  }
-  bytes = complete.append(bytes, taken);
-  return lone;
-}
-
-// A file with a name of its own for as long as it is parsed.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(std::string_view content)
-  {
-    std::error_code ignored;
-    auto const folder = std::filesystem::temp_directory_path(ignored);
-    m_strName = ((ignored ? "/tmp" : folder) / "zp_text_XXXXXX").string();
-    int const handle = mkstemp(m_strName.data());
-    if (handle == -1) Fail();
-    std::FILE * const file = fdopen(handle, "wb");
-    bool const written = file != nullptr && std::fwrite(content.data(), 1, content.size(), file) == content.size();
-    bool const closed = file != nullptr && std::fclose(file) == 0;
-    if (written && closed) return;
-    int const error = errno;
-    std::remove(m_strName.c_str());
-    errno = error;
-    Fail();
-  }
-  ~TemporaryFile() { std::remove(m_strName.c_str()); }
-  TemporaryFile(TemporaryFile const &) = delete;
-  TemporaryFile & operator=(TemporaryFile const &) = delete;
-
-  std::string const & Name() const { return m_strName; }
-
- private:
-  [[noreturn]] void Fail() const
-  {
-    throw Failure(fmt::format("{}: a copy with CR LF line ends can't be written: {}; TMPDIR names another folder", m_strName,
-                              std::strerror(errno)));
-  }
-
-  std::string m_strName;
-};
-
 std::unique_ptr<ParseFile> parse(std::string const & hostName, std::string const & name)
 {
   try {
@@ -159,7 +100,7 @@ std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
   bool const isMarked = bytes.starts_with(utf8Mark);
   if (isMarked) bytes.erase(0, utf8Mark.size());
   isEmpty = bytes.empty();
-  size_t const lone = completeLineEnds(bytes);
+  size_t const lone = CompleteLineEnds(bytes);
   if (lone != 0) {
     fmt::print(stderr, "zp: {}: {} in LF alone where ParseFile expects CR LF; a copy that has both was read\n", name,
                lone == 1 ? "1 line ends" : fmt::format("{} lines end", lone));
@@ -179,7 +120,7 @@ std::unique_ptr<ParseFile> ParseCopy(std::string_view text, std::string const & 
 {
   if (text.size() > mostBytes) failTooLong(name);
   InterruptGuard const guard;
-  TemporaryFile const copy(text);
+  TemporaryTextFile const copy(text);
   auto file = parse(copy.Name(), name);
   if (InterruptGuard::IsInterrupted()) throw Failure("interrupted; nothing was read", exitInterrupted);
   return file;

@@ -1,7 +1,10 @@
 // zp view: a text file as a report, on the terminal, as a page for browsers, or plainly into a pipe.
 
+#include <filesystem>
 #include <memory>
 
+#include <fmt/format.h>
+#include <zpbase/platform/encoding.h>
 #include <zpbase/platform/terminal.h>
 
 #include "tools/commands.h"
@@ -28,6 +31,9 @@ struct ViewCommand {
 
   ExitStatus Run() const
   {
+    std::error_code ignored;
+    if (std::filesystem::equivalent(file, html, ignored))
+      throw Failure(fmt::format("{}: is the report itself; name another file for the page", html), exitUsage);
     OpenReport(file, [this](OpenedReport const & report) { Show(report); });
     return exitDone;
   }
@@ -37,15 +43,22 @@ struct ViewCommand {
     ReportPages const pages(report.entries);
     if (!html.empty()) return WriteHtml(pages, report);
     bool const isOnTerminal = IsTerminal(standardInput) && IsTerminal(standardOutput);
-    if (plain || !isOnTerminal || !ShowReport(pages, file)) PrintPlain(pages);
+    if (plain || !isOnTerminal || !ShowReport(pages, Title())) PrintPlain(pages);
   }
 
   void WriteHtml(ReportPages const & pages, OpenedReport const & report) const
   {
-    if (html == "-") return WriteReportHtml(pages, file, report.header, [](std::string const & piece) { Print(piece); });
+    if (html == "-") return WriteReportHtml(pages, Title(), report.header, [](std::string const & piece) { Print(piece); });
     std::string page;
-    WriteReportHtml(pages, file, report.header, [&page](std::string const & piece) { page += piece; });
+    WriteReportHtml(pages, Title(), report.header, [&page](std::string const & piece) { page += piece; });
     WriteWholeFile(html, page);
+  }
+
+  // The name as it can be shown anywhere.
+  std::string Title() const
+  {
+    CString name;
+    return ShownText(zp::Utf8ToText(file, name) ? name.View() : std::string_view(file), ShownIn::utf8);
   }
 
   static void PrintPlain(ReportPages const & pages)

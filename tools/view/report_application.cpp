@@ -2,18 +2,21 @@
 
 #include "tools/view/report_application.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 
 #include <fmt/format.h>
 #include <zpbase/messages.h>
 #include <zpbase/platform/application.h>
+#include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/message_map.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/views.h>
 
 #include "tools/program.h"
+#include "tools/text/text_copy.h"
 
 namespace {
 
@@ -89,6 +92,19 @@ class ReportApplication : public CWinApp {
   MainWindow * m_pWindow;  // belongs to its window
 };
 
+// A copy of a file in the form that reports are read in, where its lines end in LF alone or it is UTF-8; else null.
+std::unique_ptr<TemporaryTextFile> copyOf(std::string const & file)
+{
+  std::string bytes = ReadWholeFile(file);
+  bool isOther = CompleteLineEnds(bytes) != 0;
+  bool const isAscii = std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+  if (CString text; !isAscii && zp::Utf8ToText(bytes, text)) {
+    bytes = text.View();
+    isOther = true;
+  }
+  return isOther ? std::make_unique<TemporaryTextFile>(bytes) : nullptr;
+}
+
 }  // namespace
 
 void OpenReport(std::string const & file, std::function<void(OpenedReport const & report)> show)
@@ -96,10 +112,12 @@ void OpenReport(std::string const & file, std::function<void(OpenedReport const 
   std::error_code ignored;
   if (!FileExists(file)) throw Failure(fmt::format("{}: does not exist; check the name", file));
   if (!std::filesystem::is_regular_file(file, ignored)) throw Failure(fmt::format("{}: is no file; name a text file", file));
+  std::unique_ptr<TemporaryTextFile> const copy = copyOf(file);
   ReportApplication app;
   ReportView::show = std::move(show);
   try {
-    if (BrowseFile(FromHostPath(file), noSuchFileID) == 0) throw Failure(fmt::format("{}: can't be shown", file));
+    if (BrowseFile(FromHostPath(copy ? copy->Name() : file), noSuchFileID) == 0)
+      throw Failure(fmt::format("{}: can't be shown", file));
   } catch (CFileException * caught) {
     zp::ExceptionGuard const guard(caught);
     FailOpening(file, nullptr, *caught);

@@ -82,6 +82,9 @@ void WriteReportHtml(ReportPages const & report, std::string const & title, Page
       piece.clear();
     }
     piece += "</pre>\n</section>\n";
+    if (piece.size() < pieceBytes) continue;
+    write(piece);
+    piece.clear();
   }
   write(piece + "</main>\n</body>\n</html>\n");
 }

@@ -37,13 +37,6 @@ char asciiOf(unsigned char c)
   return c < 0x80 ? static_cast<char>(c) : '?';
 }
 
-bool holds(std::string_view text, std::string_view pattern, bool countsCase)
-{
-  if (countsCase) return text.find(pattern) != std::string_view::npos;
-  auto const same = [](char a, char b) { return zp::ToLower(a) == b; };
-  return std::search(text.begin(), text.end(), pattern.begin(), pattern.end(), same) != text.end();
-}
-
 }  // namespace
 
 ReportPages::ReportPages(CStringArray const & entries) : m_Entries(entries)
@@ -95,13 +88,21 @@ int ReportPages::Find(std::string_view pattern, int start, bool forward) const
 {
   int const count = GetEntryCount();
   if (count == 0 || pattern.empty()) return -1;
-  bool const countsCase = zp::ToLower(pattern) != pattern;
   int entry = std::clamp(start, 0, count - 1);
   for (int looked = 0; looked < count; ++looked) {
-    if (!IsBreak(entry) && holds(GetText(entry), pattern, countsCase)) return entry;
+    if (!IsBreak(entry) && FindIn(GetText(entry), pattern) != std::string_view::npos) return entry;
     entry = forward ? (entry + 1) % count : (entry + count - 1) % count;
   }
   return -1;
+}
+
+size_t ReportPages::FindIn(std::string_view line, std::string_view pattern)
+{
+  bool const countsCase = zp::ToLower(pattern) != pattern;
+  if (countsCase) return line.find(pattern);
+  auto const same = [](char a, char b) { return zp::ToLower(a) == b; };
+  auto const found = std::search(line.begin(), line.end(), pattern.begin(), pattern.end(), same);
+  return found != line.end() ? static_cast<size_t>(found - line.begin()) : std::string_view::npos;
 }
 
 std::string ShownText(std::string_view text, ShownIn where)

@@ -31,6 +31,9 @@ class ReportPages {
   // letters counts if the pattern has a capital.
   int Find(std::string_view pattern, int start, bool forward) const;
 
+  // Where the pattern stands in a line, by the same rule, or npos.
+  static size_t FindIn(std::string_view line, std::string_view pattern);
+
  private:
   CStringArray const & m_Entries;
   std::vector<int> m_Breaks;  // entries that begin a page

@@ -20,6 +20,7 @@ constexpr int sideStep = 8;      // columns
 constexpr int numberWidth = 8;   // of a line number and the blank behind it
 constexpr int escapeDelay = 25;  // milliseconds until a lone Escape counts
 constexpr int escapeKey = 27;
+constexpr int deleteKey = 127;
 constexpr char const * keysHint = "q leaves, / searches, n N go on, [ ] pages, l numbers";
 
 // By a character of three bytes that no other encoding reads so.
@@ -28,6 +29,13 @@ bool isUtf8Locale()
   constexpr char picture[] = "\xE2\x90\x9B";
   wchar_t read = 0;
   return std::mbtowc(&read, picture, sizeof picture - 1) == 3 && read == 0x241B;
+}
+
+// Takes the last character off, all its bytes.
+void dropLast(std::string & utf8)
+{
+  while (!utf8.empty() && (static_cast<unsigned char>(utf8.back()) & 0xC0) == 0x80) utf8.pop_back();
+  if (!utf8.empty()) utf8.pop_back();
 }
 
 // The terminal in the state that a viewer needs, and its own state afterwards.
@@ -144,25 +152,41 @@ class Viewer {
 
   void AskPattern()
   {
-    char pattern[256];
-    move(LINES - 1, 0);
-    clrtoeol();
-    addch('/');
-    echo();
+    std::string typed;
     curs_set(1);
-    int const answer = getnstr(pattern, sizeof pattern - 1);
+    bool const isEntered = Type(typed);
     curs_set(0);
-    noecho();
-    if (answer == ERR || pattern[0] == '\0') return;
-    m_strPattern = PatternOf(pattern);
+    if (!isEntered || typed.empty()) return;
+    m_strPattern = PatternOf(typed);
     Search(m_nTop, true);
   }
 
+  // A line of typing on the last row; false if it was given up.
+  bool Type(std::string & typed)
+  {
+    for (;;) {
+      m_strNote = "/" + typed;
+      Draw();
+      int const key = getch();
+      if (key == '\n' || key == KEY_ENTER) break;
+      if (key == escapeKey || key == ERR) {
+        m_strNote.clear();
+        return false;
+      }
+      if (key == KEY_BACKSPACE || key == deleteKey || key == '\b')
+        dropLast(typed);
+      else if (key >= ' ' && key <= 0xFF)
+        typed += static_cast<char>(key);
+    }
+    m_strNote.clear();
+    return true;
+  }
+
   // What was typed, in the characters of the report.
-  std::string PatternOf(char const * typed) const
+  std::string PatternOf(std::string const & typed) const
   {
     CString text;
-    return m_Where == ShownIn::utf8 && zp::Utf8ToText(typed, text) ? std::string(text.View()) : std::string(typed);
+    return m_Where == ShownIn::utf8 && zp::Utf8ToText(typed, text) ? std::string(text.View()) : typed;
   }
 
   void Search(int start, bool forward)
@@ -170,10 +194,13 @@ class Viewer {
     int const count = m_Report.GetEntryCount();
     if (m_strPattern.empty() || count == 0) return;
     int const found = m_Report.Find(m_strPattern, (start + count) % count, forward);
-    if (found < 0)
+    if (found < 0) {
       m_strNote = "not found";
-    else
-      GoTo(found);
+      return;
+    }
+    GoTo(found);
+    int const column = static_cast<int>(ReportPages::FindIn(m_Report.GetText(found), m_strPattern));
+    if (column < m_nLeft || column >= m_nLeft + COLS - numberWidth) m_nLeft = std::max(column - sideStep, 0);
   }
 
   void Draw() const
@@ -189,7 +216,7 @@ class Viewer {
     move(row, 0);
     if (m_Report.IsBreak(entry)) {
       attron(A_DIM);
-      AddShown(fmt::format("---- page {} ----", m_Report.GetPageOf(entry) + 1));
+      addnstr(fmt::format("---- page {} ----", m_Report.GetPageOf(entry) + 1).c_str(), COLS);
       attroff(A_DIM);
       return;
     }
@@ -209,13 +236,13 @@ class Viewer {
   {
     std::string status = m_strNote;
     if (status.empty()) {
-      status = m_strTitle;
       if (m_Report.GetEntryCount() == 0)
-        status += "  empty";
+        status += "empty";
       else
-        status += fmt::format("  line {} of {}, page {} of {}", std::min(m_Report.GetLineOf(m_nTop) + 1, m_Report.GetLineCount()),
+        status += fmt::format("line {} of {}, page {} of {}", std::min(m_Report.GetLineOf(m_nTop) + 1, m_Report.GetLineCount()),
                               m_Report.GetLineCount(), m_Report.GetPageOf(m_nTop) + 1, m_Report.GetPageCount());
       if (m_nLeft > 0) status += fmt::format(", column {}", m_nLeft + 1);
+      status += "  " + m_strTitle;
     }
     attron(A_REVERSE);
     mvaddnstr(LINES - 1, 0, status.c_str(), std::max(COLS - 1, 0));

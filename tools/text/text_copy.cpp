@@ -1,0 +1,69 @@
+// Line ends, and files that go again.
+
+#include "tools/text/text_copy.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include <fmt/format.h>
+
+#include "tools/program.h"
+
+namespace {
+
+// A zero byte ends a line too, with the LFs behind it.
+bool isLoneLineFeed(std::string_view bytes, size_t place)
+{
+  return bytes[place] == '\n' && (place == 0 || (bytes[place - 1] != '\r' && bytes[place - 1] != '\0'));
+}
+
+}  // namespace
+
+size_t CompleteLineEnds(std::string & bytes)
+{
+  size_t lone = 0;
+  for (size_t place = bytes.find('\n'); place != std::string::npos; place = bytes.find('\n', place + 1))
+    lone += isLoneLineFeed(bytes, place);
+  if (lone == 0) return 0;
+  std::string complete;
+  complete.reserve(bytes.size() + lone);
+  size_t taken = 0;
+  for (size_t place = bytes.find('\n'); place != std::string::npos; place = bytes.find('\n', place + 1)) {
+    if (!isLoneLineFeed(bytes, place)) continue;
+    complete.append(bytes, taken, place - taken).append("\r\n");
+    taken = place + 1;
+  }
+  bytes = complete.append(bytes, taken);
+  return lone;
+}
+
+TemporaryTextFile::TemporaryTextFile(std::string_view content)
+{
+  std::error_code ignored;
+  auto const folder = std::filesystem::temp_directory_path(ignored);
+  m_strName = ((ignored ? "/tmp" : folder) / "zp_text_XXXXXX").string();
+  int const handle = mkstemp(m_strName.data());
+  if (handle == -1) Fail();
+  std::FILE * const file = fdopen(handle, "wb");
+  bool const written = file != nullptr && std::fwrite(content.data(), 1, content.size(), file) == content.size();
+  bool const closed = file != nullptr && std::fclose(file) == 0;
+  if (written && closed) return;
+  int const error = errno;
+  std::remove(m_strName.c_str());
+  errno = error;
+  Fail();
+}
+
+TemporaryTextFile::~TemporaryTextFile()
+{
+  std::remove(m_strName.c_str());
+}
+
+void TemporaryTextFile::Fail() const
+{
+  throw Failure(fmt::format("{}: a copy with CR LF line ends can't be written: {}; TMPDIR names another folder", m_strName,
+                            std::strerror(errno)));
+}

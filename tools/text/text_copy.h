@@ -1,0 +1,24 @@
+// Copies of text files in the form that the library's readers take: lines that end in CR LF.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Gives each LF without a CR one; the result is how many there were.
+size_t CompleteLineEnds(std::string & bytes);
+
+// A file with a name of its own for as long as this lives. Raises Failure if it can't be written.
+class TemporaryTextFile {
+ public:
+  explicit TemporaryTextFile(std::string_view content);
+  ~TemporaryTextFile();
+  TemporaryTextFile(TemporaryTextFile const &) = delete;
+  TemporaryTextFile & operator=(TemporaryTextFile const &) = delete;
+
+  std::string const & Name() const { return m_strName; }
+
+ private:
+  [[noreturn]] void Fail() const;
+
+  std::string m_strName;
+};
