@@ -2,10 +2,10 @@
 
 #include <zpbase/platform/application.h>
 
+#include <algorithm>
+
 #include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
-
-#include <algorithm>
 
 #include "platform/application/settings_back_end_internal.h"
 

@@ -1,10 +1,11 @@
 // CArchive: the buffer between an archive and its file, raw bytes, texts and counts. Objects are in archive_objects.cpp.
 
 #include <zpbase/platform/archive.h>
-#include <zpbase/platform/encoding.h>
 
 #include <algorithm>
 #include <exception>
+
+#include <zpbase/platform/encoding.h>
 
 #include "platform/archive/archive_internal.h"
 

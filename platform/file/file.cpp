@@ -1,8 +1,6 @@
 // CFile: opening under a lock, bytes at a position of its own, length. What works on names alone is in file_names.cpp.
 
 #include <zpbase/platform/file.h>
-#include <zpbase/platform/paths.h>
-#include <zpbase/platform/system_error.h>
 
 #include <cerrno>
 #include <memory>

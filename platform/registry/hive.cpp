@@ -3,13 +3,13 @@
 
 #include "platform/registry/hive_internal.h"
 
-#include <zpbase/platform/known_places.h>
-#include <zpbase/platform/system_error.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <memory>
+
+#include <zpbase/platform/known_places.h>
+#include <zpbase/platform/system_error.h>
 
 namespace zp {
 namespace {

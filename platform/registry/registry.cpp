@@ -1,13 +1,14 @@
 // The registry's functions on the two hives: open keys, their rights, and buffers of the caller's size.
 
 #include <zpbase/platform/registry.h>
-#include <zpbase/platform/security.h>
-#include <zpbase/platform/system_error.h>
 
 #include <algorithm>
 #include <memory>
 #include <set>
 #include <string>
+
+#include <zpbase/platform/security.h>
+#include <zpbase/platform/system_error.h>
 
 #include "platform/registry/hive_internal.h"
 

@@ -1,9 +1,10 @@
 // Registration-entries texts that come from elsewhere or go there, as steps to be done one after the other.
 
-#include <zpbase/platform/encoding.h>
 #include <zpbase/platform/registry.h>
 
 #include <algorithm>
+
+#include <zpbase/platform/encoding.h>
 
 #include "platform/registry/registry_text_internal.h"
 

@@ -1,5 +1,7 @@
 // The registered modules of dialog templates; our stand-in for the application's module stands at their end.
 
+#include <zpbase/platform/windows.h>
+
 #include <algorithm>
 
 #include "platform/resources/resources_internal.h"

@@ -1,11 +1,12 @@
 // Real numbers under e, f and g: exact digits from the standard library's locale-free conversion, laid out as printf does.
+
+#include "platform/string/format_internal.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 
 #include <zpbase/platform/ascii.h>
-
-#include "platform/string/format_internal.h"
 
 namespace zp {
 

@@ -1,15 +1,17 @@
 // Reading numbers from text by the rules of the C locale. A real number's digits are gathered in one pass; most values are then
 // exact in one operation, the others go through the standard library, and only what atof alone accepts (hexadecimal, infinities,
 // NaNs) or what leaves the range of doubles goes to the host's strtod.
-#include <charconv>
-#include <cstdint>
-#include <string>
+
+#include <zpbase/platform/number_text.h>
 
 #include <locale.h>
 #include <stdlib.h>
 
+#include <charconv>
+#include <cstdint>
+#include <string>
+
 #include <zpbase/platform/ascii.h>
-#include <zpbase/platform/number_text.h>
 
 namespace zp {
 

@@ -1,10 +1,11 @@
 // Conversion between the inside's Windows-1252 bytes and the 16-bit and UTF-8 texts of the outside.
 
 #include <zpbase/platform/encoding.h>
-#include <zpbase/platform/string.h>
 
 #include <algorithm>
 #include <iterator>
+
+#include <zpbase/platform/string.h>
 
 namespace {
 

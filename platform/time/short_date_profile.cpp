@@ -1,5 +1,7 @@
 // The system's own profile, of which one entry exists here: the short date pattern, made of the user's locale.
 
+#include <zpbase/platform/time.h>
+
 #include <langinfo.h>
 #include <locale.h>
 
@@ -7,7 +9,7 @@
 #include <string_view>
 
 #include <zpbase/platform/ascii.h>
-#include <zpbase/platform/time.h>
+
 #include "platform/time/locale_formats_internal.h"
 #include "platform/time/user_locale_internal.h"
 

@@ -2,6 +2,8 @@
 // are terminals. The thread's messages are delivered while it waits for one. Without a terminal the safe answer is given at once,
 // and shown.
 
+#include <zpbase/platform/windows.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <functional>
@@ -12,7 +14,6 @@
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/terminal.h>
-#include <zpbase/platform/windows.h>
 
 #include "platform/file/descriptor_internal.h"
 #include "platform/windows/wrap_text_internal.h"

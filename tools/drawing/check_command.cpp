@@ -1,8 +1,9 @@
 // zp dxf --check: drawings read back.
 
+#include "tools/drawing/dxf_commands.h"
+
 #include <fmt/format.h>
 
-#include "tools/drawing/dxf_commands.h"
 #include "tools/drawing/dxf_report.h"
 #include "tools/drawing/file_names.h"
 #include "tools/program.h"

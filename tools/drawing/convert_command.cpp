@@ -1,5 +1,7 @@
 // zp dxf: metafiles into drawings.
 
+#include "tools/drawing/dxf_commands.h"
+
 #include <filesystem>
 #include <memory>
 
@@ -8,7 +10,6 @@
 
 #include "tools/drawing/conversion.h"
 #include "tools/drawing/drawing_file.h"
-#include "tools/drawing/dxf_commands.h"
 #include "tools/drawing/dxf_report.h"
 #include "tools/drawing/file_names.h"
 #include "tools/drawing/record_names.h"

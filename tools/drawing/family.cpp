@@ -1,8 +1,9 @@
 // zp dxf: drawings from metafiles, and drawings read back.
 
+#include "tools/commands.h"
+
 #include <memory>
 
-#include "tools/commands.h"
 #include "tools/drawing/dxf_commands.h"
 #include "tools/program.h"
 

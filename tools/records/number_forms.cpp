@@ -1,11 +1,12 @@
 // The JSON form of sets, vectors and matrices.
 
+#include "tools/records/number_forms.h"
+
 #include <fmt/format.h>
 #include <zpbase/numeric.h>
 
 #include "tools/program.h"
 #include "tools/records/json_values.h"
-#include "tools/records/number_forms.h"
 
 namespace {
 

@@ -1,6 +1,8 @@
 // zp settings: looks at and changes the settings of an application, in its profile file or its registry hive, and carries them
 // to and from registration-entries files.
 
+#include "tools/commands.h"
+
 #include <algorithm>
 #include <charconv>
 #include <optional>
@@ -11,7 +13,6 @@
 #include <zpbase/platform/encoding.h>
 #include <nlohmann/json.hpp>
 
-#include "tools/commands.h"
 #include "tools/program.h"
 #include "tools/settings/registration_entries.h"
 #include "tools/settings/settings_store.h"

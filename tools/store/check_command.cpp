@@ -1,10 +1,11 @@
 // zp store check: the report for people and machines.
 
+#include "tools/store/store_arguments.h"
+
 #include <fmt/format.h>
 
 #include "tools/program.h"
 #include "tools/records/object_json.h"
-#include "tools/store/store_arguments.h"
 #include "tools/store/store_check.h"
 
 namespace {

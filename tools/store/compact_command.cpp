@@ -1,5 +1,7 @@
 // zp store compact: the store is compacted as a copy, the copy is compared record by record, and the two files are exchanged.
 
+#include "tools/store/store_arguments.h"
+
 #include <filesystem>
 
 #include <fmt/format.h>
@@ -9,7 +11,6 @@
 #include "tools/progress.h"
 #include "tools/records/object_json.h"
 #include "tools/store/file_exchange.h"
-#include "tools/store/store_arguments.h"
 #include "tools/store/store_check.h"
 #include "tools/store/stored_records.h"
 

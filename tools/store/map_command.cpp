@@ -1,5 +1,7 @@
 // zp store map: where the record file is live, slack and free, as text and as a drawing.
 
+#include "tools/store/store_arguments.h"
+
 #include <algorithm>
 #include <array>
 
@@ -10,7 +12,6 @@
 #include "tools/store/block_survey.h"
 #include "tools/store/layout_svg.h"
 #include "tools/store/open_store.h"
-#include "tools/store/store_arguments.h"
 
 namespace {
 

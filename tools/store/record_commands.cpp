@@ -1,5 +1,7 @@
 // zp store list, show, get, put and delete: single records.
 
+#include "tools/store/store_arguments.h"
+
 #include <algorithm>
 #include <set>
 
@@ -10,7 +12,6 @@
 #include "tools/records/object_json.h"
 #include "tools/records/object_tree.h"
 #include "tools/records/payload.h"
-#include "tools/store/store_arguments.h"
 #include "tools/store/store_writer.h"
 #include "tools/store/stored_records.h"
 

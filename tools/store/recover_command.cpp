@@ -1,5 +1,7 @@
 // zp store recover: a new store from the block headers of one whose index is lost, stale or damaged.
 
+#include "tools/store/store_arguments.h"
+
 #include <filesystem>
 #include <map>
 
@@ -10,7 +12,6 @@
 #include "tools/records/object_json.h"
 #include "tools/records/payload.h"
 #include "tools/store/block_survey.h"
-#include "tools/store/store_arguments.h"
 #include "tools/store/store_writer.h"
 
 namespace {

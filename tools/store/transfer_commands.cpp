@@ -1,5 +1,7 @@
 // zp store import and export: whole stores from and to tables and JSON.
 
+#include "tools/store/store_arguments.h"
+
 #include <algorithm>
 
 #include <fmt/format.h>
@@ -9,7 +11,6 @@
 #include "tools/records/components.h"
 #include "tools/records/json_values.h"
 #include "tools/records/payload.h"
-#include "tools/store/store_arguments.h"
 #include "tools/store/store_writer.h"
 #include "tools/store/stored_records.h"
 

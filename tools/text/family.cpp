@@ -1,5 +1,7 @@
 // zp text: what a numeric text file holds, where its columns stand, and its values as CSV.
 
+#include "tools/commands.h"
+
 #include <string>
 #include <vector>
 
@@ -8,7 +10,6 @@
 #include <zpbase/text.h>
 #include <nlohmann/json.hpp>
 
-#include "tools/commands.h"
 #include "tools/program.h"
 #include "tools/text/line_survey.h"
 #include "tools/text/misfit_report.h"
