@@ -26,9 +26,9 @@ class Printer : public CUserInterface {
 
   int RunDialog(CDialog & dialog) override
   {
-    for (DialogControl const & control : dialog.GetTemplate().m_Controls) {
+    for (DialogControl const & control : dialog.GetTemplate().controls) {
       CString text;
-      dialog.GetDlgItem(static_cast<int>(control.m_nID))->GetWindowText(text);
+      dialog.GetDlgItem(static_cast<int>(control.id))->GetWindowText(text);
       std::printf("dialog: %s\n", text.GetString());
     }
     dialog.SendMessage(WM_COMMAND, 991);  // the second button: stop the run

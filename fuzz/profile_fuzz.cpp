@@ -21,12 +21,12 @@ std::string contentOf(CWinApp & app)
 {
   std::string content;
   for (zp::Setting const & setting : app.ListSettings()) {
-    content += std::string(setting.m_strSection.View()) + '.' + std::string(setting.m_strKey.View()) + '=' +
-               std::string(setting.m_strData.View()) + ';';
-    app.GetProfileInt(setting.m_strSection, setting.m_strKey, 0);
+    content += std::string(setting.section.View()) + '.' + std::string(setting.key.View()) + '=' +
+               std::string(setting.data.View()) + ';';
+    app.GetProfileInt(setting.section, setting.key, 0);
     BYTE * bytes = nullptr;
     UINT length = 0;
-    app.GetProfileBinary(setting.m_strSection, setting.m_strKey, &bytes, &length);
+    app.GetProfileBinary(setting.section, setting.key, &bytes, &length);
     delete[] bytes;
   }
   return content;

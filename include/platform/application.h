@@ -20,10 +20,10 @@ class SettingsBackEnd;
 
 // One setting with its type and bytes as the registry holds them; all those of a profile file are texts (REG_SZ).
 struct Setting {
-  CString m_strSection;
-  CString m_strKey;
-  DWORD m_nType = 0;  // a REG_ type, see registry.h
-  CString m_strData;
+  CString section;
+  CString key;
+  DWORD type = 0;  // a REG_ type, see registry.h
+  CString data;
 };
 
 }  // namespace zp

@@ -71,11 +71,11 @@ namespace zp {
 struct RegistryEntry {
   enum Kind { SetValue, RemoveValue, RemoveKey };
 
-  Kind m_Kind = SetValue;
-  CString m_strKey;  // the whole path with its root
-  CString m_strName;
-  DWORD m_nType = REG_NONE;
-  CString m_strData;
+  Kind kind = SetValue;
+  CString key;  // the whole path with its root
+  CString name;
+  DWORD type = REG_NONE;
+  CString data;
 };
 
 // The steps of a text in their order; damaged lines are passed over and counted, and so are the characters of wide text that have

@@ -159,16 +159,16 @@ class ZP_API CWnd : public CCmdTarget {
 struct DialogControl {
   enum Kind { Static, Button };
 
-  Kind m_Kind;
-  UINT m_nID;
-  char const * m_pText;  // '&' in front of the key that presses a button
-  bool m_bDefault;       // the button that is pressed when nobody can be asked
+  Kind kind;
+  UINT id;
+  char const * text;  // '&' in front of the key that presses a button
+  bool isDefault;     // the button that is pressed when nobody can be asked
 };
 
 struct DialogTemplate {
-  UINT m_nID;
-  char const * m_pTitle;
-  std::span<DialogControl const> m_Controls;
+  UINT id;
+  char const * title;
+  std::span<DialogControl const> controls;
 };
 
 class ZP_API CDialog : public CWnd {

@@ -44,15 +44,15 @@ class IdentityTable {
     DWORD index[bytes / sizeof(void *)];
   };
   struct Slot {
-    uintptr_t nRegion;
-    Leaf * pLeaf;  // null: unused
+    uintptr_t region;
+    Leaf * leaf;  // null: unused
   };
 
   Slot & PlaceOf(uintptr_t region)
   {
     size_t const mask = m_Slots.size() - 1;
     size_t place = region * 0x9E3779B97F4A7C15u >> m_nShift;
-    while (m_Slots[place].pLeaf != nullptr && m_Slots[place].nRegion != region) place = (place + 1) & mask;
+    while (m_Slots[place].leaf != nullptr && m_Slots[place].region != region) place = (place + 1) & mask;
     return m_Slots[place];
   }
   Leaf & LeafOf(uintptr_t region);
@@ -75,30 +75,30 @@ using LoadedEntry = uintptr_t;
 struct CArchive::Identities {
   static constexpr DWORD maxIndex = 0x3FFFFFFE;
 
-  DWORD nCount = 0;  // indexes given out so far, storing
+  DWORD given = 0;  // indexes given out so far, storing
   zp::IdentityTable stored;
   zp::IdentityTable storedClasses;
   struct KnownClass {
-    CRuntimeClass const * pClass;
-    DWORD nIndex;
+    CRuntimeClass const * record;
+    DWORD index;
   };
   KnownClass recentClasses[16] = {};  // by the address of their records
 
   // Loading. Entry 0 is the null pointer. Objects that their readers keep in another form are gaps between the entries.
   struct Gap {
-    size_t nIndex;  // of the first object in it
-    size_t nCount;
+    size_t index;  // of the first object in it
+    size_t count;
   };
   std::vector<zp::LoadedEntry> loaded{0};
   std::vector<Gap> gaps;
-  size_t nInGaps = 0;
-  size_t nForgotten = SIZE_MAX;  // from this entry on, none is an object that still lives
+  size_t inGaps = 0;
+  size_t forgotten = SIZE_MAX;  // from this entry on, none is an object that still lives
 
-  size_t LoadedCount() const { return loaded.size() + nInGaps; }
+  size_t LoadedCount() const { return loaded.size() + inGaps; }
   zp::LoadedEntry At(size_t index) const;  // 0 inside a gap
   void AddGap(size_t count);
 
-  // The index of a class that is being stored; behind nCount for one that is new.
+  // The index of a class that is being stored; behind given for one that is new.
   DWORD IndexOfClass(CRuntimeClass const * record);
 
   void Enter(CObject * object);

@@ -54,7 +54,7 @@ void IdentityTable::Grow()
   old.swap(m_Slots);
   m_nShift = 64 - std::countr_zero(m_Slots.size());
   for (Slot const & slot : old)
-    if (slot.pLeaf != nullptr) PlaceOf(slot.nRegion) = slot;
+    if (slot.leaf != nullptr) PlaceOf(slot.region) = slot;
 }
 
 IdentityTable::Leaf & IdentityTable::LeafOf(uintptr_t region)
@@ -62,11 +62,11 @@ IdentityTable::Leaf & IdentityTable::LeafOf(uintptr_t region)
   constexpr size_t chunkLeaves = 32;
   if (2 * m_nLeaves >= m_Slots.size()) Grow();
   Slot & slot = PlaceOf(region);
-  if (slot.pLeaf == nullptr) {
+  if (slot.leaf == nullptr) {
     if (m_nLeaves % chunkLeaves == 0) m_Chunks.push_back(std::make_unique<Leaf[]>(chunkLeaves));
     slot = {region, &m_Chunks.back()[m_nLeaves++ % chunkLeaves]};
   }
-  return *slot.pLeaf;
+  return *slot.leaf;
 }
 
 }  // namespace zp
@@ -74,39 +74,39 @@ IdentityTable::Leaf & IdentityTable::LeafOf(uintptr_t region)
 DWORD CArchive::Identities::IndexOfClass(CRuntimeClass const * record)
 {
   KnownClass & known = recentClasses[reinterpret_cast<uintptr_t>(record) / sizeof(CRuntimeClass) % std::size(recentClasses)];
-  if (known.pClass != record) known = {record, storedClasses.FindOrInsert(record, nCount + 1)};
-  return known.nIndex;
+  if (known.record != record) known = {record, storedClasses.FindOrInsert(record, given + 1)};
+  return known.index;
 }
 
 void CArchive::Identities::Enter(CObject * object)
 {
   loaded.push_back(reinterpret_cast<zp::LoadedEntry>(object));
-  nForgotten = SIZE_MAX;
+  forgotten = SIZE_MAX;
 }
 
 void CArchive::Identities::ForgetObjectsFrom(size_t entry)
 {
-  for (size_t i = entry, end = std::min(loaded.size(), nForgotten); i < end; ++i)
+  for (size_t i = entry, end = std::min(loaded.size(), forgotten); i < end; ++i)
     if (!isClass(loaded[i])) loaded[i] = 0;
-  nForgotten = entry;
+  forgotten = entry;
 }
 
 void CArchive::Identities::AddGap(size_t count)
 {
-  if (!gaps.empty() && gaps.back().nIndex + gaps.back().nCount == LoadedCount())
-    gaps.back().nCount += count;
+  if (!gaps.empty() && gaps.back().index + gaps.back().count == LoadedCount())
+    gaps.back().count += count;
   else
     gaps.push_back({LoadedCount(), count});
-  nInGaps += count;
+  inGaps += count;
 }
 
 zp::LoadedEntry CArchive::Identities::At(size_t index) const
 {
   size_t before = 0;
   for (Gap const & gap : gaps) {
-    if (index < gap.nIndex) break;
-    if (index < gap.nIndex + gap.nCount) return 0;
-    before += gap.nCount;
+    if (index < gap.index) break;
+    if (index < gap.index + gap.count) return 0;
+    before += gap.count;
   }
   return loaded[index - before];
 }
@@ -114,10 +114,10 @@ zp::LoadedEntry CArchive::Identities::At(size_t index) const
 void CArchive::WriteClass(CRuntimeClass const * record)
 {
   Identities & known = *m_Identities;
-  if (known.nCount >= Identities::maxIndex) Fail(CArchiveException::badIndex);
+  if (known.given >= Identities::maxIndex) Fail(CArchiveException::badIndex);
   DWORD const index = known.IndexOfClass(record);
-  if (index > known.nCount) {
-    ++known.nCount;
+  if (index > known.given) {
+    ++known.given;
     size_t const length = std::strlen(record->m_lpszClassName);
     if (length > maxClassName) Fail(CArchiveException::badClass);
     *this << ArchiveTag::newClass << static_cast<WORD>(record->m_wSchema) << static_cast<WORD>(length);
@@ -127,7 +127,7 @@ void CArchive::WriteClass(CRuntimeClass const * record)
   } else {
     *this << ArchiveTag::big << static_cast<DWORD>(ArchiveTag::bigClassBit | index);
   }
-  ++known.nCount;
+  ++known.given;
 }
 
 void CArchive::WriteObject(CObject const * object)
@@ -139,7 +139,7 @@ void CArchive::WriteObject(CObject const * object)
   }
   Identities & known = *m_Identities;
   CRuntimeClass const * const record = object->GetRuntimeClass();
-  DWORD const candidate = std::max(known.IndexOfClass(record), known.nCount) + 1;
+  DWORD const candidate = std::max(known.IndexOfClass(record), known.given) + 1;
   DWORD const index = known.stored.FindOrInsert(object, candidate);
   if (index != candidate) {
     if (index < ArchiveTag::big)

@@ -12,9 +12,9 @@
 IMPLEMENT_DYNAMIC(CObList, CObject)
 
 struct CObList::Node {
-  Node * pNext;
-  Node * pPrevious;
-  CObject * pElement;
+  Node * next;
+  Node * previous;
+  CObject * element;
 };
 
 CObList::CObList(int blockSize) : m_nBlockSize(std::max(blockSize, 1)) {}
@@ -33,42 +33,42 @@ CObList::Node * CObList::NewNode(CObject * element)
     m_Blocks.push_back(std::make_unique_for_overwrite<Node[]>(static_cast<size_t>(m_nBlockSize)));
     Node * const block = m_Blocks.back().get();
     for (int i = m_nBlockSize - 1; i >= 0; --i) {
-      block[i].pNext = m_pFree;
+      block[i].next = m_pFree;
       m_pFree = &block[i];
     }
   }
   Node * const node = m_pFree;
-  m_pFree = node->pNext;
-  node->pElement = element;
+  m_pFree = node->next;
+  node->element = element;
   return node;
 }
 
 void CObList::Link(Node * node, Node * previous, Node * next)
 {
-  node->pPrevious = previous;
-  node->pNext = next;
-  (previous != nullptr ? previous->pNext : m_pHead) = node;
-  (next != nullptr ? next->pPrevious : m_pTail) = node;
+  node->previous = previous;
+  node->next = next;
+  (previous != nullptr ? previous->next : m_pHead) = node;
+  (next != nullptr ? next->previous : m_pTail) = node;
   ++m_nCount;
 }
 
 void CObList::Unlink(Node * node)
 {
-  (node->pPrevious != nullptr ? node->pPrevious->pNext : m_pHead) = node->pNext;
-  (node->pNext != nullptr ? node->pNext->pPrevious : m_pTail) = node->pPrevious;
-  node->pNext = m_pFree;
+  (node->previous != nullptr ? node->previous->next : m_pHead) = node->next;
+  (node->next != nullptr ? node->next->previous : m_pTail) = node->previous;
+  node->next = m_pFree;
   m_pFree = node;
   --m_nCount;
 }
 
 CObject * CObList::GetHead() const
 {
-  return Checked(GetHeadPosition())->pElement;
+  return Checked(GetHeadPosition())->element;
 }
 
 CObject * CObList::GetTail() const
 {
-  return Checked(GetTailPosition())->pElement;
+  return Checked(GetTailPosition())->element;
 }
 
 POSITION CObList::AddHead(CObject * element)
@@ -117,25 +117,25 @@ POSITION CObList::GetTailPosition() const
 CObject * CObList::GetNext(POSITION & position) const
 {
   Node const * const node = Checked(position);
-  position = reinterpret_cast<POSITION>(node->pNext);
-  return node->pElement;
+  position = reinterpret_cast<POSITION>(node->next);
+  return node->element;
 }
 
 CObject * CObList::GetPrev(POSITION & position) const
 {
   Node const * const node = Checked(position);
-  position = reinterpret_cast<POSITION>(node->pPrevious);
-  return node->pElement;
+  position = reinterpret_cast<POSITION>(node->previous);
+  return node->element;
 }
 
 CObject * CObList::GetAt(POSITION position) const
 {
-  return Checked(position)->pElement;
+  return Checked(position)->element;
 }
 
 void CObList::SetAt(POSITION position, CObject * element)
 {
-  Checked(position)->pElement = element;
+  Checked(position)->element = element;
 }
 
 void CObList::RemoveAt(POSITION position)
@@ -148,7 +148,7 @@ POSITION CObList::InsertBefore(POSITION position, CObject * element)
   if (position == nullptr) return AddHead(element);
   Node * const next = Checked(position);
   Node * const node = NewNode(element);
-  Link(node, next->pPrevious, next);
+  Link(node, next->previous, next);
   return reinterpret_cast<POSITION>(node);
 }
 
@@ -157,14 +157,14 @@ POSITION CObList::InsertAfter(POSITION position, CObject * element)
   if (position == nullptr) return AddTail(element);
   Node * const previous = Checked(position);
   Node * const node = NewNode(element);
-  Link(node, previous, previous->pNext);
+  Link(node, previous, previous->next);
   return reinterpret_cast<POSITION>(node);
 }
 
 POSITION CObList::Find(CObject const * element, POSITION startAfter) const
 {
-  for (Node * node = startAfter != nullptr ? Checked(startAfter)->pNext : m_pHead; node != nullptr; node = node->pNext)
-    if (node->pElement == element) return reinterpret_cast<POSITION>(node);
+  for (Node * node = startAfter != nullptr ? Checked(startAfter)->next : m_pHead; node != nullptr; node = node->next)
+    if (node->element == element) return reinterpret_cast<POSITION>(node);
   return nullptr;
 }
 
@@ -172,7 +172,7 @@ void CObList::Serialize(CArchive & ar)
 {
   if (ar.IsStoring()) {
     ar.WriteCount(static_cast<DWORD>(m_nCount));
-    for (Node const * node = m_pHead; node != nullptr; node = node->pNext) ar.WriteObject(node->pElement);
+    for (Node const * node = m_pHead; node != nullptr; node = node->next) ar.WriteObject(node->element);
     return;
   }
   for (DWORD count = ar.ReadCount(); count > 0; --count) AddTail(ar.ReadObject(nullptr));
@@ -185,7 +185,7 @@ void CObList::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
   ar.RequireBytes(ULONGLONG{2} * count);
   zp::OwnedElements elements(ar, elementClass, m_bRepeats);
   auto const forEachRead = [this](auto use) {
-    for (Node const * node = m_pHead; node != nullptr; node = node->pNext) use(node->pElement);
+    for (Node const * node = m_pHead; node != nullptr; node = node->next) use(node->element);
   };
   for (; count > 0; --count) AddTail(elements.Next(forEachRead));
 }

@@ -19,8 +19,8 @@ constexpr WORD unknownLanguage = 0x0400;
 
 // The host's names of languages, and the published language identifiers. A name with a territory stands before its language.
 struct Language {
-  char const * pName;
-  WORD nID;
+  char const * name;
+  WORD id;
 };
 
 constexpr Language languages[] = {
@@ -45,9 +45,9 @@ bool isOf(std::string_view locale, std::string_view name)
 WORD languageOf(std::string_view locale)
 {
   if (isOf(locale, "C") || isOf(locale, "POSIX")) return usEnglish;
-  auto const * const found = std::find_if(std::begin(languages), std::end(languages),
-                                          [locale](Language const & row) { return isOf(locale, row.pName); });
-  return found != std::end(languages) ? found->nID : unknownLanguage;
+  auto const * const found =
+      std::find_if(std::begin(languages), std::end(languages), [locale](Language const & row) { return isOf(locale, row.name); });
+  return found != std::end(languages) ? found->id : unknownLanguage;
 }
 
 WORD userLanguage(int category, int mask)

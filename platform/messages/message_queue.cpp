@@ -67,8 +67,8 @@ std::optional<MSG> MessageQueue::Next(bool remove)
 MessageQueue::Timer * MessageQueue::FindDue(LONGLONG time)
 {
   auto const first =
-      std::min_element(m_Timers.begin(), m_Timers.end(), [](Timer const & a, Timer const & b) { return a.nDue < b.nDue; });
-  return first != m_Timers.end() && first->nDue <= time ? &*first : nullptr;
+      std::min_element(m_Timers.begin(), m_Timers.end(), [](Timer const & a, Timer const & b) { return a.due < b.due; });
+  return first != m_Timers.end() && first->due <= time ? &*first : nullptr;
 }
 
 std::optional<MSG> MessageQueue::NextTimer(bool remove)
@@ -76,15 +76,15 @@ std::optional<MSG> MessageQueue::NextTimer(bool remove)
   LONGLONG const time = now();
   Timer * const timer = FindDue(time);
   if (timer == nullptr) return std::nullopt;
-  if (remove) timer->nDue = time + timer->nInterval;
-  return MSG{.hwnd = timer->hWindow, .message = WM_TIMER, .wParam = timer->nID, .time = static_cast<DWORD>(time)};
+  if (remove) timer->due = time + timer->interval;
+  return MSG{.hwnd = timer->window, .message = WM_TIMER, .wParam = timer->id, .time = static_cast<DWORD>(time)};
 }
 
 LONGLONG MessageQueue::UntilDue(LONGLONG time) const
 {
   LONGLONG until = -1;
   for (Timer const & timer : m_Timers) {
-    LONGLONG const left = std::max<LONGLONG>(timer.nDue - time, 0);
+    LONGLONG const left = std::max<LONGLONG>(timer.due - time, 0);
     if (until < 0 || left < until) until = left;
   }
   return until;
@@ -114,19 +114,19 @@ UINT MessageQueue::StartTimer(HWND window, UINT id, UINT interval, TIMERPROC cal
 
 bool MessageQueue::StopTimer(HWND window, UINT id)
 {
-  return std::erase_if(m_Timers, [&](Timer const & timer) { return timer.hWindow == window && timer.nID == id; }) != 0;
+  return std::erase_if(m_Timers, [&](Timer const & timer) { return timer.window == window && timer.id == id; }) != 0;
 }
 
 TIMERPROC MessageQueue::FindTimer(HWND window, UINT id) const
 {
   auto const found = std::find_if(m_Timers.begin(), m_Timers.end(),
-                                  [&](Timer const & timer) { return timer.hWindow == window && timer.nID == id; });
-  return found != m_Timers.end() ? found->pCallback : nullptr;
+                                  [&](Timer const & timer) { return timer.window == window && timer.id == id; });
+  return found != m_Timers.end() ? found->callback : nullptr;
 }
 
 void MessageQueue::ForgetWindow(HWND window)
 {
-  std::erase_if(m_Timers, [window](Timer const & timer) { return timer.hWindow == window; });
+  std::erase_if(m_Timers, [window](Timer const & timer) { return timer.window == window; });
   std::lock_guard const lock(m_Mutex);
   std::erase_if(m_Messages, [window](MSG const & message) { return message.hwnd == window; });
 }

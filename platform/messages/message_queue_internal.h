@@ -35,11 +35,11 @@ class MessageQueue {
 
  private:
   struct Timer {
-    HWND hWindow;
-    UINT nID;
-    UINT nInterval;  // milliseconds
-    TIMERPROC pCallback;
-    LONGLONG nDue;
+    HWND window;
+    UINT id;
+    UINT interval;  // milliseconds
+    TIMERPROC callback;
+    LONGLONG due;
   };
 
   Timer * FindDue(LONGLONG now);

@@ -23,7 +23,7 @@ struct CloseFolder {
 using OpenFolder = std::unique_ptr<void, CloseFolder>;
 
 struct FileSearch {
-  OpenFolder pEntries;
+  OpenFolder entries;
 };
 
 namespace {

@@ -14,9 +14,9 @@
 
 // An open key.
 struct RegistryKey {
-  zp::Hive * m_pHive;  // null when the handle isn't an open key
-  std::string m_strPath;
-  REGSAM m_nAccess;
+  zp::Hive * hive;  // null when the handle isn't an open key
+  std::string path;
+  REGSAM access;
 };
 
 namespace {
@@ -37,7 +37,7 @@ RegistryKey resolve(HKEY key)
   if (key == HKEY_USERS) return {&zp::GetDefaultHive(), users, KEY_ALL_ACCESS};
   if (!openKeys().contains(key)) return {nullptr, {}, 0};
   RegistryKey opened = *key;
-  opened.m_pHive = opened.m_strPath.starts_with(users) ? &zp::GetDefaultHive() : &zp::GetUserHive();
+  opened.hive = opened.path.starts_with(users) ? &zp::GetDefaultHive() : &zp::GetUserHive();
   return opened;
 }
 
@@ -91,9 +91,9 @@ LONG RegOpenKeyExA(HKEY key, char const * path, DWORD, REGSAM access, HKEY * res
 {
   *result = nullptr;
   RegistryKey const above = resolve(key);
-  if (above.m_pHive == nullptr) return ERROR_INVALID_HANDLE;
-  std::string whole = pathBelow(above.m_strPath, path);
-  LONG const error = above.m_pHive->FindKey(whole);
+  if (above.hive == nullptr) return ERROR_INVALID_HANDLE;
+  std::string whole = pathBelow(above.path, path);
+  LONG const error = above.hive->FindKey(whole);
   if (error == ERROR_SUCCESS) *result = openedKey(std::move(whole), access);
   return error;
 }
@@ -103,14 +103,14 @@ LONG RegCreateKeyExA(HKEY key, char const * path, DWORD, char *, DWORD, REGSAM a
 {
   *result = nullptr;
   RegistryKey const above = resolve(key);
-  if (above.m_pHive == nullptr) return ERROR_INVALID_HANDLE;
-  std::string whole = pathBelow(above.m_strPath, path);
+  if (above.hive == nullptr) return ERROR_INVALID_HANDLE;
+  std::string whole = pathBelow(above.path, path);
   if (!zp::IsRegistryPath(whole)) return ERROR_INVALID_PARAMETER;
-  LONG error = above.m_pHive->FindKey(whole);
+  LONG error = above.hive->FindKey(whole);
   bool const exists = error == ERROR_SUCCESS;
   if (error == ERROR_FILE_NOT_FOUND) {
-    if ((above.m_nAccess & KEY_CREATE_SUB_KEY) == 0) return ERROR_ACCESS_DENIED;
-    error = above.m_pHive->CreateKey(whole);
+    if ((above.access & KEY_CREATE_SUB_KEY) == 0) return ERROR_ACCESS_DENIED;
+    error = above.hive->CreateKey(whole);
   }
   if (error != ERROR_SUCCESS) return error;
   if (disposition != nullptr) *disposition = exists ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
@@ -130,9 +130,9 @@ LONG RegEnumKeyExA(HKEY key, DWORD index, char * name, DWORD * nameSize, DWORD *
                    FILETIME * lastWrite)
 {
   RegistryKey const opened = resolve(key);
-  if (opened.m_pHive == nullptr) return ERROR_INVALID_HANDLE;
+  if (opened.hive == nullptr) return ERROR_INVALID_HANDLE;
   std::string_view found;
-  LONG const error = opened.m_pHive->GetSubKey(opened.m_strPath, index, found);
+  LONG const error = opened.hive->GetSubKey(opened.path, index, found);
   if (error != ERROR_SUCCESS) return error;
   if (keyClass != nullptr && classSize != nullptr && *classSize > 0) keyClass[0] = '\0';
   if (classSize != nullptr) *classSize = 0;
@@ -143,9 +143,9 @@ LONG RegEnumKeyExA(HKEY key, DWORD index, char * name, DWORD * nameSize, DWORD *
 LONG RegEnumValueA(HKEY key, DWORD index, char * name, DWORD * nameSize, DWORD *, DWORD * type, BYTE * data, DWORD * dataSize)
 {
   RegistryKey const opened = resolve(key);
-  if (opened.m_pHive == nullptr) return ERROR_INVALID_HANDLE;
+  if (opened.hive == nullptr) return ERROR_INVALID_HANDLE;
   zp::HiveValue const * value = nullptr;
-  LONG error = opened.m_pHive->GetValue(opened.m_strPath, index, value);
+  LONG error = opened.hive->GetValue(opened.path, index, value);
   if (error == ERROR_SUCCESS) error = giveName(value->name, name, nameSize);
   return error == ERROR_SUCCESS ? giveData(*value, type, data, dataSize) : error;
 }
@@ -153,31 +153,31 @@ LONG RegEnumValueA(HKEY key, DWORD index, char * name, DWORD * nameSize, DWORD *
 LONG RegQueryValueExA(HKEY key, char const * name, DWORD *, DWORD * type, BYTE * data, DWORD * dataSize)
 {
   RegistryKey const opened = resolve(key);
-  if (opened.m_pHive == nullptr) return ERROR_INVALID_HANDLE;
+  if (opened.hive == nullptr) return ERROR_INVALID_HANDLE;
   zp::HiveValue const * value = nullptr;
-  LONG const error = opened.m_pHive->FindValue(opened.m_strPath, nameOf(name), value);
+  LONG const error = opened.hive->FindValue(opened.path, nameOf(name), value);
   return error == ERROR_SUCCESS ? giveData(*value, type, data, dataSize) : error;
 }
 
 LONG RegSetValueExA(HKEY key, char const * name, DWORD, DWORD type, BYTE const * data, DWORD dataSize)
 {
   RegistryKey const opened = resolve(key);
-  if (opened.m_pHive == nullptr) return ERROR_INVALID_HANDLE;
-  if ((opened.m_nAccess & KEY_SET_VALUE) == 0) return ERROR_ACCESS_DENIED;
+  if (opened.hive == nullptr) return ERROR_INVALID_HANDLE;
+  if ((opened.access & KEY_SET_VALUE) == 0) return ERROR_ACCESS_DENIED;
   std::string_view const bytes(reinterpret_cast<char const *>(data), dataSize);
-  return opened.m_pHive->SetValue(opened.m_strPath, nameOf(name), type, bytes);
+  return opened.hive->SetValue(opened.path, nameOf(name), type, bytes);
 }
 
 LONG RegDeleteValueA(HKEY key, char const * name)
 {
   RegistryKey const opened = resolve(key);
-  if (opened.m_pHive == nullptr) return ERROR_INVALID_HANDLE;
-  if ((opened.m_nAccess & KEY_SET_VALUE) == 0) return ERROR_ACCESS_DENIED;
-  return opened.m_pHive->DeleteValue(opened.m_strPath, nameOf(name));
+  if (opened.hive == nullptr) return ERROR_INVALID_HANDLE;
+  if ((opened.access & KEY_SET_VALUE) == 0) return ERROR_ACCESS_DENIED;
+  return opened.hive->DeleteValue(opened.path, nameOf(name));
 }
 
 LONG RegDeleteTreeA(HKEY key, char const * path)
 {
   RegistryKey const opened = resolve(key);
-  return opened.m_pHive != nullptr ? opened.m_pHive->DeleteTree(pathBelow(opened.m_strPath, path)) : ERROR_INVALID_HANDLE;
+  return opened.hive != nullptr ? opened.hive->DeleteTree(pathBelow(opened.path, path)) : ERROR_INVALID_HANDLE;
 }

@@ -45,13 +45,13 @@ bool hasWideData(DWORD type)
 RegistryEntry entryOf(RegistryLine const & line, bool wide, int & lost)
 {
   RegistryEntry entry;
-  entry.m_Kind = line.kind == RegistryLine::Value         ? RegistryEntry::SetValue
-                 : line.kind == RegistryLine::DeleteValue ? RegistryEntry::RemoveValue
-                                                          : RegistryEntry::RemoveKey;
-  entry.m_strKey = CString(line.path);
-  entry.m_strName = CString(line.name);
-  entry.m_nType = line.type;
-  entry.m_strData = CString(wide && hasWideData(line.type) ? narrowed(line.data, lost) : line.data);
+  entry.kind = line.kind == RegistryLine::Value         ? RegistryEntry::SetValue
+               : line.kind == RegistryLine::DeleteValue ? RegistryEntry::RemoveValue
+                                                        : RegistryEntry::RemoveKey;
+  entry.key = CString(line.path);
+  entry.name = CString(line.name);
+  entry.type = line.type;
+  entry.data = CString(wide && hasWideData(line.type) ? narrowed(line.data, lost) : line.data);
   return entry;
 }
 
@@ -80,13 +80,13 @@ std::string WriteRegistryText(std::vector<RegistryEntry> const & entries)
   std::string text = "REGEDIT4\r\n";
   std::string_view key;
   for (RegistryEntry const & entry : entries) {
-    std::string_view const path = entry.m_strKey.View();
-    bool const removesKey = entry.m_Kind == RegistryEntry::RemoveKey;
+    std::string_view const path = entry.key.View();
+    bool const removesKey = entry.kind == RegistryEntry::RemoveKey;
     if (removesKey || path != key) text.append("\r\n[").append(removesKey ? "-" : "").append(path).append("]\r\n");
     key = removesKey ? std::string_view() : path;
-    if (entry.m_Kind == RegistryEntry::SetValue)
-      text += RegistryValueText(entry.m_strName.View(), entry.m_nType, entry.m_strData.View(), lineEnd);
-    if (entry.m_Kind == RegistryEntry::RemoveValue) text += RegistryRemovalText(entry.m_strName.View(), lineEnd);
+    if (entry.kind == RegistryEntry::SetValue)
+      text += RegistryValueText(entry.name.View(), entry.type, entry.data.View(), lineEnd);
+    if (entry.kind == RegistryEntry::RemoveValue) text += RegistryRemovalText(entry.name.View(), lineEnd);
   }
   return text;
 }

@@ -34,7 +34,7 @@ DialogTemplate const * FindTemplate(UINT id)
   if (DialogTemplate const * const found = modules().Ask(id); found != nullptr) return found;
   auto const * const end = applicationTemplates + applicationTemplateCount;
   auto const * const found =
-      std::find_if(applicationTemplates, end, [id](DialogTemplate const & candidate) { return candidate.m_nID == id; });
+      std::find_if(applicationTemplates, end, [id](DialogTemplate const & candidate) { return candidate.id == id; });
   return found != end ? found : nullptr;
 }
 

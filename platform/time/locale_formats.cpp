@@ -18,7 +18,7 @@ constexpr char const * usualDate = "%m/%d/%y";
 
 // A conversion with its flags ("%-d"), or the text between two, for which the letter is 0.
 struct Part {
-  char cLetter;
+  char letter;
   std::string text;
 };
 using Parts = std::vector<Part>;
@@ -35,7 +35,7 @@ Parts partsOf(std::string_view format)
   Parts parts;
   for (size_t i = 0; i < format.size(); ++i) {
     if (format[i] != '%') {
-      if (parts.empty() || parts.back().cLetter != 0) parts.push_back({0, {}});
+      if (parts.empty() || parts.back().letter != 0) parts.push_back({0, {}});
       parts.back().text += format[i];
       continue;
     }
@@ -43,7 +43,7 @@ Parts partsOf(std::string_view format)
     for (++i; i < format.size() && std::string_view("-_0EO").find(format[i]) != std::string_view::npos; ++i)
       if (format[i] != 'E' && format[i] != 'O') part.text += format[i];
     if (i == format.size()) break;
-    part.cLetter = format[i];
+    part.letter = format[i];
     part.text += format[i];
     parts.push_back(std::move(part));
   }
@@ -59,12 +59,12 @@ std::string textOf(Parts const & parts)
 
 bool isText(Parts const & parts, size_t place)
 {
-  return place < parts.size() && parts[place].cLetter == 0;
+  return place < parts.size() && parts[place].letter == 0;
 }
 
 bool isFieldOf(Part const & part, std::string_view letters)
 {
-  return part.cLetter != 0 && letters.find(part.cLetter) != std::string_view::npos;
+  return part.letter != 0 && letters.find(part.letter) != std::string_view::npos;
 }
 
 void trimEnd(std::string & text, std::string_view what)
@@ -91,9 +91,9 @@ void takeOut(Parts & parts, std::string_view letters)
 void dropBlanks(Parts & parts)
 {
   for (Part & part : parts) {
-    if (part.cLetter == 'e') part = {'d', "%-d"};
-    if (part.cLetter == 'k') part = {'H', "%-H"};
-    if (part.cLetter == 'l') part = {'I', "%-I"};
+    if (part.letter == 'e') part = {'d', "%-d"};
+    if (part.letter == 'k') part = {'H', "%-H"};
+    if (part.letter == 'l') part = {'I', "%-I"};
   }
 }
 
@@ -111,7 +111,7 @@ bool hasEachFieldOnce(Parts const & parts)
   auto const count = [&parts](std::string_view letters) {
     return std::count_if(parts.begin(), parts.end(), [letters](Part const & part) { return isFieldOf(part, letters); });
   };
-  auto const fields = std::count_if(parts.begin(), parts.end(), [](Part const & part) { return part.cLetter != 0; });
+  auto const fields = std::count_if(parts.begin(), parts.end(), [](Part const & part) { return part.letter != 0; });
   return fields == 3 && count("d") == 1 && count("m") == 1 && count("yY") == 1;
 }
 
@@ -141,15 +141,15 @@ bool hasWord(std::string_view text)
 char const * pictureOf(Part const & field)
 {
   bool const padded = field.text.size() == 2;
-  if (field.cLetter == 'd') return padded ? "dd" : "d";
-  if (field.cLetter == 'm') return padded ? "MM" : "M";
-  return field.cLetter == 'y' ? "yy" : "yyyy";
+  if (field.letter == 'd') return padded ? "dd" : "d";
+  if (field.letter == 'm') return padded ? "MM" : "M";
+  return field.letter == 'y' ? "yy" : "yyyy";
 }
 
 // Takes "%S" out with the separator in front of it, or where fields have marks behind them ("%Hh%Mm%Ss") with its mark.
 void takeOutSeconds(Parts & parts)
 {
-  auto const found = std::find_if(parts.begin(), parts.end(), [](Part const & part) { return part.cLetter == 'S'; });
+  auto const found = std::find_if(parts.begin(), parts.end(), [](Part const & part) { return part.letter == 'S'; });
   if (found == parts.end()) return;
   auto const place = static_cast<size_t>(found - parts.begin());
   bool const marked = place > 0 && isText(parts, place - 1) && hasWord(parts[place - 1].text);
@@ -182,7 +182,7 @@ std::string ShortDatePicture(locale_t locale)
   std::string picture;
   for (Part const & part : parts) {
     bool const atEdge = &part == &parts.front() || &part == &parts.back();
-    if (part.cLetter != 0)
+    if (part.letter != 0)
       picture += pictureOf(part);
     else if (!hasWord(part.text))
       picture += part.text;

@@ -16,9 +16,9 @@ CDialog::~CDialog()
 
 void CDialog::CreateControls()
 {
-  for (DialogControl const & control : m_pTemplate->m_Controls) {
+  for (DialogControl const & control : m_pTemplate->controls) {
     m_Controls.push_back(std::make_unique<CWnd>());
-    m_Controls.back()->Create(control.m_pText, WS_CHILD, this, control.m_nID);
+    m_Controls.back()->Create(control.text, WS_CHILD, this, control.id);
   }
 }
 
@@ -28,7 +28,7 @@ int CDialog::DoModal()
   m_pTemplate = zp::FindTemplate(m_nTemplateID);
   bool const hasParent = m_pDialogParent != nullptr && m_pDialogParent->GetSafeHwnd() != nullptr;
   CWnd * const parent = hasParent ? m_pDialogParent : nullptr;
-  if (m_pTemplate == nullptr || !Create(m_pTemplate->m_pTitle, WS_OVERLAPPED, parent)) return -1;
+  if (m_pTemplate == nullptr || !Create(m_pTemplate->title, WS_OVERLAPPED, parent)) return -1;
   struct Window {
     CDialog & dialog;
     ~Window()

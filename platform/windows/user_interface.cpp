@@ -205,12 +205,12 @@ class Terminal : public CUserInterface {
   int RunDialog(CDialog & dialog) override
   {
     Choices choices;
-    for (DialogControl const & control : dialog.GetTemplate().m_Controls) {
-      CWnd * const window = dialog.GetDlgItem(static_cast<int>(control.m_nID));
-      if (control.m_Kind == DialogControl::Static)
+    for (DialogControl const & control : dialog.GetTemplate().controls) {
+      CWnd * const window = dialog.GetDlgItem(static_cast<int>(control.id));
+      if (control.kind == DialogControl::Static)
         printStatic(dialog, *window);
       else
-        choices.push_back(choiceOf(control.m_pText, control.m_nID, control.m_bDefault, choices));
+        choices.push_back(choiceOf(control.text, control.id, control.isDefault, choices));
     }
     while (!dialog.IsEnded() && !choices.empty()) {
       if (canAsk()) print(legend(choices));

@@ -9,14 +9,14 @@ namespace zp {
 namespace {
 
 struct Entry {
-  CWnd * pWindow;
-  std::shared_ptr<MessageQueue> pQueue;
+  CWnd * window;
+  std::shared_ptr<MessageQueue> queue;
 };
 
 struct Table {
-  std::mutex m_Mutex;
-  std::unordered_map<HWND, Entry> m_Windows;
-  uintptr_t m_nLast = 0x10000;
+  std::mutex mutex;
+  std::unordered_map<HWND, Entry> windows;
+  uintptr_t last = 0x10000;
 };
 
 // Never destroyed: windows of static life outlast it otherwise.
@@ -30,30 +30,30 @@ Table & table()
 
 HWND AddWindow(CWnd & window, std::shared_ptr<MessageQueue> queue)
 {
-  std::lock_guard const lock(table().m_Mutex);
-  auto * const handle = reinterpret_cast<HWND>(++table().m_nLast);
-  table().m_Windows.emplace(handle, Entry{&window, std::move(queue)});
+  std::lock_guard const lock(table().mutex);
+  auto * const handle = reinterpret_cast<HWND>(++table().last);
+  table().windows.emplace(handle, Entry{&window, std::move(queue)});
   return handle;
 }
 
 void RemoveWindow(HWND handle)
 {
-  std::lock_guard const lock(table().m_Mutex);
-  table().m_Windows.erase(handle);
+  std::lock_guard const lock(table().mutex);
+  table().windows.erase(handle);
 }
 
 CWnd * FindWindowObject(HWND handle)
 {
-  std::lock_guard const lock(table().m_Mutex);
-  auto const found = table().m_Windows.find(handle);
-  return found != table().m_Windows.end() ? found->second.pWindow : nullptr;
+  std::lock_guard const lock(table().mutex);
+  auto const found = table().windows.find(handle);
+  return found != table().windows.end() ? found->second.window : nullptr;
 }
 
 std::shared_ptr<MessageQueue> FindWindowQueue(HWND handle)
 {
-  std::lock_guard const lock(table().m_Mutex);
-  auto const found = table().m_Windows.find(handle);
-  return found != table().m_Windows.end() ? found->second.pQueue : nullptr;
+  std::lock_guard const lock(table().mutex);
+  auto const found = table().windows.find(handle);
+  return found != table().windows.end() ? found->second.queue : nullptr;
 }
 
 }  // namespace zp

@@ -140,7 +140,6 @@ TEST(Application, ListsEverySettingOnceInTheStoresOrder)
   CWinApp app("a");
   app.SetProfileFile(folder.Name("a.ini"));
   std::string all;
-  for (zp::Setting const & s : app.ListSettings())
-    all += (s.m_strSection + "." + s.m_strKey + "=" + s.m_strData.GetString() + ";").GetString();
+  for (zp::Setting const & s : app.ListSettings()) all += (s.section + "." + s.key + "=" + s.data.GetString() + ";").GetString();
   EXPECT_EQ(all, "B.k=1;A.x=q;b.z=3;");
 }

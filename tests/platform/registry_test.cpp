@@ -205,7 +205,7 @@ TEST_F(Registry, HoldsAnApplicationsSettings)
   EXPECT_EQ(app.GetProfileInt("misc", "t", 9), 9u);
   std::string all;
   for (zp::Setting const & s : app.ListSettings())
-    all += (s.m_strSection + "." + s.m_strKey).GetString() + std::to_string(s.m_nType) + std::string(s.m_strData.View());
+    all += (s.section + "." + s.key).GetString() + std::to_string(s.type) + std::string(s.data.View());
   EXPECT_EQ(all, "Misc.n4\xFE\xFF\xFF\xFFMisc.t1 x \0Misc\\Sub.b3\x1F\0"s);
   EXPECT_FALSE(app.WriteProfileString("", nullptr, nullptr));
   EXPECT_EQ(app.ListSettings().size(), 3u);
@@ -225,7 +225,7 @@ TEST_F(Registry, TextsFromElsewhereAreStepsInTheirOrder)
   ASSERT_TRUE(zp::ReadRegistryText(plain, entries, damaged, lost));
   ASSERT_EQ(entries.size(), 4u);
   EXPECT_EQ(damaged, 0);
-  EXPECT_EQ(entries[3].m_Kind, zp::RegistryEntry::RemoveKey);
+  EXPECT_EQ(entries[3].kind, zp::RegistryEntry::RemoveKey);
   EXPECT_EQ(zp::WriteRegistryText(entries), plain);
   std::string wide = "\xFF\xFE";
   for (
@@ -236,7 +236,7 @@ TEST_F(Registry, TextsFromElsewhereAreStepsInTheirOrder)
   ASSERT_EQ(entries.size(), 2u);
   EXPECT_EQ(damaged, 1);
   EXPECT_EQ(lost, 1);
-  EXPECT_EQ(std::string(entries[0].m_strData.View()), "\x80??\0"s);
-  EXPECT_EQ(std::string(entries[1].m_strData.View()), "%A\0"s);
+  EXPECT_EQ(std::string(entries[0].data.View()), "\x80??\0"s);
+  EXPECT_EQ(std::string(entries[1].data.View()), "%A\0"s);
   EXPECT_FALSE(zp::ReadRegistryText("[HKEY_CURRENT_USER]\n", entries, damaged, lost));
 }

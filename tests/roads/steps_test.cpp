@@ -96,9 +96,8 @@ TEST(Steps, EachPersistentClassIsShownByTheProgram)
   store.Close();
   for (size_t i = 0; i < names.size(); ++i) {
     ProgramRun const run = RunZp(folder.Path(), "store show a.SI " + std::to_string(i) + " --json");
-    EXPECT_EQ(run.m_nStatus, 0) << run.m_strErr;
-    EXPECT_NE(run.m_strOut.find("\"object\""), std::string::npos)
-        << names[i] << " has no form in tools/records: " << run.m_strOut;
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("\"object\""), std::string::npos) << names[i] << " has no form in tools/records: " << run.out;
   }
 }
 
@@ -126,10 +125,10 @@ TEST(Steps, EachCommandIsInTheProgramAndTold)
     ASSERT_EQ(names.size(), 1u) << folder.path();
     std::string const family = "zp " + names.front();
     ProgramRun const help = RunZp(fs::temp_directory_path(), family.substr(3) + " --help");
-    EXPECT_EQ(help.m_nStatus, 0) << help.m_strErr;
-    EXPECT_NE(help.m_strOut.find("Usage: " + family), std::string::npos) << family << " isn't in tools/main.cpp's table";
+    EXPECT_EQ(help.status, 0) << help.err;
+    EXPECT_NE(help.out.find("Usage: " + family), std::string::npos) << family << " isn't in tools/main.cpp's table";
     EXPECT_NE(readme.find("`" + family + "`"), std::string::npos) << "README.md doesn't tell of " << family;
-    std::vector<std::string> const commands = matches(help.m_strOut, "\n  ([a-z]+)  ");
+    std::vector<std::string> const commands = matches(help.out, "\n  ([a-z]+)  ");
     for (std::string const & command : commands)
       EXPECT_TRUE(isToldCommand(family, command)) << "no page tells of " << family << " " << command;
   }

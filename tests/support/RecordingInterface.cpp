@@ -9,12 +9,12 @@ int RecordingInterface::ShowMessage(CString const & text, UINT style, UINT helpI
 
 int RecordingInterface::RunDialog(CDialog & dialog)
 {
-  for (DialogControl const & control : dialog.GetTemplate().m_Controls) {
+  for (DialogControl const & control : dialog.GetTemplate().controls) {
     CString text;
-    CWnd & window = *dialog.GetDlgItem(static_cast<int>(control.m_nID));
+    CWnd & window = *dialog.GetDlgItem(static_cast<int>(control.id));
     window.GetWindowText(text);
     m_DialogTexts.emplace_back(text.View());
-    if (control.m_Kind == DialogControl::Static) m_nStaticColor = dialog.GetControlTextColor(window, CTLCOLOR_STATIC);
+    if (control.kind == DialogControl::Static) m_nStaticColor = dialog.GetControlTextColor(window, CTLCOLOR_STATIC);
   }
   m_WhileShown();
   if (m_nPress != 0) dialog.SendMessage(WM_COMMAND, m_nPress);

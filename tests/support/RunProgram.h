@@ -6,9 +6,9 @@
 #include <string>
 
 struct ProgramRun {
-  int m_nStatus;
-  std::string m_strOut;
-  std::string m_strErr;
+  int status;
+  std::string out;
+  std::string err;
 };
 
 // arguments as a shell reads them; input is what standard input holds.

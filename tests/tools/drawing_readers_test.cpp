@@ -20,8 +20,8 @@ class DrawingReaders : public testing::Test {
   void SetUp() override
   {
     ProgramRun const run = RunZp(m_Folder.Path(), "dxf --json --stats --to . '" ZP_SOURCE_DIR "/tests/metafiles'");
-    ASSERT_EQ(run.m_nStatus, 0) << run.m_strErr;
-    m_Files = Json::parse(run.m_strOut)["files"];
+    ASSERT_EQ(run.status, 0) << run.err;
+    m_Files = Json::parse(run.out)["files"];
     ASSERT_GE(m_Files.size(), 3u);
   }
 
@@ -97,7 +97,7 @@ TEST_F(DrawingReaders, LibreCadDrawsEachOnAPage)
     return m_Folder.Has(name + ".pdf") ? m_Folder.Read(name + ".pdf") : "";
   };
   m_Folder.Write("nothing.wmf", MetafileBytes().Plain());
-  ASSERT_EQ(RunZp(m_Folder.Path(), "dxf nothing.wmf nothing.dxf").m_nStatus, 0);
+  ASSERT_EQ(RunZp(m_Folder.Path(), "dxf nothing.wmf nothing.dxf").status, 0);
   size_t const emptySize = pageOf("nothing").size();
   for (Json const & file : m_Files) {
     std::string const name = fs::path(file["output"].get<std::string>()).stem().string();

@@ -27,8 +27,8 @@ class DrawingTool : public testing::Test {
   {
     m_Folder.Write("in.wmf", metafile);
     ProgramRun const run = Zp("in.wmf out.dxf " + options);
-    EXPECT_EQ(run.m_nStatus, 0) << run.m_strErr;
-    m_strNotes = run.m_strErr;
+    EXPECT_EQ(run.status, 0) << run.err;
+    m_strNotes = run.err;
     std::string const drawing = m_Folder.Read("out.dxf");
     std::string const mark = "  2\r\nENTITIES\r\n";
     size_t const first = drawing.find(mark) + mark.size();
@@ -76,9 +76,9 @@ TEST_F(DrawingTool, PutsTheEntitiesInAWholeDrawing)
     EXPECT_NE(drawing.find(part), std::string::npos) << part;
   EXPECT_TRUE(drawing.ends_with("\r\n  0\r\nENDSEC\r\n  0\r\nEOF\r\n"));
   EXPECT_EQ(m_strNotes, "");
-  EXPECT_EQ(Zp("--check out.dxf").m_strOut,
+  EXPECT_EQ(Zp("--check out.dxf").out,
             "out.dxf: " + std::to_string(std::count(drawing.begin(), drawing.end(), '\n')) + " lines, 1 line: sound\n");
-  EXPECT_EQ(Zp("- -", picture.Plain()).m_strOut, drawing);
+  EXPECT_EQ(Zp("- -", picture.Plain()).out, drawing);
 }
 
 TEST_F(DrawingTool, CountsYFromTheLowerEdge)
@@ -154,10 +154,10 @@ TEST_F(DrawingTool, StatsNameEverySkippedKind)
                                .Add(0x0418, {30, 30, 10, 10})
                                .Plain());
   ProgramRun const run = Zp("in.wmf out.dxf --stats");
-  EXPECT_EQ(run.m_strOut.substr(run.m_strOut.find('\n') + 1),
+  EXPECT_EQ(run.out.substr(run.out.find('\n') + 1),
             "  written: 1 line, 1 circle\n  skipped:        1  META_POLYPOLYGON, which would draw\n"
             "  skipped:        2  META_ESCAPE\n  skipped:        1  0x7777\n");
-  Json const json = Json::parse(Zp("in.wmf out.dxf --stats --json").m_strOut);
+  Json const json = Json::parse(Zp("in.wmf out.dxf --stats --json").out);
   EXPECT_EQ(json["converted"], 1);
   Json const & file = json["files"][0];
   EXPECT_EQ(file["records"], 9);
@@ -176,14 +176,14 @@ TEST_F(DrawingTool, ConvertsAFolderAndGoesOnPastABadFile)
   m_Folder.Write("in/d.txt", "");
   m_Folder.Write("e.emf", std::string("\1\0\0\0", 4) + std::string(36, '\0') + " EMF" + std::string(60, '\0'));
   ProgramRun const run = Zp("--to out/drawings in e.emf missing.wmf");
-  EXPECT_EQ(run.m_nStatus, 1);
-  EXPECT_TRUE(run.m_strOut.ends_with("2 converted, 3 failed\n")) << run.m_strOut;
-  EXPECT_EQ(run.m_strErr,
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(run.out.ends_with("2 converted, 3 failed\n")) << run.out;
+  EXPECT_EQ(run.err,
             "zp: in/b.WMF: doesn't begin as a metafile (WMF); check which program wrote it\n"
             "zp: in/c.wmf: ends inside a record; what stands before it is converted\n"
             "zp: e.emf: is an enhanced metafile (EMF); save the picture as WMF\n"
             "zp: missing.wmf: can't be opened: No such file or directory; check the name\n");
-  EXPECT_EQ(Zp("--check out/drawings/a.dxf out/drawings/c.dxf").m_nStatus, 0);
+  EXPECT_EQ(Zp("--check out/drawings/a.dxf out/drawings/c.dxf").status, 0);
   auto const files = fs::directory_iterator(m_Folder.Path() / "out/drawings");
   EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "nothing is left of those that failed";
 }
@@ -220,17 +220,17 @@ TEST_F(DrawingTool, NeverOverwritesAnInputAndKeepsWhatWasThere)
   };
   for (auto const & row : rows) {
     ProgramRun const run = Zp(row.arguments);
-    EXPECT_EQ(run.m_nStatus, row.status) << row.arguments << '\n' << run.m_strErr;
-    EXPECT_EQ(std::count(run.m_strErr.begin(), run.m_strErr.end(), '\n'), 1) << row.arguments << '\n' << run.m_strErr;
+    EXPECT_EQ(run.status, row.status) << row.arguments << '\n' << run.err;
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << row.arguments << '\n' << run.err;
     EXPECT_EQ(m_Folder.Read("a.wmf"), bytes) << row.arguments;
     EXPECT_EQ(m_Folder.Read("old.dxf"), "old") << row.arguments;
     EXPECT_FALSE(m_Folder.Has("new.dxf")) << row.arguments;
   }
-  EXPECT_EQ(Zp("a.wmf old.dxf --svg missing/p.svg").m_nStatus, 1);
-  EXPECT_EQ(Zp("--check old.dxf").m_nStatus, 0) << "the drawing was made, its picture wasn't";
+  EXPECT_EQ(Zp("a.wmf old.dxf --svg missing/p.svg").status, 1);
+  EXPECT_EQ(Zp("--check old.dxf").status, 0) << "the drawing was made, its picture wasn't";
   fs::create_symlink("old.dxf", m_Folder.Path() / "link.dxf");
   fs::permissions(m_Folder.Path() / "old.dxf", fs::perms::owner_read | fs::perms::owner_write);
-  EXPECT_EQ(Zp("a.wmf link.dxf").m_nStatus, 0);
+  EXPECT_EQ(Zp("a.wmf link.dxf").status, 0);
   EXPECT_TRUE(fs::is_symlink(m_Folder.Path() / "link.dxf"));
   EXPECT_EQ(fs::status(m_Folder.Path() / "old.dxf").permissions(), fs::perms::owner_read | fs::perms::owner_write);
   for (auto const & entry : fs::directory_iterator(m_Folder.Path()))
@@ -271,12 +271,12 @@ TEST_F(DrawingTool, CheckTellsWhatIsBroken)
     ASSERT_NE(at, std::string::npos) << row.old;
     m_Folder.Write("broken.dxf", broken.replace(at, std::strlen(row.old), row.other));
     ProgramRun const run = Zp("--check broken.dxf");
-    EXPECT_EQ(run.m_nStatus, 1) << row.told;
-    EXPECT_NE(run.m_strOut.find(std::string(": ") + row.told + "\n"), std::string::npos) << row.told << '\n' << run.m_strOut;
+    EXPECT_EQ(run.status, 1) << row.told;
+    EXPECT_NE(run.out.find(std::string(": ") + row.told + "\n"), std::string::npos) << row.told << '\n' << run.out;
   }
   for (size_t length = 0; length < sound.size(); length += 37)
     m_Folder.Write("cut" + std::to_string(length), sound.substr(0, length));
-  for (Json const & file : Json::parse(Zp("--check --json cut*").m_strOut)) EXPECT_FALSE(file["sound"]) << file;
+  for (Json const & file : Json::parse(Zp("--check --json cut*").out)) EXPECT_FALSE(file["sound"]) << file;
 }
 
 TEST_F(DrawingTool, DrawsWhatTheDrawingHolds)
@@ -292,7 +292,7 @@ TEST_F(DrawingTool, DrawsWhatTheDrawingHolds)
                                .Line(0, 300, 400, 300)
                                .Text(100, 100, "x")
                                .Plain());
-  ASSERT_EQ(Zp("in.wmf out.dxf --svg a.svg --png a.png").m_nStatus, 0);
+  ASSERT_EQ(Zp("in.wmf out.dxf --svg a.svg --png a.png").status, 0);
   std::string const svg = m_Folder.Read("a.svg");
   // 2.9 points for a unit, in a margin of 20: two joined lines in red, and one with dashes in green.
   EXPECT_NE(svg.find("width=\"1200px\" height=\"910px\""), std::string::npos) << svg.substr(0, 300);
@@ -302,8 +302,8 @@ TEST_F(DrawingTool, DrawsWhatTheDrawingHolds)
   std::string const png = m_Folder.Read("a.png");
   EXPECT_EQ(png.substr(1, 3), "PNG");
   EXPECT_EQ(png.substr(16, 8), std::string("\0\0\4\260\0\0\3\216", 8));
-  ASSERT_EQ(Zp("--check out.dxf --svg b.svg").m_nStatus, 0);
+  ASSERT_EQ(Zp("--check out.dxf --svg b.svg").status, 0);
   EXPECT_EQ(m_Folder.Read("b.svg"), svg);
   m_Folder.Write("in.wmf", MetafileBytes().Plain());
-  EXPECT_EQ(Zp("in.wmf empty.dxf --png empty.png").m_nStatus, 0);
+  EXPECT_EQ(Zp("in.wmf empty.dxf --png empty.png").status, 0);
 }

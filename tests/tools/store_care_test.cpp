@@ -5,10 +5,10 @@
 namespace {
 
 struct Damage {
-  char const * pFile;
-  size_t nOffset;
-  char const * pBytes;  // hex
-  char const * pFault;
+  char const * file;
+  size_t offset;
+  char const * bytes;  // hex
+  char const * fault;
 };
 
 // The index: header 14 bytes, array 17, then records of 8 bytes from 46 on with tags between, and the list.
@@ -31,17 +31,17 @@ TEST_F(StoreTool, CheckTellsEveryDamageAndChangesNothing)
   StoreFour();
   std::string const index = m_Folder.Read("a.SI");
   std::string const record = m_Folder.Read("a.SR");
-  EXPECT_EQ(Zp("check a").m_strOut, "3 records, 1 free block, 36 bytes: sound\n");
+  EXPECT_EQ(Zp("check a").out, "3 records, 1 free block, 36 bytes: sound\n");
   for (Damage const & damage : damages) {
     m_Folder.Write("a.SI", index);
     m_Folder.Write("a.SR", record);
-    Patch(damage.pFile, damage.nOffset, FromHex(damage.pBytes));
+    Patch(damage.file, damage.offset, FromHex(damage.bytes));
     std::string const before = m_Folder.Read("a.SI") + m_Folder.Read("a.SR");
     ProgramRun const run = Zp("check a");
-    EXPECT_EQ(run.m_nStatus, 1);
-    EXPECT_NE(run.m_strOut.find(damage.pFault), std::string::npos) << damage.pFault << "in\n" << run.m_strOut << run.m_strErr;
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.out.find(damage.fault), std::string::npos) << damage.fault << "in\n" << run.out << run.err;
     EXPECT_EQ(m_Folder.Read("a.SI") + m_Folder.Read("a.SR"), before);
-    EXPECT_EQ(Zp("compact a").m_nStatus, 1);  // refused, with the files as they were
+    EXPECT_EQ(Zp("compact a").status, 1);  // refused, with the files as they were
     EXPECT_EQ(m_Folder.Read("a.SI") + m_Folder.Read("a.SR"), before);
   }
 }
@@ -54,7 +54,7 @@ TEST_F(StoreTool, AnyChangedByteEndsInAnExitStatus)
     m_Folder.Write("a.SI", index);
     Patch("a.SI", i, "\xFF");
     for (char const * const command : {"check a", "list a"}) {
-      int const status = Zp(command).m_nStatus;
+      int const status = Zp(command).status;
       EXPECT_TRUE(status == 0 || status == 1) << command << " with byte " << i << ": " << status;
     }
   }
@@ -65,14 +65,14 @@ TEST_F(StoreTool, UnknownClassesAreToldAndRecordsListedFromTheirHeaders)
   StoreFour();
   Patch("a.SI", 6, "XXObject");
   ProgramRun const list = Zp("list a");
-  EXPECT_EQ(list.m_nStatus, 0);
-  EXPECT_EQ(list.m_strErr,
+  EXPECT_EQ(list.status, 0);
+  EXPECT_EQ(list.err,
             "zp: a.SI: the header object at offset 0 is of class XXObject, which isn't known here; the records are those of the "
             "block headers\n");
-  EXPECT_NE(list.m_strOut.find("3 records, 8 bytes\n"), std::string::npos) << list.m_strOut;
-  EXPECT_EQ(Zp("check a").m_nStatus, 0);
-  EXPECT_EQ(Zp("get a 2").m_strOut, "cde");
-  EXPECT_EQ(Zp("put a 2", "x").m_nStatus, 1);
+  EXPECT_NE(list.out.find("3 records, 8 bytes\n"), std::string::npos) << list.out;
+  EXPECT_EQ(Zp("check a").status, 0);
+  EXPECT_EQ(Zp("get a 2").out, "cde");
+  EXPECT_EQ(Zp("put a 2", "x").status, 1);
 }
 
 TEST_F(StoreTool, RecoverySavesWhatTheHeadersHoldIntoNewFiles)
@@ -80,18 +80,18 @@ TEST_F(StoreTool, RecoverySavesWhatTheHeadersHoldIntoNewFiles)
   StoreFour();
   std::filesystem::remove(m_Folder.Path() / "a.SI");
   ProgramRun const dry = Zp("recover a");
-  EXPECT_EQ(dry.m_strOut,
+  EXPECT_EQ(dry.out,
             "kept     record     1  at         0      2 bytes\n"
             "kept     record     2  at         8      3 bytes\n"
             "kept     record     3  at        17      3 bytes\n"
             "lost     the header object: there is no index file to take it from\n"
             "3 kept, 0 suspect, 0 lost\n"
             "nothing was written; --to NEW writes what is kept and suspect into new files\n");
-  EXPECT_EQ(dry.m_nStatus, 1);
+  EXPECT_EQ(dry.status, 1);
   EXPECT_FALSE(m_Folder.Has("a.SI"));
   Zp("recover a --to b");
   EXPECT_EQ(Load("b"), (Records{{1, "ab"}, {2, "cde"}, {3, "fgh"}}));
-  EXPECT_EQ(Zp("recover a --to b").m_strErr, "zp: b.SI: exists; recovery writes new files only, so name others\n");
+  EXPECT_EQ(Zp("recover a --to b").err, "zp: b.SI: exists; recovery writes new files only, so name others\n");
 }
 
 TEST_F(StoreTool, RecoveryWalksOnBehindABreak)
@@ -99,18 +99,18 @@ TEST_F(StoreTool, RecoveryWalksOnBehindABreak)
   StoreFour();
   Patch("a.SR", 12, FromHex("FF 00"));
   ProgramRun const run = Zp("recover a --to b");
-  EXPECT_NE(run.m_strOut.find("3 kept, 0 suspect, 0 lost"), std::string::npos) << run.m_strOut;
+  EXPECT_NE(run.out.find("3 kept, 0 suspect, 0 lost"), std::string::npos) << run.out;
   EXPECT_EQ(Load("b"), (Records{{1, "ab"}, {2, "cde"}, {3, "fgh"}}));
-  EXPECT_EQ(Zp("check b").m_nStatus, 0);
+  EXPECT_EQ(Zp("check b").status, 0);
 }
 
 TEST_F(StoreTool, CompactWinsTheFreeSpaceAndLeavesNothingBehind)
 {
   StoreFour();
   Records const records = Load();
-  EXPECT_EQ(Zp("compact a").m_strOut, "a.SR: 26 bytes instead of 36, 27.8% won\n");
+  EXPECT_EQ(Zp("compact a").out, "a.SR: 26 bytes instead of 36, 27.8% won\n");
   EXPECT_EQ(Load(), records);
-  EXPECT_EQ(Zp("compact a").m_strOut, "a.SR: 26 bytes, nothing to win\n");
+  EXPECT_EQ(Zp("compact a").out, "a.SR: 26 bytes, nothing to win\n");
   auto const files = std::filesystem::directory_iterator(m_Folder.Path());
   EXPECT_EQ(std::distance(begin(files), end(files)), 2);
 }
@@ -118,9 +118,9 @@ TEST_F(StoreTool, CompactWinsTheFreeSpaceAndLeavesNothingBehind)
 // Every state that an interruption of the exchange can leave: which of the files F, F.compact-new and F.compact-old stand for
 // the record file and the index file, and the mark. The old file is 36 bytes long, the new one 26.
 struct Interruption {
-  char const * pRecord;  // o: the old one under its name, n: the new one; lower case beside it: N new, O old
-  char const * pIndex;
-  bool bMark;
+  char const * record;  // o: the old one under its name, n: the new one; lower case beside it: N new, O old
+  char const * index;
+  bool mark;
 };
 
 constexpr Interruption interruptions[] = {
@@ -140,7 +140,7 @@ TEST_F(StoreTool, AnInterruptedExchangeIsFinishedOrUndoneFromEveryStep)
     std::filesystem::remove(m_Folder.Path() / "a.SI");
     for (int i = 0; i < 2; ++i) {
       std::string const name = i == 0 ? "a.SR" : "a.SI";
-      for (char const c : std::string(i == 0 ? at.pRecord : at.pIndex)) {
+      for (char const c : std::string(i == 0 ? at.record : at.index)) {
         if (c == 'o') m_Folder.Write(name, old[i]);
         if (c == 'n') m_Folder.Write(name, fresh[i]);
         if (c == 'O') m_Folder.Write(name + ".compact-old", old[i]);
@@ -148,13 +148,13 @@ TEST_F(StoreTool, AnInterruptedExchangeIsFinishedOrUndoneFromEveryStep)
         if (c == 'T') m_Folder.Write(name + ".compact-tmp", "half");
       }
     }
-    std::string const where = std::string(at.pRecord) + " " + at.pIndex + (at.bMark ? " mark" : "");
-    if (at.bMark) {
+    std::string const where = std::string(at.record) + " " + at.index + (at.mark ? " mark" : "");
+    if (at.mark) {
       m_Folder.Write("a.SR.compact-swap", "");
-      EXPECT_EQ(Zp("list a").m_nStatus, 1) << where;
+      EXPECT_EQ(Zp("list a").status, 1) << where;
     }
     ProgramRun const run = Zp("compact a");
-    EXPECT_EQ(run.m_nStatus, 0) << where << run.m_strErr;
+    EXPECT_EQ(run.status, 0) << where << run.err;
     EXPECT_EQ(Load(), records) << where;
     EXPECT_EQ(m_Folder.Read("a.SR"), fresh[0]) << where;
     auto const files = std::filesystem::directory_iterator(m_Folder.Path());
@@ -166,7 +166,7 @@ TEST_F(StoreTool, MapShowsTheSharesAndDrawsThem)
 {
   StoreFour();
   ProgramRun const run = Zp("map a --svg a.svg");
-  EXPECT_EQ(run.m_strOut.substr(run.m_strOut.find("a.SR")),
+  EXPECT_EQ(run.out.substr(run.out.find("a.SR")),
             "a.SR: 36 bytes, 3 records, 1 free block\n"
             "     headers of live blocks          18   50.0%\n"
             "  #  live                             8   22.2%\n"
@@ -175,7 +175,7 @@ TEST_F(StoreTool, MapShowsTheSharesAndDrawsThem)
   // 800 points stand for 256 bytes: the six of the first header take 18.75.
   EXPECT_NE(m_Folder.Read("a.svg").find("d=\"M 90 64 L 108.75 64 L 108.75 82 L 90 82 Z"), std::string::npos)
       << m_Folder.Read("a.svg");
-  EXPECT_NE(Zp("map a --json").m_strOut.find("\"compaction_wins\": 10"), std::string::npos);
+  EXPECT_NE(Zp("map a --json").out.find("\"compaction_wins\": 10"), std::string::npos);
 }
 
 }  // namespace

@@ -8,7 +8,7 @@ TEST_F(StoreTool, ShowsAComponentWithTheNamesOfItsCoefficients)
 {
   m_Folder.Write("t.csv", "id,name,tc_K,antoine_A,antoine_B,sigma_eq,sigma_A\n4,Wasser \xC3\xA4,647.14,23.401,,16,1.5\n");
   Zp("import a t.csv");
-  EXPECT_EQ(Zp("show a 4").m_strOut,
+  EXPECT_EQ(Zp("show a 4").out,
             "record 4, 95 bytes\n"
             "GPDataArray  4 items\n"
             "├─    1  name                         GPs    \"Wasser ä\"\n"
@@ -21,7 +21,7 @@ TEST_F(StoreTool, ShowsAComponentWithTheNamesOfItsCoefficients)
             "│          D = 0.0\n"
             "└─   97  vapour pressure              GPv    GPAvp in Pa\n"
             "           A = 23.401\n");
-  EXPECT_EQ(Zp("list a").m_strOut,
+  EXPECT_EQ(Zp("list a").out,
             "   ID   BYTES  CLASS        TEXT\n"
             "    4      95  GPDataArray  Wasser ä\n"
             "1 record, 95 bytes\n");
@@ -29,18 +29,18 @@ TEST_F(StoreTool, ShowsAComponentWithTheNamesOfItsCoefficients)
 
 TEST_F(StoreTool, PutsGetsAndDeletesBytesAndObjects)
 {
-  EXPECT_EQ(Zp("put a 7", "some bytes").m_nStatus, 0);
-  EXPECT_EQ(Zp("get a 7").m_strOut, "some bytes");
-  EXPECT_EQ(Zp("show a 7").m_strOut,
+  EXPECT_EQ(Zp("put a 7", "some bytes").status, 0);
+  EXPECT_EQ(Zp("get a 7").out, "some bytes");
+  EXPECT_EQ(Zp("show a 7").out,
             "record 7, 10 bytes\nraw bytes\n"
             "  000000  73 6f 6d 65 20 62 79 74 65 73                    some bytes\n");
-  EXPECT_EQ(Zp("put a 8 --json", R"({"object": {"class": "GPw", "data_id": 5, "value": -1}})").m_nStatus, 0);
+  EXPECT_EQ(Zp("put a 8 --json", R"({"object": {"class": "GPw", "data_id": 5, "value": -1}})").status, 0);
   EXPECT_EQ(Load()[8], FromHex("FF FF 01 00 03 00 \"GPw\" 05 00 FF FF"));
-  EXPECT_EQ(Zp("delete a 7 9").m_strErr, "zp: a.SI: there is no record 9; nothing was deleted, see zp store list\n");
-  EXPECT_EQ(Zp("delete a 7").m_nStatus, 0);
+  EXPECT_EQ(Zp("delete a 7 9").err, "zp: a.SI: there is no record 9; nothing was deleted, see zp store list\n");
+  EXPECT_EQ(Zp("delete a 7").status, 0);
   EXPECT_EQ(Load().size(), 1u);
-  EXPECT_EQ(Zp("put a 8", "").m_strErr, "zp: standard input: has 0 bytes, and a record has 1 to 65535\n");
-  EXPECT_EQ(Zp("put a 8", std::string(65536, 'x')).m_nStatus, 1);
+  EXPECT_EQ(Zp("put a 8", "").err, "zp: standard input: has 0 bytes, and a record has 1 to 65535\n");
+  EXPECT_EQ(Zp("put a 8", std::string(65536, 'x')).status, 1);
 }
 
 TEST_F(StoreTool, FindsTheOtherFileByItsExtension)
@@ -48,17 +48,17 @@ TEST_F(StoreTool, FindsTheOtherFileByItsExtension)
   Store({{1, "x"}});
   std::filesystem::rename(m_Folder.Path() / "a.SI", m_Folder.Path() / "b.ei");
   std::filesystem::rename(m_Folder.Path() / "a.SR", m_Folder.Path() / "b.er");
-  for (char const * const name : {"b", "b.ei", "b.er"}) EXPECT_EQ(Zp(std::string("get ") + name + " 1").m_strOut, "x") << name;
+  for (char const * const name : {"b", "b.ei", "b.er"}) EXPECT_EQ(Zp(std::string("get ") + name + " 1").out, "x") << name;
   Store({{1, "y"}}, "b");
-  EXPECT_EQ(Zp("get b 1").m_strErr, "zp: b: is the stem of several stores (b.SI, b.ei); name one of their files\n");
+  EXPECT_EQ(Zp("get b 1").err, "zp: b: is the stem of several stores (b.SI, b.ei); name one of their files\n");
   std::filesystem::rename(m_Folder.Path() / "b.er", m_Folder.Path() / "records");
-  EXPECT_EQ(Zp("get b.ei 1 --record records").m_strOut, "x");
+  EXPECT_EQ(Zp("get b.ei 1 --record records").out, "x");
 }
 
 struct Misuse {
-  char const * pArguments;
-  int nStatus;
-  char const * pError;
+  char const * arguments;
+  int status;
+  char const * error;
 };
 
 constexpr Misuse misuses[] = {
@@ -81,13 +81,13 @@ TEST_F(StoreTool, TellsWhatIsUsedWronglyInOneLine)
   m_Folder.Write("c.SR", "");
   m_Folder.Write("plain.txt", "");
   for (Misuse const & misuse : misuses) {
-    ProgramRun const run = Zp(misuse.pArguments);
-    EXPECT_EQ(run.m_nStatus, misuse.nStatus) << misuse.pArguments;
-    EXPECT_EQ(run.m_strErr, misuse.pError);
-    EXPECT_EQ(run.m_strOut, "");
+    ProgramRun const run = Zp(misuse.arguments);
+    EXPECT_EQ(run.status, misuse.status) << misuse.arguments;
+    EXPECT_EQ(run.err, misuse.error);
+    EXPECT_EQ(run.out, "");
   }
   Store({{1, "x"}});
-  EXPECT_EQ(Zp("get a 1 /dev/full").m_strErr, "zp: /dev/full: can't be written: No space left on device\n");
+  EXPECT_EQ(Zp("get a 1 /dev/full").err, "zp: /dev/full: can't be written: No space left on device\n");
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 

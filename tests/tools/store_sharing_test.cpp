@@ -19,8 +19,8 @@ TEST_F(StoreTool, SaysWhenAnotherProgramHoldsTheStore)
   holder.LoadRec(&byte, 1, 1);
   for (char const * const command : {"list a", "put a 1", "check a", "compact a", "recover a"}) {
     ProgramRun const run = Zp(command, "z");
-    EXPECT_EQ(run.m_nStatus, 1) << command;
-    EXPECT_EQ(run.m_strErr, recordFileInUse) << command;
+    EXPECT_EQ(run.status, 1) << command;
+    EXPECT_EQ(run.err, recordFileInUse) << command;
   }
 }
 
@@ -33,10 +33,10 @@ TEST_F(StoreTool, ChangesNothingWhileAnotherProgramHoldsTheIndexFile)
   ASSERT_TRUE(holder.Open(m_Folder.Name("a.SI"), CFile::modeRead | CFile::shareExclusive));
   for (char const * const command : {"put a 7", "delete a 1", "compact a"}) {
     ProgramRun const run = Zp(command, "z");
-    EXPECT_EQ(run.m_nStatus, 1) << command;
-    EXPECT_EQ(run.m_strErr, indexFileInUse) << command;
+    EXPECT_EQ(run.status, 1) << command;
+    EXPECT_EQ(run.err, indexFileInUse) << command;
   }
-  EXPECT_EQ(Zp("get a 2").m_strOut, "cde");
+  EXPECT_EQ(Zp("get a 2").out, "cde");
   EXPECT_EQ(m_Folder.Read("a.SI") + m_Folder.Read("a.SR"), before);
 }
 
@@ -45,8 +45,8 @@ TEST_F(StoreTool, ReadersShareAStore)
   Store({{1, "x"}});
   CFile reader;
   ASSERT_TRUE(reader.Open(m_Folder.Name("a.SR"), CFile::modeRead | CFile::shareDenyWrite));
-  for (char const * const command : {"list a", "check a", "map a"}) EXPECT_EQ(Zp(command).m_nStatus, 0) << command;
-  EXPECT_EQ(Zp("put a 1", "z").m_strErr, recordFileInUse);
+  for (char const * const command : {"list a", "check a", "map a"}) EXPECT_EQ(Zp(command).status, 0) << command;
+  EXPECT_EQ(Zp("put a 1", "z").err, recordFileInUse);
 }
 
 // Of programs that begin together one at least comes through, and what one says that it stored is there.
@@ -64,7 +64,7 @@ TEST_F(StoreTool, LosesNothingOfProgramsThatStoreAtOnce)
     for (int i = 0; i < crowd; ++i) {
       auto const at = static_cast<size_t>(i);
       std::string const id = std::to_string(firstNew + round * crowd + i);
-      programs[at] = std::thread([&statuses, at, id, this] { statuses[at] = Zp("put a " + id, "new " + id).m_nStatus; });
+      programs[at] = std::thread([&statuses, at, id, this] { statuses[at] = Zp("put a " + id, "new " + id).status; });
     }
     for (std::thread & program : programs) program.join();
     Records const now = Load();
@@ -76,7 +76,7 @@ TEST_F(StoreTool, LosesNothingOfProgramsThatStoreAtOnce)
     }
     EXPECT_NE(std::count(statuses.begin(), statuses.end(), 0), 0);
   }
-  EXPECT_EQ(Zp("check a").m_nStatus, 0);
+  EXPECT_EQ(Zp("check a").status, 0);
 }
 
 TEST_F(StoreTool, LosesNothingOfTwoProgramsThatMakeAStore)
@@ -84,8 +84,8 @@ TEST_F(StoreTool, LosesNothingOfTwoProgramsThatMakeAStore)
   for (int round = 0; round < 10; ++round) {
     std::string const stem = "s" + std::to_string(round);
     int other = 0;
-    std::thread program([&] { other = Zp("put " + stem + " 2", "b").m_nStatus; });
-    int const one = Zp("put " + stem + " 1", "a").m_nStatus;
+    std::thread program([&] { other = Zp("put " + stem + " 2", "b").status; });
+    int const one = Zp("put " + stem + " 1", "a").status;
     program.join();
     Records stored;
     if (one == 0) stored[1] = "a";
@@ -100,13 +100,13 @@ TEST_F(StoreTool, LosesNothingOfAPutBesideACompaction)
   for (int round = 0; round < 8; ++round) {
     StoreFour();
     int compacted = 0;
-    std::thread program([&] { compacted = Zp("compact a").m_nStatus; });
-    int const stored = Zp("put a 9", "new").m_nStatus;
+    std::thread program([&] { compacted = Zp("compact a").status; });
+    int const stored = Zp("put a 9", "new").status;
     program.join();
     Records expected = {{1, "ab"}, {2, "cde"}, {3, "fgh"}};
     if (stored == 0) expected[9] = "new";
     EXPECT_EQ(Load(), expected) << stored << compacted;
-    EXPECT_EQ(Zp("check a").m_nStatus, 0);
+    EXPECT_EQ(Zp("check a").status, 0);
     std::filesystem::remove(m_Folder.Path() / "a.SI");
     std::filesystem::remove(m_Folder.Path() / "a.SR");
   }
@@ -122,9 +122,9 @@ TEST_F(StoreTool, WritesFinishAnInterruptedExchangeFirst)
   m_Folder.Write("a.SR.compact-old", old[0]);  // between its two names
   m_Folder.Write("a.SI", old[1]);
   m_Folder.Write("a.SR.compact-swap", "");
-  EXPECT_EQ(Zp("get a 1").m_strErr,
+  EXPECT_EQ(Zp("get a 1").err,
             "zp: a.SR: a compaction of this store is under way or was interrupted; finish it with zp store compact\n");
-  EXPECT_EQ(Zp("put a 9", "x").m_strErr, "zp: a.SR: an interrupted compaction was finished\n");
+  EXPECT_EQ(Zp("put a 9", "x").err, "zp: a.SR: an interrupted compaction was finished\n");
   EXPECT_EQ(Load(), (Records{{1, "ab"}, {2, "cde"}, {3, "fgh"}, {9, "x"}}));
 }
 
@@ -132,15 +132,14 @@ TEST_F(StoreTool, AnEmptyIndexFileForgetsNoRecord)
 {
   Store({{1, "x"}});
   m_Folder.Write("a.SI", "");
-  EXPECT_EQ(Zp("get a 1").m_strOut, "x");
-  EXPECT_EQ(Zp("put a 2", "y").m_strErr,
-            "zp: a.SI: the index file is empty, but a.SR isn't; make a new one with zp store recover\n");
+  EXPECT_EQ(Zp("get a 1").out, "x");
+  EXPECT_EQ(Zp("put a 2", "y").err, "zp: a.SI: the index file is empty, but a.SR isn't; make a new one with zp store recover\n");
   EXPECT_EQ(m_Folder.Read("a.SI"), "");
 }
 
 TEST_F(StoreTool, AStoreOfNothingLeavesNoFiles)
 {
-  EXPECT_EQ(Zp("import a -", "id\n").m_strOut, "0 records stored in a.SR: 0 new, 0 replaced\n");
+  EXPECT_EQ(Zp("import a -", "id\n").out, "0 records stored in a.SR: 0 new, 0 replaced\n");
   EXPECT_FALSE(m_Folder.Has("a.SI"));
   EXPECT_FALSE(m_Folder.Has("a.SR"));
 }

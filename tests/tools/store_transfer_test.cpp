@@ -74,9 +74,9 @@ TEST_F(StoreTool, JsonGivesBackEveryRecordBitForBit)
                            {9, bytesOf(GPw(1, 2)) + "tail"},
                            {32767, "x"}};
   Store(records);
-  ASSERT_EQ(Zp("export a --json all.json").m_nStatus, 0);
+  ASSERT_EQ(Zp("export a --json all.json").status, 0);
   ProgramRun const run = Zp("import b all.json");
-  EXPECT_EQ(run.m_strOut, "8 records stored in b.SR: 8 new, 0 replaced\n") << run.m_strErr;
+  EXPECT_EQ(run.out, "8 records stored in b.SR: 8 new, 0 replaced\n") << run.err;
   EXPECT_EQ(Load("b"), records);
   EXPECT_EQ(m_Folder.Read("b.SI"), m_Folder.Read("a.SI"));
   Zp("export b --json again.json");
@@ -86,12 +86,12 @@ TEST_F(StoreTool, JsonGivesBackEveryRecordBitForBit)
 
 TEST_F(StoreTool, TableGivesBackComponentsBitForBit)
 {
-  EXPECT_EQ(Zp("import a " + componentTable).m_strOut, "37 records stored in a.SR: 37 new, 0 replaced\n");
-  ASSERT_EQ(Zp("export a a.csv").m_nStatus, 0);
+  EXPECT_EQ(Zp("import a " + componentTable).out, "37 records stored in a.SR: 37 new, 0 replaced\n");
+  ASSERT_EQ(Zp("export a a.csv").status, 0);
   Zp("import b a.csv");
   EXPECT_EQ(m_Folder.Read("b.SR"), m_Folder.Read("a.SR"));
-  EXPECT_EQ(Zp("export b").m_strOut, m_Folder.Read("a.csv"));
-  EXPECT_EQ(Zp("import b a.csv").m_strOut, "37 records stored in b.SR: 0 new, 37 replaced\n");
+  EXPECT_EQ(Zp("export b").out, m_Folder.Read("a.csv"));
+  EXPECT_EQ(Zp("import b a.csv").out, "37 records stored in b.SR: 0 new, 37 replaced\n");
 }
 
 TEST_F(StoreTool, TableKeepsQuotesMarksAndCoefficientsOfZero)
@@ -99,19 +99,19 @@ TEST_F(StoreTool, TableKeepsQuotesMarksAndCoefficientsOfZero)
   m_Folder.Write("t.csv",
                  "# head\nid,name,omega,unifac_groups,rho_liq_eq,rho_liq_A,rho_liq_B,rho_liq_C,rho_liq_D,rho_liq_E,rho_liq_F\n"
                  "3,\"a, \"\"b\"\"\nc\",0,12R:1 1:2,105,1,0,0,0,0,0\n");
-  ASSERT_EQ(Zp("import a t.csv").m_nStatus, 0);
-  EXPECT_EQ(Zp("export a").m_strOut + "", m_Folder.Read("t.csv").substr(7));
-  EXPECT_NE(Zp("show a 3").m_strOut.find("│          F = 0.0\n"), std::string::npos);
+  ASSERT_EQ(Zp("import a t.csv").status, 0);
+  EXPECT_EQ(Zp("export a").out + "", m_Folder.Read("t.csv").substr(7));
+  EXPECT_NE(Zp("show a 3").out.find("│          F = 0.0\n"), std::string::npos);
 }
 
 TEST_F(StoreTool, GroupsAreMarkedByEitherLetterAndFitOneRecord)
 {
   std::string cell = "12X:2";
   for (int i = 1; i < 8191; ++i) cell += " 1:1";
-  ASSERT_EQ(Zp("import a -", "id,unifac_groups\n1,5R:1 12X:2\n2," + cell + "\n").m_nStatus, 0);
-  EXPECT_EQ(Zp("export a").m_strOut.substr(0, 38), "id,unifac_groups\n1,5R:1 12R:2\n2,12R:2 ");
+  ASSERT_EQ(Zp("import a -", "id,unifac_groups\n1,5R:1 12X:2\n2," + cell + "\n").status, 0);
+  EXPECT_EQ(Zp("export a").out.substr(0, 38), "id,unifac_groups\n1,5R:1 12R:2\n2,12R:2 ");
   ProgramRun const run = Zp("import a -", "id,unifac_groups\n1," + cell + " 2:2\n");
-  EXPECT_EQ(run.m_strErr,
+  EXPECT_EQ(run.err,
             "zp: standard input: line 2: column unifac_groups: 8192 groups are more than the 8191 of a record; "
             "nothing was stored\n");
 }
@@ -122,8 +122,8 @@ TEST_F(StoreTool, GroupInteractionsAreKnownByTheirShape)
     {"class": "GPDataArray", "items": [
       {"class": "GPv", "data_id": 900, "area": "80000000803F0000004085000000003F000000BF"},
       {"class": "GPv", "data_id": 901, "area": "81000000803F0000004080000000003F000000BF"}]}}]})";
-  ASSERT_EQ(Zp("import a -", record).m_nStatus, 0);
-  std::string const shown = Zp("show a 4").m_strOut;
+  ASSERT_EQ(Zp("import a -", record).status, 0);
+  std::string const shown = Zp("show a 4").out;
   EXPECT_NE(shown.find("GPUnifacBip\n│          a128 = 1.0\n│          b128 = 2.0\n│          a133 = 0.5\n"), std::string::npos);
   EXPECT_EQ(shown.find("a129"), std::string::npos);
 }
@@ -150,15 +150,15 @@ TEST_F(StoreTool, EveryDataItemHasAJsonForm)
   }
   Store(records);
   for (size_t id = 0; id < classes.size(); ++id) {
-    std::string const shown = Zp("show a " + std::to_string(id) + " --json").m_strOut;
+    std::string const shown = Zp("show a " + std::to_string(id) + " --json").out;
     EXPECT_EQ(shown.find("\"hex\""), std::string::npos) << classes[id]->m_lpszClassName << " has no form in object_json.cpp";
     EXPECT_NE(shown.find("\"data_id\""), std::string::npos) << shown;
   }
 }
 
 struct Refusal {
-  char const * pInput;
-  char const * pError;
+  char const * input;
+  char const * error;
 };
 
 constexpr Refusal refusals[] = {
@@ -186,22 +186,23 @@ constexpr Refusal refusals[] = {
 TEST_F(StoreTool, RefusedImportsStoreNothingAndSayWhere)
 {
   for (Refusal const & refusal : refusals) {
-    ProgramRun const run = Zp("import a -", refusal.pInput);
-    EXPECT_EQ(run.m_nStatus, 1) << refusal.pInput;
-    EXPECT_EQ(run.m_strErr, std::string("zp: ") + refusal.pError + "\n");
-    EXPECT_FALSE(m_Folder.Has("a.SR") || m_Folder.Has("a.SI"));
+    ProgramRun const run = Zp("import a -", refusal.input);
+    EXPECT_EQ(run.status, 1) << refusal.input;
+    EXPECT_EQ(run.err, std::string("zp: ") + refusal.error + "\n");
+    EXPECT_FALSE(m_Folder.Has("a.SR"));
+    EXPECT_FALSE(m_Folder.Has("a.SI"));
   }
   ProgramRun const deep =
       Zp("import a -", std::string(R"({"format": "zp-store-records", "version": 1, "records": )") + std::string(100000, '['));
-  EXPECT_EQ(deep.m_nStatus, 1);
+  EXPECT_EQ(deep.status, 1);
 }
 
 TEST_F(StoreTool, TableRefusesRecordsThatItCantTell)
 {
   Store({{1, "raw"}});
   ProgramRun const run = Zp("export a out.csv");
-  EXPECT_EQ(run.m_nStatus, 1);
-  EXPECT_EQ(run.m_strErr, "zp: a.SR: record 1 is no component that a table can tell; export with --json\n");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "zp: a.SR: record 1 is no component that a table can tell; export with --json\n");
   EXPECT_FALSE(m_Folder.Has("out.csv"));
 }
 

@@ -21,30 +21,30 @@ namespace {
 
 bool isNumber(zp::Setting const & setting)
 {
-  return setting.m_nType == REG_DWORD && setting.m_strData.GetLength() == 4;
+  return setting.type == REG_DWORD && setting.data.GetLength() == 4;
 }
 
 std::string typeName(zp::Setting const & setting)
 {
-  if (IsTextType(setting.m_nType)) return "text";
+  if (IsTextType(setting.type)) return "text";
   if (isNumber(setting)) return "integer";
-  return setting.m_nType == REG_BINARY ? "binary" : fmt::format("type {}", setting.m_nType);
+  return setting.type == REG_BINARY ? "binary" : fmt::format("type {}", setting.type);
 }
 
 // The text up to its zero byte, the number, or the bytes as pairs of digits.
 std::string shownValue(zp::Setting const & setting)
 {
-  if (IsTextType(setting.m_nType)) return zp::TextToUtf8(setting.m_strData.GetString());
-  if (isNumber(setting)) return std::to_string(NumberOfBytes(setting.m_strData));
+  if (IsTextType(setting.type)) return zp::TextToUtf8(setting.data.GetString());
+  if (isNumber(setting)) return std::to_string(NumberOfBytes(setting.data));
   std::string digits;
-  zp::AppendHex(digits, setting.m_strData.View());
+  zp::AppendHex(digits, setting.data.View());
   return digits;
 }
 
 nlohmann::ordered_json jsonOf(zp::Setting const & setting)
 {
-  return {{"section", zp::TextToUtf8(setting.m_strSection.View())},
-          {"key", zp::TextToUtf8(setting.m_strKey.View())},
+  return {{"section", zp::TextToUtf8(setting.section.View())},
+          {"key", zp::TextToUtf8(setting.key.View())},
           {"type", typeName(setting)},
           {"value", shownValue(setting)}};
 }
@@ -76,7 +76,7 @@ CString nameOf(std::string const & argument, char const * what)
 zp::Setting find(SettingsStore & store, CString const & section, CString const & key)
 {
   for (zp::Setting & setting : store.List(section)) {
-    if (setting.m_strKey.CompareNoCase(key) == 0) return std::move(setting);
+    if (setting.key.CompareNoCase(key) == 0) return std::move(setting);
   }
   throw Failure(fmt::format("{}: no setting \"{}\" in the section \"{}\"; see zp settings list", store.Name(),
                             zp::TextToUtf8(key.View()), zp::TextToUtf8(section.View())));
@@ -88,7 +88,7 @@ void removeSection(SettingsOptions const & options, CString const & section)
   SettingsStore store(options);
   std::vector<zp::Setting> const settings = store.List(CString());
   bool const isThere = std::any_of(settings.begin(), settings.end(), [&](zp::Setting const & each) {
-    CString const & name = each.m_strSection;
+    CString const & name = each.section;
     bool const isWhole = name.GetLength() == section.GetLength() || name.Mid(section.GetLength(), 1) == "\\";
     return isWhole && name.Left(section.GetLength()).CompareNoCase(section) == 0;
   });
@@ -101,12 +101,12 @@ void printSections(std::vector<zp::Setting> const & settings)
 {
   CString section;
   for (size_t i = 0; i < settings.size(); ++i) {
-    if (i == 0 || !(settings[i].m_strSection == section)) {
-      Print(fmt::format("[{}]\n", zp::TextToUtf8(settings[i].m_strSection.View())));
+    if (i == 0 || !(settings[i].section == section)) {
+      Print(fmt::format("[{}]\n", zp::TextToUtf8(settings[i].section.View())));
     }
-    section = settings[i].m_strSection;
-    Print(fmt::format("{:<24} {:<8} {}\n", zp::TextToUtf8(settings[i].m_strKey.View()), typeName(settings[i]),
-                      shownValue(settings[i])));
+    section = settings[i].section;
+    Print(
+        fmt::format("{:<24} {:<8} {}\n", zp::TextToUtf8(settings[i].key.View()), typeName(settings[i]), shownValue(settings[i])));
   }
 }
 

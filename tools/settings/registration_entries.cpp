@@ -27,30 +27,29 @@ std::optional<CString> sectionOf(CString const & key, CString const & branch)
 BOOL writeValue(SettingsStore & store, CString const & section, zp::RegistryEntry const & entry)
 {
   CWinApp & app = store.App();
-  std::string_view const data = entry.m_strData.View();
+  std::string_view const data = entry.data.View();
   if (store.IsRegistry()) {
     HKEY key = nullptr;
     CString const path = store.Path() + "\\" + section;
     if (RegCreateKeyExA(HKEY_CURRENT_USER, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_SET_VALUE, nullptr, &key, nullptr) != 0)
       return FALSE;
     auto const * const bytes = reinterpret_cast<BYTE const *>(data.data());
-    LONG const error = RegSetValueExA(key, entry.m_strName, 0, entry.m_nType, bytes, static_cast<DWORD>(data.size()));
+    LONG const error = RegSetValueExA(key, entry.name, 0, entry.type, bytes, static_cast<DWORD>(data.size()));
     RegCloseKey(key);
     return error == ERROR_SUCCESS;
   }
-  if (IsTextType(entry.m_nType)) return app.WriteProfileString(section, entry.m_strName, entry.m_strData.GetString());
-  if (entry.m_nType == REG_DWORD && data.size() == 4)
-    return app.WriteProfileInt(section, entry.m_strName, NumberOfBytes(entry.m_strData));
-  return entry.m_nType == REG_BINARY && store.WriteBlock(section, entry.m_strName, data);
+  if (IsTextType(entry.type)) return app.WriteProfileString(section, entry.name, entry.data.GetString());
+  if (entry.type == REG_DWORD && data.size() == 4) return app.WriteProfileInt(section, entry.name, NumberOfBytes(entry.data));
+  return entry.type == REG_BINARY && store.WriteBlock(section, entry.name, data);
 }
 
 BOOL apply(SettingsStore & store, CString const & section, zp::RegistryEntry const & entry)
 {
-  switch (entry.m_Kind) {
+  switch (entry.kind) {
     case zp::RegistryEntry::RemoveKey:
       return store.App().WriteProfileString(section, nullptr, nullptr);
     case zp::RegistryEntry::RemoveValue:
-      return store.App().WriteProfileString(section, entry.m_strName, nullptr);
+      return store.App().WriteProfileString(section, entry.name, nullptr);
     default:
       return writeValue(store, section, entry);
   }
@@ -64,7 +63,7 @@ struct Tally {
 
 void take(SettingsStore & store, zp::RegistryEntry const & entry, std::string const & name, Tally & tally)
 {
-  std::optional<CString> const section = sectionOf(entry.m_strKey, store.Branch());
+  std::optional<CString> const section = sectionOf(entry.key, store.Branch());
   if (!section) {
     ++tally.elsewhere;
   } else if (apply(store, *section, entry)) {
@@ -72,7 +71,7 @@ void take(SettingsStore & store, zp::RegistryEntry const & entry, std::string co
   } else {
     ++tally.refused;
     fmt::print(stderr, "zp: {}: \"{}\" in the section \"{}\" was refused; {} has no form for its name or its type\n", name,
-               zp::TextToUtf8(entry.m_strName.View()), zp::TextToUtf8(section->View()), store.Name());
+               zp::TextToUtf8(entry.name.View()), zp::TextToUtf8(section->View()), store.Name());
   }
 }
 
@@ -83,8 +82,8 @@ void ExportSettings(SettingsOptions const & options, std::string const & file)
   SettingsStore store(options);
   std::vector<zp::RegistryEntry> entries;
   for (zp::Setting & setting : store.List(CString()))
-    entries.push_back({zp::RegistryEntry::SetValue, store.Branch() + "\\" + setting.m_strSection, std::move(setting.m_strKey),
-                       setting.m_nType, std::move(setting.m_strData)});
+    entries.push_back({zp::RegistryEntry::SetValue, store.Branch() + "\\" + setting.section, std::move(setting.key), setting.type,
+                       std::move(setting.data)});
   WriteWholeFile(file, zp::WriteRegistryText(entries));
 }
 

@@ -29,7 +29,7 @@ std::vector<zp::Setting> SettingsStore::List(CString const & section)
 {
   std::vector<zp::Setting> settings = m_App.ListSettings();
   if (!section.IsEmpty())
-    std::erase_if(settings, [&](zp::Setting const & each) { return each.m_strSection.CompareNoCase(section) != 0; });
+    std::erase_if(settings, [&](zp::Setting const & each) { return each.section.CompareNoCase(section) != 0; });
   return settings;
 }
 
