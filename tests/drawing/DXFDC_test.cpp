@@ -322,7 +322,10 @@ TEST(DXFDC, KeepsStatesThatTheOutputDoesNotKnow)
     EXPECT_EQ(dc.SetMapMode(7), MM_ANISOTROPIC);
     EXPECT_EQ(dc.SetBkColor(5), 0U);
     EXPECT_EQ(dc.SetTextColor(6), 0U);
-    EXPECT_TRUE(dc.SetBkMode(0) == 7 && dc.SetMapMode(0) == 7 && dc.SetBkColor(0) == 5 && dc.SetTextColor(0) == 6);
+    EXPECT_EQ(dc.SetBkMode(0), 7);
+    EXPECT_EQ(dc.SetMapMode(0), 7);
+    EXPECT_EQ(dc.SetBkColor(0), 5);
+    EXPECT_EQ(dc.SetTextColor(0), 6);
     EXPECT_EQ(DXFDC::DrawingHeight, 50);
     CBrush brush;
     EXPECT_EQ(dc.SelectObject(&brush), nullptr);
@@ -332,8 +335,9 @@ TEST(DXFDC, KeepsStatesThatTheOutputDoesNotKnow)
     dc.LineTo(9, 10);  // flipped by the height that was given last
     CRuntimeClass const & facts = *dc.GetRuntimeClass();
     EXPECT_STREQ(facts.m_lpszClassName, "DXFDC");
-    EXPECT_TRUE(facts.m_pfnGetBaseClass() == RUNTIME_CLASS(CObject) && facts.m_pfnCreateObject == nullptr &&
-                facts.m_wSchema == 0xFFFF);
+    EXPECT_EQ(facts.m_pfnGetBaseClass(), RUNTIME_CLASS(CObject));
+    EXPECT_EQ(facts.m_pfnCreateObject, nullptr);
+    EXPECT_EQ(facts.m_wSchema, 0xFFFF);
   }
   EXPECT_EQ(folder.Read("a.dxf"),
             "  0\r\nLINE\r\n  8\r\nFS_OBJECT\r\n  6\r\nCONTINUOUS\r\n 62\r\n     7\r\n 10\r\n9.0\r\n 20\r\n50.0\r\n"

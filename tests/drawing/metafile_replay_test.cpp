@@ -135,7 +135,9 @@ TEST(MetaFileReplay, CreatesIntoTheLowestFreeSlotOfAHundred)
   CBrush * const former = canvas->SelectObject(&other);
   ASSERT_NE(former, nullptr);
   former->GetLogBrush(&brush);
-  EXPECT_TRUE(brush.lbStyle == 2 && brush.lbColor == 0x0000FF && brush.lbHatch == 1);
+  EXPECT_EQ(brush.lbStyle, 2);
+  EXPECT_EQ(brush.lbColor, 0x0000FF);
+  EXPECT_EQ(brush.lbHatch, 1);
 }
 
 TEST(MetaFileReplay, ReachesNoObjectThatWasDeletedWhileSelected)
@@ -175,9 +177,17 @@ TEST(MetaFileReplay, ReadsFontsOfEveryLength)
     EXPECT_EQ(log.lfWidth, words > 3 ? -8 : 1);
     EXPECT_EQ(log.lfFaceName, std::string("0123456789012345678901234567890").substr(0, words > 12 ? 2 * (words - 12) : 0));
     if (words < 12) continue;
-    EXPECT_TRUE(log.lfEscapement == 450 && log.lfOrientation == -1 && log.lfWeight == 700 && log.lfItalic == 1 &&
-                log.lfUnderline == 2 && log.lfStrikeOut == 3 && log.lfCharSet == 4 && log.lfOutPrecision == 5 &&
-                log.lfClipPrecision == 6 && log.lfQuality == 7 && log.lfPitchAndFamily == 0xFF);
+    EXPECT_EQ(log.lfEscapement, 450);
+    EXPECT_EQ(log.lfOrientation, -1);
+    EXPECT_EQ(log.lfWeight, 700);
+    EXPECT_EQ(log.lfItalic, 1);
+    EXPECT_EQ(log.lfUnderline, 2);
+    EXPECT_EQ(log.lfStrikeOut, 3);
+    EXPECT_EQ(log.lfCharSet, 4);
+    EXPECT_EQ(log.lfOutPrecision, 5);
+    EXPECT_EQ(log.lfClipPrecision, 6);
+    EXPECT_EQ(log.lfQuality, 7);
+    EXPECT_EQ(log.lfPitchAndFamily, 0xFF);
   }
   struct {
     int height, width, expected;

@@ -20,7 +20,8 @@ TEST(ColorTable, CyclesThroughTheRowsThatArentSkipped)
   EXPECT_EQ(GetColorTableIndex(0x123456), -1);
   EXPECT_EQ(GetNextCOLORREF(0x123456), 0U);
   EXPECT_EQ(GetColorTableIndex(~0UL), 20);
-  EXPECT_TRUE(GetCOLORREF(-1) == 0 && GetCOLORREF(21) == 0);
+  EXPECT_EQ(GetCOLORREF(-1), 0);
+  EXPECT_EQ(GetCOLORREF(21), 0);
 }
 
 TEST(FillPatterns, AreSevenRows)
@@ -28,7 +29,8 @@ TEST(FillPatterns, AreSevenRows)
   unsigned int const patterns[] = {0xFFFF, HS_CROSS, HS_DIAGCROSS, HS_HORIZONTAL, HS_VERTICAL, HS_BDIAGONAL, HS_FDIAGONAL};
   ASSERT_EQ(GetFillPatternTableSize(), 7U);
   for (unsigned int i = 0; i < 7; ++i) {
-    EXPECT_TRUE(GetFillPatternTableAddress()[i] == patterns[i] && GetFillPattern(i) == patterns[i]);
+    EXPECT_EQ(GetFillPatternTableAddress()[i], patterns[i]);
+    EXPECT_EQ(GetFillPattern(i), patterns[i]);
     EXPECT_EQ(GetFillPatternTableIndex(patterns[i]), static_cast<int>(i));
   }
   EXPECT_EQ(GetFillPatternTableIndex(6), -1);
@@ -38,22 +40,34 @@ TEST(FillPatterns, AreSevenRows)
 TEST(DrawingRecords, HaveTheirDefaultsAndAreCopiedWhole)
 {
   GPPaintBox box;
-  EXPECT_TRUE(box.m_nPenColor == 0 && box.m_nPenWidth == 1 && box.m_nPenStyle == 0 && box.m_nFillColor == 0xFFFFFFFF &&
-              box.m_nFillPattern == 0xFFFF);
+  EXPECT_EQ(box.m_nPenColor, 0);
+  EXPECT_EQ(box.m_nPenWidth, 1);
+  EXPECT_EQ(box.m_nPenStyle, 0);
+  EXPECT_EQ(box.m_nFillColor, 0xFFFFFFFF);
+  EXPECT_EQ(box.m_nFillPattern, 0xFFFF);
   EXPECT_EQ(GPPaintBox(1, 0, 2, 3, 4).m_nPenWidth, 1U);
   GPPaintBox const other(1, 3, 2, ~0UL, 4);
   box = other;
   box = static_cast<GPPaintBox const &>(box);
-  EXPECT_TRUE(box.m_nPenColor == 1 && box.m_nPenWidth == 3 && box.m_nPenStyle == 2 && box.m_nFillColor == 0xFFFFFFFF &&
-              box.m_nFillPattern == 4);
+  EXPECT_EQ(box.m_nPenColor, 1);
+  EXPECT_EQ(box.m_nPenWidth, 3);
+  EXPECT_EQ(box.m_nPenStyle, 2);
+  EXPECT_EQ(box.m_nFillColor, 0xFFFFFFFF);
+  EXPECT_EQ(box.m_nFillPattern, 4);
 
   GPFSheetVals values;
-  EXPECT_TRUE(values.m_nFirst == 0 && values.m_nSecond == 1 && values.m_nThird == 1 && values.m_nFourth == 64 &&
-              values.m_strFormat == "%.4g");
+  EXPECT_EQ(values.m_nFirst, 0);
+  EXPECT_EQ(values.m_nSecond, 1);
+  EXPECT_EQ(values.m_nThird, 1);
+  EXPECT_EQ(values.m_nFourth, 64);
+  EXPECT_EQ(values.m_strFormat, "%.4g");
   EXPECT_EQ(GPFSheetVals(1, 2, 3, 4, "").m_strFormat, "%.4g");
   values = GPFSheetVals(~0UL, -2, 3, 4, "%g");
-  EXPECT_TRUE(values.m_nFirst == 0xFFFFFFFF && values.m_nSecond == -2 && values.m_nThird == 3 && values.m_nFourth == 4 &&
-              values.m_strFormat == "%g");
+  EXPECT_EQ(values.m_nFirst, 0xFFFFFFFF);
+  EXPECT_EQ(values.m_nSecond, -2);
+  EXPECT_EQ(values.m_nThird, 3);
+  EXPECT_EQ(values.m_nFourth, 4);
+  EXPECT_EQ(values.m_strFormat, "%g");
 }
 
 class HalfSizeView : public CView {
@@ -79,7 +93,8 @@ TEST(ViewContexts, ArePreparedByTheirViewAsTheyAreBuilt)
   GPClientDC client(&view);
   EXPECT_EQ(view.m_pPrinting, nullptr);
   GPPaintDC paint(&view);
-  EXPECT_TRUE(client.GetWindow() == &view && paint.GetWindow() == &view);
+  EXPECT_EQ(client.GetWindow(), &view);
+  EXPECT_EQ(paint.GetWindow(), &view);
   RECT rect{10, -10, 17, 0x7FFFFFFF};
   for (CDC const * const dc : {static_cast<CDC *>(&client), static_cast<CDC *>(&paint)}) {
     RECT copy = rect;
@@ -90,7 +105,8 @@ TEST(ViewContexts, ArePreparedByTheirViewAsTheyAreBuilt)
   POINT point{11, -9};
   client.LPtoDP(&point);
   EXPECT_EQ(point, (POINT{101, 201}));
-  EXPECT_TRUE(client.IsKindOf(RUNTIME_CLASS(CClientDC)) && paint.IsKindOf(RUNTIME_CLASS(CPaintDC)));
+  EXPECT_TRUE(client.IsKindOf(RUNTIME_CLASS(CClientDC)));
+  EXPECT_TRUE(paint.IsKindOf(RUNTIME_CLASS(CPaintDC)));
 }
 
 }  // namespace

@@ -18,7 +18,9 @@ using Functions = std::vector<int>;
 
 int note(HDC dc, HANDLETABLE * table, METARECORD * record, int objects, LPARAM user)
 {
-  EXPECT_TRUE(dc == nullptr && table != nullptr && objects == 0);
+  EXPECT_EQ(dc, nullptr);
+  EXPECT_NE(table, nullptr);
+  EXPECT_EQ(objects, 0);
   reinterpret_cast<Functions *>(user)->push_back(record->rdFunction);
   std::memset(record, 0xAA, size_t{2} * record->rdSize);  // ours to change
   return 1;
@@ -72,7 +74,9 @@ TEST(MetaFile, GivesEachRecordInFrontOfTheEnd)
   };
   for (auto const & row : rows) {
     Walk const walked = walk(row.bytes);
-    EXPECT_TRUE(walked.known && walked.result == row.result && walked.functions == row.functions) << row.why;
+    EXPECT_TRUE(walked.known) << row.why;
+    EXPECT_EQ(walked.result, row.result) << row.why;
+    EXPECT_EQ(walked.functions, row.functions) << row.why;
   }
 }
 
