@@ -76,6 +76,7 @@ std::string_view lineEndOf(std::string_view text)
   return end != std::string_view::npos && end > 0 && text[end - 1] == '\r' ? "\r\n" : "\n";
 }
 
+// A line that stands in front of all sections, or is neither a section nor an entry, is kept and means nothing.
 void classify(std::string_view text, ProfileLine & line, std::string_view & section, bool & inSection)
 {
   if (text.empty() || text.front() == ';') return;

@@ -93,6 +93,7 @@ void CArchive::MakeRoom(UINT needed)
   m_pMax = static_cast<BYTE *>(end);
 }
 
+// A direct file lends its own bytes; another's are read in behind what is left of the last ones.
 void CArchive::FillBuffer(UINT needed)
 {
   RequireMode(false);

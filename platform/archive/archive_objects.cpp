@@ -130,6 +130,8 @@ void CArchive::WriteClass(CRuntimeClass const * record)
   ++known.given;
 }
 
+// An object has its index before its bytes are written, so that what it holds can refer back to it: the next one, or the one
+// behind that of its class if the class is new.
 void CArchive::WriteObject(CObject const * object)
 {
   RequireMode(true);

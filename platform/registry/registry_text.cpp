@@ -103,6 +103,7 @@ class Scanner {
   size_t m_nOffset = 0;
 };
 
+// The zero that ends a text in the registry isn't in the file.
 bool takeData(Scanner & scan, RegistryLine & line)
 {
   if (scan.Take("dword:")) {
@@ -214,6 +215,7 @@ bool IsRegistryText(std::string_view text)
   return first.substr(0, first.find_last_not_of(blanks) + 1) == firstLine;
 }
 
+// A value is read on from its first line, since its bytes may fill several.
 void WalkRegistryText(std::string_view text, std::function<void(RegistryLine const &)> const & visit)
 {
   std::string_view path;

@@ -207,6 +207,7 @@ class SpanSource {
   size_t m_Next = 0;
 };
 
+// A width or a precision that isn't there takes the value's place along, so that the conversions behind it keep theirs.
 template <class Source>
 bool appendConversion(std::string & out, FormatField & field, Source & source)
 {

@@ -51,6 +51,7 @@ struct Result {
   std::unique_ptr<DxfInspection> inspection;
 };
 
+// The drawing is looked at and drawn before it takes its place, so that one that can't be leaves the old file alone.
 Result convert(DxfTask const & task, DxfOptions const & options)
 {
   PictureNames const names = {options.svg, options.png};

@@ -131,6 +131,7 @@ void DxfReader::ReadTableEntry()
     if (layer && m_Tag.code == 2) AddName(m_Layers, m_Tag.value, "layer");
 }
 
+// A type with a fault is known all the same, so that not every line with it is told as well.
 void DxfReader::ReadLineType()
 {
   std::string name;

@@ -73,6 +73,7 @@ std::string_view DxfTagReader::WithoutLineEnd(std::string_view line)
   return line;
 }
 
+// What was searched before a refill isn't searched again.
 bool DxfTagReader::NextLine(std::string_view & line)
 {
   for (size_t looked = 0;;) {

@@ -43,6 +43,7 @@ void MetafileSurvey::Look(METARECORD const & record)
     LookAtPoints(record.rdFunction, words);
 }
 
+// Parameters stand in the reverse order of the calls: y before x, the second corner before the first.
 void MetafileSurvey::LookAtPoints(WORD function, RecordWords const & words)
 {
   switch (function) {

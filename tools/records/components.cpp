@@ -155,6 +155,7 @@ void loadGroups(GPDataArray & data, std::string const & cell)
   if (item->Load(groups.names, counts) > 0) data.AddData(item.release());
 }
 
+// A blank cell gives no item: a blank text and a zero mean that there is no value.
 void loadComponent(GPDataArray & data, Cells const & cells)
 {
   for (DataMeaning const & meaning : GetDataMeanings()) {

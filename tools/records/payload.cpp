@@ -73,6 +73,7 @@ std::string_view NamedClass(std::span<BYTE const> bytes)
   return std::all_of(name.begin(), name.end(), isNameCharacter) ? name : std::string_view();
 }
 
+// A class tells of content it can't take in a message box as well as by an exception: both are damage, as are bytes left over.
 Payload DecodePayload(std::span<BYTE const> bytes)
 {
   Payload payload;

@@ -88,6 +88,7 @@ bool IsExchangeMarked(StoreNames const & names)
   return FileExists(markName(names));
 }
 
+// The mark says that both new files are whole: with it the exchange is finished, without it undone.
 std::string TidyExchange(StoreNames const & names)
 {
   if (IsExchangeMarked(names)) {

@@ -101,6 +101,7 @@ class Recovery {
     m_Verdicts.push_back(std::move(verdict));
   }
 
+  // Lost is a block whose bytes aren't all there, suspect one whose bytes are but may not be what counts.
   Verdict JudgeBlock(SurveyBlock const & at) const
   {
     zp::RecordBlock const & block = at.block;

@@ -91,6 +91,7 @@ std::unique_ptr<ParseFile> parse(std::string const & hostName, std::string const
   }
 }
 
+// ParseFile reads a file by its name: what comes from elsewhere, or isn't as it expects, is given to it as a copy.
 std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
 {
   std::string const name = options.Name();
