@@ -230,8 +230,7 @@ CArchive & CArchive::operator>>(CString & text)
   EnsureRead(bytes.data(), static_cast<UINT>(bytes.size()));
   if (charSize == 2) {
     std::u16string wide(static_cast<size_t>(length), u'\0');
-    for (size_t i = 0; i < wide.size(); ++i)
-      wide[i] = static_cast<char16_t>(static_cast<BYTE>(bytes[2 * i]) | static_cast<BYTE>(bytes[2 * i + 1]) << 8);
+    for (size_t i = 0; i < wide.size(); ++i) wide[i] = zp::ReadLittle<char16_t>(&bytes[2 * i]);
     bytes.clear();
     zp::AppendWide(bytes, wide);
   }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include <zpbase/platform/bytes.h>
 #include <zpbase/platform/encoding.h>
 
 #include "platform/registry/registry_text_internal.h"
@@ -19,8 +20,7 @@ constexpr std::string_view wideForm = "Windows Registry Editor Version 5.00";
 std::string narrowed(std::string_view bytes, int & lost)
 {
   std::u16string wide;
-  for (size_t i = 0; i + 1 < bytes.size(); i += 2)
-    wide += static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) | static_cast<unsigned char>(bytes[i + 1]) << 8);
+  for (size_t i = 0; i + 1 < bytes.size(); i += 2) wide += ReadLittle<char16_t>(&bytes[i]);
   std::string text;
   AppendWide(text, wide);
   auto const marks = std::count(text.begin(), text.end(), '?') - std::count(wide.begin(), wide.end(), u'?');

@@ -1,6 +1,7 @@
 // The gate on includes: run on the source tree, it tells every include that the house's rules forbid and ends with 1 if there is
-// one. No host header outside the rooms of platform/ that are made of them, no folder that includes another folder's private
-// header, none that knows a folder of a layer above its own, no circle of files or of folders.
+// one. No host header outside the rooms of platform/ that are made of them, none of the standard library's that goes past the
+// table of host calls, no folder that includes another folder's private header, none that knows a folder of a layer above its
+// own, no circle of files or of folders.
 
 #include <algorithm>
 #include <array>
@@ -83,6 +84,13 @@ bool isHostHeader(std::string const & name, bool isProgram)
   return name.find_first_of("./") != std::string::npos && instructions.count(name) == 0;
 }
 
+// Headers of the standard library that open files, start threads and the like of their own: the library asks zp::HostCalls.
+bool goesPastHostCalls(std::string const & name)
+{
+  static std::set<std::string> const names = {"filesystem", "fstream", "iostream", "thread", "future", "random", "csignal"};
+  return names.count(name) != 0;
+}
+
 // The rooms of platform/ that know the host: its calls, and its locales.
 bool mayKnowHost(std::string const & file)
 {
@@ -159,6 +167,7 @@ class Gate {
     std::string const file = fs::relative(path, m_Root).generic_string();
     std::vector<std::string> & targets = m_Graph[file];
     for (Include const & include : includesOf(path)) {
+      if (folder != "tools" && goesPastHostCalls(include.name)) Refuse(file, "past the host calls by " + include.name);
       std::string const target = targetOf(m_Root, path, include);
       if (target.empty()) {
         bool const isHosts = include.quoted || isHostHeader(include.name, folder == "tools");
