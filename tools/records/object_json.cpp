@@ -171,35 +171,23 @@ Object readItem(Json const & items, size_t index)
   }
 }
 
-void requireItem(CObject const * item, CRuntimeClass const * wanted)
+// An array or a list with the items of the text.
+template <class Holder>
+Object readHolder(Json const & json)
 {
-  if (item != nullptr && wanted != nullptr && !item->IsKindOf(wanted)) throw Failure("\"items\" must hold data items here");
-}
-
-template <class Array>
-Object readArray(Json const & json)
-{
-  auto array = std::make_unique<Array>();
+  constexpr bool takesDataAlone = std::is_same_v<Holder, GPDataArray> || std::is_same_v<Holder, GPDataList>;
+  auto holder = std::make_unique<Holder>();
   Json const & items = ArrayMember(json, "items");
   for (size_t i = 0; i < items.size(); ++i) {
     Object item = readItem(items, i);
-    requireItem(item.get(), std::is_same_v<Array, GPDataArray> ? RUNTIME_CLASS(GPData) : nullptr);
-    array->Add(item.release());
+    bool const fits = !takesDataAlone || item == nullptr || item->IsKindOf(RUNTIME_CLASS(GPData));
+    if (!fits) throw Failure("\"items\" must hold data items here");
+    if constexpr (std::is_base_of_v<CObList, Holder>)
+      holder->AddTail(item.release());
+    else
+      holder->Add(item.release());
   }
-  return array;
-}
-
-template <class List>
-Object readList(Json const & json)
-{
-  auto list = std::make_unique<List>();
-  Json const & items = ArrayMember(json, "items");
-  for (size_t i = 0; i < items.size(); ++i) {
-    Object item = readItem(items, i);
-    requireItem(item.get(), std::is_same_v<List, GPDataList> ? RUNTIME_CLASS(GPData) : nullptr);
-    list->AddTail(item.release());
-  }
-  return list;
+  return holder;
 }
 
 constexpr ObjectForm classForms[] = {
@@ -223,10 +211,10 @@ constexpr ObjectForm classForms[] = {
     {GPa::GetThisClass, writeArrayItem, readArrayItem},
     {GPv::GetThisClass, writeArea, [](Json const & json) { return readAreaInto(std::make_unique<GPv>(readDataID(json)), json); }},
     {GPbip::GetThisClass, writePair, readPair},
-    {GPObArray::GetThisClass, writeArray<GPObArray>, readArray<GPObArray>},
-    {GPDataArray::GetThisClass, writeArray<GPDataArray>, readArray<GPDataArray>},
-    {GPObList::GetThisClass, writeList<GPObList>, readList<GPObList>},
-    {GPDataList::GetThisClass, writeList<GPDataList>, readList<GPDataList>},
+    {GPObArray::GetThisClass, writeArray<GPObArray>, readHolder<GPObArray>},
+    {GPDataArray::GetThisClass, writeArray<GPDataArray>, readHolder<GPDataArray>},
+    {GPObList::GetThisClass, writeList<GPObList>, readHolder<GPObList>},
+    {GPDataList::GetThisClass, writeList<GPDataList>, readHolder<GPDataList>},
 };
 
 ObjectForm const * findForm(std::string_view name)
