@@ -58,8 +58,8 @@ class ZP_API CToolBar : public CControlBar {
 };
 
 struct ToolBarResource {
-  UINT m_nID;
-  std::span<UINT const> m_Buttons;  // commands, 0 for a gap
+  UINT id;
+  std::span<UINT const> buttons;  // commands, 0 for a gap
 };
 
 namespace zp {

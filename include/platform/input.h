@@ -24,14 +24,14 @@ struct tagACCEL {
 using ACCEL = tagACCEL;
 
 struct AcceleratorTable {
-  UINT m_nID;
-  std::span<ACCEL const> m_Keys;
+  UINT id;
+  std::span<ACCEL const> keys;
 };
 using HACCEL = AcceleratorTable const *;
 
 struct CursorResource {
-  UINT m_nID;
-  char const * m_pName;  // for those who show cursors
+  UINT id;
+  char const * name;  // for those who show cursors
 };
 using HCURSOR = CursorResource const *;
 

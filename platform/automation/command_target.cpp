@@ -1,11 +1,12 @@
 // CCmdTarget as an automation object: the interface that it shows, and the maps that answer it.
 
 #include <zpbase/platform/automation.h>
-#include <zpbase/platform/commands.h>
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
+
+#include <zpbase/platform/commands.h>
 
 namespace {
 

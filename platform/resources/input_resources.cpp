@@ -1,11 +1,12 @@
 // The registered modules of accelerators, cursors and tool bars. Our stand-in for the application's module stands behind the
 // accelerators; the standard cursors are the platform's own.
 
-#include <zpbase/platform/application.h>
-#include <zpbase/platform/bars.h>
 #include <zpbase/platform/input.h>
 
 #include <algorithm>
+
+#include <zpbase/platform/application.h>
+#include <zpbase/platform/bars.h>
 
 #include "platform/resources/resources_internal.h"
 #include "platform/windows/bar_resources_internal.h"
@@ -26,7 +27,7 @@ zp::ModuleList<Find> & modules()
 template <class Table>
 auto findNumber(Table const & table, UINT id) -> decltype(&*std::begin(table))
 {
-  auto const found = std::find_if(std::begin(table), std::end(table), [id](auto const & row) { return row.m_nID == id; });
+  auto const found = std::find_if(std::begin(table), std::end(table), [id](auto const & row) { return row.id == id; });
   return found != std::end(table) ? &*found : nullptr;
 }
 

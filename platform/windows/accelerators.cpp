@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/windows/key_state_internal.h"
-
 #include <zpbase/platform/windows.h>
+
+#include "platform/windows/key_state_internal.h"
 
 namespace {
 
@@ -54,9 +54,8 @@ int TranslateAcceleratorA(HWND window, HACCEL table, MSG const * message)
 {
   CWnd * const target = CWnd::FromHandle(window);
   if (target == nullptr || table == nullptr) return 0;
-  auto const found =
-      std::find_if(table->m_Keys.begin(), table->m_Keys.end(), [&](ACCEL const & key) { return fits(key, *message); });
-  if (found == table->m_Keys.end()) return 0;
+  auto const found = std::find_if(table->keys.begin(), table->keys.end(), [&](ACCEL const & key) { return fits(key, *message); });
+  if (found == table->keys.end()) return 0;
   constexpr WPARAM fromAccelerator = 0x10000;
   if (target->IsWindowEnabled()) target->SendMessage(WM_COMMAND, found->cmd | fromAccelerator);
   return 1;

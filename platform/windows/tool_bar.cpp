@@ -17,7 +17,7 @@ BOOL CToolBar::LoadToolBar(UINT id)
 {
   ToolBarResource const * const found = zp::FindToolBarResource(id);
   if (found == nullptr) return FALSE;
-  m_Buttons.assign(found->m_Buttons.begin(), found->m_Buttons.end());
+  m_Buttons.assign(found->buttons.begin(), found->buttons.end());
   return TRUE;
 }
 

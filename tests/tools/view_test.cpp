@@ -58,8 +58,8 @@ TEST(ViewTool, PrintsPlainlyIntoAPipe)
   };
   for (Row const & row : rows) {
     ProgramRun const run = RunZp(folder.Path(), std::string("view ") + row.file);
-    EXPECT_EQ(run.m_nStatus, 0) << run.m_strErr;
-    EXPECT_EQ(run.m_strOut, row.out) << row.file;
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, row.out) << row.file;
   }
 }
 
@@ -77,9 +77,9 @@ TEST(ViewTool, TellsWhatItCantShow)
       {"missing.txt", "missing.txt: does not exist"}, {".", "is no file"}, {"held.txt", "in use by another program"}};
   for (Row const & row : rows) {
     ProgramRun const run = RunZp(folder.Path(), std::string("view ") + row.file);
-    EXPECT_EQ(run.m_nStatus, 1) << row.file;
-    EXPECT_EQ(run.m_strOut, "") << row.file;
-    EXPECT_NE(run.m_strErr.find(row.words), std::string::npos) << run.m_strErr;
+    EXPECT_EQ(run.status, 1) << row.file;
+    EXPECT_EQ(run.out, "") << row.file;
+    EXPECT_NE(run.err.find(row.words), std::string::npos) << run.err;
   }
 }
 
@@ -88,7 +88,7 @@ TEST(ViewTool, WritesAPageThatABrowserReads)
   TempFolder const folder;
   folder.Write("report.txt", reportText);
   ProgramRun const run = RunZp(folder.Path(), "view report.txt --html page.html");
-  ASSERT_EQ(run.m_nStatus, 0) << run.m_strErr;
+  ASSERT_EQ(run.status, 0) << run.err;
   std::string const page = folder.Read("page.html");
   EXPECT_EQ(RunZp(folder.Path(), "view report.txt --html ./report.txt").m_nStatus, 2) << "the report would be gone";
   EXPECT_EQ(folder.Read("report.txt"), reportText);

@@ -36,8 +36,8 @@ class Windows : public ViewsTest {
   }
 
  private:
-  static CursorResource const * FindCursor(UINT id) { return id == busyCursor.m_nID ? &busyCursor : nullptr; }
-  static ToolBarResource const * FindBar(UINT id) { return id == bar.m_nID ? &bar : nullptr; }
+  static CursorResource const * FindCursor(UINT id) { return id == busyCursor.id ? &busyCursor : nullptr; }
+  static ToolBarResource const * FindBar(UINT id) { return id == bar.id ? &bar : nullptr; }
 };
 
 TEST_F(Windows, TakeEscapeAsARightClickAlsoFromAChildOfTheView)

@@ -1,5 +1,7 @@
 // zp view: a text file as a report, on the terminal, as a page for browsers, or plainly into a pipe.
 
+#include "tools/commands.h"
+
 #include <filesystem>
 #include <memory>
 
@@ -7,7 +9,6 @@
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/terminal.h>
 
-#include "tools/commands.h"
 #include "tools/program.h"
 #include "tools/view/report_application.h"
 #include "tools/view/report_html.h"
