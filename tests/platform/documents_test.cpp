@@ -95,7 +95,8 @@ TEST_F(Documents, ComeForwardWithTheirFramesAndTellTheirViews)
   View * const first = ViewOf(m_pTemplate->OpenDocumentFile(nullptr));
   CDocument * const doc = m_pTemplate->OpenDocumentFile(nullptr);
   View * const second = ViewOf(doc);
-  EXPECT_TRUE(!first->m_bActive && second->m_bActive);
+  EXPECT_FALSE(first->m_bActive);
+  EXPECT_TRUE(second->m_bActive);
   doc->OnCloseDocument();
   EXPECT_TRUE(first->m_bActive);
   EXPECT_EQ(m_pMain->GetActiveFrame(), first->GetParent());

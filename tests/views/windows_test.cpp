@@ -84,7 +84,9 @@ TEST_F(Windows, ShowTheViewsCursorWithOneLevelOfSaving)
   NotingView & view = OpenView();
   HCURSOR const arrow = m_App.LoadStandardCursor(IDC_ARROW);
   HCURSOR const cross = m_App.LoadStandardCursor(IDC_CROSS);
-  ASSERT_TRUE(arrow != nullptr && cross != nullptr && arrow != cross);
+  ASSERT_NE(arrow, nullptr);
+  ASSERT_NE(cross, nullptr);
+  ASSERT_NE(arrow, cross);
   EXPECT_EQ(m_App.LoadStandardCursor("no number"), nullptr);
   auto const over = [&](CWnd & window) {
     return view.SendMessage(WM_SETCURSOR, reinterpret_cast<WPARAM>(window.GetSafeHwnd()), 1);
