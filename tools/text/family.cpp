@@ -66,6 +66,7 @@ std::vector<Column> findColumns(std::string const & pictures, TextOptions const 
   CUIntArray ends;
   ParseCopy(pictures, options.Name())->GetColumnPositions(starts, ends);
   std::vector<Column> columns;
+  columns.reserve(static_cast<size_t>(starts.GetSize()));
   for (int i = 0; i < starts.GetSize(); ++i) columns.push_back({starts[i] + 1, ends[i] + 1});
   return columns;
 }
