@@ -24,7 +24,7 @@ RecordText textOf(METARECORD & record)
 {
   RecordWords const words(record);
   bool const extended = record.rdFunction == META_EXTTEXTOUT;
-  bool const boxed = extended && (words[3] & (ETO_OPAQUE | ETO_CLIPPED)) != 0;
+  bool const boxed = extended && (static_cast<UINT>(words[3]) & (ETO_OPAQUE | ETO_CLIPPED)) != 0;
   DWORD const start = !extended ? 1 : boxed ? 8 : 4;
   int const told = words[extended ? 2 : 0];
   if (told <= 0 || words.GetCount() <= start) return {nullptr, 0};
