@@ -30,7 +30,8 @@ Rgb RgbOfDxfColor(int number)
   if (number < 0 || number > 255) return plain[0];
   if (number < firstHue) return plain[static_cast<size_t>(number)];
   if (number >= firstGrey) return greys[static_cast<size_t>(number - firstGrey)];
-  double const sixth = (number / 10 - 1) * 0.25;
+  int const hue = number / 10 - 1;  // of 24
+  double const sixth = hue * 0.25;
   double const shade = shades[static_cast<size_t>(number % 10 / 2)];
   double const least = number % 2 == 0 ? 0.0 : 0.5;
   Rgb color = 0;
