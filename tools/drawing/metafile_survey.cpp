@@ -55,7 +55,6 @@ void MetafileSurvey::LookAtPoints(WORD function, RecordWords const & words)
     }
     case META_LINETO:
     case META_MOVETO:
-      return AddPoint(words[1], words[0]);
     case META_EXTTEXTOUT:
       return AddPoint(words[1], words[0]);
     case META_SETPIXEL:
