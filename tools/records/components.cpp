@@ -315,6 +315,7 @@ std::string ComponentTable::GetText() const
   }
   auto const lineOf = [&used](auto const & fieldOf) {
     std::vector<std::string> fields;
+    fields.reserve(used.size());
     for (size_t const i : used) fields.push_back(fieldOf(i));
     return CsvLine(fields);
   };
