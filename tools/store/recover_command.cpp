@@ -185,7 +185,7 @@ void printVerdictsAsJson(Recovery const & recovery, std::string const & to)
 
 StoreNames newStore(StoreNames const & from, std::string const & name)
 {
-  StoreNames const to = ResolveStore(name, "");
+  StoreNames to = ResolveStore(name, "");
   for (std::string const & file : {to.index, to.record}) {
     if (FileExists(file) || file == from.index || file == from.record) {
       throw Failure(fmt::format("{}: exists; recovery writes new files only, so name others", file));
