@@ -140,7 +140,7 @@ Gain compactStore(StoreNames const & names)
   OpenStore store(names, StoreAccess::Replace);
   CheckReport const report = CheckStore(store);
   requireSound(names, store.GetIndex(), report);
-  Gain const gain = {report.survey.fileLength, compactedSize(report), store.GetEndedExchange()};
+  Gain gain = {report.survey.fileLength, compactedSize(report), store.GetEndedExchange()};
   if (gain.after == gain.before) return gain;
   CompactCopy copy(names);
   copy.Make(store.GetRecordFile());

@@ -103,7 +103,8 @@ std::string TidyExchange(StoreNames const & names)
   bool undone = false;
   bool ended = false;
   for (std::string const & file : filesOf(names)) {
-    undone |= removeFile(newName(file)) | removeFile(TemporaryName(file));
+    undone |= removeFile(newName(file));
+    undone |= removeFile(TemporaryName(file));
     ended |= FileExists(file) && removeFile(oldName(file));
   }
   if (undone) return "what an interrupted compaction had begun was thrown away";

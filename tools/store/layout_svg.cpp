@@ -121,8 +121,8 @@ StoreLayout LayoutOf(Survey const & survey)
 std::string LayoutToSvg(StoreLayout const & layout, std::string const & title)
 {
   unsigned long long const rowBytes = rowBytesOf(layout);
-  auto const rows = static_cast<double>((layout.bytes + rowBytes - 1) / rowBytes);
-  double const legendY = top + rows * rowStep + 24;
+  unsigned long long const rows = (layout.bytes + rowBytes - 1) / rowBytes;
+  double const legendY = top + static_cast<double>(rows) * rowStep + 24;
   Picture picture(PictureFormat::Svg, pageWidth, legendY + 20);
   picture.DrawText(left, 26, title, titleSize, black);
   picture.DrawText(left, 48,
