@@ -90,7 +90,7 @@ TEST(ViewTool, WritesAPageThatABrowserReads)
   ProgramRun const run = RunZp(folder.Path(), "view report.txt --html page.html");
   ASSERT_EQ(run.status, 0) << run.err;
   std::string const page = folder.Read("page.html");
-  EXPECT_EQ(RunZp(folder.Path(), "view report.txt --html ./report.txt").m_nStatus, 2) << "the report would be gone";
+  EXPECT_EQ(RunZp(folder.Path(), "view report.txt --html ./report.txt").status, 2) << "the report would be gone";
   EXPECT_EQ(folder.Read("report.txt"), reportText);
   EXPECT_EQ(countOf(page, "<section"), 2U);
   EXPECT_NE(page.find("<pre>\nStream  T/K\nFeed &lt;1&gt;        298.15 \u00E4\u00B0\n</pre>"), std::string::npos) << page;
