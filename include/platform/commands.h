@@ -20,7 +20,7 @@ inline constexpr int CN_COMMAND = 0;
 inline constexpr int CN_UPDATE_COMMAND_UI = -1;
 
 // A message map: which handler takes a message, and for WM_COMMAND a range of commands. The high word of a command's nMessage is
-// the code, one of those above or a control's notification. Entries are made by the functions of message_map.h.
+// the code, one of those above or a control's notification below 0xFFFF. Entries are made by the functions of message_map.h.
 struct AFX_MSGMAP_ENTRY {
   UINT nMessage;
   UINT nID;
@@ -50,7 +50,7 @@ class ZP_API CCmdTarget : public CObject {
   CCmdTarget(CCmdTarget const &) = delete;
   CCmdTarget & operator=(CCmdTarget const &) = delete;
 
-  // True, with the handler's answer, if this map or one of its bases has a handler.
+  // True, with the handler's answer, if this map or one of its bases has a handler. A message above 0xFFFF has none.
   bool CallHandler(UINT message, WPARAM wParam, LPARAM lParam, LRESULT & answer);
 
   // Sends a command along the target's route: TRUE if a handler on it took it. extra goes to the handler; for

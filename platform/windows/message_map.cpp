@@ -9,12 +9,19 @@ IMPLEMENT_DYNAMIC(CCmdTarget, CObject)
 namespace {
 
 constexpr AFX_MSGMAP rootMap{nullptr, {}};
+constexpr UINT lowWord = 0xFFFF;
 
 bool takes(AFX_MSGMAP_ENTRY const & entry, UINT message, WPARAM wParam)
 {
   if (entry.nMessage != message) return false;
-  auto const id = static_cast<UINT>(wParam & 0xFFFF);
-  return (message & 0xFFFF) != WM_COMMAND || (id >= entry.nID && id <= entry.nLastID);
+  auto const id = static_cast<UINT>(wParam & lowWord);
+  return (message & lowWord) != WM_COMMAND || (id >= entry.nID && id <= entry.nLastID);
+}
+
+// Codes stand in the high word of an entry's message, where a notification 0xFFFF would pass for an update.
+bool isCode(int code)
+{
+  return code == CN_UPDATE_COMMAND_UI || (code >= 0 && static_cast<UINT>(code) < lowWord);
 }
 
 }  // namespace
@@ -41,6 +48,7 @@ AFX_MSGMAP_ENTRY const * CCmdTarget::FindEntry(UINT message, WPARAM wParam) cons
 
 bool CCmdTarget::CallHandler(UINT message, WPARAM wParam, LPARAM lParam, LRESULT & answer)
 {
+  if (message > lowWord) return false;  // would pass for a command with a code
   AFX_MSGMAP_ENTRY const * const entry = FindEntry(message, wParam);
   if (entry == nullptr) return false;
   answer = entry->pHandler(*this, wParam, lParam);
@@ -49,6 +57,7 @@ bool CCmdTarget::CallHandler(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
 
 BOOL CCmdTarget::OnCmdMsg(UINT id, int code, void * extra, AFX_CMDHANDLERINFO * info)
 {
+  if (!isCode(code)) return FALSE;
   AFX_MSGMAP_ENTRY const * const entry = FindEntry(WM_COMMAND | static_cast<UINT>(code) << 16, id);
   if (entry == nullptr) return FALSE;
   if (info != nullptr)

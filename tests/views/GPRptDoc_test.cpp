@@ -154,6 +154,15 @@ TEST_F(ReportDocument, TakesTheCommandsOnEmbeddedObjects)
   }
 }
 
+TEST_F(ReportDocument, TakesNoNotificationForAnUpdateOfACommand)
+{
+  MainFrame & main = OpenMainWindow();
+  m_pTemplate->OpenDocumentFile(nullptr);
+  EXPECT_EQ(main.SendMessage(WM_COMMAND, 0xFFFFE125, 1), 0) << "the highest code of a control";
+  EXPECT_EQ(main.SendMessage(0xFFFF0000 | WM_COMMAND, newDocumentCommand, 0), 0);
+  EXPECT_FALSE(main.OnCmdMsg(newDocumentCommand, 0x10000, nullptr, nullptr)) << "would be carried out";
+}
+
 TEST_F(ReportDocument, AnswersAsAnAutomationObjectWithoutMembers)
 {
   IID const iid{0xFDE493E1, 0x4FBF, 0x11CF, {0xAE, 0xA4, 0x00, 0x80, 0x5F, 0x50, 0x6A, 0x27}};
