@@ -123,7 +123,7 @@ class ZP_API GPToolBar : public CToolBar {
  public:
   explicit GPToolBar(int dockable) : m_bDockable(dockable) {}
 
-  // Creates the bar with the buttons of the resource: 1, or 0 if either fails.
+  // Creates the bar with the buttons of the resource: 1, or 0 and no new window if either fails or there is no frame.
   int CreateCustomToolBar(CFrameWnd * frame, unsigned int resource);
 
  protected:

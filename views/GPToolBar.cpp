@@ -8,7 +8,11 @@ IMPLEMENT_DYNAMIC(GPToolBar, CToolBar)
 
 int GPToolBar::CreateCustomToolBar(CFrameWnd * frame, unsigned int resource)
 {
-  if (!Create(frame, WS_CHILD | WS_VISIBLE | CBRS_TOP, AFX_IDW_TOOLBAR) || !LoadToolBar(resource)) return 0;
+  if (frame == nullptr || !Create(frame, WS_CHILD | WS_VISIBLE | CBRS_TOP, AFX_IDW_TOOLBAR)) return 0;
+  if (!LoadToolBar(resource)) {
+    DestroyWindow();
+    return 0;
+  }
   SetBarStyle(GetBarStyle() | CBRS_TOOLTIPS | CBRS_FLYBY | CBRS_SIZE_DYNAMIC);
   if (m_bDockable) {
     ModifyStyle(0, TBSTYLE_FLAT);

@@ -9,6 +9,7 @@ IMPLEMENT_DYNAMIC(CToolBar, CControlBar)
 
 BOOL CToolBar::Create(CWnd * parent, DWORD style, UINT id)
 {
+  if (GetSafeHwnd() != nullptr) return FALSE;
   SetBarStyle(style);
   return CWnd::Create("", style & ~DWORD{CBRS_ALL}, parent, id);
 }

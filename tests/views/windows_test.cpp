@@ -157,9 +157,13 @@ TEST_F(Windows, SetAToolBarUp)
     EXPECT_EQ(tools.GetItemID(2), 0xE103u);
   }
   GPToolBar without(1);
+  EXPECT_EQ(without.CreateCustomToolBar(nullptr, 128), 0);
   EXPECT_EQ(without.CreateCustomToolBar(&main, 129), 0);
-  EXPECT_EQ(without.CreateCustomToolBar(&main, 128), 0) << "it has a window";
-  EXPECT_EQ(without.GetDockingFrame(), nullptr);
+  EXPECT_EQ(without.GetSafeHwnd(), nullptr);
+  EXPECT_EQ(without.CreateCustomToolBar(&main, 128), 1);
+  EXPECT_EQ(without.CreateCustomToolBar(&main, 129), 0) << "it has a window";
+  EXPECT_EQ(without.GetBarStyle(), 0x2834u);
+  EXPECT_EQ(without.GetDockingFrame(), &main);
 }
 
 TEST_F(Windows, RepaintWhatAMovedToolBarCovered)
