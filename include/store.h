@@ -71,7 +71,7 @@ class ZP_API GPFile : public CFile {
   int ReadLine(CString & line);
 
   // Lines of the file from its begin, or -1 if it doesn't exist. An open file is closed and opened again at its place, which it
-  // finds after a problem too; one that can't be opened raises as its read does.
+  // finds after a problem too; one that was removed meanwhile stays closed. One that can't be opened raises as its read does.
   int GetLineCount();
 
   // Puts the lines of ReadLine in place of what the array holds, tabs expanded to columns of 8: the number of entries, or -1 if

@@ -159,8 +159,8 @@ int GPFile::ReadLine(CString & line)
 
 int GPFile::GetLineCount()
 {
-  if (!m_bExists) return -1;
   ScanGuard const guard(*this);
+  if (!m_bExists) return -1;
   Open(modeRead);
   int count = 0;
   for (CString line; ReadLine(line) != -1;) ++count;

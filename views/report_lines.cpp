@@ -127,8 +127,8 @@ int makeRoom(CStringArray & entries, double share, int room)
 
 int GPFile::InitStringArray(CStringArray * lines)
 {
-  if (!m_bExists) return -1;
   ScanGuard const guard(*this);
+  if (!m_bExists) return -1;
   Open(modeRead);
   ULONGLONG const length = GetLength();  // raises for a file that can't be opened
   lines->SetSize(0, growthStep);

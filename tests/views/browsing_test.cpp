@@ -107,6 +107,22 @@ TEST_F(Browsing, OpensAFileAgainAtItsPlaceWithoutTruncatingIt)
   EXPECT_EQ(m_Folder.Read("log"), "onE\r\ntwo\r\n");
 }
 
+TEST_F(Browsing, FindsNothingInAnOpenFileThatWasRemoved)
+{
+  CStringArray lines;
+  lines.Add("old");
+  for (auto const count : {+[](GPFile &file, CStringArray &into) { return file.InitStringArray(&into); },
+                           +[](GPFile &file, CStringArray &) { return file.GetLineCount(); }}) {
+    GPFile file(m_Folder.Name("log"));
+    ASSERT_TRUE(file.Open(CFile::modeCreate));
+    std::filesystem::remove(m_Folder.Path() / "log");
+    EXPECT_EQ(count(file, lines), -1);
+    EXPECT_FALSE(file.IsOpen() || file.Exists());
+    EXPECT_FALSE(m_Folder.Has("log"));
+  }
+  EXPECT_EQ(lines.GetSize(), 1);
+}
+
 // The cause of the file exception that ends InitStringArray; none if there is none.
 int causeOf(GPFile & file, CStringArray & lines)
 {
