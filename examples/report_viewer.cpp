@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <string_view>
 
 #include <zpbase/messages.h>
 #include <zpbase/platform/application.h>
@@ -17,7 +19,17 @@ namespace {
 constexpr UINT printCommand = 0xE107;
 constexpr char pageMark[] = "\x01";  // what a form feed has become
 
-// Prints the lines of its report; characters that would steer a terminal appear as dots.
+// The text for a terminal: dots for what would steer it, also for the places of the code page that hold no character.
+std::string shown(CString text)
+{
+  constexpr std::string_view highControls = "\x7F\x81\x8D\x8F\x90\x9D";
+  for (int i = 0; i < text.GetLength(); ++i) {
+    if (static_cast<unsigned char>(text[i]) < ' ' || highControls.find(text[i]) != std::string_view::npos) text.SetAt(i, '.');
+  }
+  return zp::TextToUtf8(text.View());
+}
+
+// Prints the lines of its report.
 class ReportView : public GPScrollView {
   DECLARE_DYNCREATE(ReportView)
  protected:
@@ -29,10 +41,10 @@ class ReportView : public GPScrollView {
     auto & report = static_cast<GPRptDoc &>(*GetDocument());
     CStringArray const & lines = *report.GetRptArray();
     int page = 1;
-    std::printf("%s\n", zp::TextToUtf8(report.GetTitle().View()).c_str());
+    std::printf("%s\n", shown(report.GetTitle()).c_str());
     for (int i = 0; i < lines.GetSize(); ++i) {
       if (lines[i] != pageMark)
-        PrintLine(i + 1, lines[i]);
+        std::printf("%6d  %s\n", i + 1, shown(lines[i]).c_str());
       else if (i != 0)
         std::printf("---- page %d ----\n", ++page);
     }
@@ -43,14 +55,6 @@ class ReportView : public GPScrollView {
     static constexpr AFX_MSGMAP_ENTRY entries[] = {zp::OnCommand<&ReportView::OnPrint>(printCommand)};
     static constexpr AFX_MSGMAP map{&GPScrollView::GetThisMessageMap, entries};
     return &map;
-  }
-
- private:
-  static void PrintLine(int number, CString line)
-  {
-    for (int i = 0; i < line.GetLength(); ++i)
-      if (static_cast<unsigned char>(line[i]) < ' ' || line[i] == '\x7F') line.SetAt(i, '.');
-    std::printf("%6d  %s\n", number, zp::TextToUtf8(line.View()).c_str());
   }
 };
 
