@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <random>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -85,6 +87,34 @@ class MainWindow : public CMDIFrameWnd {
 IMPLEMENT_DYNCREATE(ReportView, GPScrollView)
 IMPLEMENT_DYNCREATE(MainWindow, CMDIFrameWnd)
 
+// A folder that this run alone has made, and that goes with it.
+class ScratchFolder {
+ public:
+  ScratchFolder()
+  {
+    constexpr int attempts = 100;
+    std::random_device random;
+    for (int i = 0; i < attempts; ++i) {
+      m_Path = std::filesystem::temp_directory_path() / ("zp_report_viewer-" + std::to_string(random()));
+      std::error_code taken;
+      if (std::filesystem::create_directory(m_Path, taken)) return;
+    }
+    throw std::runtime_error("no temporary folder");
+  }
+  ~ScratchFolder()
+  {
+    std::error_code ignored;
+    std::filesystem::remove_all(m_Path, ignored);
+  }
+  ScratchFolder(ScratchFolder const &) = delete;
+  ScratchFolder & operator=(ScratchFolder const &) = delete;
+
+  std::filesystem::path operator/(char const * name) const { return m_Path / name; }
+
+ private:
+  std::filesystem::path m_Path;
+};
+
 // Shows the file and asks for print and close, as a menu would.
 int show(CWinApp & app, CString const & path)
 {
@@ -103,15 +133,12 @@ int show(CWinApp & app, CString const & path)
 
 int main(int argc, char ** argv)
 {
-  std::filesystem::path const folder = std::filesystem::temp_directory_path() / "zp_report_viewer";
-  std::filesystem::create_directories(folder);
+  ScratchFolder const folder;
   std::filesystem::path const sample = folder / "sample.txt";
   std::ofstream(sample, std::ios::binary) << "Stream\tT/K\tp/bar\r\nFeed\t298.15\t1.013\r\n\x0CSecond page\r\n";
 
   CWinApp app("Viewer");
   app.SetProfileFile(FromHostPath((folder / "viewer.ini").string()));
   app.AddDocTemplate(new CMultiDocTemplate(0, RUNTIME_CLASS(GPRptDoc), RUNTIME_CLASS(CMDIChildWnd), RUNTIME_CLASS(ReportView)));
-  int const status = show(app, FromHostPath(argc > 1 ? argv[1] : sample.string()));
-  std::filesystem::remove_all(folder);
-  return status;
+  return show(app, FromHostPath(argc > 1 ? argv[1] : sample.string()));
 }
