@@ -70,7 +70,8 @@ using HMETAFILE = HMETAFILE__ *;
 using MFENUMPROC = int (*)(HDC dc, HANDLETABLE * table, METARECORD * record, int objects, LPARAM user);
 
 // The metafile of the file, or of a copy of the bytes, to be given back to DeleteMetaFile. Null for a file that is missing,
-// is a folder, pipe or device, or can't be read, and for bytes that don't begin as a metafile. A file under another's lock for writing can't be read.
+// is a folder, pipe or device, or can't be read, and for bytes that don't begin as a metafile. A file under another's lock for
+// writing can't be read.
 ZP_API HMETAFILE GetMetaFile(char const * path);
 ZP_API HMETAFILE SetMetaFileBitsEx(UINT count, BYTE const * data);
 ZP_API BOOL DeleteMetaFile(HMETAFILE metafile);  // 0 for null
