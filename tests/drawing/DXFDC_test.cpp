@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "tests/support/Dxf.h"
+#include "tests/support/OwnProcess.h"
 
 namespace {
 
@@ -272,6 +273,7 @@ TEST(DXFDC, RoundsTwoDecimalsAsPrintfDoes)
       double const t = 0.5 * height;
       double const margin = 0.2 * std::min(width * width * width, height);
       char record[200];
+      PlainLocale const plain;
       snprintf(record, sizeof record, "TEXT|     7|%.2f|%.2f|%.2f|abc|%.2f\n", -width + margin,
                3 - (width - 4 + (height + t) / 2), t, ((width * width * width - 2 * margin) / 3) / t);
       expected += record;
