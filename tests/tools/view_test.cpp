@@ -44,6 +44,9 @@ TEST(ViewTool, PrintsPlainlyIntoAPipe)
   folder.Write("report.txt", reportText);
   folder.Write("empty.txt", "");
   folder.Write("led.txt", "\fonly page");
+  folder.Write("marked.txt",
+               "\xEF\xBB\xBF"
+               "20 \xC2\xB0\r\n");
   folder.Write("unix.txt", "one\nzw\xC3\xB6lf\n\nthree");
   struct Row {
     char const * file;
@@ -54,6 +57,7 @@ TEST(ViewTool, PrintsPlainlyIntoAPipe)
        "Stream  T/K\nFeed <1>        298.15 \u00E4\u00B0\n\fSecond page\nbell\u2407 \u241B[31mred \u2421\uFFFD\n\nlast\n"},
       {"empty.txt", ""},
       {"led.txt", "only page\n"},
+      {"marked.txt", "20 \u00B0\n"},
       {"unix.txt", "one\nzw\u00F6lf\n\nthree\n"},
   };
   for (Row const & row : rows) {

@@ -4,6 +4,9 @@
 #include <string>
 #include <string_view>
 
+// What a text in UTF-8 may begin with to say so.
+inline constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
 // Gives each LF without a CR one; the result is how many there were.
 size_t CompleteLineEnds(std::string & bytes);
 

@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 
@@ -19,7 +18,6 @@
 namespace {
 
 constexpr unsigned long long mostBytes = 0x7FFFFFFF - 2;  // that ParseFile takes
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
 [[noreturn]] void failTooLong(std::string const & name)
 {
