@@ -9,7 +9,28 @@
 
 #include <zpbase/platform/archive.h>
 
+#include "data/values_internal.h"
+
 IMPLEMENT_SERIAL(GPData, GPObject, 1)
+
+namespace zp {
+
+constinit std::atomic<uint64_t> g_nOrderAge = 2;  // the array's own two marks lie below
+
+}
+
+GPData & GPData::operator=(GPData const & other)
+{
+  SetDataID(other.m_nDataID);
+  return *this;
+}
+
+// An id that changes where a collection relies on it makes every collection look anew whether it is in order.
+void GPData::SetDataID(WORD id)
+{
+  if (m_bInOrder && id != m_nDataID) zp::g_nOrderAge.fetch_add(1, std::memory_order_relaxed);
+  m_nDataID = id;
+}
 
 GPObject * GPData::Clone() const
 {
@@ -35,8 +56,11 @@ void GPData::GetString(CString & out, CString const &) const
 void GPData::Serialize(CArchive & ar)
 {
   GPObject::Serialize(ar);
-  if (ar.IsStoring())
+  if (ar.IsStoring()) {
     ar << m_nDataID;
-  else
-    ar >> m_nDataID;
+    return;
+  }
+  WORD id;
+  ar >> id;
+  SetDataID(id);
 }

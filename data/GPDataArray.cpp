@@ -3,9 +3,12 @@
 
 #include <zpbase/data.h>
 
+#include <algorithm>
 #include <utility>
 
 #include <zpbase/platform/archive.h>
+
+#include "data/values_internal.h"
 
 IMPLEMENT_SERIAL(GPDataArray, GPObArray, 1)
 
@@ -16,6 +19,9 @@ int idOf(CObject const * element)
 {
   return element != nullptr ? static_cast<int>(static_cast<GPData const *>(element)->GetDataID()) : -1;
 }
+
+constexpr int severalPlaces = -2;
+constexpr size_t manyItems = 128;  // from here on a search whose branches can't be foretold is the slower one
 
 // Binary search by the low 16 bits of id; pos is left on the last element probed.
 int searchID(std::vector<CObject *> const & elements, int & pos, unsigned int id)
@@ -38,6 +44,55 @@ int searchID(std::vector<CObject *> const & elements, int & pos, unsigned int id
 
 }  // namespace
 
+bool GPDataArray::IsKnownInOrder() const
+{
+  return m_nOrder == zp::g_nOrderAge.load(std::memory_order_relaxed);
+}
+
+// Looks, unless it is known. From then on the items tell when an id changes.
+bool GPDataArray::IsInOrder()
+{
+  if (IsKnownInOrder()) return true;
+  auto const isLess = [](CObject const * a, CObject const * b) { return idOf(a) < idOf(b); };
+  if (m_nOrder == orderLent || !std::is_sorted(m_Elements.begin(), m_Elements.end(), isLess)) return false;
+  for (CObject * const element : m_Elements)
+    if (element != nullptr) static_cast<GPData *>(element)->m_bInOrder = true;
+  m_nOrder = zp::g_nOrderAge.load(std::memory_order_relaxed);
+  return true;
+}
+
+// The place of the first element, in an array that is in order, whose id isn't below id. The halving has no branch to guess.
+size_t GPDataArray::PlaceOf(int id) const
+{
+  CObject * const * const elements = m_Elements.data();
+  size_t place = 0;
+  for (size_t left = m_Elements.size(); left > 0;) {
+    size_t const half = (left + 1) / 2;
+    place += idOf(elements[place + half - 1]) < id ? half : 0;
+    left -= half;
+  }
+  return place;
+}
+
+// Where the low 16 bits of id stand in an array that is in order, -1 if nowhere, severalPlaces if more than once.
+int GPDataArray::SolePlaceOf(unsigned int id) const
+{
+  int const wanted = static_cast<WORD>(id);
+  size_t const place = PlaceOf(wanted);
+  if (place == m_Elements.size() || idOf(m_Elements[place]) != wanted) return -1;
+  bool const isSole = place + 1 == m_Elements.size() || idOf(m_Elements[place + 1]) != wanted;
+  return isSole ? static_cast<int>(place) : severalPlaces;
+}
+
+GPData * GPDataArray::FindSole(unsigned int id, CRuntimeClass const * itemClass)
+{
+  if (m_bRepeats || !IsInOrder()) return nullptr;
+  int const place = SolePlaceOf(id);
+  if (place < 0) return nullptr;
+  auto * const item = static_cast<GPData *>(m_Elements[static_cast<size_t>(place)]);
+  return item->GetRuntimeClass() == itemClass ? item : nullptr;
+}
+
 void GPDataArray::Serialize(CArchive & ar)
 {
   SerializeElements(ar, RUNTIME_CLASS(GPData));
@@ -51,7 +106,11 @@ int GPDataArray::BSearchForDataID(int & pos, GPData const * key) const
 int GPDataArray::GetDataPos(unsigned int id, int search) const
 {
   int pos;
-  if (search != 0) return searchID(m_Elements, pos, id) != 0 ? pos : -1;
+  if (search != 0) {
+    pos = m_Elements.size() >= manyItems && IsKnownInOrder() ? SolePlaceOf(id) : severalPlaces;
+    if (pos != severalPlaces) return pos;
+    return searchID(m_Elements, pos, id) != 0 ? pos : -1;
+  }
   for (pos = 0; pos < GetSize(); ++pos)
     if (GPData const * const item = GetAt(pos); item != nullptr && item->GetDataID() == id) return pos;
   return -1;
@@ -95,17 +154,22 @@ GPData * GPDataArray::GetData(GPData * key)
   return const_cast<GPData *>(std::as_const(*this).GetData(key));
 }
 
-// The place is found by a walk, since nothing says that the items are in order. Compare goes by data id first, so it is asked
-// among equal ids alone.
+// The place is found by a walk, which begins at the item's equals where the items are in order. Compare goes by data id first,
+// so it is asked among equal ids alone.
 GPData * GPDataArray::AddData(GPData * item)
 {
   int const id = idOf(item);
-  auto place = m_Elements.begin();
+  bool const inOrder = item != nullptr && IsInOrder();
+  auto place = m_Elements.begin() + (inOrder ? static_cast<ptrdiff_t>(PlaceOf(id)) : 0);
   for (; place != m_Elements.end(); ++place) {
     int const others = idOf(*place);
     if (others > id || (others == id && static_cast<GPData const *>(*place)->Compare(item) > 0)) break;
   }
   m_Elements.insert(place, item);
+  if (inOrder)
+    item->m_bInOrder = true;
+  else
+    m_nOrder = orderUnknown;
   return item;
 }
 

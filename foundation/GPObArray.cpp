@@ -44,6 +44,7 @@ GPObArray::~GPObArray()
 void GPObArray::Init(GPObArray const & other)
 {
   m_Elements.reserve(m_Elements.size() + other.m_Elements.size());
+  m_nOrder = orderUnknown;
   for (CObject const * const element : other.m_Elements) m_Elements.push_back(zp::CloneElement(element));
 }
 
@@ -51,6 +52,7 @@ void GPObArray::Append(GPObArray * other, int removeFromOther)
 {
   size_t const count = other->m_Elements.size();
   m_Elements.reserve(m_Elements.size() + count);
+  m_nOrder = orderUnknown;
   for (size_t i = 0; i < count; ++i) m_Elements.push_back(other->m_Elements[i]);
   m_bRepeats |= other->m_bRepeats;
   if (removeFromOther != 0) other->SetSize(0);
@@ -75,6 +77,7 @@ void GPObArray::Empty()
 
 void GPObArray::Sort()
 {
+  m_nOrder = std::min(m_nOrder, orderLent);
   if (GetSize() >= 2) zp::SortObjects(m_Elements);
 }
 

@@ -15,11 +15,17 @@
 class CStringArray;
 class GPIntVector;
 
+namespace zp {
+struct ItemAccess;
+}
+
 class ZP_API GPData : public GPObject {
   DECLARE_SERIAL(GPData)
  public:
   explicit GPData(unsigned int id = 0) : m_nDataID(static_cast<WORD>(id)) {}
-  void Init(GPData const & other) { m_nDataID = other.m_nDataID; }
+  GPData(GPData const & other) : GPObject(other), m_nDataID(other.m_nDataID) {}
+  GPData & operator=(GPData const & other);
+  void Init(GPData const & other) { SetDataID(other.m_nDataID); }
 
   unsigned int GetDataID() const { return m_nDataID; }
 
@@ -30,7 +36,12 @@ class ZP_API GPData : public GPObject {
   void Serialize(CArchive & ar) override;
 
  private:
+  friend class GPDataArray;
+
+  void SetDataID(WORD id);
+
   WORD m_nDataID;
+  bool m_bInOrder = false;  // a collection relies on the id
 };
 
 // A double, "%g" by default.
@@ -540,6 +551,15 @@ class ZP_API GPDataArray : public GPObArray {
   int UnloadUIntData(unsigned int & out, unsigned int id) const;
   int LoadUIntData(unsigned int id, CString const & text);
   int LoadUIntData(unsigned int id, unsigned int value);
+
+ private:
+  friend struct zp::ItemAccess;
+
+  bool IsKnownInOrder() const;
+  bool IsInOrder();
+  size_t PlaceOf(int id) const;
+  int SolePlaceOf(unsigned int id) const;
+  GPData * FindSole(unsigned int id, CRuntimeClass const * itemClass);
 };
 
 // The same as a list. Look-ups walk from the head and take id as given.

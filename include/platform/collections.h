@@ -24,10 +24,14 @@ class ZP_API CObArray : public CObject {
   void RemoveAll() { SetSize(0); }
 
   CObject * GetAt(int index) const { return m_Elements[Checked(index)]; }
-  CObject *& ElementAt(int index) { return m_Elements[Checked(index)]; }
+  CObject *& ElementAt(int index)  // good until an element is added or removed
+  {
+    m_nOrder = orderLent;
+    return m_Elements[Checked(index)];
+  }
   CObject * operator[](int index) const { return GetAt(index); }
   CObject *& operator[](int index) { return ElementAt(index); }
-  void SetAt(int index, CObject * element) { m_Elements[Checked(index)] = element; }
+  void SetAt(int index, CObject * element);
 
   void SetAtGrow(int index, CObject * element);
   int Add(CObject * element);  // the new index
@@ -41,6 +45,11 @@ class ZP_API CObArray : public CObject {
   // As Serialize, for a container that owns its elements, which are of the class given or derived from it. An object that was
   // stored at several places stands there again; a reference to one that isn't the container's own is badIndex.
   void SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass);
+
+  // What a derived class that keeps its elements in order knows of that: any change here forgets it.
+  static constexpr uint64_t orderUnknown = 0;
+  static constexpr uint64_t orderLent = 1;  // an element may be changed from outside until one is added
+  uint64_t m_nOrder = orderUnknown;
 
   std::vector<CObject *> m_Elements;
   bool m_bRepeats = false;  // one object may stand at several places

@@ -43,9 +43,16 @@ size_t CObArray::Checked(int index) const
   return static_cast<size_t>(index);
 }
 
+void CObArray::SetAt(int index, CObject * element)
+{
+  m_Elements[Checked(index)] = element;
+  m_nOrder = std::min(m_nOrder, orderLent);
+}
+
 void CObArray::SetSize(int size)
 {
   if (size < 0) AfxThrowInvalidArgException();
+  m_nOrder = orderUnknown;
   m_Elements.resize(static_cast<size_t>(size), nullptr);
 }
 
@@ -53,12 +60,13 @@ void CObArray::SetAtGrow(int index, CObject * element)
 {
   checkGrowth(index);
   if (index >= GetSize()) SetSize(index + 1);
-  m_Elements[static_cast<size_t>(index)] = element;
+  SetAt(index, element);
 }
 
 int CObArray::Add(CObject * element)
 {
   m_Elements.push_back(element);
+  m_nOrder = orderUnknown;
   return GetUpperBound();
 }
 
@@ -67,12 +75,14 @@ void CObArray::InsertAt(int index, CObject * element, int count)
   if (index < 0 || count < 0) AfxThrowInvalidArgException();
   if (index > GetSize()) SetSize(index);
   m_Elements.insert(m_Elements.begin() + index, static_cast<size_t>(count), element);
+  m_nOrder = orderUnknown;
 }
 
 void CObArray::RemoveAt(int index, int count)
 {
   checkRange(index, count, GetSize());
   m_Elements.erase(m_Elements.begin() + index, m_Elements.begin() + index + count);
+  if (m_nOrder == orderLent) m_nOrder = orderUnknown;
 }
 
 void CObArray::Serialize(CArchive & ar)
@@ -84,7 +94,7 @@ void CObArray::Serialize(CArchive & ar)
   }
   DWORD const count = ar.ReadCount();
   ar.RequireBytes(count * tagBytes);
-  m_Elements.clear();
+  RemoveAll();
   m_Elements.reserve(std::min(count, maxReserved));
   for (DWORD i = 0; i < count; ++i) m_Elements.push_back(ar.ReadObject(nullptr));
 }
@@ -94,7 +104,7 @@ void CObArray::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
   if (ar.IsStoring()) return CObArray::Serialize(ar);
   DWORD const count = ar.ReadCount();
   ar.RequireBytes(count * tagBytes);
-  m_Elements.clear();
+  RemoveAll();
   m_Elements.reserve(std::min(count, maxReserved));
   m_bRepeats = false;
   zp::OwnedElements elements(ar, elementClass, m_bRepeats);
