@@ -24,7 +24,7 @@ class ZP_API CObArray : public CObject {
   void RemoveAll() { SetSize(0); }
 
   CObject * GetAt(int index) const { return m_Elements[Checked(index)]; }
-  CObject *& ElementAt(int index)  // good until an element is added or removed
+  CObject *& ElementAt(int index)  // good until an element is added
   {
     m_nOrder = orderLent;
     return m_Elements[Checked(index)];

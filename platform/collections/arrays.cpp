@@ -82,7 +82,6 @@ void CObArray::RemoveAt(int index, int count)
 {
   checkRange(index, count, GetSize());
   m_Elements.erase(m_Elements.begin() + index, m_Elements.begin() + index + count);
-  if (m_nOrder == orderLent) m_nOrder = orderUnknown;
 }
 
 void CObArray::Serialize(CArchive & ar)
