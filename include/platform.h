@@ -36,5 +36,6 @@
 #include "platform/terminal.h"
 #include "platform/time.h"
 #include "platform/types.h"
+#include "platform/variants.h"
 #include "platform/window_records.h"
 #include "platform/windows.h"

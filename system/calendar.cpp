@@ -4,6 +4,7 @@
 
 #include <chrono>
 
+#include <zpbase/platform/automation.h>
 #include <zpbase/platform/exceptions.h>
 
 namespace zp {
@@ -11,8 +12,6 @@ namespace {
 
 using namespace std::chrono;
 
-constexpr LONG unspecifiedFailure = static_cast<LONG>(0x80004005);
-constexpr LONG invalidArgument = static_cast<LONG>(0x80070057);
 constexpr int firstYearOfFields = 1900;
 
 bool isBetween(int value, int low, int high)
@@ -27,7 +26,7 @@ sys_days daysOf(DateVals const & date)
 
 void requireInRange(sys_days place)
 {
-  if (!isBetween(static_cast<int>(year_month_day(place).year()), firstYear, lastYear)) AfxThrowOleException(invalidArgument);
+  if (!isBetween(static_cast<int>(year_month_day(place).year()), firstYear, lastYear)) AfxThrowOleException(E_INVALIDARG);
 }
 
 }  // namespace
@@ -35,8 +34,8 @@ void requireInRange(sys_days place)
 LONGLONG DayNumber(DateVals const & date)
 {
   if (date.m_nYear < firstYearOfFields || !isBetween(date.m_nMonth, 1, 12) || !isBetween(date.m_nDay, 1, 31))
-    AfxThrowOleException(unspecifiedFailure);
-  if (date.m_nYear > lastYear) AfxThrowOleException(invalidArgument);
+    AfxThrowOleException(E_FAIL);
+  if (date.m_nYear > lastYear) AfxThrowOleException(E_INVALIDARG);
   sys_days const place = daysOf(date);
   requireInRange(place);
   return place.time_since_epoch().count();
@@ -54,7 +53,7 @@ void SetDayNumber(DateVals & date, LONGLONG day)
 int SecondOfDay(TimeVals const & time)
 {
   if (!isBetween(time.m_nHour, 0, 23) || !isBetween(time.m_nMinute, 0, 59) || !isBetween(time.m_nSecond, 0, 59))
-    AfxThrowOleException(unspecifiedFailure);
+    AfxThrowOleException(E_FAIL);
   return (time.m_nHour * 60 + time.m_nMinute) * 60 + time.m_nSecond;
 }
 

@@ -49,14 +49,6 @@ uint64_t lineEnds(char const * p)
   return ends;
 }
 
-class WaitCursor {
- public:
-  WaitCursor() { GetUserInterface().SetWaitCursor(1); }
-  ~WaitCursor() { GetUserInterface().SetWaitCursor(0); }
-  WaitCursor(WaitCursor const &) = delete;
-  WaitCursor & operator=(WaitCursor const &) = delete;
-};
-
 // Opens the file once more, for the exception that tells why it doesn't open.
 [[noreturn]] void raiseOpenProblem(CString const & path)
 {
@@ -70,7 +62,7 @@ class WaitCursor {
 
 ParseFile::ParseFile(CString const & path) : m_File(path)
 {
-  WaitCursor const waiting;
+  CWaitCursor const waiting;
   LoadContent();
   InitLineOffsets();
 }

@@ -69,16 +69,35 @@ class ZP_API CInvalidArgException : public CException {
 class ZP_API COleException : public CException {
   DECLARE_DYNAMIC(COleException)
  public:
-  explicit COleException(LONG code) : m_sc(code) {}
+  explicit COleException(LONG code = 0) : m_sc(code) {}
   int GetErrorMessage(char * text, UINT size, UINT * helpContext = nullptr) const override;
 
   LONG m_sc;
+};
+
+// What an automation server told about its own failure. A sibling of COleException: a guard for one misses the other.
+class ZP_API COleDispatchException : public CException {
+  DECLARE_DYNAMIC(COleDispatchException)
+ public:
+  explicit COleDispatchException(char const * description, UINT helpContext = 0, WORD code = 0)
+      : m_wCode(code), m_strDescription(description), m_dwHelpContext(helpContext)
+  {
+  }
+  int GetErrorMessage(char * text, UINT size, UINT * helpContext = nullptr) const override;
+
+  WORD m_wCode;  // the server's own number; 0 where m_scError tells
+  CString m_strDescription;
+  DWORD m_dwHelpContext;
+  CString m_strHelpFile;
+  CString m_strSource;  // the program that failed
+  LONG m_scError = 0;
 };
 
 [[noreturn]] ZP_API void AfxThrowArchiveException(int cause, char const * fileName = nullptr);
 [[noreturn]] ZP_API void AfxThrowFileException(int cause, LONG osError = -1, char const * fileName = nullptr);
 [[noreturn]] ZP_API void AfxThrowInvalidArgException();
 [[noreturn]] ZP_API void AfxThrowOleException(LONG code);
+[[noreturn]] ZP_API void AfxThrowOleDispatchException(COleDispatchException const & told);
 
 namespace zp {
 

@@ -85,6 +85,10 @@ struct HostCalls {
   char * (*CurrentFolder)();
   char * (*ModuleFile)(void const * address);  // the file that was loaded there; null stands for the program
 
+  // Modules, known by an address inside them. Null where path can't be loaded; one that is loaded already is counted.
+  void * (*LoadModule)(char const * path);
+  int (*FreeModule)(void const * address);
+
   // Terminals.
   int (*IsTerminal)(int file);              // 1 for one
   int (*Columns)(int file);                 // 0 if it has none

@@ -231,6 +231,15 @@ class CUserInterface {
 ZP_API CUserInterface * SetUserInterface(CUserInterface * ui);
 ZP_API CUserInterface & GetUserInterface();
 
+// Shows the wait cursor as long as it lives; of several, until the last is gone.
+class ZP_API CWaitCursor {
+ public:
+  CWaitCursor();
+  ~CWaitCursor();
+  CWaitCursor(CWaitCursor const &) = delete;
+  CWaitCursor & operator=(CWaitCursor const &) = delete;
+};
+
 // Both go to the user interface.
 ZP_API int AfxMessageBox(char const * text, UINT type = MB_OK, UINT helpId = 0);
 ZP_API void MessageBeep(UINT type);

@@ -10,6 +10,7 @@ IMPLEMENT_DYNAMIC(CArchiveException, CException)
 IMPLEMENT_DYNAMIC(CFileException, CException)
 IMPLEMENT_DYNAMIC(CInvalidArgException, CException)
 IMPLEMENT_DYNAMIC(COleException, CException)
+IMPLEMENT_DYNAMIC(COleDispatchException, CException)
 
 namespace {
 
@@ -100,6 +101,12 @@ int COleException::GetErrorMessage(char * text, UINT size, UINT *) const
   return copySentence(text, size, std::string(sentence.View()));
 }
 
+int COleDispatchException::GetErrorMessage(char * text, UINT size, UINT * helpContext) const
+{
+  if (helpContext != nullptr) *helpContext = m_dwHelpContext;
+  return copySentence(text, size, std::string(m_strDescription.View()));
+}
+
 void AfxThrowArchiveException(int cause, char const * fileName)
 {
   throw new CArchiveException(cause, fileName);
@@ -118,4 +125,9 @@ void AfxThrowInvalidArgException()
 void AfxThrowOleException(LONG code)
 {
   throw new COleException(code);
+}
+
+void AfxThrowOleDispatchException(COleDispatchException const & told)
+{
+  throw new COleDispatchException(told);
 }

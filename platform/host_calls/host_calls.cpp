@@ -5,6 +5,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
 #include <poll.h>
 #include <stdio.h>
 #include <sys/file.h>
@@ -161,6 +162,27 @@ char * moduleFile(void const * address)
   return full != nullptr ? full : strdup(found.dli_fname);
 }
 
+// The handle of a module stands in front of the program's map of it; what is told outside is the address of a section inside.
+void * loadModule(char const * path)
+{
+  void * const handle = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+  link_map * map = nullptr;
+  if (handle == nullptr || dlinfo(handle, RTLD_DI_LINKMAP, &map) == 0) return handle != nullptr ? map->l_ld : nullptr;
+  dlclose(handle);
+  return nullptr;
+}
+
+// Looking the module up by its file takes one more count, which is given back with the caller's.
+int freeModule(void const * address)
+{
+  Dl_info found;
+  if (dladdr(address, &found) == 0) return -1;
+  void * const handle = dlopen(found.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
+  if (handle == nullptr) return -1;
+  dlclose(handle);
+  return dlclose(handle) == 0 ? 0 : -1;
+}
+
 int columns(int file)
 {
   winsize size{};
@@ -233,6 +255,8 @@ HostCalls & GetHostCalls()
       .ResolveLinks = resolveLinks,
       .CurrentFolder = currentFolder,
       .ModuleFile = moduleFile,
+      .LoadModule = loadModule,
+      .FreeModule = freeModule,
       .IsTerminal = isatty,
       .Columns = columns,
       .WaitForInput = waitForInput,

@@ -242,6 +242,7 @@ class Terminal : public CUserInterface {
 };
 
 CUserInterface * g_pInstalled = nullptr;
+int g_nWaiting = 0;  // wait cursors
 
 }  // namespace
 
@@ -254,6 +255,16 @@ CUserInterface & GetUserInterface()
 {
   static Terminal terminal;
   return g_pInstalled != nullptr ? *g_pInstalled : terminal;
+}
+
+CWaitCursor::CWaitCursor()
+{
+  if (g_nWaiting++ == 0) GetUserInterface().SetWaitCursor(1);
+}
+
+CWaitCursor::~CWaitCursor()
+{
+  if (--g_nWaiting == 0) GetUserInterface().SetWaitCursor(0);
 }
 
 int AfxMessageBox(char const * text, UINT type, UINT helpId)
