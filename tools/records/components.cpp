@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <set>
 #include <sstream>
 
@@ -49,12 +50,27 @@ std::vector<Column> const & allColumns()
   return columns;
 }
 
+std::vector<size_t> makeFirstColumns()
+{
+  std::vector<size_t> first;
+  for (DataMeaning const & meaning : GetDataMeanings()) {
+    auto const & columns = allColumns();
+    auto const found =
+        std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.meaning == &meaning; });
+    first.push_back(static_cast<size_t>(found - columns.begin()));
+  }
+  return first;
+}
+
 size_t firstColumnOf(DataMeaning const & meaning)
 {
-  auto const & columns = allColumns();
-  return static_cast<size_t>(
-      std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.meaning == &meaning; }) -
-      columns.begin());
+  static std::vector<size_t> const first = makeFirstColumns();
+  return first[static_cast<size_t>(&meaning - GetDataMeanings().data())];
+}
+
+size_t columnsOf(DataMeaning const & meaning)
+{
+  return static_cast<size_t>(std::max(meaning.coefficients, 1)) + (meaning.kind == DataKind::Equation ? 1 : 0);
 }
 
 using Cells = std::vector<std::string>;  // of all columns
@@ -160,6 +176,7 @@ void loadComponent(GPDataArray & data, Cells const & cells)
 {
   for (DataMeaning const & meaning : GetDataMeanings()) {
     std::string const * const first = &cells[firstColumnOf(meaning)];
+    if (std::all_of(first, first + columnsOf(meaning), [](std::string const & cell) { return cell.empty(); })) continue;
     switch (meaning.kind) {
       case DataKind::Text:
         data.LoadStringData(meaning.dataID, ToText(*first, std::string("column ") + meaning.column));
@@ -230,6 +247,14 @@ Component readComponent(CsvRow const & row, std::vector<size_t> const & places)
   return component;
 }
 
+// Nine digits give a 32-bit number back.
+std::string numberText(float value)
+{
+  constexpr int digits = 9;
+  char text[32];
+  return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits).ptr};
+}
+
 // The cells of a packed area: one for each number, but one for all groups.
 void writeArea(std::string * cell, GPv const & item, DataMeaning const & meaning)
 {
@@ -237,7 +262,7 @@ void writeArea(std::string * cell, GPv const & item, DataMeaning const & meaning
     if (meaning.kind == DataKind::Groups) {
       *cell += fmt::format("{}{}:{}", cell->empty() ? "" : " ", number.name, number.whole);
     } else {
-      *cell++ = number.isReal ? fmt::format("{:.9g}", number.real) : fmt::format("{}", number.whole);
+      *cell++ = number.isReal ? numberText(number.real) : std::to_string(number.whole);
     }
   }
 }
@@ -250,7 +275,7 @@ bool writeItem(Cells & cells, GPData const & item)
   if (item.GetRuntimeClass() == RUNTIME_CLASS(GPs)) {
     *cell = zp::TextToUtf8(static_cast<GPs const &>(item).GetValue().View());
   } else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPf)) {
-    *cell = fmt::format("{:.9g}", static_cast<GPf const &>(item).GetValue());
+    *cell = numberText(static_cast<GPf const &>(item).GetValue());
   } else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPv)) {
     writeArea(cell, static_cast<GPv const &>(item), *meaning);
   }
@@ -291,35 +316,68 @@ std::vector<Component> ReadComponents(std::vector<CsvRow> const & rows, std::str
   return components;
 }
 
-bool ComponentTable::Add(int id, std::span<BYTE const> bytes)
+namespace {
+
+struct CellMark {
+  WORD column;
+  DWORD bytes;
+};
+
+// Fills the cells; false for what has no place in a table.
+bool tell(Cells & cells, Payload const & payload)
 {
-  Payload const payload = DecodePayload(bytes);
   if (payload.state != Payload::Object || payload.object->GetRuntimeClass() != RUNTIME_CLASS(GPDataArray)) return false;
   auto const & data = static_cast<GPDataArray const &>(*payload.object);
-  Cells cells(allColumns().size());
-  cells[0] = std::to_string(id);
   for (int i = 0; i < data.GetSize(); ++i) {
     if (data.GetAt(i) == nullptr || !writeItem(cells, *data.GetAt(i))) return false;
   }
-  if (!givesBack(cells, bytes)) return false;
-  m_Rows.push_back(std::move(cells));
   return true;
 }
 
-std::string ComponentTable::GetText() const
+}  // namespace
+
+bool ComponentTable::Add(int id, std::span<BYTE const> bytes)
 {
-  std::vector<size_t> used;
-  for (size_t i = 0; i < allColumns().size(); ++i) {
-    bool const any = std::any_of(m_Rows.begin(), m_Rows.end(), [i](Cells const & cells) { return !cells[i].empty(); });
-    if (i == 0 || any) used.push_back(i);
+  m_Used.resize(allColumns().size());
+  m_Row.resize(allColumns().size());
+  m_Row[0] = std::to_string(id);
+  bool const isTold = tell(m_Row, DecodePayload(bytes)) && givesBack(m_Row, bytes);
+  for (size_t i = 0; i < m_Row.size(); ++i) {
+    if (m_Row[i].empty()) continue;
+    if (isTold) {
+      CellMark const mark = {static_cast<WORD>(i), static_cast<DWORD>(m_Row[i].size())};
+      m_Cells.append(reinterpret_cast<char const *>(&mark), sizeof mark).append(m_Row[i]);
+      m_Used[i] = true;
+    }
+    m_Row[i].clear();
   }
-  auto const lineOf = [&used](auto const & fieldOf) {
-    std::vector<std::string> fields;
-    fields.reserve(used.size());
-    for (size_t const i : used) fields.push_back(fieldOf(i));
-    return CsvLine(fields);
-  };
-  std::string text = lineOf([](size_t i) { return allColumns()[i].name; });
-  for (Cells const & cells : m_Rows) text += lineOf([&cells](size_t i) { return cells[i]; });
-  return text;
+  return isTold;
+}
+
+std::vector<std::string_view> ComponentTable::GetHead() const
+{
+  std::vector<std::string_view> names = {allColumns().front().name};
+  for (size_t i = 1; i < m_Used.size(); ++i) {
+    if (m_Used[i]) names.emplace_back(allColumns()[i].name);
+  }
+  return names;
+}
+
+void ComponentTable::ForEachRow(std::function<void(std::vector<std::string_view> const & fields)> const & take) const
+{
+  std::vector<size_t> places(allColumns().size());
+  size_t count = 0;
+  for (size_t i = 0; i < m_Used.size(); ++i) places[i] = m_Used[i] ? count++ : 0;
+  std::vector<std::string_view> fields(count);
+  for (size_t at = 0; at < m_Cells.size();) {
+    CellMark mark;
+    std::memcpy(&mark, &m_Cells[at], sizeof mark);
+    if (mark.column == 0 && at > 0) {
+      take(fields);
+      std::fill(fields.begin(), fields.end(), std::string_view());
+    }
+    fields[places[mark.column]] = std::string_view(m_Cells).substr(at + sizeof mark, mark.bytes);
+    at += sizeof mark + mark.bytes;
+  }
+  if (!m_Cells.empty()) take(fields);
 }

@@ -4,8 +4,10 @@
 // (antoine_A, antoine_B, ...), and for a correlation with an equation number one for that (rho_liq_eq). A blank is no value.
 #pragma once
 
-#include <optional>
+#include <functional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <zpbase/data.h>
@@ -20,14 +22,18 @@ struct Component {
 // The components of a whole table; name is the file's. Raises Failure with the line and column of what is wrong.
 std::vector<Component> ReadComponents(std::vector<CsvRow> const & rows, std::string const & name);
 
+// Rows of a table to be written; only the cells that aren't blank take memory.
 class ComponentTable {
  public:
   // False for a record that a table can't give back bit for bit.
   bool Add(int id, std::span<BYTE const> bytes);
 
-  // The rows with the columns that are used.
-  std::string GetText() const;
+  // The names of the columns that are used, and the rows with a field for each.
+  std::vector<std::string_view> GetHead() const;
+  void ForEachRow(std::function<void(std::vector<std::string_view> const & fields)> const & take) const;
 
  private:
-  std::vector<std::vector<std::string>> m_Rows;  // of all columns
+  std::string m_Cells;             // each as a CellMark and its text; a row begins with its id
+  std::vector<bool> m_Used;        // of all columns
+  std::vector<std::string> m_Row;  // blank between two records
 };

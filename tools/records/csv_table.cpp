@@ -2,6 +2,8 @@
 
 #include "tools/records/csv_table.h"
 
+#include <algorithm>
+
 #include <csv.h>
 
 #include <fmt/format.h>
@@ -69,20 +71,22 @@ std::vector<CsvRow> ReadCsv(std::string_view text, std::string const & name)
   return CsvReader(name).Read(text);
 }
 
-std::string CsvLine(std::vector<std::string> const & fields)
+std::string CsvLine(std::span<std::string_view const> fields)
 {
   std::string line;
-  for (std::string const & field : fields) {
-    if (!line.empty() || &field != &fields.front()) line += ',';
-    bool const plain = field.find_first_of(",\"\r\n") == std::string::npos && !field.starts_with(' ') &&
-                       !field.starts_with('\t') && !field.ends_with(' ') && !field.ends_with('\t');
+  for (std::string_view const field : fields) {
+    bool const plain =
+        std::none_of(field.begin(), field.end(), [](char c) { return c == ',' || c == '"' || c == '\r' || c == '\n'; }) &&
+        !field.starts_with(' ') && !field.starts_with('\t') && !field.ends_with(' ') && !field.ends_with('\t');
     if (plain) {
       line += field;
-      continue;
+    } else {
+      line += '"';
+      for (char const c : field) line.append(c == '"' ? 2 : 1, c);
+      line += '"';
     }
-    line += '"';
-    for (char const c : field) line.append(c == '"' ? 2 : 1, c);
-    line += '"';
+    line += ',';
   }
-  return line + "\n";
+  line.back() = '\n';
+  return line;
 }

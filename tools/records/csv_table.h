@@ -1,6 +1,7 @@
 // Tables of comma-separated values.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,4 +16,4 @@ struct CsvRow {
 std::vector<CsvRow> ReadCsv(std::string_view text, std::string const & name);
 
 // One line with its end; fields are quoted where they must be.
-std::string CsvLine(std::vector<std::string> const & fields);
+std::string CsvLine(std::span<std::string_view const> fields);

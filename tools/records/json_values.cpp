@@ -16,16 +16,6 @@ namespace {
 
 constexpr std::string_view nanMark = "nan:";
 
-template <class Real>
-Json notFinite(Real value)
-{
-  if (std::isnan(value)) {
-    if constexpr (sizeof value == sizeof(uint32_t)) return fmt::format("nan:{:08x}", std::bit_cast<uint32_t>(value));
-    if constexpr (sizeof value == sizeof(uint64_t)) return fmt::format("nan:{:016x}", std::bit_cast<uint64_t>(value));
-  }
-  return value > 0 ? "inf" : "-inf";
-}
-
 template <class Real, class Bits>
 bool fromMark(std::string_view text, Real & value)
 {
@@ -113,24 +103,4 @@ double DoubleMember(Json const & json, char const * name)
 double DoubleOf(Json const & value, char const * name)
 {
   return realOf<double, uint64_t>(value, name);
-}
-
-std::string FloatToText(float value)
-{
-  char text[32];
-  return {text, std::to_chars(text, text + sizeof text, value).ptr};
-}
-
-Json FloatToJson(float value)
-{
-  if (!std::isfinite(value)) return notFinite(value);
-  std::string const text = FloatToText(value);
-  double wide = 0.0;
-  std::from_chars(text.data(), text.data() + text.size(), wide);
-  return wide;
-}
-
-Json DoubleToJson(double value)
-{
-  return std::isfinite(value) ? Json(value) : notFinite(value);
 }

@@ -19,8 +19,3 @@ double DoubleMember(Json const & json, char const * name);
 // The same of a value by itself, such as an element of an array.
 long long IntegerOf(Json const & value, char const * name, long long low, long long high);
 double DoubleOf(Json const & value, char const * name);
-
-// A number with the fewest digits that give it back.
-Json FloatToJson(float value);
-Json DoubleToJson(double value);
-std::string FloatToText(float value);

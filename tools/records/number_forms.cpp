@@ -21,11 +21,12 @@ Json const & readValues(Json const & json, int atMost)
   return values;
 }
 
-void writeSet(Json & json, CObject const & object)
+void writeSet(JsonText & json, CObject const & object)
 {
   auto const & set = static_cast<GPUIntArray const &>(object);
-  Json & values = json[valuesKey] = Json::array();
-  for (int i = 0; i < set.GetSize(); ++i) values.push_back(set.GetAt(i));
+  json.Key(valuesKey).BeginArray();
+  for (int i = 0; i < set.GetSize(); ++i) json.Whole(set.GetAt(i));
+  json.EndArray();
 }
 
 Object readSet(Json const & json)
@@ -37,11 +38,12 @@ Object readSet(Json const & json)
   return set;
 }
 
-void writeVector(Json & json, CObject const & object)
+void writeVector(JsonText & json, CObject const & object)
 {
   auto const & vector = static_cast<GPVector const &>(object);
-  Json & values = json[valuesKey] = Json::array();
-  for (int i = 0; i < vector.GetSize(); ++i) values.push_back(DoubleToJson(vector[i]));
+  json.Key(valuesKey).BeginArray();
+  for (int i = 0; i < vector.GetSize(); ++i) json.Real(vector[i]);
+  json.EndArray();
 }
 
 Object readVector(Json const & json)
@@ -53,11 +55,12 @@ Object readVector(Json const & json)
 }
 
 template <class Vector>
-void writeIntegers(Json & json, CObject const & object)
+void writeIntegers(JsonText & json, CObject const & object)
 {
   auto const & vector = static_cast<Vector const &>(object);
-  Json & values = json[valuesKey] = Json::array();
-  for (int i = 0; i < vector.GetSize(); ++i) values.push_back(vector[i]);
+  json.Key(valuesKey).BeginArray();
+  for (int i = 0; i < vector.GetSize(); ++i) json.Whole(vector[i]);
+  json.EndArray();
 }
 
 template <class Vector>
@@ -71,15 +74,16 @@ Object readIntegers(Json const & json)
   return vector;
 }
 
-void writeMatrix(Json & json, CObject const & object)
+void writeMatrix(JsonText & json, CObject const & object)
 {
   auto const & matrix = static_cast<GPMatrix const &>(object);
-  json["rows"] = matrix.GetRows();
-  json["columns"] = matrix.GetCols();
-  Json & values = json[valuesKey] = Json::array();
+  json.Key("rows").Whole(matrix.GetRows());
+  json.Key("columns").Whole(matrix.GetCols());
+  json.Key(valuesKey).BeginArray();
   for (int row = 0; row < matrix.GetRows(); ++row) {
-    for (int col = 0; col < matrix.GetCols(); ++col) values.push_back(DoubleToJson(matrix(row, col)));
+    for (int col = 0; col < matrix.GetCols(); ++col) json.Real(matrix(row, col));
   }
+  json.EndArray();
 }
 
 Object readMatrix(Json const & json)

@@ -4,11 +4,12 @@
 #include <memory>
 #include <span>
 
+#include "tools/records/json_text.h"
 #include "tools/records/object_json.h"
 
 struct ObjectForm {
   CRuntimeClass * (*getClass)();
-  void (*write)(Json & json, CObject const & object);
+  void (*write)(JsonText & json, CObject const & object);  // its members
   std::unique_ptr<CObject> (*read)(Json const & json);
 };
 

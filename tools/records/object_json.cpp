@@ -20,6 +20,8 @@ namespace {
 
 using Object = std::unique_ptr<CObject>;
 
+void writeObject(JsonText & json, CObject const * object);
+
 template <class Class>
 Class const & as(CObject const & object)
 {
@@ -31,9 +33,9 @@ unsigned int readDataID(Json const & json)
   return static_cast<unsigned int>(IntegerMember(json, "data_id", 0, 0xFFFF));
 }
 
-void writeDataID(Json & json, CObject const & object)
+void writeDataID(JsonText & json, CObject const & object)
 {
-  json["data_id"] = as<GPData>(object).GetDataID();
+  json.Key("data_id").Whole(as<GPData>(object).GetDataID());
 }
 
 CString readText(Json const & json)
@@ -41,47 +43,47 @@ CString readText(Json const & json)
   return ToText(TextMember(json, "value"), "\"value\"");
 }
 
-void writeDouble(Json & json, CObject const & object)
+void writeDouble(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json["value"] = DoubleToJson(as<GPd>(object).GetValue());
+  json.Key("value").Real(as<GPd>(object).GetValue());
 }
 
-void writeFloat(Json & json, CObject const & object)
+void writeFloat(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json["value"] = FloatToJson(as<GPf>(object).GetValue());
+  json.Key("value").Real(as<GPf>(object).GetValue());
 }
 
-void writeLong(Json & json, CObject const & object)
+void writeLong(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json["value"] = as<GPdw>(object).GetValue();
+  json.Key("value").Whole(as<GPdw>(object).GetValue());
 }
 
-void writeWord(Json & json, CObject const & object)
+void writeWord(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json["value"] = as<GPw>(object).GetValue();
+  json.Key("value").Whole(as<GPw>(object).GetValue());
 }
 
-void writeText(Json & json, CObject const & object)
+void writeText(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json["value"] = zp::TextToUtf8(as<GPs>(object).GetValue().View());
+  json.Key("value").Text(zp::TextToUtf8(as<GPs>(object).GetValue().View()));
 }
 
-void writePoint(Json & json, CObject const & object)
+void writePoint(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json["x"] = DoubleToJson(as<GPxy>(object).GetX());
-  json["y"] = DoubleToJson(as<GPxy>(object).GetY());
+  json.Key("x").Real(as<GPxy>(object).GetX());
+  json.Key("y").Real(as<GPxy>(object).GetY());
 }
 
-void writeArrayItem(Json & json, CObject const & object)
+void writeArrayItem(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json["array"] = ObjectToJson(as<GPa>(object).GetArray());
+  writeObject(json.Key("array"), as<GPa>(object).GetArray());
 }
 
 Object readArrayItem(Json const & json)
@@ -92,16 +94,26 @@ Object readArrayItem(Json const & json)
   return std::make_unique<GPa>(id, static_cast<GPObArray *>(array.release()));
 }
 
-Json decodedArea(GPv const & item)
+void writeNumber(JsonText & json, AreaNumber const & number)
 {
+  json.Key(number.name);
+  if (number.isReal)
+    json.Real(number.real);
+  else
+    json.Whole(number.whole);
+}
+
+// What is for people and isn't read back.
+void writeDecoded(JsonText & json, GPv const & item)
+{
+  if (!json.HasNotes()) return;
   DataMeaning const * const meaning = FindDataMeaning(item.GetDataID());
   std::vector<AreaNumber> const numbers = meaning != nullptr ? DecodeArea(item, *meaning) : DecodeInteractions(item);
-  Json decoded = Json::object();
-  if (!numbers.empty()) decoded["layout"] = meaning != nullptr ? meaning->layout : "GPUnifacBip";
-  for (AreaNumber const & number : numbers) {
-    decoded[number.name] = number.isReal ? FloatToJson(number.real) : Json(number.whole);
-  }
-  return decoded;
+  if (numbers.empty()) return;
+  json.Key("decoded").BeginObject();
+  json.Key("layout").Text(meaning != nullptr ? meaning->layout : "GPUnifacBip");
+  for (AreaNumber const & number : numbers) writeNumber(json, number);
+  json.EndObject();
 }
 
 std::span<BYTE const> areaOf(GPv const & item)
@@ -109,25 +121,28 @@ std::span<BYTE const> areaOf(GPv const & item)
   return {item.GetArea(), static_cast<size_t>(item.GetSize())};
 }
 
-void writeArea(Json & json, CObject const & object)
+void writeArea(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json["area"] = ToHex(areaOf(as<GPv>(object)));
-  Json decoded = decodedArea(as<GPv>(object));
-  if (!decoded.empty()) json["decoded"] = std::move(decoded);
+  json.Key("area").Text(ToHex(areaOf(as<GPv>(object))));
+  writeDecoded(json, as<GPv>(object));
 }
 
-void writePair(Json & json, CObject const & object)
+void writePair(JsonText & json, CObject const & object)
 {
   auto const & pair = as<GPbip>(object);
   writeDataID(json, object);
-  json["second_id"] = pair.GetSecondID();
-  json["area"] = ToHex(areaOf(pair));
-  if (pair.GetSize() == 0 || pair.GetSize() % 4 != 0) return;
+  json.Key("second_id").Whole(pair.GetSecondID());
+  json.Key("area").Text(ToHex(areaOf(pair)));
+  if (!json.HasNotes() || pair.GetSize() == 0 || pair.GetSize() % 4 != 0) return;
   std::vector<float> values(static_cast<size_t>(pair.GetSize()) / sizeof(float));
   pair.GetFloatData(values.data(), static_cast<int>(values.size()));
-  Json & decoded = json["decoded"] = {{"layout", "GPbip"}};
-  for (float const value : values) decoded["values"].push_back(FloatToJson(value));
+  json.Key("decoded").BeginObject();
+  json.Key("layout").Text("GPbip");
+  json.Key("values").BeginArray();
+  for (float const value : values) json.Real(value);
+  json.EndArray();
+  json.EndObject();
 }
 
 template <class Item>
@@ -147,19 +162,21 @@ Object readPair(Json const & json)
 }
 
 template <class Array>
-void writeArray(Json & json, CObject const & object)
+void writeArray(JsonText & json, CObject const & object)
 {
-  Json & items = json["items"] = Json::array();
+  json.Key("items").BeginArray();
   CObArray const & array = as<Array>(object);
-  for (int i = 0; i < array.GetSize(); ++i) items.push_back(ObjectToJson(array.GetAt(i)));
+  for (int i = 0; i < array.GetSize(); ++i) writeObject(json, array.GetAt(i));
+  json.EndArray();
 }
 
 template <class List>
-void writeList(Json & json, CObject const & object)
+void writeList(JsonText & json, CObject const & object)
 {
-  Json & items = json["items"] = Json::array();
+  json.Key("items").BeginArray();
   CObList const & list = as<List>(object);
-  for (POSITION at = list.GetHeadPosition(); at != nullptr;) items.push_back(ObjectToJson(list.GetNext(at)));
+  for (POSITION at = list.GetHeadPosition(); at != nullptr;) writeObject(json, list.GetNext(at));
+  json.EndArray();
 }
 
 Object readItem(Json const & items, size_t index)
@@ -191,7 +208,7 @@ Object readHolder(Json const & json)
 }
 
 constexpr ObjectForm classForms[] = {
-    {GPObject::GetThisClass, [](Json &, CObject const &) {}, [](Json const &) { return Object(new GPObject); }},
+    {GPObject::GetThisClass, [](JsonText &, CObject const &) {}, [](Json const &) { return Object(new GPObject); }},
     {GPData::GetThisClass, writeDataID, [](Json const & json) { return Object(new GPData(readDataID(json))); }},
     {GPd::GetThisClass, writeDouble,
      [](Json const & json) { return Object(new GPd(readDataID(json), DoubleMember(json, "value"))); }},
@@ -238,11 +255,29 @@ struct ReadLevel {
   ~ReadLevel() { --g_nReadDepth; }
 };
 
-// Whether the object is what the bytes hold, to the bit.
-bool givesBack(Json const & json, std::span<BYTE const> bytes)
+void writeObject(JsonText & json, CObject const * object)
+{
+  if (object == nullptr) return json.Null();
+  char const * const name = object->GetRuntimeClass()->m_lpszClassName;
+  json.BeginObject();
+  json.Key("class").Text(name);
+  if (ObjectForm const * const form = findForm(name); form != nullptr) form->write(json, *object);
+  json.EndObject();
+}
+
+std::string textOf(CObject const * object, bool withNotes)
+{
+  std::string text;
+  JsonText json(text, withNotes);
+  writeObject(json, object);
+  return text;
+}
+
+// Whether its JSON gives what the bytes hold, to the bit.
+bool givesBack(CObject const & object, std::span<BYTE const> bytes)
 {
   try {
-    std::vector<BYTE> const again = EncodeObject(*ObjectFromJson(json));
+    std::vector<BYTE> const again = EncodeObject(*ObjectFromJson(Json::parse(textOf(&object, false))));
     return std::equal(again.begin(), again.end(), bytes.begin(), bytes.end());
   } catch (Failure const &) {
     return false;
@@ -251,13 +286,9 @@ bool givesBack(Json const & json, std::span<BYTE const> bytes)
 
 }  // namespace
 
-Json ObjectToJson(CObject const * object)
+std::string ObjectToJson(CObject const * object)
 {
-  if (object == nullptr) return nullptr;
-  ObjectForm const * const form = findForm(object->GetRuntimeClass()->m_lpszClassName);
-  Json json = {{"class", object->GetRuntimeClass()->m_lpszClassName}};
-  if (form != nullptr) form->write(json, *object);
-  return json;
+  return textOf(object, true);
 }
 
 std::unique_ptr<CObject> ObjectFromJson(Json const & json)
@@ -270,19 +301,19 @@ std::unique_ptr<CObject> ObjectFromJson(Json const & json)
   return form->read(json);
 }
 
-Json RecordToJson(int id, std::span<BYTE const> bytes)
+std::string RecordToJson(std::span<BYTE const> bytes, int id)
 {
-  Json record = {{"id", id}};
+  std::string text;
+  JsonText json(text);
+  json.BeginObject();
+  if (id >= 0) json.Key("id").Whole(id);
   Payload const payload = DecodePayload(bytes);
-  if (payload.state == Payload::Object) {
-    Json object = ObjectToJson(payload.object.get());
-    if (givesBack(object, bytes)) {
-      record["object"] = std::move(object);
-      return record;
-    }
-  }
-  record["hex"] = ToHex(bytes);
-  return record;
+  if (payload.state == Payload::Object && givesBack(*payload.object, bytes))
+    writeObject(json.Key("object"), payload.object.get());
+  else
+    json.Key("hex").Text(ToHex(bytes));
+  json.EndObject();
+  return text;
 }
 
 std::vector<BYTE> RecordFromJson(Json const & json)

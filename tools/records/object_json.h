@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 #include <zpbase/platform/runtime.h>
@@ -18,13 +19,14 @@
 
 using Json = nlohmann::ordered_json;
 
-// The object, or a discarded value for a class that has no JSON form.
-Json ObjectToJson(CObject const * object);
+// The object in the shortest JSON; of a class that has no form the class alone.
+std::string ObjectToJson(CObject const * object);
 
 // The object told, null for null. Raises Failure with the place of what is wrong, such as items[2].value.
 std::unique_ptr<CObject> ObjectFromJson(Json const & json);
 
-Json RecordToJson(int id, std::span<BYTE const> bytes);
+// The record in the shortest JSON; without an id only what it holds.
+std::string RecordToJson(std::span<BYTE const> bytes, int id = -1);
 
 // The bytes of a record told by "object" or "hex".
 std::vector<BYTE> RecordFromJson(Json const & json);

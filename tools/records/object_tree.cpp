@@ -4,10 +4,13 @@
 
 #include <fmt/format.h>
 #include <zpbase/data.h>
+#include <zpbase/platform/collections.h>
 #include <zpbase/platform/encoding.h>
 
+#include "tools/program.h"
 #include "tools/records/data_ids.h"
 #include "tools/records/payload.h"
+#include "tools/shown_text.h"
 
 namespace {
 
@@ -16,19 +19,15 @@ constexpr char const * nullText = "null";
 std::string textOf(Json const & value)
 {
   if (!value.is_string()) return value.dump();
-  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return VisibleJson(value.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
-// The value of a simple item with its unit; of a list its count.
+// The value of a simple item with its unit.
 std::string summaryOf(Json const & object, DataMeaning const * meaning)
 {
   std::string const unit = meaning != nullptr && meaning->unit[0] != '\0' ? std::string(" ") + meaning->unit : "";
   if (object.contains("value")) return textOf(object["value"]) + (object["value"].is_number() ? unit : "");
   if (object.contains("x")) return fmt::format("({}, {})", textOf(object["x"]), textOf(object["y"]));
-  if (object.contains("items")) {
-    size_t const count = object["items"].size();
-    return fmt::format("{} item{}", count, count == 1 ? "" : "s");
-  }
   if (!object.contains("area")) return "";
   size_t const bytes = object["area"].get_ref<std::string const &>().size() / 2;
   std::string const second = object.contains("second_id") ? fmt::format("second id {}, ", object["second_id"].dump()) : "";
@@ -37,53 +36,75 @@ std::string summaryOf(Json const & object, DataMeaning const * meaning)
   return second + layout + (unit.empty() ? "" : " in" + unit);
 }
 
+std::vector<CObject const *> elementsOf(CObject const & object)
+{
+  std::vector<CObject const *> elements;
+  if (object.IsKindOf(RUNTIME_CLASS(GPa))) elements.push_back(static_cast<GPa const &>(object).GetArray());
+  if (object.IsKindOf(RUNTIME_CLASS(CObArray))) {
+    auto const & array = static_cast<CObArray const &>(object);
+    for (int i = 0; i < array.GetSize(); ++i) elements.push_back(array.GetAt(i));
+  }
+  if (object.IsKindOf(RUNTIME_CLASS(CObList))) {
+    auto const & list = static_cast<CObList const &>(object);
+    for (POSITION at = list.GetHeadPosition(); at != nullptr;) elements.push_back(list.GetNext(at));
+  }
+  return elements;
+}
+
+bool isContainer(CObject const & object)
+{
+  return object.IsKindOf(RUNTIME_CLASS(CObArray)) || object.IsKindOf(RUNTIME_CLASS(CObList));
+}
+
 class TreeWriter {
  public:
-  std::string Write(Json const & root)
+  explicit TreeWriter(std::function<void(std::string_view)> const & pass) : m_pfnPass(pass) {}
+
+  void Write(std::string const & head, std::string const & indent, CObject const * object)
   {
-    Line("", root);
-    Children("", root);
-    return std::move(m_Text);
+    if (object == nullptr) return m_pfnPass(head + nullText + "\n");
+    if (isContainer(*object) || object->IsKindOf(RUNTIME_CLASS(GPa)))
+      Branches(head, indent, *object);
+    else
+      Leaf(head, indent, Json::parse(ObjectToJson(object)));
   }
 
  private:
-  void Line(std::string const & head, Json const & object)
+  void Branches(std::string const & head, std::string const & indent, CObject const & object)
   {
-    if (object.is_null()) {
-      m_Text += head + nullText + "\n";
-      return;
+    std::vector<CObject const *> const elements = elementsOf(object);
+    Json json = {{"class", object.GetRuntimeClass()->m_lpszClassName}};
+    if (!isContainer(object)) json["data_id"] = static_cast<GPa const &>(object).GetDataID();
+    Line(head, json, isContainer(object) ? Counted(elements.size(), "item") : "");
+    for (size_t i = 0; i < elements.size(); ++i) {
+      bool const isLast = i + 1 == elements.size();
+      Write(indent + (isLast ? "└─" : "├─"), indent + (isLast ? "  " : "│ "), elements[i]);
     }
-    std::string const name = object["class"];
-    if (!object.contains("data_id")) {
-      std::string const summary = summaryOf(object, nullptr);
-      m_Text += head + name + (summary.empty() ? "" : "  " + summary) + "\n";
-      return;
-    }
-    auto const id = object["data_id"].get<unsigned int>();
-    DataMeaning const * const meaning = FindDataMeaning(id);
-    std::string line = fmt::format("{}{:>5}  {:<27}  {:<5}  {}", head, id, meaning != nullptr ? meaning->label : "", name,
-                                   summaryOf(object, meaning));
-    line.erase(line.find_last_not_of(' ') + 1);
-    m_Text += line + "\n";
   }
 
-  void Children(std::string const & indent, Json const & object)
+  void Leaf(std::string const & head, std::string const & indent, Json const & object)
   {
-    if (!object.is_object()) return;
-    if (object.contains("array")) Branch(indent, object["array"], true);
-    if (object.contains("items")) {
-      for (size_t i = 0; i < object["items"].size(); ++i) Branch(indent, object["items"][i], i + 1 == object["items"].size());
-    }
+    Line(head, object, summaryOf(object, meaningOf(object)));
     if (object.contains("decoded"))
       Numbers(indent, object["decoded"]);
     else if (object.contains("area"))
       Area(indent, object);
   }
 
-  void Branch(std::string const & indent, Json const & child, bool last)
+  static DataMeaning const * meaningOf(Json const & object)
   {
-    Line(indent + (last ? "└─" : "├─"), child);
-    Children(indent + (last ? "  " : "│ "), child);
+    return object.contains("data_id") ? FindDataMeaning(object["data_id"].get<unsigned int>()) : nullptr;
+  }
+
+  void Line(std::string const & head, Json const & object, std::string const & summary)
+  {
+    std::string const name = object["class"];
+    if (!object.contains("data_id")) return m_pfnPass(head + name + (summary.empty() ? "" : "  " + summary) + "\n");
+    DataMeaning const * const meaning = meaningOf(object);
+    std::string line = fmt::format("{}{:>5}  {:<27}  {:<5}  {}", head, object["data_id"].get<unsigned int>(),
+                                   meaning != nullptr ? meaning->label : "", name, summary);
+    line.erase(line.find_last_not_of(' ') + 1);
+    m_pfnPass(line + "\n");
   }
 
   void Numbers(std::string const & indent, Json const & decoded)
@@ -91,11 +112,11 @@ class TreeWriter {
     for (auto const & [name, value] : decoded.items()) {
       if (name == "layout") continue;
       if (!value.is_array()) {
-        m_Text += fmt::format("{}{:>9}{} = {}\n", indent, "", name, textOf(value));
+        m_pfnPass(fmt::format("{}{:>9}{} = {}\n", indent, "", name, textOf(value)));
         continue;
       }
       for (size_t i = 0; i < value.size(); ++i) {
-        m_Text += fmt::format("{}{:>9}{} = {}\n", indent, "", i + 1, textOf(value[i]));
+        m_pfnPass(fmt::format("{}{:>9}{} = {}\n", indent, "", i + 1, textOf(value[i])));
       }
     }
   }
@@ -104,27 +125,30 @@ class TreeWriter {
   {
     std::vector<BYTE> bytes;
     FromHex(object["area"].get_ref<std::string const &>(), bytes);
-    m_Text += HexDump(bytes, indent + "         ");
+    m_pfnPass(HexDump(bytes, indent + "         "));
   }
 
-  std::string m_Text;
+  std::function<void(std::string_view)> const & m_pfnPass;
 };
 
 }  // namespace
 
-std::string RecordTree(std::span<BYTE const> bytes)
+void WriteRecordTree(std::span<BYTE const> bytes, std::function<void(std::string_view)> const & pass)
 {
   Payload const payload = DecodePayload(bytes);
   switch (payload.state) {
     case Payload::Object:
-      return TreeWriter().Write(ObjectToJson(payload.object.get()));
+      return TreeWriter(pass).Write("", "", payload.object.get());
     case Payload::Unknown:
-      return fmt::format("{}, a class that isn't known here\n{}", payload.className, HexDump(bytes, "  "));
+      pass(fmt::format("{}, a class that isn't known here\n", payload.className));
+      break;
     case Payload::Damaged:
-      return fmt::format("{}, unreadable: {}\n{}", payload.className, payload.problem, HexDump(bytes, "  "));
+      pass(fmt::format("{}, unreadable: {}\n", payload.className, payload.problem));
+      break;
     default:
-      return "raw bytes\n" + HexDump(bytes, "  ");
+      pass("raw bytes\n");
   }
+  pass(HexDump(bytes, "  "));
 }
 
 std::string FirstText(CObject const & object)

@@ -7,8 +7,10 @@
 
 #include <fmt/format.h>
 
+#include "tools/output_file.h"
 #include "tools/program.h"
 #include "tools/progress.h"
+#include "tools/records/json_text.h"
 #include "tools/records/object_json.h"
 #include "tools/records/object_tree.h"
 #include "tools/records/payload.h"
@@ -89,6 +91,14 @@ std::vector<BYTE> readRecord(std::string const & file, bool json)
       fmt::format("{}: has {}, and a record has 1 to {}", ShownName(file), Counted(bytes.size(), "byte"), zp::maxRecordLength));
 }
 
+void writeJson(int id, std::vector<BYTE> const & bytes, std::function<void(std::string_view)> const & pass)
+{
+  constexpr size_t step = 2;
+  JsonIndenter indenter(step, pass);
+  indenter.Write(RecordToJson(bytes, id));
+  indenter.Finish();
+}
+
 struct RecordArguments : StoreArguments {
   void AddOptions(CLI::App & command)
   {
@@ -128,8 +138,12 @@ struct ShowCommand : RecordArguments {
   ExitStatus Run() const
   {
     std::vector<BYTE> const bytes = StoredRecords(GetNames()).Load(id);
-    Print(json ? RecordToJson(id, bytes).dump(2) + "\n"
-               : fmt::format("record {}, {}\n", id, Counted(bytes.size(), "byte")) + RecordTree(bytes));
+    if (json) {
+      writeJson(id, bytes, Print);
+    } else {
+      Print(fmt::format("record {}, {}\n", id, Counted(bytes.size(), "byte")));
+      WriteRecordTree(bytes, Print);
+    }
     return exitDone;
   }
 };
@@ -146,8 +160,16 @@ struct GetCommand : RecordArguments {
 
   ExitStatus Run() const
   {
-    std::vector<BYTE> const bytes = StoredRecords(GetNames()).Load(id);
-    WriteWholeFile(file, json ? RecordToJson(id, bytes).dump(2) + "\n" : std::string(bytes.begin(), bytes.end()));
+    StoreNames const names = GetNames();
+    RequireOtherFile(names, file);
+    std::vector<BYTE> const bytes = StoredRecords(names).Load(id);
+    OutputFile output(file);
+    auto const pass = [&](std::string_view piece) { output.Write(piece); };
+    if (json)
+      writeJson(id, bytes, pass);
+    else
+      pass({reinterpret_cast<char const *>(bytes.data()), bytes.size()});
+    output.Commit();
     return exitDone;
   }
 

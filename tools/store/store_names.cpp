@@ -105,3 +105,12 @@ StoreNames ResolveStore(std::string const & name, std::string const & recordName
   }
   return resolveStem(name);
 }
+
+void RequireOtherFile(StoreNames const & names, std::string const & output)
+{
+  for (std::string const & file : {names.index, names.record}) {
+    std::error_code ignored;
+    if (output == "-" || (output != file && !std::filesystem::equivalent(output, file, ignored))) continue;
+    throw Failure(fmt::format("{}: is a file of the store itself; name another file to write", output), exitUsage);
+  }
+}

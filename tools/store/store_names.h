@@ -13,3 +13,6 @@ struct StoreNames {
 // leads to no file the pair is ".SI" and ".SR". With a record name the first name is the index file as it stands. Raises a
 // usage failure for a stem that fits several stores, and for a file whose extension belongs to none.
 StoreNames ResolveStore(std::string const & name, std::string const & recordName);
+
+// Raises Failure for an output that leads to one of the store's files, by whatever name.
+void RequireOtherFile(StoreNames const & names, std::string const & output);

@@ -3,12 +3,15 @@
 #include "tools/store/store_arguments.h"
 
 #include <algorithm>
+#include <functional>
 
 #include <fmt/format.h>
 
+#include "tools/output_file.h"
 #include "tools/program.h"
 #include "tools/progress.h"
 #include "tools/records/components.h"
+#include "tools/records/json_text.h"
 #include "tools/records/json_values.h"
 #include "tools/records/payload.h"
 #include "tools/store/store_writer.h"
@@ -150,28 +153,30 @@ struct ImportCommand : StoreArguments {
   std::string file;
 };
 
-Json headerToJson(CObject const * header)
-{
-  if (header == nullptr) return nullptr;
-  Json json = RecordToJson(0, EncodeObject(*header));
-  json.erase("id");
-  return json;
-}
+using Pass = std::function<void(std::string_view)>;
 
-std::string exportJson(StoredRecords & source)
+void exportJson(StoredRecords & source, Pass const & pass)
 {
-  Json json = {{"format", formatName}, {"version", formatVersion}};
-  if (source.HasHeader()) json["header"] = headerToJson(source.GetHeader());
-  Json & records = json["records"] = Json::array();
-  Progress progress("exporting", source.GetIDs().size());
-  for (int const id : source.GetIDs()) {
-    records.push_back(RecordToJson(id, source.Load(id)));
-    progress.Reach(records.size());
+  constexpr size_t step = 1;
+  JsonIndenter indenter(step, pass);
+  indenter.Write(fmt::format(R"({{"format":"{}","version":{})", formatName, formatVersion));
+  if (source.HasHeader()) {
+    CObject const * const header = source.GetHeader();
+    indenter.Write(",\"header\":" + (header != nullptr ? RecordToJson(EncodeObject(*header)) : "null"));
   }
-  return json.dump(1) + "\n";
+  indenter.Write(",\"records\":[");
+  Progress progress("exporting", source.GetIDs().size());
+  size_t done = 0;
+  for (int const id : source.GetIDs()) {
+    if (done > 0) indenter.Write(",");
+    indenter.Write(RecordToJson(source.Load(id), id));
+    progress.Reach(++done);
+  }
+  indenter.Write("]}");
+  indenter.Finish();
 }
 
-std::string exportTable(StoredRecords & source, StoreNames const & names)
+void exportTable(StoredRecords & source, StoreNames const & names, Pass const & pass)
 {
   ComponentTable table;
   Progress progress("exporting", source.GetIDs().size());
@@ -182,7 +187,8 @@ std::string exportTable(StoredRecords & source, StoreNames const & names)
     }
     progress.Reach(++done);
   }
-  return table.GetText();
+  pass(CsvLine(table.GetHead()));
+  table.ForEachRow([&](std::vector<std::string_view> const & fields) { pass(CsvLine(fields)); });
 }
 
 struct ExportCommand : StoreArguments {
@@ -198,8 +204,15 @@ struct ExportCommand : StoreArguments {
   ExitStatus Run() const
   {
     StoreNames const names = GetNames();
+    RequireOtherFile(names, file);
     StoredRecords records(names);
-    WriteWholeFile(file, json ? exportJson(records) : exportTable(records, names));
+    OutputFile output(file);
+    auto const pass = [&](std::string_view piece) { output.Write(piece); };
+    if (json)
+      exportJson(records, pass);
+    else
+      exportTable(records, names, pass);
+    output.Commit();
     return exitDone;
   }
 
