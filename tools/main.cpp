@@ -18,8 +18,7 @@ constexpr AddCommands commandTable[] = {
 
 int fail(std::string const & line, int status)
 {
-  std::fflush(stdout);
-  std::fprintf(stderr, "zp: %s\n", line.c_str());
+  Tell(line);
   return status;
 }
 

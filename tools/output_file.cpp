@@ -9,6 +9,7 @@
 
 #include <fmt/format.h>
 #include <zpbase/platform/durable_file.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
@@ -35,6 +36,7 @@ OutputFile::OutputFile(std::string const & name) : m_strName(name), m_strTarget(
   m_pFile.reset(std::fopen((isDevice ? m_strTarget : m_strTemporary).c_str(), isDevice ? "wb" : "wbx"));
   if (!m_pFile) Fail(errno);
   std::setvbuf(m_pFile.get(), nullptr, _IOFBF, bufferBytes);
+  if (!isDevice) TakeOver();
 }
 
 OutputFile::~OutputFile()
@@ -60,11 +62,24 @@ void OutputFile::Commit()
   if (!m_pFile) return;
   if (std::fclose(m_pFile.release()) != 0) Fail(errno);
   if (m_strTemporary.empty()) return;
-  std::error_code ignored;
-  if (FileExists(m_strTarget)) {
-    std::filesystem::permissions(m_strTemporary, std::filesystem::status(m_strTarget, ignored).permissions(), ignored);
-  }
   int error = 0;
-  if (!MoveFileDurably(FromHostPath(m_strTemporary), FromHostPath(m_strTarget), &error)) Fail(error);
+  bool const isMoved = MoveFileDurably(FromHostPath(m_strTemporary), FromHostPath(m_strTarget), &error);
+  if (!isMoved && FileExists(m_strTemporary)) Fail(error);
   m_strTemporary.clear();
+  if (isMoved) return;
+  throw Failure(
+      fmt::format("{}: was written, but may not outlive a failure of the machine: {}", m_strName, std::strerror(error)));
+}
+
+// The former file's permissions, and its owner where that is allowed.
+void OutputFile::TakeOver() const
+{
+  zp::HostCalls const & host = zp::GetHostCalls();
+  zp::HostStatus former;
+  if (host.GetStatusOf(m_strTarget.c_str(), former) != 0) return;
+  int const file = host.Open(m_strTemporary.c_str(), zp::hostRead, 0);
+  if (file < 0) return;
+  bool const sameOwner = host.SetOwner(file, former.user, former.group) == 0;
+  host.SetMode(file, former.mode & (sameOwner ? 07777 : 0777));
+  host.Close(file);
 }

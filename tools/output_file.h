@@ -24,6 +24,7 @@ class OutputFile {
   };
 
   [[noreturn]] void Fail(int error) const;
+  void TakeOver() const;
 
   std::string m_strName;
   std::string m_strTarget;     // what the name leads to

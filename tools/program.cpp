@@ -10,10 +10,12 @@
 #include <memory>
 
 #include <fmt/format.h>
-#include <zpbase/platform/durable_file.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
-#include <zpbase/platform/paths.h>
+#include <zpbase/platform/terminal.h>
+
+#include "tools/output_file.h"
+#include "tools/shown_text.h"
 
 namespace {
 
@@ -37,14 +39,6 @@ std::string readAll(std::FILE * file, std::string const & name)
   return bytes;
 }
 
-// A pipe or device keeps its place.
-void writeToDevice(std::string const & name, std::string_view bytes)
-{
-  std::unique_ptr<std::FILE, CloseFile> const file(std::fopen(name.c_str(), "wb"));
-  if (file && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() && std::fflush(file.get()) == 0) return;
-  throw Failure(fmt::format("{}: can't be written: {}", name, std::strerror(errno)));
-}
-
 }  // namespace
 
 InterruptGuard::InterruptGuard() : m_pfnFormer(std::signal(SIGINT, noteInterrupt)) {}
@@ -61,7 +55,16 @@ bool InterruptGuard::IsInterrupted()
 
 void Print(std::string_view text)
 {
+  static bool const isTerminal = IsTerminal(1);
+  std::string const shown = isTerminal ? VisibleLines(text) : "";
+  if (isTerminal) text = shown;
   std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+void Tell(std::string_view line)
+{
+  std::fflush(stdout);
+  fmt::print(stderr, "zp: {}\n", Visible(line));
 }
 
 void FlushOutput()
@@ -83,13 +86,9 @@ std::string ReadWholeFile(std::string const & name)
 
 void WriteWholeFile(std::string const & name, std::string_view bytes)
 {
-  if (name == "-") return Print(bytes);
-  std::error_code ignored;
-  if (FileExists(name) && !std::filesystem::is_regular_file(name, ignored)) return writeToDevice(name, bytes);
-  int error = 0;
-  if (!ReplaceFileDurably(FromHostPath(name), bytes, &error)) {
-    throw Failure(fmt::format("{}: can't be written: {}; nothing was changed", name, std::strerror(error)));
-  }
+  OutputFile file(name);
+  file.Write(bytes);
+  file.Commit();
 }
 
 void FailOpening(std::string const & name, char const * what, CFileException const & problem)

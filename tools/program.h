@@ -37,8 +37,12 @@ class InterruptGuard {
 };
 
 // Writes to standard output; a failure is noticed by FlushOutput, which raises it.
+// On a terminal control characters are shown instead of obeyed.
 void Print(std::string_view text);
 void FlushOutput();
+
+// One line of the program's own on standard error, with whatever names in it.
+void Tell(std::string_view line);
 
 // Whole files by their host names; "-" stands for standard input or output. A file that is written is replaced at once.
 std::string ReadWholeFile(std::string const & name);

@@ -123,8 +123,8 @@ TEST_F(StoreTool, WritesFinishAnInterruptedExchangeFirst)
   m_Folder.Write("a.SI", old[1]);
   m_Folder.Write("a.SR.compact-swap", "");
   EXPECT_EQ(Zp("get a 1").err,
-            "zp: a.SR: a compaction of this store is under way or was interrupted; finish it with zp store compact\n");
-  EXPECT_EQ(Zp("put a 9", "x").err, "zp: a.SR: an interrupted compaction was finished\n");
+            "zp: a.SR: the exchange of this store's files is under way or was interrupted; finish it with zp store compact\n");
+  EXPECT_EQ(Zp("put a 9", "x").err, "zp: a.SR: an interrupted exchange of the store's files was finished\n");
   EXPECT_EQ(Load(), (Records{{1, "ab"}, {2, "cde"}, {3, "fgh"}, {9, "x"}}));
 }
 

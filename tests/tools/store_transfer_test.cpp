@@ -197,13 +197,35 @@ TEST_F(StoreTool, RefusedImportsStoreNothingAndSayWhere)
   EXPECT_EQ(deep.status, 1);
 }
 
-TEST_F(StoreTool, TableRefusesRecordsThatItCantTell)
+// One that a table can't tell, one whose block is another record's, and one that is well.
+TEST_F(StoreTool, WhatCantBeReadIsToldAndLeftOut)
 {
-  Store({{1, "raw"}});
-  ProgramRun const run = Zp("export a out.csv");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "zp: a.SR: record 1 is no component that a table can tell; export with --json\n");
-  EXPECT_FALSE(m_Folder.Has("out.csv"));
+  Zp("import a -", "id,name\n1,one\n2,two\n");
+  Zp("put a 3", "raw");
+  Patch("a.SR", 0, FromHex("05 00"));
+  std::string const wrong =
+      "zp: a.SR: record 1: the index has it at 0, but the block there is record 5; look with zp store check\n";
+  std::string const raw = "zp: a.SR: record 3 is no component that a table can tell; export with --json\n";
+  struct Reading {
+    char const * arguments;
+    int status;
+    std::string err;
+  };
+  Reading const readings[] = {
+      {"export a o.csv", 1, wrong + raw + "zp: a.SR: 2 records left out\n"},
+      {"export a o.csv --skip", 0, wrong + raw + "zp: a.SR: 2 records left out\n"},
+      {"export a o.json --json", 1, wrong + "zp: a.SR: 1 record left out\n"},
+      {"list a", 1, wrong + "zp: a.SR: 1 record left out\n"},
+      {"list a --skip", 0, wrong + "zp: a.SR: 1 record left out\n"},
+      {"get a 1", 1, wrong},
+  };
+  for (Reading const & reading : readings) {
+    ProgramRun const run = Zp(reading.arguments);
+    EXPECT_EQ(run.status, reading.status) << reading.arguments;
+    EXPECT_EQ(run.err, reading.err);
+  }
+  EXPECT_EQ(m_Folder.Read("o.csv"), "id,name\n2,two\n");
+  EXPECT_EQ(Zp("import b o.json").out, "2 records stored in b.SR: 2 new, 0 replaced\n");
 }
 
 }  // namespace

@@ -297,23 +297,24 @@ bool givesBack(Cells const & cells, std::span<BYTE const> bytes)
 
 }  // namespace
 
-std::vector<Component> ReadComponents(std::vector<CsvRow> const & rows, std::string const & name)
+void ReadComponents(std::istream & input, std::string const & name, std::function<void(Component const & component)> const & take)
 {
-  if (rows.empty()) throw Failure(fmt::format("{}: is empty; a line with the names of the columns is expected", name));
-  std::vector<size_t> const places = placesOf(rows.front(), name);
-  std::vector<Component> components;
+  std::vector<size_t> places;
   std::set<int> ids;
-  for (size_t i = 1; i < rows.size(); ++i) {
-    try {
-      components.push_back(readComponent(rows[i], places));
-      if (!ids.insert(components.back().id).second) {
-        throw Failure(fmt::format("column id: {} stands twice", components.back().id));
-      }
-    } catch (Failure const & failure) {
-      throw Failure(fmt::format("{}: line {}: {}; nothing was stored", name, rows[i].line, failure.what()));
+  ReadCsv(input, name, [&](CsvRow const & row) {
+    if (places.empty()) {
+      places = placesOf(row, name);
+      return;
     }
-  }
-  return components;
+    try {
+      Component const component = readComponent(row, places);
+      if (!ids.insert(component.id).second) throw Failure(fmt::format("column id: {} stands twice", component.id));
+      take(component);
+    } catch (Failure const & failure) {
+      throw Failure(fmt::format("{}: line {}: {}; nothing was stored", name, row.line, failure.what()));
+    }
+  });
+  if (places.empty()) throw Failure(fmt::format("{}: is empty; a line with the names of the columns is expected", name));
 }
 
 namespace {

@@ -19,8 +19,10 @@ struct Component {
   GPDataArray data;
 };
 
-// The components of a whole table; name is the file's. Raises Failure with the line and column of what is wrong.
-std::vector<Component> ReadComponents(std::vector<CsvRow> const & rows, std::string const & name);
+// Gives take the components of a table one after the other; name is the file's. Raises Failure with the line and column of what
+// is wrong.
+void ReadComponents(std::istream & input, std::string const & name,
+                    std::function<void(Component const & component)> const & take);
 
 // Rows of a table to be written; only the cells that aren't blank take memory.
 class ComponentTable {

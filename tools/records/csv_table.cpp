@@ -3,6 +3,7 @@
 #include "tools/records/csv_table.h"
 
 #include <algorithm>
+#include <exception>
 
 #include <csv.h>
 
@@ -12,9 +13,14 @@
 
 namespace {
 
+using Take = std::function<void(CsvRow const & row)>;
+
+constexpr size_t pieceBytes = 0x10000;
+constexpr size_t mostRowBytes = 0x400000;  // every column filled as far as a record holds it
+
 class CsvReader {
  public:
-  explicit CsvReader(std::string const & name) : m_Name(name)
+  CsvReader(std::string const & name, Take const & take) : m_Name(name), m_pfnTake(take)
   {
     if (csv_init(&m_Parser, CSV_STRICT | CSV_STRICT_FINI) != 0) throw std::bad_alloc();
   }
@@ -22,21 +28,37 @@ class CsvReader {
   CsvReader(CsvReader const &) = delete;
   CsvReader & operator=(CsvReader const &) = delete;
 
-  // Line by line, so that the parser's calls know where they are.
-  std::vector<CsvRow> Read(std::string_view text)
+  void Read(std::istream & input)
   {
-    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-    for (bool head = true; !text.empty(); ++m_nLine) {
-      std::string_view const line = text.substr(0, std::min(text.find('\n'), text.size() - 1) + 1);
-      text.remove_prefix(line.size());
-      head = head && line.starts_with('#');
-      if (!head && csv_parse(&m_Parser, line.data(), line.size(), TakeField, TakeRow, this) != line.size()) Fail();
+    std::string piece(pieceBytes, '\0');
+    while (input.read(piece.data(), pieceBytes), input.gcount() > 0) {
+      std::string_view rest(piece.data(), static_cast<size_t>(input.gcount()));
+      if (m_nLine == 1 && m_bAtBegin && rest.starts_with("\xEF\xBB\xBF")) rest.remove_prefix(3);
+      while (!rest.empty()) {
+        std::string_view const line = rest.substr(0, std::min(rest.find('\n'), rest.size() - 1) + 1);
+        rest.remove_prefix(line.size());
+        TakeLine(line);
+      }
     }
     if (csv_fini(&m_Parser, TakeField, TakeRow, this) != 0) Fail();
-    return std::move(m_Rows);
+    if (m_pRaised) std::rethrow_exception(m_pRaised);
   }
 
  private:
+  // A line or a part of one; the parser's calls know by it where they are.
+  void TakeLine(std::string_view line)
+  {
+    if (m_bAtBegin) m_bComment = m_bHead && line.starts_with('#');
+    m_bHead &= m_bComment;
+    m_bAtBegin = line.ends_with('\n');
+    m_nRowBytes += line.size();
+    if (!m_bComment && csv_parse(&m_Parser, line.data(), line.size(), TakeField, TakeRow, this) != line.size()) Fail();
+    if (m_pRaised) std::rethrow_exception(m_pRaised);
+    if (m_bComment && m_bAtBegin) m_nRowBytes = 0;
+    if (m_nRowBytes > mostRowBytes) throw Failure(fmt::format("{}: line {}: is longer than any record", m_Name, m_nLine));
+    if (m_bAtBegin) ++m_nLine;
+  }
+
   [[noreturn]] void Fail() const
   {
     throw Failure(fmt::format("{}: line {}: a quote stands alone; quote the whole field and double the quotes in it", m_Name,
@@ -46,29 +68,49 @@ class CsvReader {
   static void TakeField(void * bytes, size_t count, void * reader)
   {
     CsvReader & self = *static_cast<CsvReader *>(reader);
-    if (self.m_Row.fields.empty()) self.m_Row.line = self.m_nLine;
-    self.m_Row.fields.emplace_back(static_cast<char const *>(bytes), count);
+    self.Keep([&] {
+      if (self.m_Row.fields.empty()) self.m_Row.line = self.m_nLine;
+      self.m_Row.fields.emplace_back(static_cast<char const *>(bytes), count);
+    });
   }
 
   static void TakeRow(int, void * reader)
   {
     CsvReader & self = *static_cast<CsvReader *>(reader);
-    self.m_Rows.push_back(std::move(self.m_Row));
-    self.m_Row = {};
+    self.Keep([&] { self.m_pfnTake(self.m_Row); });
+    self.m_Row.fields.clear();
+    self.m_nRowBytes = 0;
+  }
+
+  // What is raised must not pass through the parser.
+  template <class Step>
+  void Keep(Step const & step)
+  {
+    if (m_pRaised) return;
+    try {
+      step();
+    } catch (...) {
+      m_pRaised = std::current_exception();
+    }
   }
 
   std::string const & m_Name;
+  Take const & m_pfnTake;
   csv_parser m_Parser = {};
   size_t m_nLine = 1;
+  bool m_bHead = true;  // nothing but comments so far
+  bool m_bComment = false;
+  bool m_bAtBegin = true;  // of a line
+  size_t m_nRowBytes = 0;
   CsvRow m_Row = {};
-  std::vector<CsvRow> m_Rows;
+  std::exception_ptr m_pRaised;
 };
 
 }  // namespace
 
-std::vector<CsvRow> ReadCsv(std::string_view text, std::string const & name)
+void ReadCsv(std::istream & input, std::string const & name, Take const & take)
 {
-  return CsvReader(name).Read(text);
+  CsvReader(name, take).Read(input);
 }
 
 std::string CsvLine(std::span<std::string_view const> fields)

@@ -1,6 +1,8 @@
 // Tables of comma-separated values.
 #pragma once
 
+#include <functional>
+#include <istream>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,9 +13,9 @@ struct CsvRow {
   std::vector<std::string> fields;
 };
 
-// The rows of a table; comment lines with # before the first row and empty lines are left out. Raises Failure for a quote that
-// stands alone; name is the file's.
-std::vector<CsvRow> ReadCsv(std::string_view text, std::string const & name);
+// Gives take the rows of a table one after the other; comment lines with # before the first row and empty lines are left out.
+// Raises Failure for a quote that stands alone, and for a row that is longer than any record; name is the file's.
+void ReadCsv(std::istream & input, std::string const & name, std::function<void(CsvRow const & row)> const & take);
 
 // One line with its end; fields are quoted where they must be.
 std::string CsvLine(std::span<std::string_view const> fields);

@@ -41,8 +41,7 @@ void move(std::string const & from, std::string const & to)
 {
   int error = 0;
   if (MoveFileDurably(from.c_str(), to.c_str(), &error)) return;
-  throw Failure(fmt::format("{}: can't take the name {}: {}; make that possible and run zp store compact again", from, to,
-                            std::strerror(error)));
+  throw Failure(fmt::format("{}: can't take the name {}: {}", from, to, std::strerror(error)));
 }
 
 bool removeFile(std::string const & file)
@@ -69,10 +68,17 @@ void exchange(std::string const & file)
   move(newName(file), file);
 }
 
+// The exchange is over when both files stand under their names and the mark is gone.
 void finish(StoreNames const & names)
 {
-  for (std::string const & file : filesOf(names)) exchange(file);
-  removeFile(markName(names));
+  try {
+    for (std::string const & file : filesOf(names)) exchange(file);
+    removeFile(markName(names));
+  } catch (Failure const & failure) {
+    throw Failure(
+        fmt::format("{}; the exchange of the store's files is begun: make that possible, and finish it with zp store compact",
+                    failure.what()));
+  }
   for (std::string const & file : filesOf(names)) removeFile(oldName(file));
 }
 
@@ -98,7 +104,7 @@ std::string TidyExchange(StoreNames const & names)
       throw Failure(fmt::format("{}: the store is in use by another program; try again when that has ended", names.record));
     }
     finish(names);
-    return "an interrupted compaction was finished";
+    return "an interrupted exchange of the store's files was finished";
   }
   bool undone = false;
   bool ended = false;
@@ -107,15 +113,31 @@ std::string TidyExchange(StoreNames const & names)
     undone |= removeFile(TemporaryName(file));
     ended |= FileExists(file) && removeFile(oldName(file));
   }
-  if (undone) return "what an interrupted compaction had begun was thrown away";
-  return ended ? "the old files of a finished compaction were removed" : "";
+  if (undone) return "what an interrupted command had begun was thrown away";
+  return ended ? "the old files of a finished exchange were removed" : "";
+}
+
+void DropExchange(StoreNames const & temporary)
+{
+  std::error_code ignored;
+  std::filesystem::remove(temporary.index, ignored);
+  std::filesystem::remove(temporary.record, ignored);
 }
 
 void SwapIn(StoreNames const & names)
 {
-  for (std::string const & file : filesOf(names)) move(TemporaryName(file), newName(file));
-  WriteWholeFile(markName(names), markText);
   CFile mark;
-  mark.Open(FromHostPath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite);
+  try {
+    for (std::string const & file : filesOf(names)) move(TemporaryName(file), newName(file));
+    WriteWholeFile(markName(names), markText);
+    CFileException problem;
+    if (!mark.Open(FromHostPath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite, &problem)) {
+      FailOpening(markName(names), nullptr, problem);
+    }
+  } catch (Failure const & failure) {
+    if (IsExchangeMarked(names)) throw Failure(fmt::format("{}; finish it with zp store compact", failure.what()));
+    for (std::string const & file : filesOf(names)) DropExchange({newName(file), TemporaryName(file)});
+    throw Failure(fmt::format("{}; the store is as it was", failure.what()));
+  }
   finish(names);
 }

@@ -23,5 +23,9 @@ bool IsExchangeMarked(StoreNames const & names);
 // record file for itself, if there is one. Raises Failure while another program is at it.
 std::string TidyExchange(StoreNames const & names);
 
-// Puts the two temporary files in the place of the store's files.
+// Removes temporary files that nothing became of.
+void DropExchange(StoreNames const & temporary);
+
+// Puts the two temporary files in the place of the store's files. Raises Failure, which tells how far it came; before the mark
+// stands everything is as it was.
 void SwapIn(StoreNames const & names);

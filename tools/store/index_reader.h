@@ -8,9 +8,13 @@
 #include <zpbase/platform/runtime.h>
 
 struct LiveEntry {
+  static constexpr unsigned long long noPlace = 0xFFFFFFFF;
+
   unsigned long long position;
   int id;
   unsigned int length;
+
+  bool HasPlace() const { return position != noPlace; }  // false for a record whose bytes never reached the record file
 };
 
 struct FreeEntry {

@@ -9,6 +9,7 @@
 
 #include "tools/program.h"
 #include "tools/store/file_exchange.h"
+#include "tools/store/store_check.h"
 
 namespace {
 
@@ -45,6 +46,7 @@ OpenStore::NewFiles::~NewFiles()
 
 OpenStore::OpenStore(StoreNames const & names, StoreAccess access) : m_Names(names), m_Access(access), m_NewFiles(m_Names)
 {
+  RequirePlainFiles();
   LockRecordFile();
   if (IsExchangeMarked(m_Names)) EndExchange();
   switch (m_Access) {
@@ -56,6 +58,16 @@ OpenStore::OpenStore(StoreNames const & names, StoreAccess access) : m_Names(nam
       break;
     default:
       ReadTables();
+  }
+}
+
+// A pipe would be waited for, a device never ends.
+void OpenStore::RequirePlainFiles() const
+{
+  for (std::string const & file : {m_Names.record, m_Names.index}) {
+    std::error_code ignored;
+    if (!FileExists(file) || std::filesystem::is_regular_file(file, ignored)) continue;
+    throw Failure(fmt::format("{}: is no file but a folder, a pipe or a device; a store has two files", file));
   }
 }
 
@@ -117,8 +129,8 @@ void OpenStore::EndExchange()
     LockRecordFile();
     if (!IsExchangeMarked(m_Names)) return;
   }
-  throw Failure(fmt::format("{}: a compaction of this store is under way or was interrupted; finish it with zp store compact",
-                            m_Names.record));
+  throw Failure(fmt::format(
+      "{}: the exchange of this store's files is under way or was interrupted; finish it with zp store compact", m_Names.record));
 }
 
 void OpenStore::RequireIndexFile() const
@@ -126,6 +138,22 @@ void OpenStore::RequireIndexFile() const
   if (FileExists(m_Names.index)) return;
   throw Failure(fmt::format("{}: there is no such index file beside {}; make a new one with zp store recover", m_Names.index,
                             m_Names.record));
+}
+
+void OpenStore::FailEmptyIndex() const
+{
+  throw Failure(fmt::format("{}: the index file is empty, but {} isn't; make a new one with zp store recover", m_Names.index,
+                            m_Names.record));
+}
+
+void OpenStore::RequireUsableIndex()
+{
+  RequireIndexFile();
+  StoreIndex const & index = GetIndex();
+  if (index.state == StoreIndex::Missing) FailEmptyIndex();
+  if (index.state == StoreIndex::Sound) return;
+  throw Failure(fmt::format("{}: {}; the records can still be listed (zp store list) and saved (zp store recover)", m_Names.index,
+                            index.problem));
 }
 
 // The store reads the index file under a lock of its own, so ours is only tried before, and taken again behind it; as long as
@@ -136,10 +164,7 @@ void OpenStore::ReadTables()
   bool const isBlank = isEmpty(m_Names.record);
   m_bNew = m_Access == StoreAccess::Create && isBlank && isEmpty(m_Names.index);
   if (!m_bNew) RequireIndexFile();
-  if (!isBlank && isEmpty(m_Names.index)) {
-    throw Failure(fmt::format("{}: the index file is empty, but {} isn't; make a new one with zp store recover", m_Names.index,
-                              m_Names.record));
-  }
+  if (!isBlank && isEmpty(m_Names.index)) FailEmptyIndex();
   if (isBlank && !m_bNew && !GetIndex().live.empty()) {
     throw Failure(fmt::format("{}: the record file is empty, but {} names records in it; bring the record file back",
                               m_Names.record, m_Names.index));
@@ -150,15 +175,16 @@ void OpenStore::ReadTables()
     m_pTables = std::make_unique<GPDataFile>(FromHostPath(m_Names.index), FromHostPath(m_Names.record), ownMode, nullptr);
   } catch (CException * caught) {
     zp::ExceptionGuard const guard(caught);
-    StoreIndex const & index = GetIndex();
-    if (index.state == StoreIndex::Damaged || index.state == StoreIndex::UnknownClass) {
-      throw Failure(fmt::format("{}: {}; the records can still be listed (zp store list) and saved (zp store recover)",
-                                m_Names.index, index.problem));
-    }
+    RequireUsableIndex();
     throw Failure(
         fmt::format("{}: the index file can't be read: {}; look with zp store check", m_Names.index, Describe(*caught)));
   }
   LockIndexFile();
+  if (!m_bNew) {
+    CheckReport report = CheckStore(*this, CheckDepth::Blocks);
+    RequireSound(report);
+    m_Survey = std::move(report.survey);
+  }
   m_RecordFile.Close();
 }
 

@@ -13,6 +13,7 @@
 
 #include <zpbase/store.h>
 
+#include "tools/store/block_survey.h"
 #include "tools/store/index_reader.h"
 #include "tools/store/store_names.h"
 
@@ -26,7 +27,7 @@ enum class StoreAccess {
 class OpenStore {
  public:
   // Raises Failure for files that are missing, in use, or refused by the system, and for a record file without its index file
-  // where both are needed.
+  // where both are needed. With Change and Create also for faults in the blocks or in the index.
   OpenStore(StoreNames const & names, StoreAccess access);
   ~OpenStore();
 
@@ -40,8 +41,12 @@ class OpenStore {
   StoreIndex & GetIndex();
   void RequireIndexFile() const;
 
-  // With Change and Create: the store, whose record file is locked by its first change.
+  // Raises Failure for an index that is missing, empty beside records, or not to be read here.
+  void RequireUsableIndex();
+
+  // With Change and Create: the store, whose record file is locked by its first change; and its blocks, which were found sound.
   GPDataFile & GetTables() { return *m_pTables; }
+  Survey TakeSurvey() { return std::move(m_Survey); }
   bool IsNew() const { return m_bNew; }
 
   // Lets the store write its index, and closes it. Without this it happens at the end.
@@ -67,6 +72,8 @@ class OpenStore {
   void LockIndexFile();
   void EndExchange();
   void ReadTables();
+  void RequirePlainFiles() const;
+  [[noreturn]] void FailEmptyIndex() const;
 
   StoreNames m_Names;
   StoreAccess m_Access;
@@ -76,5 +83,6 @@ class OpenStore {
   std::string m_strEnded;
   bool m_bNew = false;
   std::optional<StoreIndex> m_Index;
+  Survey m_Survey;
   std::unique_ptr<GPDataFile> m_pTables;
 };

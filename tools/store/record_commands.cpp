@@ -4,22 +4,27 @@
 
 #include <algorithm>
 #include <set>
+#include <sstream>
 
 #include <fmt/format.h>
 
+#include "tools/input_file.h"
 #include "tools/output_file.h"
 #include "tools/program.h"
 #include "tools/progress.h"
+#include "tools/records/json_events.h"
 #include "tools/records/json_text.h"
 #include "tools/records/object_json.h"
 #include "tools/records/object_tree.h"
 #include "tools/records/payload.h"
+#include "tools/shown_text.h"
 #include "tools/store/store_writer.h"
 #include "tools/store/stored_records.h"
 
 namespace {
 
-constexpr size_t shownText = 40;  // bytes of a text in the list
+constexpr size_t shownText = 40;             // bytes of a text in the list
+constexpr size_t mostJsonBytes = 0x1000000;  // of a record with every blank that one can wish for
 
 struct ListRow {
   int id;
@@ -40,8 +45,7 @@ ListRow rowOf(int id, std::vector<BYTE> const & bytes)
 
 std::string shortened(std::string text)
 {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
+  text = Visible(text);
   if (text.size() <= shownText) return text;
   size_t end = shownText;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
@@ -72,19 +76,28 @@ void printRowsAsJson(std::vector<ListRow> const & rows)
     if (!row.className.empty()) entry["class"] = row.className;
     if (!row.text.empty()) entry["text"] = row.text;
   }
-  Print(json.dump(2) + "\n");
+  Print(VisibleJson(json.dump(2)) + "\n");
+}
+
+std::vector<BYTE> readJsonRecord(InputFile & input, std::string const & file)
+{
+  try {
+    std::istringstream text(input.ReadAll(mostJsonBytes, "a record told in JSON"));
+    return RecordFromJson(ReadJson(text));
+  } catch (Failure const & failure) {
+    throw Failure(fmt::format("{}: {}; zp store show --json prints the form", ShownName(file), failure.what()));
+  }
 }
 
 std::vector<BYTE> readRecord(std::string const & file, bool json)
 {
-  std::string const input = ReadWholeFile(file);
-  std::vector<BYTE> bytes(input.begin(), input.end());
-  try {
-    if (json) bytes = RecordFromJson(Json::parse(input));
-  } catch (Json::exception const & error) {
-    throw Failure(fmt::format("{}: is no JSON: {}", ShownName(file), error.what()));
-  } catch (Failure const & failure) {
-    throw Failure(fmt::format("{}: {}; zp store show --json prints the form", ShownName(file), failure.what()));
+  InputFile input(file);
+  std::vector<BYTE> bytes;
+  if (json) {
+    bytes = readJsonRecord(input, file);
+  } else {
+    std::string const raw = input.ReadAll(zp::maxRecordLength, "a record");
+    bytes.assign(raw.begin(), raw.end());
   }
   if (!bytes.empty() && bytes.size() <= zp::maxRecordLength) return bytes;
   throw Failure(
@@ -113,22 +126,27 @@ struct ListCommand : StoreArguments {
   static constexpr char const * name = "list";
   static constexpr char const * help = "List the records: id, bytes, class, first text";
 
+  void AddOptions(CLI::App & command)
+  {
+    StoreArguments::AddOptions(command);
+    command.add_flag("--skip", skip, "End with 0 although records can't be read");
+  }
+
   ExitStatus Run() const
   {
     StoredRecords const records(GetNames());
     std::vector<ListRow> rows;
-    Progress progress("reading", records.GetIDs().size());
-    for (int const each : records.GetIDs()) {
-      rows.push_back(rowOf(each, records.Load(each)));
-      progress.Reach(rows.size());
-    }
+    size_t const left =
+        records.ForEach("reading", [&](int id, std::vector<BYTE> const & bytes) { rows.push_back(rowOf(id, bytes)); });
     if (json) {
       printRowsAsJson(rows);
     } else {
       printRows(rows);
     }
-    return exitDone;
+    return EndOfReading(records, left, skip);
   }
+
+  bool skip = false;
 };
 
 struct ShowCommand : RecordArguments {

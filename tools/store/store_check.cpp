@@ -21,7 +21,7 @@ class Checker {
  public:
   explicit Checker(OpenStore & store) : m_Names(store.GetNames()), m_File(store.GetRecordFile()), m_Index(store.GetIndex()) {}
 
-  CheckReport Run()
+  CheckReport Run(CheckDepth depth)
   {
     m_Report.survey = SurveyRecordFile(m_File, m_Index);
     bool const sound = m_Index.state == StoreIndex::Sound;
@@ -31,7 +31,7 @@ class Checker {
       TellIndex();
     CheckChain();
     if (sound) CompareTables();
-    CheckObjects();
+    if (depth == CheckDepth::Objects) CheckObjects();
     std::stable_sort(m_Report.faults.begin(), m_Report.faults.end(), [this](StoreFault const & a, StoreFault const & b) {
       bool const aInIndex = a.file == m_Names.index;
       bool const bInIndex = b.file == m_Names.index;
@@ -68,7 +68,10 @@ class Checker {
       else if (entry.id < former)
         IndexFault("record {}: listed behind record {}", entry.id, former);
       former = std::max(former, entry.id);
-      if (!places.insert(entry.position).second) {
+      if (!entry.HasPlace()) {
+        m_Report.notes.push_back(
+            fmt::format("{}: record {}: has no place, for its bytes never reached {}", m_Names.index, entry.id, m_Names.record));
+      } else if (!places.insert(entry.position).second) {
         IndexFault("record {}: the place {} is named twice", entry.id, entry.position);
       }
     }
@@ -142,6 +145,7 @@ class Checker {
   {
     std::set<unsigned long long> known;
     for (LiveEntry const & entry : m_Index.live) {
+      if (!entry.HasPlace()) continue;
       known.insert(entry.position);
       CompareLive(entry);
     }
@@ -212,7 +216,17 @@ class Checker {
 
 }  // namespace
 
-CheckReport CheckStore(OpenStore & store)
+CheckReport CheckStore(OpenStore & store, CheckDepth depth)
 {
-  return Checker(store).Run();
+  return Checker(store).Run(depth);
+}
+
+void RequireSound(CheckReport const & report)
+{
+  if (report.faults.empty()) return;
+  StoreFault const & first = report.faults.front();
+  throw Failure(
+      fmt::format("{}: {}; nothing was changed: see zp store check, and zp store recover --to NEW --leave-suspect for a "
+                  "sound copy",
+                  first.file, first.text));
 }

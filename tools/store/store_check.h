@@ -21,5 +21,13 @@ struct CheckReport {
   size_t freeBlocks = 0;
 };
 
+enum class CheckDepth {
+  Blocks,  // both files and each against the other
+  Objects  // what the records hold as well
+};
+
 // Changes neither file.
-CheckReport CheckStore(OpenStore & store);
+CheckReport CheckStore(OpenStore & store, CheckDepth depth = CheckDepth::Objects);
+
+// Raises Failure with the first fault, if there is one.
+void RequireSound(CheckReport const & report);

@@ -11,6 +11,7 @@
 #include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
+#include "tools/store/store_check.h"
 
 namespace {
 
@@ -25,21 +26,17 @@ std::filesystem::file_time_type writeTimeOf(std::string const & file)
   return std::filesystem::last_write_time(file, ignored);
 }
 
-// A look at the index in the middle of another program's change would tell nothing.
-void waitForReading(CFile & file, std::string const & record)
+size_t hashOf(std::span<BYTE const> bytes)
 {
-  CString const path = FromHostPath(record);
-  auto const end = Clock::now() + lockPatience;
-  while (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite) && Clock::now() < end) std::this_thread::sleep_for(lockPause);
+  return std::hash<std::string_view>()({reinterpret_cast<char const *>(bytes.data()), bytes.size()});
 }
 
 }  // namespace
 
-StoreWriter::StoreWriter(StoreNames const & names, StoreAccess access) : m_Store(names, access)
+StoreWriter::StoreWriter(StoreNames const & names, StoreAccess access)
+    : m_Store(names, access), m_Backup(names, m_Store.TakeSurvey())
 {
-  if (!m_Store.GetEndedExchange().empty()) {
-    fmt::print(stderr, "zp: {}: {}\n", names.record, m_Store.GetEndedExchange());
-  }
+  if (!m_Store.GetEndedExchange().empty()) Tell(fmt::format("{}: {}", names.record, m_Store.GetEndedExchange()));
 }
 
 void StoreWriter::SetHeader(std::unique_ptr<CObject> header)
@@ -50,7 +47,7 @@ void StoreWriter::SetHeader(std::unique_ptr<CObject> header)
 
 // The store takes the record file's lock with its first change. Others can hold it then: those who find out that the store is in
 // use, for a moment, and readers, who see the old state. So the first change waits for them.
-bool StoreWriter::Change(std::function<bool()> const & step)
+bool StoreWriter::Apply(std::function<bool()> const & step)
 {
   bool wasTried = false;
   for (auto const end = Clock::now() + lockPatience; !m_bLocked; std::this_thread::sleep_for(lockPause)) {
@@ -67,54 +64,77 @@ bool StoreWriter::Change(std::function<bool()> const & step)
   return step();
 }
 
-// The store doesn't tell of a write that failed, so the record is read back.
+// The store doesn't tell of every write that failed, so the record is read back.
 void StoreWriter::Store(int id, std::span<BYTE const> bytes)
 {
+  m_Backup.Keep(id);
   GPDataFile & tables = m_Store.GetTables();
   auto const length = static_cast<unsigned int>(bytes.size());
   std::vector<BYTE> stored(bytes.size());
-  bool const isStored = Change([&] { return tables.StoreRec(bytes.data(), length, id) != 0; }) &&
+  bool const isStored = Apply([&] { return tables.StoreRec(bytes.data(), length, id) != 0; }) &&
                         tables.LoadRec(stored.data(), length, id) == length &&
                         std::equal(bytes.begin(), bytes.end(), stored.begin());
-  if (!isStored) {
-    throw Failure(
-        fmt::format("{}: record {} of {} bytes can't be stored; a record has 1 to 65535 bytes in a file that can be "
-                    "written: check room and permissions, then zp store check",
-                    m_Store.GetNames().record, id, bytes.size()));
-  }
-  m_NewLengths[id] = bytes.size();
+  if (!isStored) Undo(fmt::format("record {} of {} can't be stored", id, Counted(bytes.size(), "byte")), bytes.size());
+  m_Changes[id] = {bytes.size(), hashOf(bytes)};
 }
 
 void StoreWriter::Delete(int id)
 {
-  if (!Change([&] { return m_Store.GetTables().DeleteRec(id) != 0; })) {
-    throw Failure(fmt::format("{}: record {} can't be deleted; look with zp store check", m_Store.GetNames().record, id));
-  }
-  m_NewLengths[id] = 0;
+  m_Backup.Keep(id);
+  if (!Apply([&] { return m_Store.GetTables().DeleteRec(id) != 0; })) Undo(fmt::format("record {} can't be deleted", id), 0);
+  m_Changes[id] = {0, 0};
 }
 
-// By what was changed here: the next program may have the store by the time that the index is looked at.
-bool StoreWriter::HasChanges(StoreIndex const & index) const
+void StoreWriter::Undo(std::string const & what, size_t bytes)
 {
-  std::map<int, size_t> lengths;
-  for (LiveEntry const & entry : index.live) lengths.emplace(entry.id, entry.length);
-  return std::all_of(m_NewLengths.begin(), m_NewLengths.end(), [&](auto const & change) {
-    auto const found = lengths.find(change.first);
-    return (found != lengths.end() ? found->second : 0) == change.second;
+  m_Store.Close();
+  m_Backup.NoteClosed();
+  std::string why;
+  bool const isRestored = m_Backup.Restore(bytes + zp::BlockHeader::byteCount, why);
+  throw Failure(fmt::format("{}: {}: {}; {}", m_Store.GetNames().record, what,
+                            why.empty() ? "a write failed or didn't last" : why,
+                            isRestored ? "the store is as it was" : "and it can't be undone: look with zp store check"));
+}
+
+// Whether the index has what was changed here, and the blocks hold it.
+bool StoreWriter::IsChanged(OpenStore & store) const
+{
+  std::map<int, LiveEntry> entries;
+  for (LiveEntry const & entry : store.GetIndex().live) entries.emplace(entry.id, entry);
+  return std::all_of(m_Changes.begin(), m_Changes.end(), [&](auto const & each) {
+    auto const & [id, change] = each;
+    auto const found = entries.find(id);
+    if (found == entries.end() || change.length == 0) return found == entries.end() && change.length == 0;
+    auto const length = static_cast<WORD>(found->second.length);
+    zp::RecordBlock const block = {{static_cast<WORD>(id), false, length, length}, found->second.position};
+    return length == change.length && hashOf(ReadPayload(store.GetRecordFile(), block)) == change.hash;
   });
 }
 
-// The next program may have changed the same records by the time that the index is looked at: then it is sound, and has been
-// written since.
-void StoreWriter::Close()
+// The next program may have been let in meanwhile: it has looked at the store itself, and may have changed the same records.
+std::string StoreWriter::FaultOnDisk()
 {
   StoreNames const & names = m_Store.GetNames();
-  auto const formerTime = writeTimeOf(names.index);
   m_Store.Close();
-  if (m_NewLengths.empty()) return;
-  CFile reading;
-  waitForReading(reading, names.record);
-  StoreIndex const index = ReadIndex(names.index);
-  if (index.state == StoreIndex::Sound && (HasChanges(index) || writeTimeOf(names.index) != formerTime)) return;
-  throw Failure(fmt::format("{}: the index can't be written; make room, then rebuild it with zp store recover", names.index));
+  auto const written = writeTimeOf(names.index);
+  for (auto const end = Clock::now() + lockPatience; Clock::now() < end; std::this_thread::sleep_for(lockPause)) {
+    try {
+      OpenStore store(names, StoreAccess::Look);
+      CheckReport const report = CheckStore(store, CheckDepth::Blocks);
+      if (!report.faults.empty()) return report.faults.front().text;
+      if (IsChanged(store) || writeTimeOf(names.index) != written) return "";
+    } catch (Failure const &) {
+      continue;
+    }
+    throw Failure(fmt::format("{}: what was stored isn't there: look with zp store check", names.record));
+  }
+  return "";
+}
+
+void StoreWriter::Close()
+{
+  if (m_Changes.empty()) return m_Store.Close();
+  size_t most = 0;
+  for (auto const & [id, change] : m_Changes) most = std::max(most, change.length);
+  if (std::string const fault = FaultOnDisk(); !fault.empty()) Undo(fault, most);
 }

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "tools/store/open_store.h"
+#include "tools/store/store_backup.h"
 
 class StoreWriter {
  public:
@@ -18,18 +19,26 @@ class StoreWriter {
 
   void SetHeader(std::unique_ptr<CObject> header);
 
-  // Raise Failure for a write that didn't reach the file.
+  // Raise Failure for a write that didn't reach the file, when everything since the begin has been undone.
   void Store(int id, std::span<BYTE const> bytes);
   void Delete(int id);
 
-  // Writes the index. Raises Failure if it didn't reach the file.
+  // Writes the index, and looks whether both files hold what they should. Raises Failure if not, as above.
   void Close();
 
  private:
-  bool Change(std::function<bool()> const & step);
-  bool HasChanges(StoreIndex const & index) const;
+  struct Change {
+    size_t length;  // 0 for a deleted record
+    size_t hash;
+  };
+
+  bool Apply(std::function<bool()> const & step);
+  std::string FaultOnDisk();
+  bool IsChanged(OpenStore & store) const;
+  [[noreturn]] void Undo(std::string const & what, size_t bytes);
 
   OpenStore m_Store;
-  bool m_bLocked = false;              // whether the store has locked the record file
-  std::map<int, size_t> m_NewLengths;  // of the changed records, 0 for a deleted one
+  StoreBackup m_Backup;
+  bool m_bLocked = false;           // whether the store has locked the record file
+  std::map<int, Change> m_Changes;  // by id
 };

@@ -2,11 +2,10 @@
 
 #include "tools/store/stored_records.h"
 
-#include <cstdio>
-
 #include <fmt/format.h>
 
 #include "tools/program.h"
+#include "tools/progress.h"
 #include "tools/store/block_survey.h"
 
 StoredRecords::StoredRecords(StoreNames const & names) : m_Store(names, StoreAccess::Look)
@@ -32,17 +31,34 @@ void StoredRecords::FindByIndex()
   }
 }
 
+// What is on the chain from the begin outranks what was found behind a break.
 void StoredRecords::FindByHeaders()
 {
   StoreIndex const & index = m_Store.GetIndex();
   std::string const why = index.state == StoreIndex::Missing ? "the index file is empty" : index.problem;
-  fmt::print(stderr, "zp: {}: {}; the records are those of the block headers\n", m_Store.GetNames().index, why);
+  Tell(fmt::format("{}: {}; the records are those of the block headers", m_Store.GetNames().index, why));
   m_bHasHeader = index.isHeaderRead;
   m_bByIndex = false;
-  for (SurveyBlock const & at : SurveyRecordFile(m_Store.GetRecordFile(), index).blocks) {
-    if (!at.block.isFree && at.fits) m_Blocks.try_emplace(at.block.id, at.block);
+  m_bIndexLost = index.state != StoreIndex::UnknownClass;
+  Survey const survey = SurveyRecordFile(m_Store.GetRecordFile(), index);
+  for (bool const isTrusted : {true, false}) {
+    for (SurveyBlock const & at : survey.blocks) {
+      if (!at.block.isFree && at.fits && at.isTrusted == isTrusted) m_Blocks.try_emplace(at.block.id, at.block);
+    }
   }
 }
+
+namespace {
+
+std::string whyNot(zp::BlockHeader const & wanted, zp::BlockHeader const & found)
+{
+  if (found.isFree) return "the block there is free";
+  if (found.id != wanted.id) return fmt::format("the block there is record {}", found.id);
+  if (found.length != wanted.length) return fmt::format("the block there has {}", Counted(found.length, "byte"));
+  return found.capacity < found.length ? "the block there is too small for it" : "";
+}
+
+}  // namespace
 
 std::vector<BYTE> StoredRecords::Load(int id) const
 {
@@ -51,10 +67,41 @@ std::vector<BYTE> StoredRecords::Load(int id) const
   if (found == m_Blocks.end()) {
     throw Failure(fmt::format("{}: there is no record {}; see zp store list", m_bByIndex ? names.index : names.record, id));
   }
-  std::vector<BYTE> bytes = ReadPayload(m_Store.GetRecordFile(), found->second);
-  if (m_bByIndex && bytes.size() != found->second.length) {
-    throw Failure(
-        fmt::format("{}: record {} of {} bytes can't be read; look with zp store check", names.record, id, found->second.length));
-  }
+  zp::RecordBlock const & wanted = found->second;
+  constexpr size_t headerBytes = zp::BlockHeader::byteCount;
+  std::vector<BYTE> bytes(headerBytes + wanted.length);
+  bytes.resize(m_Store.GetRecordFile().ReadAt(wanted.position, bytes.data(), static_cast<UINT>(bytes.size())));
+  std::string problem;
+  if (wanted.position == LiveEntry::noPlace)
+    problem = "its bytes never reached the file; store it again or delete it";
+  else if (bytes.size() < headerBytes + wanted.length)
+    problem = fmt::format("the file ends before its {} do; look with zp store check", Counted(wanted.length, "byte"));
+  else if (std::string const why = whyNot(wanted, zp::BlockHeader::Read(bytes.data())); m_bByIndex && !why.empty())
+    problem = fmt::format("the index has it at {}, but {}; look with zp store check", wanted.position, why);
+  if (!problem.empty()) throw Failure(fmt::format("{}: record {}: {}", names.record, id, problem));
+  bytes.erase(bytes.begin(), bytes.begin() + headerBytes);
   return bytes;
+}
+
+size_t StoredRecords::ForEach(char const * label, std::function<void(int id, std::vector<BYTE> const & bytes)> const & use) const
+{
+  Progress progress(label, m_IDs.size());
+  size_t done = 0;
+  size_t left = 0;
+  for (int const id : m_IDs) {
+    try {
+      use(id, Load(id));
+    } catch (Failure const & failure) {
+      Tell(failure.what());
+      ++left;
+    }
+    progress.Reach(++done);
+  }
+  return left;
+}
+
+ExitStatus EndOfReading(StoredRecords const & records, size_t left, bool skip)
+{
+  if (left > 0) Tell(fmt::format("{}: {} left out", records.GetNames().record, Counted(left, "record")));
+  return skip || (left == 0 && !records.IsIndexLost()) ? exitDone : exitWanting;
 }

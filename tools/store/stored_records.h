@@ -1,9 +1,11 @@
 // The records of a store for commands that only read: by the index, or by the block headers when the index can't be read here.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <vector>
 
+#include "tools/program.h"
 #include "tools/store/open_store.h"
 
 class StoredRecords {
@@ -12,7 +14,18 @@ class StoredRecords {
   explicit StoredRecords(StoreNames const & names);
 
   std::vector<int> const & GetIDs() const { return m_IDs; }  // ascending
+
+  // Raises Failure for bytes that aren't all there, and for a block that isn't the record which the index has in it.
   std::vector<BYTE> Load(int id) const;
+
+  // Gives use each record. One that can't be read, or for which use raises Failure, is told on standard error and left out; the
+  // result is how many.
+  size_t ForEach(char const * label, std::function<void(int id, std::vector<BYTE> const & bytes)> const & use) const;
+
+  StoreNames const & GetNames() const { return m_Store.GetNames(); }
+
+  // Whether the index had to be done without because it is damaged or lost.
+  bool IsIndexLost() const { return m_bIndexLost; }
 
   // The store's header object, or null; false if it can't be read.
   bool HasHeader() const { return m_bHasHeader; }
@@ -27,4 +40,9 @@ class StoredRecords {
   std::vector<int> m_IDs;
   bool m_bHasHeader = true;
   bool m_bByIndex = true;
+  bool m_bIndexLost = false;
 };
+
+// The end of a command that gave ForEach's use every record, of which some were left out: their count is told. They, and an index
+// that is lost, are no failure with skip.
+ExitStatus EndOfReading(StoredRecords const & records, size_t left, bool skip);

@@ -3,17 +3,23 @@
 #include "tools/store/store_arguments.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
+#include <unordered_map>
 
 #include <fmt/format.h>
 
+#include "tools/input_file.h"
 #include "tools/output_file.h"
 #include "tools/program.h"
 #include "tools/progress.h"
 #include "tools/records/components.h"
+#include "tools/records/json_events.h"
 #include "tools/records/json_text.h"
 #include "tools/records/json_values.h"
 #include "tools/records/payload.h"
+#include "tools/store/store_check.h"
+#include "tools/store/store_copy.h"
 #include "tools/store/store_writer.h"
 #include "tools/store/stored_records.h"
 
@@ -55,57 +61,118 @@ std::unique_ptr<CObject> readHeader(Json const & json)
   return std::move(payload.object);
 }
 
-void readJson(Incoming & incoming, Json const & json)
+void requireFormat(Json const & json)
 {
   if (TextMember(json, "format") != formatName) throw Failure(fmt::format("\"format\" must be \"{}\"", formatName));
   IntegerMember(json, "version", formatVersion, formatVersion);
+}
+
+Incoming readJson(std::istream & input)
+{
+  Incoming incoming;
+  Json const json = ReadJson(input, "records", [&](Json const & rest, Json const & record) {
+    if (incoming.records.empty() && rest.contains("format")) requireFormat(rest);
+    readJsonRecord(incoming, record);
+  });
+  requireFormat(json);
+  ArrayMember(json, "records");
   if (json.contains("header")) {
     incoming.header = readHeader(json["header"]);
     incoming.hasHeader = true;
   }
-  Json const & records = ArrayMember(json, "records");
-  for (Json const & record : records) readJsonRecord(incoming, record);
   auto & all = incoming.records;
   std::sort(all.begin(), all.end());
   auto const twice =
       std::adjacent_find(all.begin(), all.end(), [](auto const & a, auto const & b) { return a.first == b.first; });
   if (twice != all.end()) throw Failure(fmt::format("record {}: stands twice", twice->first));
-}
-
-Incoming parseJson(std::string const & text, std::string const & name)
-{
-  Incoming incoming;
-  try {
-    readJson(incoming, Json::parse(text));
-  } catch (Json::exception const & error) {
-    throw Failure(fmt::format("{}: is no JSON: {}", name, error.what()));
-  } catch (Failure const & failure) {
-    throw Failure(fmt::format("{}: {}; nothing was stored", name, failure.what()));
-  }
   return incoming;
 }
 
-Incoming parseTable(std::string const & text, std::string const & name)
+Incoming readTable(std::istream & input, std::string const & name)
 {
   Incoming incoming;
-  for (Component const & component : ReadComponents(ReadCsv(text, name), name)) {
+  ReadComponents(input, name, [&](Component const & component) {
     std::vector<BYTE> bytes = EncodeObject(component.data);
-    try {
-      requireLength(bytes);
-    } catch (Failure const & failure) {
-      throw Failure(fmt::format("{}: record {}: {}; nothing was stored", name, component.id, failure.what()));
-    }
+    requireLength(bytes);
     incoming.records.emplace_back(component.id, std::move(bytes));
-  }
+  });
   return incoming;
 }
 
+// An object's bracket begins JSON, and nothing else does.
 Incoming readIncoming(std::string const & file)
 {
-  std::string const text = ReadWholeFile(file);
-  size_t const first = text.find_first_not_of(" \t\r\n");
-  bool const isJson = first != std::string::npos && text[first] == '{';
-  return isJson ? parseJson(text, ShownName(file)) : parseTable(text, ShownName(file));
+  InputFile input(file);
+  std::istream & stream = input.GetStream();
+  for (int c = stream.peek(); c == ' ' || c == '\t' || c == '\r' || c == '\n'; c = stream.peek()) stream.get();
+  bool const isJson = stream.peek() == '{';
+  if (stream.eof()) stream.clear();
+  Incoming incoming;
+  try {
+    incoming = isJson ? readJson(stream) : readTable(stream, ShownName(file));
+  } catch (Failure const & failure) {
+    if (!isJson) throw;
+    throw Failure(fmt::format("{}: {}; nothing was stored", ShownName(file), failure.what()));
+  }
+  input.RequireRead();
+  return incoming;
+}
+
+struct Stored {
+  size_t count = 0;
+  size_t replaced = 0;
+  bool isWhole = true;
+};
+
+Stored storeAnew(StoreNames const & names, Incoming & incoming)
+{
+  Stored stored;
+  StoreWriter writer(names, StoreAccess::Create);
+  if (writer.IsNew() && incoming.hasHeader) writer.SetHeader(std::move(incoming.header));
+  stored.isWhole = ForEachStep("storing", incoming.records.size(), [&](size_t i) {
+    auto const & [id, bytes] = incoming.records[i];
+    stored.replaced += writer.Has(id) ? 1U : 0U;
+    writer.Store(id, bytes);
+    ++stored.count;
+  });
+  writer.Close();
+  return stored;
+}
+
+// All of them or none: in a copy, which takes the store's place.
+Stored storeBeside(StoreNames const & names, Incoming const & incoming)
+{
+  OpenStore store(names, StoreAccess::Replace);
+  if (!store.GetEndedExchange().empty()) Tell(fmt::format("{}: {}", names.record, store.GetEndedExchange()));
+  store.RequireUsableIndex();
+  CheckReport const report = CheckStore(store, CheckDepth::Blocks);
+  RequireSound(report);
+  Stored stored;
+  StoreCopy copy(store, report);
+  std::unordered_map<int, std::vector<BYTE> const *> given;
+  copy.Change([&](GPDataFile & tables) {
+    ForEachStep("storing", incoming.records.size(), [&](size_t i) {
+      auto const & [id, bytes] = incoming.records[i];
+      stored.replaced += tables.GetRecLength(id) > 0 ? 1U : 0U;
+      given[id] = &bytes;
+      tables.StoreRec(bytes.data(), static_cast<unsigned int>(bytes.size()), id);
+      ++stored.count;
+    });
+    if (InterruptGuard::IsInterrupted()) throw Interrupted();
+  });
+  copy.Check(report.records + stored.count - stored.replaced, [&](int id) {
+    auto const found = given.find(id);
+    return found != given.end() ? found->second : nullptr;
+  });
+  copy.PutInPlace();
+  return stored;
+}
+
+bool isThere(StoreNames const & names)
+{
+  std::error_code error;
+  auto const bytes = std::filesystem::file_size(names.record, error);
+  return !error && bytes > 0;
 }
 
 void printStored(bool json, StoreNames const & names, size_t stored, size_t replaced)
@@ -134,20 +201,14 @@ struct ImportCommand : StoreArguments {
                                 ShownName(file)));
     }
     InterruptGuard const guard;
-    StoreWriter writer(names, StoreAccess::Create);
-    if (writer.IsNew() && incoming.hasHeader) writer.SetHeader(std::move(incoming.header));
-    size_t stored = 0;
-    size_t replaced = 0;
-    bool const isWhole = ForEachStep("storing", incoming.records.size(), [&](size_t i) {
-      auto const & [id, bytes] = incoming.records[i];
-      bool const exists = writer.Has(id);
-      writer.Store(id, bytes);
-      replaced += exists ? 1 : 0;
-      ++stored;
-    });
-    writer.Close();
-    printStored(json, names, stored, replaced);
-    return isWhole ? exitDone : exitInterrupted;
+    try {
+      Stored const stored =
+          isThere(names) && !incoming.records.empty() ? storeBeside(names, incoming) : storeAnew(names, incoming);
+      printStored(json, names, stored.count, stored.replaced);
+      return stored.isWhole ? exitDone : exitInterrupted;
+    } catch (Interrupted const &) {
+      return exitInterrupted;
+    }
   }
 
   std::string file;
@@ -155,7 +216,8 @@ struct ImportCommand : StoreArguments {
 
 using Pass = std::function<void(std::string_view)>;
 
-void exportJson(StoredRecords & source, Pass const & pass)
+// The result is how many records were left out.
+size_t exportJson(StoredRecords & source, Pass const & pass)
 {
   constexpr size_t step = 1;
   JsonIndenter indenter(step, pass);
@@ -165,30 +227,27 @@ void exportJson(StoredRecords & source, Pass const & pass)
     indenter.Write(",\"header\":" + (header != nullptr ? RecordToJson(EncodeObject(*header)) : "null"));
   }
   indenter.Write(",\"records\":[");
-  Progress progress("exporting", source.GetIDs().size());
-  size_t done = 0;
-  for (int const id : source.GetIDs()) {
-    if (done > 0) indenter.Write(",");
-    indenter.Write(RecordToJson(source.Load(id), id));
-    progress.Reach(++done);
-  }
+  bool isFirst = true;
+  size_t const left = source.ForEach("exporting", [&](int id, std::vector<BYTE> const & bytes) {
+    if (!isFirst) indenter.Write(",");
+    isFirst = false;
+    indenter.Write(RecordToJson(bytes, id));
+  });
   indenter.Write("]}");
   indenter.Finish();
+  return left;
 }
 
-void exportTable(StoredRecords & source, StoreNames const & names, Pass const & pass)
+size_t exportTable(StoredRecords const & source, StoreNames const & names, Pass const & pass)
 {
   ComponentTable table;
-  Progress progress("exporting", source.GetIDs().size());
-  size_t done = 0;
-  for (int const id : source.GetIDs()) {
-    if (!table.Add(id, source.Load(id))) {
-      throw Failure(fmt::format("{}: record {} is no component that a table can tell; export with --json", names.record, id));
-    }
-    progress.Reach(++done);
-  }
+  size_t const left = source.ForEach("exporting", [&](int id, std::vector<BYTE> const & bytes) {
+    if (table.Add(id, bytes)) return;
+    throw Failure(fmt::format("{}: record {} is no component that a table can tell; export with --json", names.record, id));
+  });
   pass(CsvLine(table.GetHead()));
   table.ForEachRow([&](std::vector<std::string_view> const & fields) { pass(CsvLine(fields)); });
+  return left;
 }
 
 struct ExportCommand : StoreArguments {
@@ -199,6 +258,7 @@ struct ExportCommand : StoreArguments {
   {
     StoreArguments::AddOptions(command);
     command.add_option("file", file, "File to write, - for standard output");
+    command.add_flag("--skip", skip, "End with 0 although records were left out");
   }
 
   ExitStatus Run() const
@@ -208,15 +268,13 @@ struct ExportCommand : StoreArguments {
     StoredRecords records(names);
     OutputFile output(file);
     auto const pass = [&](std::string_view piece) { output.Write(piece); };
-    if (json)
-      exportJson(records, pass);
-    else
-      exportTable(records, names, pass);
+    size_t const left = json ? exportJson(records, pass) : exportTable(records, names, pass);
     output.Commit();
-    return exitDone;
+    return EndOfReading(records, left, skip);
   }
 
   std::string file = "-";
+  bool skip = false;
 };
 
 }  // namespace

@@ -1,0 +1,120 @@
+// Keeping and putting back. Only blocks of the records that are changed, and free ones, are ever written over: of the former the
+// bytes are kept, of the latter the headers are all that counts.
+
+#include "tools/store/store_backup.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include <zpbase/platform/exceptions.h>
+#include <zpbase/platform/paths.h>
+
+#include "tools/program.h"
+
+namespace {
+
+constexpr unsigned int headerBytes = zp::BlockHeader::byteCount;
+constexpr auto patience = std::chrono::seconds(2);
+constexpr auto pause = std::chrono::milliseconds(2);
+
+bool openForRepair(CFile & file, std::string const & name)
+{
+  auto const end = std::chrono::steady_clock::now() + patience;
+  while (!file.Open(FromHostPath(name), CFile::modeReadWrite | CFile::shareDenyWrite)) {
+    if (std::chrono::steady_clock::now() >= end) return false;
+    std::this_thread::sleep_for(pause);
+  }
+  return true;
+}
+
+// What is tried stands behind the file's end, where nothing else does.
+std::string whyNoRoom(CFile & file, size_t count)
+{
+  ULONGLONG const length = file.GetLength();
+  std::string why;
+  try {
+    std::vector<BYTE> const bytes(count);
+    file.WriteAt(length, bytes.data(), static_cast<UINT>(count));
+  } catch (CException * caught) {
+    zp::ExceptionGuard const guard(caught);
+    why = Describe(*caught);
+  }
+  file.SetLength(length);
+  return why;
+}
+
+}  // namespace
+
+StoreBackup::StoreBackup(StoreNames const & names, Survey survey) : m_Names(names), m_Before(std::move(survey))
+{
+  if (FileExists(names.index)) m_Index = ReadWholeFile(names.index);
+  for (size_t i = 0; i < m_Before.blocks.size(); ++i) {
+    zp::RecordBlock const & block = m_Before.blocks[i].block;
+    if (!block.isFree) m_Blocks.emplace(block.id, i);
+  }
+}
+
+void StoreBackup::Keep(int id)
+{
+  auto const found = m_Blocks.find(id);
+  if (found == m_Blocks.end() || m_Payloads.contains(found->second)) return;
+  CFile file;
+  CFileException problem;
+  if (!file.Open(FromHostPath(m_Names.record), CFile::modeRead | CFile::shareDenyNone, &problem)) {
+    FailOpening(m_Names.record, "record file", problem);
+  }
+  m_Payloads.emplace(found->second, ReadPayload(file, m_Before.blocks[found->second].block));
+}
+
+StoreBackup::Times StoreBackup::WriteTimes() const
+{
+  std::error_code ignored;
+  return {std::filesystem::last_write_time(m_Names.record, ignored), std::filesystem::last_write_time(m_Names.index, ignored)};
+}
+
+void StoreBackup::NoteClosed()
+{
+  m_Closed = WriteTimes();
+}
+
+void StoreBackup::RestoreBlocks(CFile & file) const
+{
+  if (file.GetLength() != m_Before.fileLength) file.SetLength(m_Before.fileLength);
+  for (size_t i = 0; i < m_Before.blocks.size(); ++i) {
+    zp::RecordBlock const & block = m_Before.blocks[i].block;
+    BYTE former[headerBytes];
+    BYTE now[headerBytes];
+    block.Write(former);
+    bool const isThere =
+        file.ReadAt(block.position, now, headerBytes) == headerBytes && std::equal(now, now + headerBytes, former);
+    if (!isThere) file.WriteAt(block.position, former, headerBytes);
+    auto const kept = m_Payloads.find(i);
+    if (kept == m_Payloads.end()) continue;
+    file.WriteAt(block.position + headerBytes, kept->second.data(), static_cast<UINT>(kept->second.size()));
+  }
+}
+
+// In its place: on a full disk there is no room for a second one beside it.
+void StoreBackup::RestoreIndex(CFile & file) const
+{
+  if (!m_Index.empty()) file.WriteAt(0, m_Index.data(), static_cast<UINT>(m_Index.size()));
+  file.SetLength(m_Index.size());
+}
+
+bool StoreBackup::Restore(size_t count, std::string & why) const
+{
+  try {
+    CFile record;
+    CFile index;
+    if (!openForRepair(record, m_Names.record) || !openForRepair(index, m_Names.index) || WriteTimes() != m_Closed) return false;
+    why = whyNoRoom(record, count);
+    RestoreBlocks(record);
+    if (why.empty()) why = whyNoRoom(index, m_Index.size() + count);
+    RestoreIndex(index);
+    return true;
+  } catch (CException * caught) {
+    zp::ExceptionGuard const guard(caught);
+    return false;
+  }
+}
