@@ -61,6 +61,11 @@ void Print(std::string_view text)
   std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
+void PrintShown(std::string_view lines)
+{
+  Print(VisibleLines(lines));
+}
+
 void Tell(std::string_view line)
 {
   std::fflush(stdout);

@@ -39,6 +39,10 @@ class InterruptGuard {
 // Writes to standard output; a failure is noticed by FlushOutput, which raises it.
 // On a terminal control characters are shown instead of obeyed.
 void Print(std::string_view text);
+
+// What people read, in lines: control characters of the names and texts in it are shown.
+void PrintShown(std::string_view lines);
+
 void FlushOutput();
 
 // One line of the program's own on standard error, with whatever names in it.

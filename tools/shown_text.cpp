@@ -65,7 +65,7 @@ std::string Visible(std::string_view utf8)
 
 std::string VisibleLines(std::string_view utf8)
 {
-  return replaced(utf8, "\n\t", appendBytes);
+  return replaced(utf8, "\n\t\f", appendBytes);
 }
 
 void AppendJsonControl(std::string & json, std::string_view control)

@@ -14,7 +14,7 @@ size_t ControlBytes(std::string_view utf8);
 // For people: each control character as \xNN.
 std::string Visible(std::string_view utf8);
 
-// For a terminal: line ends and tabs stay.
+// For a terminal: the ends of lines and pages stay, and tabs.
 std::string VisibleLines(std::string_view utf8);
 
 // The escape that JSON has for it.

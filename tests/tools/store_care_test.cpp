@@ -79,7 +79,7 @@ TEST_F(StoreTool, RecoverySavesWhatTheHeadersHoldIntoNewFiles)
 {
   StoreFour();
   std::filesystem::remove(m_Folder.Path() / "a.SI");
-  ProgramRun const dry = Zp("recover a");
+  ProgramRun const dry = Zp("recover a --list");
   EXPECT_EQ(dry.out,
             "kept     record     1  at         0      2 bytes\n"
             "kept     record     2  at         8      3 bytes\n"

@@ -6,6 +6,7 @@
 
 #include "tools/drawing/dxf_report.h"
 #include "tools/drawing/file_names.h"
+#include "tools/json_output.h"
 #include "tools/program.h"
 
 namespace {
@@ -14,7 +15,7 @@ void print(std::string const & file, DxfInspection const & inspection)
 {
   inspection.PrintProblems(file);
   std::string const verdict = inspection.IsSound() ? "sound" : Counted(inspection.GetProblemCount(), "fault");
-  Print(fmt::format("{}: {}, {}: {}\n", file, Counted(inspection.GetLines(), "line"), inspection.Counts(), verdict));
+  PrintShown(fmt::format("{}: {}, {}: {}\n", file, Counted(inspection.GetLines(), "line"), inspection.Counts(), verdict));
 }
 
 nlohmann::json asJson(std::string const & file, DxfInspection const & inspection)
@@ -47,5 +48,5 @@ void CheckDrawings(DxfOptions const & options, int & status)
     RefuseOverwriting({file}, {pictures.svg, pictures.png});
     DxfPictures(file, inspection.GetCover(), pictures).Write();
   }
-  if (options.json) Print(all.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
+  if (options.json) Print(DumpJson(all, 2) + "\n");
 }

@@ -13,6 +13,7 @@
 #include "tools/drawing/dxf_report.h"
 #include "tools/drawing/file_names.h"
 #include "tools/drawing/record_names.h"
+#include "tools/json_output.h"
 #include "tools/program.h"
 #include "tools/progress.h"
 
@@ -74,7 +75,7 @@ Result convert(DxfTask const & task, DxfOptions const & options)
 
 void tellNote(std::string const & file, std::string const & note)
 {
-  fmt::print(stderr, "zp: {}: {}\n", file, note);
+  Tell(fmt::format("{}: {}", file, note));
 }
 
 void tellNotes(Result const & result, bool stats)
@@ -97,13 +98,13 @@ void print(Result const & result, DxfOptions const & options)
 {
   Conversion const & conversion = result.conversion;
   if (result.task.output != "-")
-    Print(fmt::format("{}: {}, {}, height {}\n", result.task.output, Counted(conversion.records, "record"),
-                      Counted(result.bytes, "byte"), conversion.height));
+    PrintShown(fmt::format("{}: {}, {}, height {}\n", result.task.output, Counted(conversion.records, "record"),
+                           Counted(result.bytes, "byte"), conversion.height));
   if (!options.stats) return;
-  Print(fmt::format("  written: {}\n", result.inspection->Counts()));
+  PrintShown(fmt::format("  written: {}\n", result.inspection->Counts()));
   for (auto const & [function, count] : conversion.skipped) {
     bool const draws = metafile::FunctionOf(function).use == metafile::Use::Drawing;
-    Print(fmt::format("  skipped: {:>8}  {}{}\n", count, metafile::NameOf(function), draws ? ", which would draw" : ""));
+    PrintShown(fmt::format("  skipped: {:>8}  {}{}\n", count, metafile::NameOf(function), draws ? ", which would draw" : ""));
   }
   result.inspection->PrintProblems(result.task.output);
 }
@@ -152,11 +153,9 @@ class Batch {
   void PrintSummary() const
   {
     if (m_Options.json)
-      Print(Json{{"converted", m_nDone}, {"failed", m_nFailed}, {"files", m_Files}}.dump(2, ' ', false,
-                                                                                         Json::error_handler_t::replace) +
-            "\n");
+      Print(DumpJson(Json{{"converted", m_nDone}, {"failed", m_nFailed}, {"files", m_Files}}, 2) + "\n");
     else if (!m_Options.to.empty())
-      Print(fmt::format("{} converted, {} failed\n", m_nDone, m_nFailed));
+      PrintShown(fmt::format("{} converted, {} failed\n", m_nDone, m_nFailed));
   }
 
  private:
@@ -175,7 +174,7 @@ class Batch {
     }
     ++m_nFailed;
     std::fflush(stdout);
-    fmt::print(stderr, "zp: {}\n", problem);
+    Tell(fmt::format("{}", problem));
     if (m_Options.json) m_Files.push_back({{"input", task.input}, {"output", task.output}, {"failure", problem}});
   }
 

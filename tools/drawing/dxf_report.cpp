@@ -72,9 +72,10 @@ nlohmann::json DxfInspection::CountsAsJson() const
 void DxfInspection::PrintProblems(std::string const & name) const
 {
   DxfProblems const & problems = m_Reader.GetProblems();
-  for (DxfProblem const & problem : problems.GetKept()) Print(fmt::format("{}: line {}: {}\n", name, problem.line, problem.what));
+  for (DxfProblem const & problem : problems.GetKept())
+    PrintShown(fmt::format("{}: line {}: {}\n", name, problem.line, problem.what));
   if (problems.GetCount() > problems.GetKept().size())
-    Print(fmt::format("{}: and {} more\n", name, problems.GetCount() - problems.GetKept().size()));
+    PrintShown(fmt::format("{}: and {} more\n", name, problems.GetCount() - problems.GetKept().size()));
 }
 
 nlohmann::json DxfInspection::ProblemsAsJson() const

@@ -13,6 +13,7 @@
 #include <zpbase/platform/encoding.h>
 #include <nlohmann/json.hpp>
 
+#include "tools/json_output.h"
 #include "tools/program.h"
 #include "tools/settings/registration_entries.h"
 #include "tools/settings/settings_store.h"
@@ -102,10 +103,10 @@ void printSections(std::vector<zp::Setting> const & settings)
   CString section;
   for (size_t i = 0; i < settings.size(); ++i) {
     if (i == 0 || !(settings[i].section == section)) {
-      Print(fmt::format("[{}]\n", zp::TextToUtf8(settings[i].section.View())));
+      PrintShown(fmt::format("[{}]\n", zp::TextToUtf8(settings[i].section.View())));
     }
     section = settings[i].section;
-    Print(
+    PrintShown(
         fmt::format("{:<24} {:<8} {}\n", zp::TextToUtf8(settings[i].key.View()), typeName(settings[i]), shownValue(settings[i])));
   }
 }
@@ -156,7 +157,7 @@ struct GetCommand : SettingsArguments {
     CString const wanted = KeyName();
     SettingsStore store(*this);
     zp::Setting const setting = find(store, inSection, wanted);
-    Print((json ? jsonOf(setting).dump() : shownValue(setting)) + "\n");
+    Print((json ? DumpJson(jsonOf(setting)) : shownValue(setting)) + "\n");
     return exitDone;
   }
 };
@@ -242,7 +243,7 @@ struct ListCommand : SettingsArguments {
     }
     nlohmann::ordered_json all = nlohmann::ordered_json::array();
     for (zp::Setting const & setting : settings) all.push_back(jsonOf(setting));
-    Print(all.dump(2) + "\n");
+    Print(DumpJson(all, 2) + "\n");
     return exitDone;
   }
 };

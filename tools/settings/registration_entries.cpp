@@ -70,8 +70,8 @@ void take(SettingsStore & store, zp::RegistryEntry const & entry, std::string co
     ++tally.taken;
   } else {
     ++tally.refused;
-    fmt::print(stderr, "zp: {}: \"{}\" in the section \"{}\" was refused; {} has no form for its name or its type\n", name,
-               zp::TextToUtf8(entry.name.View()), zp::TextToUtf8(section->View()), store.Name());
+    Tell(fmt::format("{}: \"{}\" in the section \"{}\" was refused; {} has no form for its name or its type", name,
+                     zp::TextToUtf8(entry.name.View()), zp::TextToUtf8(section->View()), store.Name()));
   }
 }
 
@@ -98,12 +98,11 @@ ExitStatus ImportSettings(SettingsOptions const & options, std::string const & f
     throw Failure(fmt::format("{}: is no registration-entries file; it must begin with REGEDIT4", name));
   Tally tally;
   for (zp::RegistryEntry const & entry : entries) take(store, entry, name, tally);
-  Print(fmt::format("{}: {} taken, {} refused, {}, {} of other keys than {}\n", name, Counted(tally.taken, "setting"),
-                    tally.refused, Counted(static_cast<unsigned>(damaged), "damaged line"), tally.elsewhere,
-                    zp::TextToUtf8(store.Branch().View())));
+  PrintShown(fmt::format("{}: {} taken, {} refused, {}, {} of other keys than {}\n", name, Counted(tally.taken, "setting"),
+                         tally.refused, Counted(static_cast<unsigned>(damaged), "damaged line"), tally.elsewhere,
+                         zp::TextToUtf8(store.Branch().View())));
   if (lost > 0)
-    fmt::print(stderr, "zp: {}: {} that Windows-1252 lacks became \"?\"\n", name,
-               Counted(static_cast<unsigned>(lost), "character"));
+    Tell(fmt::format("{}: {} that Windows-1252 lacks became \"?\"", name, Counted(static_cast<unsigned>(lost), "character")));
   if (tally.elsewhere > 0 && tally.taken + tally.refused == 0)
     throw Failure(fmt::format("{}: has no settings of this application; name the one that it is for with -c and -a", name));
   return tally.refused > 0 || damaged > 0 || lost > 0 ? exitWanting : exitDone;

@@ -3,37 +3,139 @@
 #include "tools/store/block_survey.h"
 
 #include <algorithm>
+#include <memory>
 
 #include <fmt/format.h>
-
-#include "tools/records/payload.h"
+#include <zpbase/platform/bytes.h>
 
 namespace {
 
 constexpr unsigned int headerBytes = zp::BlockHeader::byteCount;
 
-// The positions that the index has, inside the file and in ascending order.
-std::vector<unsigned long long> positionsOf(StoreIndex const & index, unsigned long long length)
+// No record is empty, so no block ever was: a length of 0 is a hole in the file.
+bool isHole(zp::BlockHeader const & header)
 {
-  std::vector<unsigned long long> positions;
-  for (LiveEntry const & entry : index.live) positions.push_back(entry.position);
-  for (FreeEntry const & entry : index.free) positions.push_back(entry.position);
-  std::erase_if(positions, [length](unsigned long long position) { return position >= length; });
-  std::sort(positions.begin(), positions.end());
-  return positions;
+  return header.length == 0;
 }
+
+// Which entries of the index the file confirms: a stale one leads into the middle of a block.
+class Anchors {
+ public:
+  Anchors(CFile const & file, StoreIndex const & index, unsigned long long length) : m_File(file), m_nLength(length)
+  {
+    for (LiveEntry const & entry : index.live) AddLive(entry);
+    for (FreeEntry const & entry : index.free) AddFree(entry);
+    std::sort(m_Places.begin(), m_Places.end());
+    std::sort(m_Records.begin(), m_Records.end());
+  }
+
+  // The first one behind a position, or the file's length.
+  unsigned long long Next(unsigned long long position) const
+  {
+    auto const next = std::upper_bound(m_Places.begin(), m_Places.end(), position);
+    return next != m_Places.end() ? *next : m_nLength;
+  }
+
+  // Whether the index has just the record that stands there.
+  bool IsRecord(unsigned long long position) const { return std::binary_search(m_Records.begin(), m_Records.end(), position); }
+
+ private:
+  bool Read(unsigned long long position, zp::BlockHeader & header) const
+  {
+    BYTE bytes[headerBytes];
+    if (position + headerBytes > m_nLength || m_File.ReadAt(position, bytes, headerBytes) != headerBytes) return false;
+    header = zp::BlockHeader::Read(bytes);
+    return !isHole(header);
+  }
+
+  // With its id there a block begins; it is the record if nothing has changed since the index was written.
+  void AddLive(LiveEntry const & entry)
+  {
+    zp::BlockHeader header;
+    if (!Read(entry.position, header) || header.id != entry.id) return;
+    m_Places.push_back(entry.position);
+    if (!header.isFree && header.length == entry.length) m_Records.push_back(entry.position);
+  }
+
+  // A block never changes its capacity, whoever took it since.
+  void AddFree(FreeEntry const & entry)
+  {
+    zp::BlockHeader header;
+    if (Read(entry.position, header) && header.capacity == entry.capacity) m_Places.push_back(entry.position);
+  }
+
+  CFile const & m_File;
+  unsigned long long m_nLength;
+  std::vector<unsigned long long> m_Places;
+  std::vector<unsigned long long> m_Records;
+};
+
+// Where chains of headers begin in a file without a usable index: for each place how many blocks follow each other from there,
+// and of the places from each on the one with the most.
+class ChainSearch {
+ public:
+  ChainSearch(CFile const & file, unsigned long long length) : m_Bytes(static_cast<size_t>(length))
+  {
+    m_Bytes.resize(file.ReadAt(0, m_Bytes.data(), static_cast<UINT>(m_Bytes.size())));
+    CountBlocks();
+  }
+
+  // The begin of the longest chain from start on, or the file's length. One block alone is a chance, unless it begins like an
+  // object.
+  unsigned long long Find(unsigned long long start) const
+  {
+    if (start >= m_Best.size()) return m_Bytes.size();
+    return m_Best[static_cast<size_t>(start)];
+  }
+
+ private:
+  zp::BlockHeader HeaderAt(size_t at) const { return zp::BlockHeader::Read(&m_Bytes[at]); }
+
+  bool BeginsObject(size_t at) const
+  {
+    zp::BlockHeader const header = HeaderAt(at);
+    return !header.isFree && header.length > 4 && zp::ReadLittle<DWORD>(&m_Bytes[at + headerBytes]) == newObject;
+  }
+
+  void CountBlocks()
+  {
+    size_t const length = m_Bytes.size();
+    std::vector<DWORD> counts(length + 1);
+    m_Best.assign(length, static_cast<DWORD>(length));
+    DWORD best = static_cast<DWORD>(length);
+    for (size_t i = length; i-- > 0;) {
+      if (length - i >= headerBytes) counts[i] = CountFrom(i, counts);
+      bool const isChain = counts[i] > 1 || (counts[i] == 1 && BeginsObject(i));
+      if (isChain && counts[i] >= counts[best]) best = static_cast<DWORD>(i);
+      m_Best[i] = best;
+    }
+  }
+
+  DWORD CountFrom(size_t at, std::vector<DWORD> const & counts) const
+  {
+    zp::BlockHeader const header = HeaderAt(at);
+    size_t const end = at + headerBytes + header.capacity;
+    bool const isBlock = !isHole(header) && header.length <= header.capacity && end <= m_Bytes.size();
+    return isBlock ? counts[end] + 1 : 0;
+  }
+
+  static constexpr DWORD newObject = 0x0001FFFF;  // the tag of a new class and its schema
+
+  std::vector<BYTE> m_Bytes;
+  std::vector<DWORD> m_Best;
+};
 
 // The walk over a file whose headers don't lead to its end.
 class BrokenWalk {
  public:
   BrokenWalk(CFile const & file, StoreIndex const & index, unsigned long long length)
-      : m_File(file), m_nLength(length), m_Positions(positionsOf(index, length))
+      : m_File(file), m_nLength(length), m_Anchors(file, index, length)
   {
+    m_Survey.fileLength = length;
   }
 
   Survey Run()
   {
-    m_Survey.fileLength = m_nLength;
     while (m_nAt < m_nLength) Step();
     return std::move(m_Survey);
   }
@@ -43,68 +145,38 @@ class BrokenWalk {
   {
     BYTE header[headerBytes];
     if (m_nLength - m_nAt < headerBytes || m_File.ReadAt(m_nAt, header, headerBytes) != headerBytes) {
-      return Resume(fmt::format("only {} bytes are left, less than a block's header", m_nLength - m_nAt), false);
+      return Resume(fmt::format("only {} bytes are left, less than a block's header", m_nLength - m_nAt), 0);
     }
-    zp::BlockHeader const at = zp::BlockHeader::Read(header);
-    zp::RecordBlock const block = {at, m_nAt};
+    zp::RecordBlock const block = {zp::BlockHeader::Read(header), m_nAt};
+    if (isHole(block)) return Resume("there is a hole, a block of no bytes", 1);
     unsigned long long const end = m_nAt + headerBytes + block.capacity;
-    unsigned long long const next = NextPosition();
-    m_Survey.blocks.push_back({block, IsTrusted(), end <= next});
-    if (end > m_nLength) return Resume(fmt::format("the block's capacity of {} leads past the file's end", block.capacity), true);
-    if (end > next) return Resume(fmt::format("the block's capacity of {} covers the block at {}", block.capacity, next), true);
+    unsigned long long const next = m_Anchors.Next(m_nAt);
+    m_Survey.blocks.push_back({block, m_Survey.breaks.empty() || m_Anchors.IsRecord(m_nAt), end <= next});
+    if (end > m_nLength) {
+      return Resume(fmt::format("the block's capacity of {} leads past the file's end", block.capacity), headerBytes);
+    }
+    if (end > next) {
+      return Resume(fmt::format("the block's capacity of {} covers the block at {}", block.capacity, next), headerBytes);
+    }
     m_nAt = end;
   }
 
-  // Between the positions of the index a block of the chain may be what a wrong capacity led to.
-  bool IsTrusted()
+  void Resume(std::string problem, unsigned int skipped)
   {
-    bool const indexed = std::binary_search(m_Positions.begin(), m_Positions.end(), m_nAt);
-    m_bOnChain |= indexed;
-    return indexed || (m_bOnChain && (m_Positions.empty() || m_nAt > m_Positions.back()));
-  }
-
-  unsigned long long NextPosition() const
-  {
-    auto const next = std::upper_bound(m_Positions.begin(), m_Positions.end(), m_nAt);
-    return next != m_Positions.end() ? *next : m_nLength;
-  }
-
-  void Resume(std::string problem, bool hasHeader)
-  {
-    unsigned long long const next = NextPosition();
-    unsigned long long const resumed = next < m_nLength ? next : FindChain(m_nAt + (hasHeader ? headerBytes : 0));
-    m_bOnChain = false;
+    unsigned long long resumed = m_Anchors.Next(m_nAt);
+    if (resumed == m_nLength) {
+      if (!m_pSearch) m_pSearch = std::make_unique<ChainSearch>(m_File, m_nLength);
+      resumed = m_pSearch->Find(m_nAt + skipped);
+    }
     m_Survey.breaks.push_back({m_nAt, resumed, std::move(problem)});
     m_nAt = resumed;
   }
 
-  // The first place from start on where a live block with an object stands and headers lead from to the file's end.
-  unsigned long long FindChain(unsigned long long start)
-  {
-    std::vector<BYTE> bytes(static_cast<size_t>(m_nLength - std::min(start, m_nLength)));
-    bytes.resize(m_File.ReadAt(start, bytes.data(), static_cast<UINT>(bytes.size())));
-    std::vector<bool> leads(bytes.size() + 1);
-    leads[bytes.size()] = true;
-    for (size_t i = bytes.size(); i-- > 0;) {
-      if (bytes.size() - i < headerBytes) continue;
-      zp::BlockHeader const header = zp::BlockHeader::Read(&bytes[i]);
-      size_t const end = i + headerBytes + header.capacity;
-      leads[i] = end <= bytes.size() && leads[end] && header.length > 0 && header.length <= header.capacity;
-    }
-    for (size_t i = 0; i + headerBytes < bytes.size(); ++i) {
-      zp::BlockHeader const header = zp::BlockHeader::Read(&bytes[i]);
-      if (!leads[i] || header.isFree) continue;
-      std::span<BYTE const> const payload(&bytes[i] + headerBytes, header.length);
-      if (!NamedClass(payload).empty()) return start + i;
-    }
-    return m_nLength;
-  }
-
   CFile const & m_File;
   unsigned long long m_nLength;
-  std::vector<unsigned long long> m_Positions;
+  Anchors m_Anchors;
+  std::unique_ptr<ChainSearch> m_pSearch;
   unsigned long long m_nAt = 0;
-  bool m_bOnChain = true;
   Survey m_Survey;
 };
 
@@ -115,8 +187,12 @@ Survey SurveyRecordFile(CFile const & file, StoreIndex const & index)
   Survey survey;
   zp::BlockChain chain(file);
   survey.fileLength = chain.GetFileLength();
-  for (zp::RecordBlock block; chain.Next(block);) survey.blocks.push_back({block, true, true});
-  if (chain.GetState() == zp::BlockChain::State::AtEnd) return survey;
+  bool hasHole = false;
+  for (zp::RecordBlock block; !hasHole && chain.Next(block);) {
+    survey.blocks.push_back({block, true, true});
+    hasHole = isHole(block);
+  }
+  if (!hasHole && chain.GetState() == zp::BlockChain::State::AtEnd) return survey;
   return BrokenWalk(file, index, chain.GetFileLength()).Run();
 }
 

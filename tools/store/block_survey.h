@@ -10,7 +10,7 @@
 
 struct SurveyBlock {
   zp::RecordBlock block;
-  bool isTrusted;  // on the chain from the begin, or where the index has it
+  bool isTrusted;  // on the chain from the begin, or where the index has just this record
   bool fits;       // ends inside the file, and before the next block that the index has
 };
 
@@ -27,8 +27,8 @@ struct Survey {
   std::vector<ChainBreak> breaks;
 };
 
-// Walks a record file. The headers alone count as long as they meet the file's end. If they don't, the walk goes on at the next
-// position that the index has, and without one at the next place from where headers lead to the end.
+// Walks a record file. The headers alone count as long as they meet the file's end. Where they break, the walk goes on at the
+// next block that the index has and the file confirms, and without one where the longest chain begins.
 Survey SurveyRecordFile(CFile const & file, StoreIndex const & index);
 
 // The record's bytes, as far as its block and the file hold them.

@@ -1,5 +1,6 @@
 // zp store check: the report for people and machines.
 
+#include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 
 #include <fmt/format.h>
@@ -14,26 +15,33 @@ void printReport(CheckReport const & report)
 {
   std::string file;
   for (StoreFault const & fault : report.faults) {
-    if (fault.file != file) Print(fault.file + "\n");
+    if (fault.file != file) PrintShown(fault.file + "\n");
     file = fault.file;
     std::string const place = fault.offset < 0 ? "" : fmt::format("at {:>9}", fault.offset);
-    Print(fmt::format("  {:<12}  {}\n", place, fault.text));
+    PrintShown(fmt::format("  {:<12}  {}\n", place, fault.text));
   }
-  for (std::string const & note : report.notes) Print("note: " + note + "\n");
-  Print(fmt::format("{}, {}, {}: {}\n", Counted(report.records, "record"), Counted(report.freeBlocks, "free block"),
-                    Counted(report.survey.fileLength, "byte"),
-                    report.faults.empty() ? "sound" : Counted(report.faults.size(), "fault")));
+  if (report.faultCount > report.faults.size())
+    PrintShown(fmt::format("  and {} more\n", report.faultCount - report.faults.size()));
+  for (std::string const & note : report.notes) PrintShown("note: " + note + "\n");
+  PrintShown(fmt::format("{}, {}, {}: {}\n", Counted(report.records, "record"), Counted(report.freeBlocks, "free block"),
+                         Counted(report.survey.fileLength, "byte"),
+                         report.faults.empty() ? "sound" : Counted(report.faultCount, "fault")));
 }
 
 void printReportAsJson(CheckReport const & report)
 {
-  Json json = {{"sound", report.faults.empty()},    {"records", report.records}, {"free_blocks", report.freeBlocks},
-               {"bytes", report.survey.fileLength}, {"faults", Json::array()},   {"notes", report.notes}};
+  Json json = {{"sound", report.faults.empty()},
+               {"records", report.records},
+               {"free_blocks", report.freeBlocks},
+               {"bytes", report.survey.fileLength},
+               {"fault_count", report.faultCount},
+               {"faults", Json::array()},
+               {"notes", report.notes}};
   for (StoreFault const & fault : report.faults) {
     json["faults"].push_back(
         {{"file", fault.file}, {"offset", fault.offset < 0 ? Json() : Json(fault.offset)}, {"text", fault.text}});
   }
-  Print(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+  Print(DumpJson(json, 2) + "\n");
 }
 
 struct CheckCommand : StoreArguments {

@@ -1,5 +1,6 @@
 // zp store compact: the store is compacted as a copy, the copy is compared record by record, and the two files are exchanged.
 
+#include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 
 #include <fmt/format.h>
@@ -49,9 +50,9 @@ void printGain(StoreNames const & names, Gain const & gain)
 {
   if (!gain.tidied.empty()) Print(gain.tidied + "\n");
   unsigned long long const won = gain.before - gain.after;
-  if (won == 0) return Print(fmt::format("{}: {} bytes, nothing to win\n", names.record, gain.before));
-  Print(fmt::format("{}: {} bytes instead of {}, {:.1f}% won\n", names.record, gain.after, gain.before,
-                    100.0 * static_cast<double>(won) / static_cast<double>(gain.before)));
+  if (won == 0) return PrintShown(fmt::format("{}: {} bytes, nothing to win\n", names.record, gain.before));
+  PrintShown(fmt::format("{}: {} bytes instead of {}, {:.1f}% won\n", names.record, gain.after, gain.before,
+                         100.0 * static_cast<double>(won) / static_cast<double>(gain.before)));
 }
 
 struct CompactCommand : StoreArguments {
@@ -64,7 +65,7 @@ struct CompactCommand : StoreArguments {
     try {
       Gain const gain = compactStore(GetNames());
       if (json) {
-        Print(Json{{"before", gain.before}, {"after", gain.after}, {"tidied", gain.tidied}}.dump(2) + "\n");
+        Print(DumpJson(Json{{"before", gain.before}, {"after", gain.after}, {"tidied", gain.tidied}}, 2) + "\n");
       } else {
         printGain(GetNames(), gain);
       }

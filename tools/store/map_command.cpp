@@ -1,5 +1,6 @@
 // zp store map: where the record file is live, slack and free, as text and as a drawing.
 
+#include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 
 #include <algorithm>
@@ -44,17 +45,18 @@ void printMap(StoreNames const & names, StoreLayout const & layout)
 {
   std::string const cells = cellsOf(layout);
   for (size_t start = 0; start < cells.size(); start += rowCells) {
-    Print(fmt::format("{:>10}  {}\n", start * layout.bytes / std::max<size_t>(cells.size(), 1), cells.substr(start, rowCells)));
+    PrintShown(
+        fmt::format("{:>10}  {}\n", start * layout.bytes / std::max<size_t>(cells.size(), 1), cells.substr(start, rowCells)));
   }
-  Print(fmt::format("{}: {}, {}, {}\n", names.record, Counted(layout.bytes, "byte"), Counted(layout.records, "record"),
-                    Counted(layout.freeBlocks, "free block")));
+  PrintShown(fmt::format("{}: {}, {}, {}\n", names.record, Counted(layout.bytes, "byte"), Counted(layout.records, "record"),
+                         Counted(layout.freeBlocks, "free block")));
   for (size_t kind = 0; kind < areaKinds; ++kind) {
     if (layout.totals[kind] == 0) continue;
     char const mark = static_cast<AreaKind>(kind) == AreaKind::Header ? ' ' : marks[kind];
-    Print(fmt::format("  {}  {:<22}  {:>10}  {:5.1f}%\n", mark, areaNames[kind], layout.totals[kind],
-                      layout.ShareOf(layout.totals[kind])));
+    PrintShown(fmt::format("  {}  {:<22}  {:>10}  {:5.1f}%\n", mark, areaNames[kind], layout.totals[kind],
+                           layout.ShareOf(layout.totals[kind])));
   }
-  Print(fmt::format("compaction would win {} bytes, {:.1f}%\n", layout.GetWin(), layout.ShareOf(layout.GetWin())));
+  PrintShown(fmt::format("compaction would win {} bytes, {:.1f}%\n", layout.GetWin(), layout.ShareOf(layout.GetWin())));
 }
 
 void printMapAsJson(StoreLayout const & layout)
@@ -63,7 +65,7 @@ void printMapAsJson(StoreLayout const & layout)
   constexpr std::array<char const *, areaKinds> keys = {"headers", "live", "slack", "free", "unreadable"};
   for (size_t kind = 0; kind < areaKinds; ++kind) json[keys[kind]] = layout.totals[kind];
   json["compaction_wins"] = layout.GetWin();
-  Print(json.dump(2) + "\n");
+  Print(DumpJson(json, 2) + "\n");
 }
 
 StoreLayout readLayout(StoreNames const & names)

@@ -1,5 +1,6 @@
 // zp store list, show, get, put and delete: single records.
 
+#include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 
 #include <algorithm>
@@ -56,16 +57,16 @@ void printRows(std::vector<ListRow> const & rows)
 {
   size_t width = 5;
   for (ListRow const & row : rows) width = std::max(width, row.className.size());
-  if (!rows.empty()) Print(fmt::format("{:>5}  {:>6}  {:<{}}  {}\n", "ID", "BYTES", "CLASS", width, "TEXT"));
+  if (!rows.empty()) PrintShown(fmt::format("{:>5}  {:>6}  {:<{}}  {}\n", "ID", "BYTES", "CLASS", width, "TEXT"));
   size_t total = 0;
   for (ListRow const & row : rows) {
     std::string const name = row.className.empty() ? "-" : row.className;
     std::string line = fmt::format("{:>5}  {:>6}  {:<{}}  {}", row.id, row.bytes, name, width, shortened(row.text));
     line.erase(line.find_last_not_of(' ') + 1);
-    Print(line + "\n");
+    PrintShown(line + "\n");
     total += row.bytes;
   }
-  Print(fmt::format("{}, {}\n", Counted(rows.size(), "record"), Counted(total, "byte")));
+  PrintShown(fmt::format("{}, {}\n", Counted(rows.size(), "record"), Counted(total, "byte")));
 }
 
 void printRowsAsJson(std::vector<ListRow> const & rows)
@@ -76,7 +77,7 @@ void printRowsAsJson(std::vector<ListRow> const & rows)
     if (!row.className.empty()) entry["class"] = row.className;
     if (!row.text.empty()) entry["text"] = row.text;
   }
-  Print(VisibleJson(json.dump(2)) + "\n");
+  Print(DumpJson(json, 2) + "\n");
 }
 
 std::vector<BYTE> readJsonRecord(InputFile & input, std::string const & file)
@@ -159,7 +160,7 @@ struct ShowCommand : RecordArguments {
     if (json) {
       writeJson(id, bytes, Print);
     } else {
-      Print(fmt::format("record {}, {}\n", id, Counted(bytes.size(), "byte")));
+      PrintShown(fmt::format("record {}, {}\n", id, Counted(bytes.size(), "byte")));
       WriteRecordTree(bytes, Print);
     }
     return exitDone;

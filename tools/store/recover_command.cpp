@@ -1,9 +1,10 @@
 // zp store recover: a new store from the block headers of one whose index is lost, stale or damaged.
 
+#include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 
 #include <filesystem>
-#include <map>
+#include <unordered_map>
 
 #include <fmt/format.h>
 
@@ -30,7 +31,10 @@ constexpr char const * stateNames[] = {"kept", "suspect", "lost"};
 
 class Recovery {
  public:
-  explicit Recovery(StoreNames const & names) : m_Store(names, StoreAccess::Look), m_Index(m_Store.GetIndex()) {}
+  explicit Recovery(StoreNames const & names) : m_Store(names, StoreAccess::Look), m_Index(m_Store.GetIndex())
+  {
+    for (LiveEntry const & entry : m_Index.live) m_Entries.try_emplace(entry.id, &entry);
+  }
 
   void Examine()
   {
@@ -60,14 +64,15 @@ class Recovery {
     return count;
   }
 
-  // Stores what isn't lost in new files. False after Ctrl-C.
-  bool Write(StoreNames const & to)
+  // Stores in new files what is kept, and what is suspect unless that is to be left. False after Ctrl-C.
+  bool Write(StoreNames const & to, bool leaveSuspect)
   {
     StoreWriter writer(to, StoreAccess::Create);
     if (m_Index.isHeaderRead) writer.SetHeader(std::move(m_Index.header));
     bool const whole = ForEachStep("recovering", m_Verdicts.size(), [&](size_t i) {
       Verdict const & verdict = m_Verdicts[i];
-      if (verdict.state != Verdict::Lost) writer.Store(verdict.id, ReadPayload(m_Store.GetRecordFile(), verdict.block));
+      bool const isWanted = verdict.state == Verdict::Kept || (verdict.state == Verdict::Suspect && !leaveSuspect);
+      if (isWanted) writer.Store(verdict.id, ReadPayload(m_Store.GetRecordFile(), verdict.block));
     });
     writer.Close();
     return whole;
@@ -76,21 +81,24 @@ class Recovery {
  private:
   LiveEntry const * EntryOf(int id) const
   {
-    for (LiveEntry const & entry : m_Index.live) {
-      if (entry.id == id) return &entry;
-    }
-    return nullptr;
+    auto const found = m_Entries.find(id);
+    return found != m_Entries.end() ? found->second : nullptr;
   }
 
-  // Of two blocks of one id the one that the index has is the record, else the first one.
+  bool IsIndexed(Verdict const & verdict) const
+  {
+    LiveEntry const * const entry = EntryOf(verdict.id);
+    return entry != nullptr && entry->position == verdict.position;
+  }
+
+  // Of two blocks of one id the one that is proved is the record, then the one that the index has, else the first one.
   void Judge(SurveyBlock const & at)
   {
     Verdict verdict = JudgeBlock(at);
     auto const [former, isNew] = m_Places.try_emplace(verdict.id, m_Verdicts.size());
     if (!isNew && verdict.state != Verdict::Lost) {
       Verdict & other = m_Verdicts[former->second];
-      LiveEntry const * const entry = EntryOf(verdict.id);
-      bool const wins = other.state == Verdict::Lost || (entry != nullptr && entry->position == verdict.position);
+      bool const wins = other.state != verdict.state ? verdict.state < other.state : IsIndexed(verdict);
       Verdict & loser = wins ? other : verdict;
       if (loser.state != Verdict::Lost) {
         loser.state = Verdict::Lost;
@@ -128,8 +136,7 @@ class Recovery {
   // A capacity word that is too small, where the index and the header agree on the length.
   bool Repair(Verdict & verdict) const
   {
-    LiveEntry const * const entry = EntryOf(verdict.id);
-    if (entry == nullptr || entry->position != verdict.position || entry->length != verdict.block.length) return false;
+    if (!IsIndexed(verdict) || EntryOf(verdict.id)->length != verdict.block.length) return false;
     verdict.block.capacity = verdict.block.length;
     return true;
   }
@@ -147,7 +154,11 @@ class Recovery {
     for (LiveEntry const & entry : m_Index.live) {
       if (m_Places.contains(entry.id)) continue;
       m_Verdicts.push_back(
-          {entry.id, Verdict::Lost, entry.position, "the index has it, but no live block of that id is left", {}});
+          {entry.id,
+           Verdict::Lost,
+           entry.position,
+           entry.HasPlace() ? "the index has it, but no live block of that id is left" : "its bytes never reached the file",
+           {}});
       m_Places.emplace(entry.id, m_Verdicts.size() - 1);
     }
   }
@@ -156,20 +167,25 @@ class Recovery {
   StoreIndex & m_Index;
   Survey m_Survey;
   std::vector<Verdict> m_Verdicts;
-  std::map<int, size_t> m_Places;  // of each id's record among the verdicts
+  std::unordered_map<int, LiveEntry const *> m_Entries;  // of the index, by id
+  std::unordered_map<int, size_t> m_Places;              // of each id's record among the verdicts
 };
 
-void printVerdicts(Recovery const & recovery)
+void printEach(std::vector<Verdict> const & verdicts)
 {
-  for (Verdict const & verdict : recovery.GetVerdicts()) {
-    Print(fmt::format("{:<7}  record {:>5}  at {:>9}  {:>5} bytes{}{}\n", stateNames[verdict.state], verdict.id, verdict.position,
-                      verdict.block.length, verdict.why.empty() ? "" : "  ", verdict.why));
+  for (Verdict const & verdict : verdicts) {
+    PrintShown(fmt::format("{:<7}  record {:>5}  at {:>9}  {:>5} bytes{}{}\n", stateNames[verdict.state], verdict.id,
+                           verdict.position, verdict.block.length, verdict.why.empty() ? "" : "  ", verdict.why));
   }
-  if (!recovery.HeaderLoss().empty()) Print("lost     the header object: " + recovery.HeaderLoss() + "\n");
-  Print(fmt::format("{} kept, {} suspect, {} lost\n", recovery.Count(Verdict::Kept), recovery.Count(Verdict::Suspect),
-                    recovery.Count(Verdict::Lost)));
 }
 
+void printVerdicts(Recovery const & recovery, bool each)
+{
+  if (each) printEach(recovery.GetVerdicts());
+  if (!recovery.HeaderLoss().empty()) PrintShown("lost     the header object: " + recovery.HeaderLoss() + "\n");
+  PrintShown(fmt::format("{} kept, {} suspect, {} lost\n", recovery.Count(Verdict::Kept), recovery.Count(Verdict::Suspect),
+                         recovery.Count(Verdict::Lost)));
+}
 void printVerdictsAsJson(Recovery const & recovery, std::string const & to)
 {
   Json json = {{"records", Json::array()}, {"header_lost", !recovery.HeaderLoss().empty()}, {"written_to", to}};
@@ -180,7 +196,7 @@ void printVerdictsAsJson(Recovery const & recovery, std::string const & to)
                                {"bytes", verdict.block.length},
                                {"why", verdict.why}});
   }
-  Print(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+  Print(DumpJson(json, 2) + "\n");
 }
 
 StoreNames newStore(StoreNames const & from, std::string const & name)
@@ -196,8 +212,9 @@ StoreNames newStore(StoreNames const & from, std::string const & name)
 
 ExitStatus giveUp(StoreNames const & written)
 {
-  std::filesystem::remove(written.index);
-  std::filesystem::remove(written.record);
+  std::error_code ignored;
+  std::filesystem::remove(written.index, ignored);
+  std::filesystem::remove(written.record, ignored);
   return exitInterrupted;
 }
 
@@ -209,6 +226,8 @@ struct RecoverCommand : StoreArguments {
   {
     StoreArguments::AddOptions(command);
     command.add_option("--to", to, "Stem of the new files; without it nothing is written");
+    command.add_flag("--leave-suspect", leaveSuspect, "Write only what is proved; the new store passes zp store check");
+    command.add_flag("--list", each, "Tell of each record");
   }
 
   ExitStatus Run() const
@@ -217,22 +236,30 @@ struct RecoverCommand : StoreArguments {
     StoreNames const written = to.empty() ? StoreNames() : newStore(names, to);
     Recovery recovery(names);
     recovery.Examine();
-    if (json) {
-      printVerdictsAsJson(recovery, written.index);
-    } else {
-      printVerdicts(recovery);
-    }
     InterruptGuard const guard;
-    if (!to.empty() && !recovery.Write(written)) return giveUp(written);
-    if (!json) {
-      Print(to.empty() ? "nothing was written; --to NEW writes what is kept and suspect into new files\n"
-                       : fmt::format("written to {} and {}\n", written.index, written.record));
-    }
+    if (!to.empty() && !recovery.Write(written, leaveSuspect)) return giveUp(written);
+    if (json)
+      printVerdictsAsJson(recovery, written.index);
+    else
+      Tell(recovery, written);
     bool const isWhole = recovery.Count(Verdict::Kept) == recovery.GetVerdicts().size() && recovery.HeaderLoss().empty();
     return isWhole ? exitDone : exitWanting;
   }
 
+  void Tell(Recovery const & recovery, StoreNames const & written) const
+  {
+    printVerdicts(recovery, each);
+    bool const isLeft = leaveSuspect && recovery.Count(Verdict::Suspect) > 0;
+    if (to.empty())
+      Print("nothing was written; --to NEW writes what is kept and suspect into new files\n");
+    else
+      PrintShown(
+          fmt::format("{}written to {} and {}\n", isLeft ? "without what is suspect " : "", written.index, written.record));
+  }
+
   std::string to;
+  bool leaveSuspect = false;
+  bool each = false;
 };
 
 }  // namespace

@@ -43,7 +43,12 @@ class Checker {
  private:
   void Fault(std::string const & file, unsigned long long offset, std::string text)
   {
-    m_Report.faults.push_back({file, static_cast<long long>(offset), std::move(text)});
+    Keep({file, static_cast<long long>(offset), std::move(text)});
+  }
+
+  void Keep(StoreFault fault)
+  {
+    if (m_Report.faultCount++ < CheckReport::mostFaults) m_Report.faults.push_back(std::move(fault));
   }
 
   void TellIndex()
@@ -88,7 +93,7 @@ class Checker {
   template <class... Values>
   void IndexFault(fmt::format_string<Values...> format, Values &&... values)
   {
-    m_Report.faults.push_back({m_Names.index, -1, fmt::format(format, std::forward<Values>(values)...)});
+    Keep({m_Names.index, -1, fmt::format(format, std::forward<Values>(values)...)});
   }
 
   template <class... Values>

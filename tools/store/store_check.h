@@ -15,7 +15,9 @@ struct StoreFault {
 
 struct CheckReport {
   Survey survey;
-  std::vector<StoreFault> faults;  // those of the index file first, then by offset
+  std::vector<StoreFault> faults;  // those of the index file first, then by offset; at most so many
+  static constexpr size_t mostFaults = 10000;
+  size_t faultCount = 0;
   std::vector<std::string> notes;  // what is no fault, but can't be looked into
   size_t records = 0;              // live blocks
   size_t freeBlocks = 0;

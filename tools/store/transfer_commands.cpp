@@ -1,5 +1,6 @@
 // zp store import and export: whole stores from and to tables and JSON.
 
+#include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 
 #include <algorithm>
@@ -177,9 +178,9 @@ bool isThere(StoreNames const & names)
 
 void printStored(bool json, StoreNames const & names, size_t stored, size_t replaced)
 {
-  if (json) return Print(Json{{"stored", stored}, {"new", stored - replaced}, {"replaced", replaced}}.dump(2) + "\n");
-  Print(fmt::format("{} record{} stored in {}: {} new, {} replaced\n", stored, stored == 1 ? "" : "s", names.record,
-                    stored - replaced, replaced));
+  if (json) return Print(DumpJson(Json{{"stored", stored}, {"new", stored - replaced}, {"replaced", replaced}}, 2) + "\n");
+  PrintShown(fmt::format("{} record{} stored in {}: {} new, {} replaced\n", stored, stored == 1 ? "" : "s", names.record,
+                         stored - replaced, replaced));
 }
 
 struct ImportCommand : StoreArguments {

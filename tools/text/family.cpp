@@ -10,6 +10,7 @@
 #include <zpbase/text.h>
 #include <nlohmann/json.hpp>
 
+#include "tools/json_output.h"
 #include "tools/program.h"
 #include "tools/text/line_survey.h"
 #include "tools/text/misfit_report.h"
@@ -31,14 +32,14 @@ ExitStatus showLines(TextOptions const & options)
                                 {"blank", found.blank},        {"comments", found.comments},
                                 {"longest", found.longest},    {"delimiter", NameOf(delimiter)},
                                 {"hints", JsonOfHints(found)}, {"not_numeric", JsonOfMisfits(found)}};
-    Print(all.dump(2) + "\n");
+    Print(DumpJson(all, 2) + "\n");
     return status;
   }
   std::string const comments = options.comment.empty() ? "" : Counted(static_cast<unsigned>(found.comments), "comment") + ", ";
-  Print(fmt::format("{}, delimiter {}: {} numeric, {} blank, {}{} not numeric; the longest has {}\n",
-                    Counted(static_cast<unsigned>(found.lines), "line"), NameOf(delimiter), found.numeric, found.blank, comments,
-                    found.other, Counted(static_cast<unsigned>(found.longest), "character")));
-  if (found.numeric == 0) Print(WhyNone(text, options, found) + "\n");
+  PrintShown(fmt::format("{}, delimiter {}: {} numeric, {} blank, {}{} not numeric; the longest has {}\n",
+                         Counted(static_cast<unsigned>(found.lines), "line"), NameOf(delimiter), found.numeric, found.blank,
+                         comments, found.other, Counted(static_cast<unsigned>(found.longest), "character")));
+  if (found.numeric == 0) PrintShown(WhyNone(text, options, found) + "\n");
   ReportMisfits(stdout, options, found);
   return status;
 }
@@ -73,17 +74,17 @@ std::vector<Column> findColumns(std::string const & pictures, TextOptions const 
 
 void printColumns(TextSurvey const & found, char delimiter, std::vector<Column> const & columns)
 {
-  Print(fmt::format("delimiter: {}\nvalues on a line: {}\n", NameOf(delimiter), ValueCounts(found)));
+  PrintShown(fmt::format("delimiter: {}\nvalues on a line: {}\n", NameOf(delimiter), ValueCounts(found)));
   if (columns.empty()) Print("columns: none, the values of different lines don't stand below each other\n");
   int number = 0;
   for (Column const & column : columns)
-    Print(fmt::format("column {}: characters {} to {}\n", ++number, column.first, column.last));
+    PrintShown(fmt::format("column {}: characters {} to {}\n", ++number, column.first, column.last));
   if (number > found.mostValues)
     Print("more columns than values on a line: some lack values, or they don't stand below each other\n");
   if (found.other > 0) {
-    Print(fmt::format("{} not numeric; zp text lines shows {}\n",
-                      found.other == 1 ? "1 line is" : fmt::format("{} lines are", found.other),
-                      found.other == 1 ? "it" : "them"));
+    PrintShown(fmt::format("{} not numeric; zp text lines shows {}\n",
+                           found.other == 1 ? "1 line is" : fmt::format("{} lines are", found.other),
+                           found.other == 1 ? "it" : "them"));
   }
 }
 
@@ -103,11 +104,11 @@ ExitStatus showColumns(TextOptions const & options)
                                 {"most_values", found.mostValues},
                                 {"not_numeric", found.other},
                                 {"columns", places}};
-    Print(all.dump(2) + "\n");
+    Print(DumpJson(all, 2) + "\n");
   } else if (found.numeric > 0) {
     printColumns(found, delimiter, columns);
   } else {
-    Print(WhyNone(text, options, found) + (found.other > 0 ? "; zp text lines shows why\n" : "\n"));
+    PrintShown(WhyNone(text, options, found) + (found.other > 0 ? "; zp text lines shows why\n" : "\n"));
   }
   return found.numeric > 0 ? exitDone : exitWanting;
 }
@@ -135,9 +136,9 @@ ExitStatus showNumbers(TextOptions const & options)
   ReportMisfits(stderr, options, found);
   if (found.numeric == 0) throw Failure(WhyNone(text, options, found));
   if (found.fewestValues != found.mostValues) {
-    fmt::print(stderr, "zp: {}: lines have {} values; {}\n", options.Name(), ValueCounts(found),
-               delimiter == blankDelimiter ? "where one is missing between blanks, those behind it have moved up"
-                                           : "short ones were not filled up");
+    Tell(fmt::format("{}: lines have {} values; {}", options.Name(), ValueCounts(found),
+                     delimiter == blankDelimiter ? "where one is missing between blanks, those behind it have moved up"
+                                                 : "short ones were not filled up"));
   }
   return found.other == 0 ? exitDone : exitWanting;
 }

@@ -101,8 +101,8 @@ std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
   isEmpty = bytes.empty();
   size_t const lone = CompleteLineEnds(bytes);
   if (lone != 0) {
-    fmt::print(stderr, "zp: {}: {} in LF alone where ParseFile expects CR LF; a copy that has both was read\n", name,
-               lone == 1 ? "1 line ends" : fmt::format("{} lines end", lone));
+    Tell(fmt::format("{}: {} in LF alone where ParseFile expects CR LF; a copy that has both was read", name,
+                     lone == 1 ? "1 line ends" : fmt::format("{} lines end", lone)));
   }
   std::error_code ignored;
   bool const asItStands = !isPiped && !isMarked && lone == 0 && std::filesystem::file_size(options.file, ignored) == bytes.size();
