@@ -19,8 +19,7 @@ class ZP_API CObArray : public CObject {
   int GetSize() const { return static_cast<int>(m_Elements.size()); }
   int GetUpperBound() const { return GetSize() - 1; }
 
-  // New elements are null; a second argument, the growth step, is not needed here.
-  void SetSize(int size);
+  void SetSize(int size, int growBy = -1);  // new elements are null; the growth step is not needed here
   void RemoveAll() { SetSize(0); }
 
   CObject * GetAt(int index) const { return m_Elements[Checked(index)]; }

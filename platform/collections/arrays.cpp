@@ -49,7 +49,7 @@ void CObArray::SetAt(int index, CObject * element)
   m_nOrder = std::min(m_nOrder, orderLent);
 }
 
-void CObArray::SetSize(int size)
+void CObArray::SetSize(int size, int)
 {
   if (size < 0) AfxThrowInvalidArgException();
   m_nOrder = orderUnknown;
