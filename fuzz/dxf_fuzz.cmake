@@ -3,5 +3,6 @@ foreach(room IN ITEMS conversion dxf_colors dxf_entity dxf_frame dxf_picture dxf
   target_sources(dxf_fuzz PRIVATE ${PROJECT_SOURCE_DIR}/tools/drawing/${room}.cpp)
 endforeach()
 find_package(fmt REQUIRED)
-target_sources(dxf_fuzz PRIVATE ${PROJECT_SOURCE_DIR}/tools/pictures/picture.cpp ${PROJECT_SOURCE_DIR}/tools/program.cpp)
+target_sources(dxf_fuzz PRIVATE ${PROJECT_SOURCE_DIR}/tools/pictures/picture.cpp ${PROJECT_SOURCE_DIR}/tools/program.cpp
+               ${PROJECT_SOURCE_DIR}/tools/output_file.cpp ${PROJECT_SOURCE_DIR}/tools/shown_text.cpp)
 target_link_libraries(dxf_fuzz PRIVATE fmt::fmt cairo)
