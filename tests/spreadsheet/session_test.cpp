@@ -316,6 +316,52 @@ TEST_F(Session, WalksWithALinkOfItsOwn)
   EXPECT_EQ(Told(), Lines{"Unable to load Excel workBook\r\n>> C:\\none.xlsx"});
 }
 
+TEST_F(Session, HandsArgumentsAndResultsOverInThePublishedShape)
+{
+  GPApplication application;
+  application.AttachDispatch(m_Server.MakeApplication());
+  COleVariant const held("held");
+  constexpr BYTE types[] = {VT_I4, VT_R8, VT_BOOL, VT_BSTRA, VT_BSTR, VT_VARIANT, VT_DISPATCH, VT_I2, VT_R4, 0};
+  auto const raised = raisedBy<COleException>([&] {
+    application.InvokeHelper(0x999, DISPATCH_METHOD | DISPATCH_PROPERTYPUT, VT_EMPTY, nullptr, types, 70000, 0.5, 7, "\xE9",
+                             u"wide", static_cast<VARIANT const *>(&held), static_cast<IDispatch *>(nullptr), -3, 1.5);
+  });
+  EXPECT_EQ(raised->m_sc, DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(Calls(), Lines{"Application 0999 5 -3=4:1.5, 2:-3, 9, 8:held, 8:wide, 8:\xE9, 11:-1, 5:0.5, 3:70000"});
+  constexpr BYTE unknown[] = {VT_BSTRA, VT_ARRAY >> 8, 0};
+  EXPECT_EQ(raisedBy<COleException>([&] { application.InvokeHelper(1, 1, VT_EMPTY, nullptr, unknown, "freed", 0); })->m_sc,
+            DISP_E_BADVARTYPE);
+
+  GPExcelWorkBook book("C:\\job\\Flow.xlsx");
+  GPExcelWorkSheet sheet("First");
+  GPExcel excel;
+  ASSERT_EQ(excel.FindWorkBook(book) + book.FindWorkSheet(sheet), 2);
+  m_Book->sheets[0]->cells["A1"] = COleVariant(69999.5);
+  GPRange range;
+  range.AttachDispatch(sheet.m_Link.GetCell(COleVariant("A1")));
+  auto const ask = [&](VARTYPE type, void * slot) { range.InvokeHelper(6, DISPATCH_PROPERTYGET, type, slot, nullptr); };
+  LONG numbers[] = {1, 2};
+  ask(VT_I4, numbers);
+  EXPECT_EQ(numbers[0], 70000);
+  EXPECT_EQ(numbers[1], 2);
+  VARIANT_BOOL truths[] = {1, 2};
+  ask(VT_BOOL, truths);
+  EXPECT_EQ(truths[0], VARIANT_TRUE);
+  EXPECT_EQ(truths[1], 2);
+  CString text;
+  ask(VT_BSTR, &text);
+  EXPECT_EQ(text, "69999.5");
+  int16_t small = 5;
+  EXPECT_EQ(raisedBy<COleException>([&] { ask(VT_I2, &small); })->m_sc, DISP_E_OVERFLOW);
+  EXPECT_EQ(raisedBy<COleException>([&] { ask(VT_DISPATCH, numbers); })->m_sc, DISP_E_TYPEMISMATCH);
+  EXPECT_EQ(small, 5);
+  m_Book->sheets[0]->cells["A1"] = COleVariant("text");
+  COleVariant value;
+  VARIANT answer = range.GetValue();
+  value.Attach(answer);
+  EXPECT_EQ(zp::ViewOf(value.bstrVal), u"text");
+}
+
 TEST_F(Session, RaisesTheServersRecordWhole)
 {
   GPWorkSheet sheet;
