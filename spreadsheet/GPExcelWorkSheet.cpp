@@ -30,8 +30,8 @@ int scanCell(GPExcelWorkSheet & sheet, RangeCallback callback, GPCell & cell)
   if (value.vt != VT_EMPTY) {
     auto filled = std::make_unique<GPCell>(cell);
     filled->SetValue(value);
-    sheet.m_List1.Add(filled.get());
-    filled.release();
+    int const place = sheet.m_List1.Add(nullptr);
+    sheet.m_List1.SetAt(place, filled.release());
   }
   if (callback != nullptr) callback(sheet, range);
   return 1;

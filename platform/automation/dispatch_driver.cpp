@@ -148,7 +148,7 @@ struct ExceptionRecord : EXCEPINFO {
 template <class T>
 void put(void * slot, T const & value)
 {
-  std::memcpy(slot, &value, sizeof value);
+  *static_cast<T *>(slot) = value;
 }
 
 // Hands a result of its slot's type over.
