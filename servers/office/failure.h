@@ -1,0 +1,30 @@
+// What goes wrong while a member is carried out, on its way to the caller of Invoke.
+#pragma once
+
+#include <string>
+
+#include <zpbase/platform/automation.h>
+
+namespace office {
+
+inline constexpr HRESULT serverUnavailable = static_cast<HRESULT>(0x800706BA);  // the other process doesn't answer any more
+inline constexpr HRESULT startFailed = static_cast<HRESULT>(0x80080005);        // the server's process can't be started
+inline constexpr HRESULT applicationError = static_cast<HRESULT>(0x800A03EC);   // told with a sentence
+
+// A failed call with its code alone, or with a sentence (UTF-8) that becomes the server's exception.
+struct Failure {
+  HRESULT code;
+  std::string sentence;
+};
+
+[[noreturn]] inline void Refuse(std::string sentence)
+{
+  throw Failure{applicationError, std::move(sentence)};
+}
+
+[[noreturn]] inline void Fail(HRESULT code)
+{
+  throw Failure{code, {}};
+}
+
+}  // namespace office

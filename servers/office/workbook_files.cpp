@@ -1,0 +1,182 @@
+// Workbooks and their files.
+#include "workbook_files.h"
+
+#include <sys/stat.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+#include <com/sun/star/beans/PropertyValue.hpp>
+#include <com/sun/star/document/MacroExecMode.hpp>
+#include <com/sun/star/frame/XStorable.hpp>
+#include <com/sun/star/frame/XTitle.hpp>
+#include <com/sun/star/io/IOException.hpp>
+#include <com/sun/star/lang/IllegalArgumentException.hpp>
+#include <com/sun/star/util/XCloseable.hpp>
+#include <osl/file.hxx>
+
+#include <zpbase/messages.h>
+#include <zpbase/platform/encoding.h>
+#include <zpbase/platform/paths.h>
+
+#include "failure.h"
+#include "office_text.h"
+
+namespace office {
+namespace {
+
+using css::beans::PropertyValue;
+using css::uno::Any;
+using css::uno::Sequence;
+using css::uno::UNO_QUERY;
+using css::uno::UNO_QUERY_THROW;
+
+struct Format {
+  char const * extension;
+  char const * filter;
+};
+constexpr std::array formats = {Format{".xlsx", "Calc MS Excel 2007 XML"}, Format{".xls", "MS Excel 97"},
+                                Format{".ods", "calc8"}};
+
+PropertyValue property(char const * name, Any const & value)
+{
+  return PropertyValue(rtl::OUString::createFromAscii(name), 0, value, css::beans::PropertyState_DIRECT_VALUE);
+}
+
+// An office that was started here has no screen; in a person's own office what is opened is seen.
+Reference<css::lang::XComponent> load(Link & link, rtl::OUString const & url)
+{
+  Sequence<PropertyValue> how(3);
+  how.getArray()[0] = property("Hidden", Any(link.HasStartedTheOffice()));
+  how.getArray()[1] = property("MacroExecutionMode", Any(css::document::MacroExecMode::NEVER_EXECUTE));
+  how.getArray()[2] = property("UpdateDocMode", Any(sal_Int16{0}));  // links to other files aren't followed
+  return link.GetDesktop()->loadComponentFromURL(url, "_blank", 0, how);
+}
+
+// The host's full path, in the bytes that the host has.
+std::string hostPathOf(rtl::OUString const & path)
+{
+  std::string inside;
+  zp::AppendWide(inside, ViewOf(path));
+  std::string host;
+  if (!ToHostPath(inside, host)) Refuse("There is no such drive or folder: " + ToUtf8(path));
+  return std::filesystem::absolute(host).lexically_normal().string();
+}
+
+rtl::OUString urlOf(std::string const & hostPath)
+{
+  rtl::OUString url;
+  if (osl::FileBase::getFileURLFromSystemPath(FromUtf8(hostPath), url) != osl::FileBase::E_None)
+    Refuse(hostPath + " is no name that the office can use");
+  return url;
+}
+
+std::string whyUnread(std::string const & file)
+{
+  std::filesystem::path const path = file;
+  if (std::filesystem::exists(path.parent_path() / (".~lock." + path.filename().string() + "#")))
+    return file + " is in use by another office";
+  return file + " can't be read as a workbook: it is damaged, locked by a password, or something else";
+}
+
+void requireReadable(std::string const & file)
+{
+  struct stat state {};
+  if (stat(file.c_str(), &state) != 0) Refuse(file + " can't be opened: " + std::strerror(errno));
+  if (!S_ISREG(state.st_mode)) Refuse(file + " is no file");
+}
+
+Reference<css::frame::XStorable> storableOf(Workbook const & workbook)
+{
+  return Reference<css::frame::XStorable>(workbook, UNO_QUERY_THROW);
+}
+
+void close(Reference<css::uno::XInterface> const & document)
+{
+  Reference<css::util::XCloseable>(document, UNO_QUERY_THROW)->close(true);
+}
+
+}  // namespace
+
+Workbook CreateWorkbook(Link & link)
+{
+  return Workbook(load(link, "private:factory/scalc"), UNO_QUERY_THROW);
+}
+
+Workbook OpenWorkbook(Link & link, rtl::OUString const & path)
+{
+  std::string const file = hostPathOf(path);
+  requireReadable(file);
+  rtl::OUString const url = urlOf(file);
+  for (Workbook const & open : link.ListWorkbooks())
+    if (storableOf(open)->getLocation() == url) return open;
+  link.TakeNoteOf(file);
+  Reference<css::lang::XComponent> document;
+  try {
+    document = load(link, url);
+  } catch (css::io::IOException const &) {
+    Refuse(whyUnread(file));
+  } catch (css::lang::IllegalArgumentException const &) {
+    Refuse(whyUnread(file));
+  }
+  if (!document.is()) Refuse(whyUnread(file));
+  Workbook const workbook(document, UNO_QUERY);
+  if (!workbook.is()) {
+    close(document);
+    Refuse(file + " is no workbook");
+  }
+  if (storableOf(workbook)->isReadonly()) PutWarning("%s is open for reading alone", file.c_str());
+  return workbook;
+}
+
+void SaveWorkbook(Link & link, Workbook const & workbook)
+{
+  Reference<css::frame::XStorable> const storable = storableOf(workbook);
+  if (!storable->hasLocation()) Refuse("The workbook has no file yet: save it under a name");
+  if (storable->isReadonly()) Refuse("The workbook is open for reading alone: save it under another name");
+  link.GetCharts().MakeAll(workbook);
+  storable->store();
+}
+
+void SaveWorkbookAs(Link & link, Workbook const & workbook, rtl::OUString const & path)
+{
+  std::string const file = hostPathOf(path);
+  rtl::OUString const url = urlOf(file);
+  rtl::OUString const lowerCase = path.toAsciiLowerCase();
+  for (Format const & format : formats) {
+    if (!lowerCase.endsWith(rtl::OUString::createFromAscii(format.extension))) continue;
+    if (storableOf(workbook)->getLocation() != url && std::filesystem::exists(file)) Refuse(file + " is there already");
+    link.TakeNoteOf(file);
+    link.GetCharts().MakeAll(workbook);
+    Sequence<PropertyValue> how(1);
+    how.getArray()[0] = property("FilterName", Any(rtl::OUString::createFromAscii(format.filter)));
+    try {
+      storableOf(workbook)->storeAsURL(url, how);
+    } catch (css::io::IOException const &) {
+      Refuse(file + " can't be written: the folder is missing or refuses it, or the disk is full");
+    }
+    return;
+  }
+  Refuse(file + " has no extension that tells its format: .xlsx, .xls or .ods");
+}
+
+void CloseWorkbook(Link & link, Workbook const & workbook)
+{
+  link.GetCharts().Forget(workbook);
+  close(workbook);
+}
+
+rtl::OUString NameOfWorkbook(Workbook const & workbook)
+{
+  Reference<css::frame::XStorable> const storable = storableOf(workbook);
+  if (!storable->hasLocation()) return Reference<css::frame::XTitle>(workbook, UNO_QUERY_THROW)->getTitle();
+  rtl::OUString path;
+  if (osl::FileBase::getSystemPathFromFileURL(storable->getLocation(), path) != osl::FileBase::E_None)
+    return storable->getLocation();
+  return FromWide(zp::TextToWide(FromHostPath(ToUtf8(path)).View()));
+}
+
+}  // namespace office
