@@ -30,16 +30,16 @@ HRESULT tell(EXCEPINFO * record, rtl::OUString const & sentence)
 }
 
 // What is being handled, as a code and, where there is a sentence, as a record.
-HRESULT tellCurrent(Link const & link, EXCEPINFO * record)
+HRESULT tellCurrent(Link & link, EXCEPINFO * record)
 {
   try {
     throw;
   } catch (Failure const & failure) {
     return failure.sentence.empty() ? failure.code : tell(record, FromUtf8(failure.sentence));
   } catch (css::lang::DisposedException const &) {
-    return link.IsBroken() ? serverUnavailable : CO_E_OBJNOTCONNECTED;
+    return link.HasBroken() ? serverUnavailable : CO_E_OBJNOTCONNECTED;
   } catch (css::uno::Exception const & exception) {
-    if (link.IsBroken()) return serverUnavailable;
+    if (link.HasBroken()) return serverUnavailable;
     return tell(record, exception.Message.isEmpty() ? rtl::OUString("The office refuses this") : exception.Message);
   } catch (std::bad_alloc const &) {
     return E_OUTOFMEMORY;

@@ -141,6 +141,16 @@ void Link::StartAndConnect(LinkSettings const & settings)
   }
 }
 
+bool Link::HasBroken()
+{
+  try {
+    if (m_Desktop.is()) m_Desktop->getCurrentFrame();
+  } catch (css::uno::Exception const &) {
+    *m_pIsBroken = true;
+  }
+  return IsBroken();
+}
+
 void Link::End()
 {
   m_ReadAhead.Drop();

@@ -43,6 +43,9 @@ class Link {
 
   // Whether the office has gone away.
   bool IsBroken() const { return *m_pIsBroken; }
+  // The same, after a call that found something gone: asks the office itself.
+  bool HasBroken();
+
   bool HasStartedTheOffice() const { return m_pProcess != nullptr; }
 
   Reference<css::frame::XDesktop2> const & GetDesktop() const { return m_Desktop; }
