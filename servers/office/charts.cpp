@@ -12,7 +12,6 @@
 #include <com/sun/star/table/XTableChartsSupplier.hpp>
 
 #include "failure.h"
-#include "office_text.h"
 
 namespace office {
 namespace {
@@ -86,9 +85,7 @@ std::shared_ptr<ChartEntry> ChartLists::Add(Workbook const & workbook)
 void ChartLists::Rename(Workbook const & workbook, ChartEntry & chart, rtl::OUString const & name)
 {
   if (chart.name == name) return;
-  if (chart.isMade) Refuse("The office can't rename the chart " + ToUtf8(chart.name));
-  if (name.isEmpty()) Refuse("A chart needs a name");
-  if (IsTaken(workbook, name, &chart)) Refuse("There is a chart " + ToUtf8(name) + " already");
+  if (chart.isMade || name.isEmpty() || IsTaken(workbook, name, &chart)) Fail(E_INVALIDARG);
   make(workbook, name);
   chart.name = name;
   chart.isMade = true;

@@ -29,7 +29,8 @@ class ChartLists {
   // A new one, with the first free name of "Chart1", "Chart2", ...
   std::shared_ptr<ChartEntry> Add(Workbook const & workbook);
 
-  // Gives a chart its name, with which it is made. Failure with a sentence for a name that is taken, is none, or comes too late.
+  // Gives a chart its name, with which it is made. Failure(E_INVALIDARG) for a name that is taken,
+  // is none, or comes too late.
   void Rename(Workbook const & workbook, ChartEntry & chart, rtl::OUString const & name);
 
   // Makes what isn't made yet.

@@ -11,7 +11,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -39,8 +38,9 @@ constexpr auto timeToEnd = 3s;
 
 // A lock is removed only if it is one of this office, whose folder it names.
 constexpr char guardScript[] = R"(
+folder=$1
+shift
 group=
-mark=${1##*/}
 while read -r what value; do
   case $what in
     group) group=$value ;;
@@ -54,10 +54,11 @@ if [ -n "$group" ]; then
 fi
 for file in "$@"; do
   case $file in
-    */.~lock.*) grep -q -F -- "$mark" "$file" || continue ;;
+    */.~lock.*) grep -q -F -- "${folder##*/}" "$file" || continue ;;
   esac
-  rm -rf -- "$file"
+  rm -f -- "$file"
 done
+rm -rf -- "$folder"
 )";
 
 std::vector<char *> pointersTo(std::vector<std::string> & words)
@@ -155,9 +156,8 @@ OfficeProcess::OfficeProcess(std::string const & programFolder, std::string cons
 {
   MakeFolder(parentFolder);
   try {
-    static std::atomic<unsigned> g_nStarts = 0;
-    m_Pipe = "zephlow-" + std::to_string(getpid()) + "-" + std::to_string(++g_nStarts);
-    m_Files = {m_Folder, PipeFile(m_Pipe), PipeFile(profilesPipe(m_Profile))};
+    m_Pipe = "zephlow-" + std::to_string(getpid()) + m_Folder.substr(m_Folder.rfind('-'));
+    m_Files = {PipeFile(m_Pipe), PipeFile(profilesPipe(m_Profile))};
     StartGuard();
     StartOffice();
   } catch (...) {
@@ -207,7 +207,7 @@ void OfficeProcess::StartGuard()
   int ends[2];
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) refuseToStart("The office's guard can't be started", errno);
   m_ToGuard = ends[0];
-  std::vector<std::string> words = {"/bin/sh", "-c", guardScript, "sh"};
+  std::vector<std::string> words = {"/bin/sh", "-c", guardScript, "sh", m_Folder};
   words.insert(words.end(), m_Files.begin(), m_Files.end());
   int const error = spawn(std::move(words), environmentWith({"LC_ALL=C"}), ends[1], m_Guard);
   close(ends[1]);
@@ -261,7 +261,7 @@ void OfficeProcess::RemoveFiles() const
 {
   std::error_code ignored;
   std::filesystem::remove_all(m_Folder, ignored);
-  for (std::string const & file : m_Files) std::filesystem::remove_all(file, ignored);
+  for (std::string const & file : m_Files) std::filesystem::remove(file, ignored);
 }
 
 }  // namespace office

@@ -39,7 +39,7 @@ class OfficeProcess {
   std::string m_Folder;
   std::string m_Profile;  // as a URL
   std::string m_Pipe;
-  std::vector<std::string> m_Files;  // what an office that is killed leaves behind
+  std::vector<std::string> m_Files;  // pipes that an office that is killed leaves behind
   pid_t m_Office = -1;               // and leader of its group; -1 when it has been waited for
   pid_t m_Guard = -1;
   int m_ToGuard = -1;

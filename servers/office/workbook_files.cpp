@@ -49,10 +49,11 @@ PropertyValue property(char const * name, Any const & value)
 // An office that was started here has no screen; in a person's own office what is opened is seen.
 Reference<css::lang::XComponent> load(Link & link, rtl::OUString const & url)
 {
-  Sequence<PropertyValue> how(3);
+  Sequence<PropertyValue> how(4);
   how.getArray()[0] = property("Hidden", Any(link.HasStartedTheOffice()));
   how.getArray()[1] = property("MacroExecutionMode", Any(css::document::MacroExecMode::NEVER_EXECUTE));
   how.getArray()[2] = property("UpdateDocMode", Any(sal_Int16{0}));  // links to other files aren't followed
+  how.getArray()[3] = property("AsTemplate", Any(false));  // nor is a file taken for one whose name tells another format
   return link.GetDesktop()->loadComponentFromURL(url, "_blank", 0, how);
 }
 
@@ -87,6 +88,13 @@ void requireReadable(std::string const & file)
   struct stat state {};
   if (stat(file.c_str(), &state) != 0) Refuse(file + " can't be opened: " + std::strerror(errno));
   if (!S_ISREG(state.st_mode)) Refuse(file + " is no file");
+}
+
+void requireFolder(std::string const & file)
+{
+  std::error_code error;
+  if (!std::filesystem::is_directory(std::filesystem::path(file).parent_path(), error))
+    Refuse(file + " can't be written: there is no such folder");
 }
 
 Reference<css::frame::XStorable> storableOf(Workbook const & workbook)
@@ -149,6 +157,7 @@ void SaveWorkbookAs(Link & link, Workbook const & workbook, rtl::OUString const 
   for (Format const & format : formats) {
     if (!lowerCase.endsWith(rtl::OUString::createFromAscii(format.extension))) continue;
     if (storableOf(workbook)->getLocation() != url && std::filesystem::exists(file)) Refuse(file + " is there already");
+    requireFolder(file);  // the office would make it
     link.TakeNoteOf(file);
     link.GetCharts().MakeAll(workbook);
     Sequence<PropertyValue> how(1);
@@ -156,7 +165,7 @@ void SaveWorkbookAs(Link & link, Workbook const & workbook, rtl::OUString const 
     try {
       storableOf(workbook)->storeAsURL(url, how);
     } catch (css::io::IOException const &) {
-      Refuse(file + " can't be written: the folder is missing or refuses it, or the disk is full");
+      Refuse(file + " can't be written: its folder refuses it, or the disk is full");
     }
     return;
   }

@@ -85,7 +85,7 @@ void WorksheetObject::SetName(Call & call)
   rtl::OUString const name = call.GetText(0);
   Reference<css::container::XNamed> const named(m_Sheet.cells, UNO_QUERY_THROW);
   named->setName(name);
-  if (named->getName() != name) Refuse("A worksheet can't have the name \"" + ToUtf8(name) + "\", or another one has it");
+  if (named->getName() != name) Fail(E_INVALIDARG);
 }
 
 void WorksheetObject::Range(Call & call)

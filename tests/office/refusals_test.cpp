@@ -1,0 +1,151 @@
+// What can't be opened, saved, named or started, and that nothing stays behind.
+
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
+#include "servers/office/failure.h"
+#include "servers/office/link.h"
+#include "tests/office/OfficeServer.h"
+
+namespace {
+
+class OfficeRefusals : public testing::Test {
+ protected:
+  void SetUp() override
+  {
+    if (std::string const why = OfficeServer().WhyNot(); !why.empty()) GTEST_SKIP() << why;
+  }
+
+  std::string Host(std::string const & file) const { return (m_Folder.Path() / file).string(); }
+
+  TempFolder m_Folder;
+  CWinApp m_App{"Refusals"};
+};
+
+TEST_F(OfficeRefusals, NameTheFileAndTheReason)
+{
+  GPWorkBook book = NewBook();
+  book.SaveAs(COleVariant(m_Folder.Name("good.xlsx")));
+  std::string const bytes = m_Folder.Read("good.xlsx");
+  m_Folder.Write("cut.xlsx", bytes.substr(0, bytes.size() / 2));
+  m_Folder.Write("garbage.xlsx", "PK\3\4 but no workbook");
+  m_Folder.Write("locked.xlsx", bytes);
+  m_Folder.Write(".~lock.locked.xlsx#", ",Somebody,elsewhere,25.11.2026 10:00,file:///home/somebody/office;");
+  mkdir(Host("folder.xlsx").c_str(), 0700);
+  struct Row {
+    char const * file;
+    char const * reason;
+  };
+  for (Row const & row :
+       {Row{"missing.xlsx", "No such file"}, Row{"none/missing.xlsx", "No such file"}, Row{"folder.xlsx", "is no file"},
+        Row{"cut.xlsx", "can't be read"}, Row{"garbage.xlsx", "can't be read"}}) {
+    std::string const told = WhatIsTold([&] { OpenBook(m_Folder.Name(row.file)); });
+    EXPECT_NE(told.find(row.reason), std::string::npos) << row.file << ": " << told;
+    EXPECT_NE(told.find(row.file), std::string::npos) << told;
+  }
+  auto const saving = [&](char const * file) { return WhatIsTold([&] { book.SaveAs(COleVariant(m_Folder.Name(file))); }); };
+  EXPECT_NE(saving("cut.xlsx").find("is there already"), std::string::npos);
+  EXPECT_NE(saving("new.doc").find("no extension"), std::string::npos);
+  EXPECT_NE(saving("none/new.xlsx").find("can't be written"), std::string::npos);
+  EXPECT_EQ(saving("good.xlsx"), "");
+  GPWorkBook locked = OpenBook(m_Folder.Name("locked.xlsx"));
+  EXPECT_NE(WhatIsTold([&] { locked.Save(); }).find("reading alone"), std::string::npos);
+  locked.Close(COleVariant(short{0}));
+  GPWorkBook fresh = NewBook();
+  EXPECT_NE(WhatIsTold([&] { fresh.Save(); }).find("no file yet"), std::string::npos);
+  fresh.Close(COleVariant(short{0}));
+  EXPECT_EQ(WhatIsTold([&] { fresh.GetFullName(); }), "800401FD");
+  EXPECT_EQ(WhatIsTold([&] { SheetOf(book, 2); }), "8002000B");
+  EXPECT_EQ(WhatIsTold([&] { book.InvokeHelper(1, DISPATCH_METHOD, VT_EMPTY, nullptr, nullptr); }), "80020003");
+  book.Close(COleVariant(short{0}));
+}
+
+TEST_F(OfficeRefusals, LeaveSheetsAndChartsTheirNames)
+{
+  GPWorkBook book = NewBook();
+  GPWorkSheet first = SheetOf(book, 1);
+  auto second = Attached<GPWorkSheet>(Attached<GPWorkSheets>(book.GetWorkSheets()).Add());
+  std::string const name = second.GetName().GetString();
+  for (char const * refused : {"", "a:b", "a/b", "sheet1"}) {
+    EXPECT_EQ(WhatIsTold([&] { second.SetName(refused); }), "80070057") << refused;
+    EXPECT_EQ(second.GetName(), name.c_str());
+  }
+  auto charts = Attached<GPCharts>(book.GetCharts());
+  auto chart = Attached<GPChart>(charts.Add());
+  auto unnamed = Attached<GPChart>(charts.Add());
+  EXPECT_EQ(chart.GetName(), "Chart1");
+  EXPECT_EQ(WhatIsTold([&] { chart.SetName("CHART2"); }), "80070057");
+  chart.SetName("Profile");
+  EXPECT_EQ(WhatIsTold([&] { chart.SetName("Another"); }), "80070057");
+  book.SaveAs(COleVariant(m_Folder.Name("charts.ods")));
+  book.Close(COleVariant(short{1}));
+  GPWorkBook again = OpenBook(m_Folder.Name("charts.ods"));
+  EXPECT_EQ(Attached<GPCharts>(again.GetCharts()).GetCount(), 2);
+  EXPECT_EQ(Attached<GPChart>(again.GetChart(COleVariant(short{1}))).GetName(), "Profile");
+  again.Close(COleVariant(short{0}));
+}
+
+TEST_F(OfficeRefusals, TellWhyAnOfficeDoesNotStartAndLeaveNothing)
+{
+  mkdir(Host("programs").c_str(), 0700);
+  mkdir(Host("profiles").c_str(), 0700);
+  auto const program = [this](std::string const & script) {
+    m_Folder.Write("programs/soffice.bin", "#!/bin/sh\n" + script + "\n");
+    chmod(Host("programs/soffice.bin").c_str(), 0700);
+    return Host("programs");
+  };
+  struct Row {
+    std::string script, profiles, reason;
+  };
+  for (Row const & row : {Row{"exit 7", "profiles", "status 7"}, Row{"exit 81", "profiles", "status 81"},
+                          Row{"sleep 600 & wait", "profiles", "no answer within 1 second"},
+                          Row{"exit 0", "missing", "No such file"}, Row{"", "profiles", "can't be started"}}) {
+    std::string programs = program(row.script);
+    if (row.script.empty()) programs = Host("missing");
+    std::string told = "it starts";
+    try {
+      office::Link const link({"none-such", programs, Host(row.profiles), 1});
+    } catch (office::Failure const & failure) {
+      told = failure.sentence;
+      EXPECT_EQ(failure.code, office::startFailed);
+    }
+    EXPECT_NE(told.find(row.reason), std::string::npos) << row.reason << ": " << told;
+    EXPECT_TRUE(std::filesystem::is_empty(m_Folder.Path() / "profiles")) << row.script;
+  }
+  EXPECT_TRUE(ProcessesWith(Host("p")).empty());
+}
+
+// Runs this program's helper, which starts an office and waits, and kills it.
+TEST_F(OfficeRefusals, LeaveNothingWhenTheProcessIsKilled)
+{
+  mkdir(Host("profiles").c_str(), 0700);
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  pid_t const child = fork();
+  if (child == 0) {
+    dup2(ends[1], 1);
+    setenv("TMPDIR", Host("profiles").c_str(), 1);
+    execl(ZP_OFFICE_HOLDER, ZP_OFFICE_HOLDER, nullptr);
+    _exit(127);
+  }
+  close(ends[1]);
+  char ready = 0;
+  EXPECT_EQ(read(ends[0], &ready, 1), 1);
+  close(ends[0]);
+  EXPECT_EQ(ProcessesWith("-env:UserInstallation=file://" + Host("profiles")).size(), 1u);
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  auto const isClean = [this] { return std::filesystem::is_empty(m_Folder.Path() / "profiles"); };
+  for (int i = 0; i < 500 && !isClean(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  EXPECT_TRUE(isClean());
+  EXPECT_TRUE(ProcessesWith("-env:UserInstallation=file://" + Host("profiles")).empty());
+  for (auto const & entry : std::filesystem::directory_iterator("/tmp"))
+    EXPECT_EQ(entry.path().string().find("_zephlow-" + std::to_string(child) + "-"), std::string::npos) << entry.path();
+}
+
+}  // namespace
