@@ -156,7 +156,7 @@ void Link::End()
   m_ReadAhead.Drop();
   m_Charts.Clear();
   try {
-    if (m_pProcess != nullptr && m_Desktop.is() && !IsBroken()) m_Desktop->terminate();
+    if (m_pProcess != nullptr && m_Desktop.is() && !IsBroken() && m_Desktop->terminate()) m_pProcess->WaitForEnd();
   } catch (css::uno::Exception const &) {  // it has gone before it could answer
   }
   m_Desktop.clear();

@@ -173,10 +173,8 @@ OfficeProcess::~OfficeProcess()
 {
   int status = 0;
   if (m_Office > 0) {
-    if (!waitFor(m_Office, timeToEnd, status)) {
-      kill(-m_Office, SIGKILL);
-      waitFor(m_Office, timeToEnd, status);
-    }
+    kill(-m_Office, SIGKILL);
+    waitFor(m_Office, timeToEnd, status);
     TellGuard("group", "");
   }
   close(m_ToGuard);
@@ -240,6 +238,14 @@ bool OfficeProcess::HasEnded(int & status)
   if (status != wantsRestart || ++m_nRestarts > mostRestarts) return true;
   StartOffice();
   return false;
+}
+
+void OfficeProcess::WaitForEnd()
+{
+  int status = 0;
+  if (m_Office <= 0 || !waitFor(m_Office, timeToEnd, status)) return;
+  m_Office = -1;
+  TellGuard("group", "");
 }
 
 void OfficeProcess::TellGuard(std::string const & what, std::string const & value) const

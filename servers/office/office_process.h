@@ -15,7 +15,7 @@ class OfficeProcess {
   // accept connections at the pipe GetPipeName. Failure(startFailed) with a sentence if the folder can't be made or the program
   // can't be started.
   OfficeProcess(std::string const & programFolder, std::string const & parentFolder);
-  ~OfficeProcess();  // waits for an office that was told to end, ends one that stays, and removes the folder
+  ~OfficeProcess();  // kills an office that still runs, and removes the folder
   OfficeProcess(OfficeProcess const &) = delete;
   OfficeProcess & operator=(OfficeProcess const &) = delete;
 
@@ -24,6 +24,9 @@ class OfficeProcess {
   // Whether it has ended, and then with which status. One that wants to be started again, as an office does whose profile is new,
   // is.
   bool HasEnded(int & status);
+
+  // Gives an office that was told to end the time for it.
+  void WaitForEnd();
 
   // An office that is killed leaves its lock beside a workbook that it had open: has it removed in the end.
   void CleanLockOf(std::string const & file) const;
