@@ -60,9 +60,15 @@ class WorksheetList : public ObjectOf<WorksheetList> {
   Workbook m_Workbook;
 };
 
+// Ranges hold it together with the worksheet.
+using SharedSheet = std::shared_ptr<Sheet const>;
+
 class WorksheetObject : public ObjectOf<WorksheetObject> {
  public:
-  WorksheetObject(std::shared_ptr<Link> link, Sheet sheet) : ObjectOf(std::move(link)), m_Sheet(std::move(sheet)) {}
+  WorksheetObject(std::shared_ptr<Link> link, Sheet sheet)
+      : ObjectOf(std::move(link)), m_pSheet(std::make_shared<Sheet const>(std::move(sheet)))
+  {
+  }
   static std::span<Member<WorksheetObject> const> Members();
 
  private:
@@ -72,7 +78,7 @@ class WorksheetObject : public ObjectOf<WorksheetObject> {
   void UsedRange(Call & call);
   void Select(Call & call);
 
-  Sheet m_Sheet;
+  SharedSheet m_pSheet;
 };
 
 // A block of cells, or its rows or columns, which differ in what they count.
@@ -80,8 +86,8 @@ class RangeObject : public ObjectOf<RangeObject> {
  public:
   enum class Unit { Cells, Rows, Columns };
 
-  RangeObject(std::shared_ptr<Link> link, Sheet sheet, Area const & area, Unit unit = Unit::Cells)
-      : ObjectOf(std::move(link)), m_Sheet(std::move(sheet)), m_Area(area), m_Unit(unit)
+  RangeObject(std::shared_ptr<Link> link, SharedSheet sheet, Area const & area, Unit unit = Unit::Cells)
+      : ObjectOf(std::move(link)), m_pSheet(std::move(sheet)), m_Area(area), m_Unit(unit)
   {
   }
   static std::span<Member<RangeObject> const> Members();
@@ -92,10 +98,10 @@ class RangeObject : public ObjectOf<RangeObject> {
   void Count(Call & call);
   void Row(Call & call) { call.Return(static_cast<LONG>(m_Area.firstRow + 1)); }
   void Column(Call & call) { call.Return(static_cast<LONG>(m_Area.firstColumn + 1)); }
-  void Rows(Call & call) { call.Return(new RangeObject(ShareLink(), m_Sheet, m_Area, Unit::Rows)); }
-  void Columns(Call & call) { call.Return(new RangeObject(ShareLink(), m_Sheet, m_Area, Unit::Columns)); }
+  void Rows(Call & call) { call.Return(new RangeObject(ShareLink(), m_pSheet, m_Area, Unit::Rows)); }
+  void Columns(Call & call) { call.Return(new RangeObject(ShareLink(), m_pSheet, m_Area, Unit::Columns)); }
 
-  Sheet m_Sheet;
+  SharedSheet m_pSheet;
   Area m_Area;
   Unit m_Unit;
 };

@@ -176,9 +176,9 @@ std::span<Member<RangeObject> const> RangeObject::Members()
 
 void RangeObject::GetValue(Call & call)
 {
-  if (m_Area.IsCell()) return call.Return(GetLink().GetReadAhead().Read(m_Sheet, m_Area.firstColumn, m_Area.firstRow));
+  if (m_Area.IsCell()) return call.Return(GetLink().GetReadAhead().Read(*m_pSheet, m_Area.firstColumn, m_Area.firstRow));
   GetLink().GetReadAhead().Drop();
-  call.Return(readBlock(m_Sheet, m_Area));
+  call.Return(readBlock(*m_pSheet, m_Area));
 }
 
 void RangeObject::SetValue(Call & call)
@@ -186,9 +186,9 @@ void RangeObject::SetValue(Call & call)
   VARIANT const & value = call.Get(0);
   if (int64_t{m_Area.Rows()} * m_Area.Columns() > mostCells) Refuse("The block has more cells than can be written at once");
   if (value.vt != (VT_ARRAY | VT_VARIANT))
-    return writeBlock(m_Sheet, m_Area, [&value](int32_t, int32_t) -> VARIANT const & { return value; });
+    return writeBlock(*m_pSheet, m_Area, [&value](int32_t, int32_t) -> VARIANT const & { return value; });
   GivenBlock const block(value.parray);
-  writeBlock(m_Sheet, m_Area, [&block](int32_t row, int32_t column) -> VARIANT const & { return block.ValueAt(row, column); });
+  writeBlock(*m_pSheet, m_Area, [&block](int32_t row, int32_t column) -> VARIANT const & { return block.ValueAt(row, column); });
 }
 
 void RangeObject::Count(Call & call)

@@ -76,14 +76,14 @@ void WorksheetList::Add(Call & call)
 
 void WorksheetObject::GetName(Call & call)
 {
-  call.Return(TextValue(Reference<css::container::XNamed>(m_Sheet.cells, UNO_QUERY_THROW)->getName()));
+  call.Return(TextValue(Reference<css::container::XNamed>(m_pSheet->cells, UNO_QUERY_THROW)->getName()));
 }
 
 // The office leaves a name that it refuses as it was, without a word.
 void WorksheetObject::SetName(Call & call)
 {
   rtl::OUString const name = call.GetText(0);
-  Reference<css::container::XNamed> const named(m_Sheet.cells, UNO_QUERY_THROW);
+  Reference<css::container::XNamed> const named(m_pSheet->cells, UNO_QUERY_THROW);
   named->setName(name);
   if (named->getName() != name) Fail(E_INVALIDARG);
 }
@@ -95,7 +95,7 @@ void WorksheetObject::Range(Call & call)
   if (!area) {
     Reference<css::sheet::XCellRangeAddressable> range;
     try {
-      range.set(m_Sheet.cells->getCellRangeByName(call.GetText(0)), UNO_QUERY_THROW);
+      range.set(m_pSheet->cells->getCellRangeByName(call.GetText(0)), UNO_QUERY_THROW);
     } catch (css::lang::DisposedException const &) {
       throw;
     } catch (css::uno::RuntimeException const &) {
@@ -104,26 +104,26 @@ void WorksheetObject::Range(Call & call)
     css::table::CellRangeAddress const place = range->getRangeAddress();
     area = Area{place.StartColumn, place.StartRow, place.EndColumn, place.EndRow};
   }
-  call.Return(new RangeObject(ShareLink(), m_Sheet, *area));
+  call.Return(new RangeObject(ShareLink(), m_pSheet, *area));
 }
 
 void WorksheetObject::UsedRange(Call & call)
 {
-  auto const cursor = m_Sheet.cells->createCursor();
+  auto const cursor = m_pSheet->cells->createCursor();
   Reference<css::sheet::XUsedAreaCursor> const used(cursor, UNO_QUERY_THROW);
   used->gotoStartOfUsedArea(false);
   used->gotoEndOfUsedArea(true);
   css::table::CellRangeAddress const place =
       Reference<css::sheet::XCellRangeAddressable>(cursor, UNO_QUERY_THROW)->getRangeAddress();
-  call.Return(new RangeObject(ShareLink(), m_Sheet, Area{place.StartColumn, place.StartRow, place.EndColumn, place.EndRow}));
+  call.Return(new RangeObject(ShareLink(), m_pSheet, Area{place.StartColumn, place.StartRow, place.EndColumn, place.EndRow}));
 }
 
 // Shows the worksheet in the workbook's window, if it has one.
 void WorksheetObject::Select(Call &)
 {
   Reference<css::sheet::XSpreadsheetView> const view(
-      Reference<css::frame::XModel>(m_Sheet.workbook, UNO_QUERY_THROW)->getCurrentController(), UNO_QUERY);
-  if (view.is()) view->setActiveSheet(m_Sheet.cells);
+      Reference<css::frame::XModel>(m_pSheet->workbook, UNO_QUERY_THROW)->getCurrentController(), UNO_QUERY);
+  if (view.is()) view->setActiveSheet(m_pSheet->cells);
 }
 
 void ChartList::Count(Call & call)
