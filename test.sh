@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the machine ready, builds, and runs every test. With --all also: the formatting gate, clang-tidy, the tests in other locales, a
+# Makes the machine ready, builds, and runs every test. With --all also: the tests of the bridge to LibreOffice, the formatting gate, clang-tidy, the tests in other locales, a
 # second run under AddressSanitizer and UndefinedBehaviorSanitizer, the benchmarks' build, a trial of the installation, and a while of
 # each fuzz target (ZP_FUZZ_SECONDS, 60). Each stage ends with the seconds that it took.
 set -euo pipefail
@@ -54,6 +54,9 @@ fuzzing() {
 }
 
 prepare "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
+if [ "${1:-}" = --all ]; then
+  prepare "${OFFICE_PACKAGES[@]}"
+fi
 stage "Tests" suite debug
 [ "${1:-}" = --all ] || exit 0
 

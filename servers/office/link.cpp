@@ -92,8 +92,8 @@ std::shared_ptr<Link> Link::Get()
     if (link != nullptr) link->End();
     link = std::make_shared<Link>(LinkSettings::FromEnvironment());
     g_link = link;
-    static bool const g_isRegistered = std::atexit(endLinkAtExit) == 0;
-    (void)g_isRegistered;
+    static bool const isRegistered = std::atexit(endLinkAtExit) == 0;
+    (void)isRegistered;
   }
   return link;
 }

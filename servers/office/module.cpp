@@ -36,7 +36,7 @@ struct Registration {
   Registration() { zp::RegisterAutomationServer(progId, classId, makeApplication); }
   ~Registration() { zp::UnregisterAutomationServer(progId, classId); }
 };
-Registration const g_registration;
+Registration const registration;
 
 }  // namespace
 }  // namespace office

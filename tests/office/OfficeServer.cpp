@@ -19,7 +19,7 @@ class EndOfOffice : public testing::Environment {
  public:
   void TearDown() override { ForgetSharedOffice(); }
 };
-testing::Environment * const g_environment = testing::AddGlobalTestEnvironment(new EndOfOffice);
+testing::Environment * const environment = testing::AddGlobalTestEnvironment(new EndOfOffice);
 
 std::string commandLineOf(pid_t process)
 {
