@@ -17,6 +17,7 @@
 #include <com/sun/star/container/XEnumerationAccess.hpp>
 #include <com/sun/star/frame/Desktop.hpp>
 #include <com/sun/star/lang/XComponent.hpp>
+#include <com/sun/star/util/XCloseable.hpp>
 #include <cppuhelper/bootstrap.hxx>
 #include <cppuhelper/implbase1.hxx>
 #include <rtl/bootstrap.hxx>
@@ -151,10 +152,22 @@ bool Link::HasBroken()
   return IsBroken();
 }
 
+void Link::CloseOwn()
+{
+  for (Workbook const & workbook : m_Own) {
+    try {
+      Reference<css::util::XCloseable>(workbook, UNO_QUERY_THROW)->close(true);
+    } catch (css::uno::Exception const &) {  // somebody else has closed it
+    }
+  }
+}
+
 void Link::End()
 {
   m_ReadAhead.Drop();
   m_Charts.Clear();
+  if (m_pProcess == nullptr && !IsBroken()) CloseOwn();
+  m_Own.clear();
   try {
     if (m_pProcess != nullptr && m_Desktop.is() && !IsBroken() && m_Desktop->terminate()) m_pProcess->WaitForEnd();
   } catch (css::uno::Exception const &) {  // it has gone before it could answer

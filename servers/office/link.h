@@ -53,6 +53,11 @@ class Link {
   // The open workbooks, the oldest first.
   std::vector<Reference<css::sheet::XSpreadsheetDocument>> ListWorkbooks() const;
 
+  // To be told of each workbook that was opened or made through the link, and of each that was closed. In an office that was
+  // running nobody sees them, so those that are left are closed with the link.
+  void Own(Workbook const & workbook) { m_Own.push_back(workbook); }
+  void Disown(Workbook const & workbook) { std::erase(m_Own, workbook); }
+
   // To be told of each file that the office opens or saves to.
   void TakeNoteOf(std::string const & file) const
   {
@@ -66,6 +71,7 @@ class Link {
   void End();
 
  private:
+  void CloseOwn();
   bool Connect(std::string const & pipe);
   void StartAndConnect(LinkSettings const & settings);
 
@@ -73,6 +79,7 @@ class Link {
   Reference<css::bridge::XBridge> m_Bridge;
   Reference<css::frame::XDesktop2> m_Desktop;
   std::shared_ptr<std::atomic<bool>> m_pIsBroken = std::make_shared<std::atomic<bool>>(false);
+  std::vector<Workbook> m_Own;
   ReadAhead m_ReadAhead;
   ChartLists m_Charts;
 };

@@ -46,11 +46,11 @@ PropertyValue property(char const * name, Any const & value)
   return PropertyValue(rtl::OUString::createFromAscii(name), 0, value, css::beans::PropertyState_DIRECT_VALUE);
 }
 
-// An office that was started here has no screen; in a person's own office what is opened is seen.
+// Unseen: an office without a screen falls over a workbook that is to be shown.
 Reference<css::lang::XComponent> load(Link & link, rtl::OUString const & url)
 {
   Sequence<PropertyValue> how(4);
-  how.getArray()[0] = property("Hidden", Any(link.HasStartedTheOffice()));
+  how.getArray()[0] = property("Hidden", Any(true));
   how.getArray()[1] = property("MacroExecutionMode", Any(css::document::MacroExecMode::NEVER_EXECUTE));
   how.getArray()[2] = property("UpdateDocMode", Any(sal_Int16{0}));  // links to other files aren't followed
   how.getArray()[3] = property("AsTemplate", Any(false));  // nor is a file taken for one whose name tells another format
@@ -111,7 +111,9 @@ void close(Reference<css::uno::XInterface> const & document)
 
 Workbook CreateWorkbook(Link & link)
 {
-  return Workbook(load(link, "private:factory/scalc"), UNO_QUERY_THROW);
+  Workbook const workbook(load(link, "private:factory/scalc"), UNO_QUERY_THROW);
+  link.Own(workbook);
+  return workbook;
 }
 
 Workbook OpenWorkbook(Link & link, rtl::OUString const & path)
@@ -136,6 +138,7 @@ Workbook OpenWorkbook(Link & link, rtl::OUString const & path)
     close(document);
     Refuse(file + " is no workbook");
   }
+  link.Own(workbook);
   if (storableOf(workbook)->isReadonly()) PutWarning("%s is open for reading alone", file.c_str());
   return workbook;
 }
@@ -175,6 +178,7 @@ void SaveWorkbookAs(Link & link, Workbook const & workbook, rtl::OUString const 
 void CloseWorkbook(Link & link, Workbook const & workbook)
 {
   link.GetCharts().Forget(workbook);
+  link.Disown(workbook);
   close(workbook);
 }
 

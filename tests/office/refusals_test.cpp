@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdio>
 #include <thread>
 
 #include "servers/office/failure.h"
@@ -118,6 +119,20 @@ TEST_F(OfficeRefusals, TellWhyAnOfficeDoesNotStartAndLeaveNothing)
     EXPECT_TRUE(std::filesystem::is_empty(m_Folder.Path() / "profiles")) << row.script;
   }
   EXPECT_TRUE(ProcessesWith(Host("p")).empty());
+}
+
+TEST_F(OfficeRefusals, LeaveARunningOfficeItsOwnWorkbooks)
+{
+  GPWorkBook ours = NewBook();
+  std::string const command = ZP_OFFICE_HOLDER " " + SharedPipe();
+  FILE * const other = popen(command.c_str(), "r");
+  ASSERT_NE(other, nullptr);
+  char told[64] = "";
+  EXPECT_NE(fgets(told, sizeof told, other), nullptr);
+  EXPECT_EQ(pclose(other), 0);
+  EXPECT_STREQ(told, "2, last");
+  EXPECT_EQ(Attached<GPWorkBooks>(SharedOffice()->GetWorkBooks()).GetCount(), 1);
+  ours.Close(COleVariant(short{0}));
 }
 
 // Runs this program's helper, which starts an office and waits, and kills it.
