@@ -1,10 +1,10 @@
 // What makes the bridge known when its module is loaded.
-#include <zpbase/messages.h>
 #include <zpbase/platform/automation.h>
 
 #include "failure.h"
 #include "objects.h"
 #include "office_text.h"
+#include "warn.h"
 
 namespace office {
 namespace {
@@ -19,15 +19,15 @@ HRESULT makeApplication(IUnknown ** object)
     *object = new Application(Link::Get());
     return S_OK;
   } catch (Failure const & failure) {
-    PutWarning("%s", failure.sentence.c_str());
+    Warn(failure.sentence);
     return failure.code;
   } catch (css::uno::Exception const & exception) {
-    PutWarning("The office can't be reached: %s", ToUtf8(exception.Message).c_str());
+    Warn("The office can't be reached: " + ToUtf8(exception.Message));
     return startFailed;
   } catch (std::bad_alloc const &) {
     return E_OUTOFMEMORY;
   } catch (std::exception const & exception) {
-    PutWarning("The office can't be reached: %s", exception.what());
+    Warn(std::string("The office can't be reached: ") + exception.what());
     return E_FAIL;
   }
 }

@@ -18,12 +18,12 @@
 #include <com/sun/star/util/XCloseable.hpp>
 #include <osl/file.hxx>
 
-#include <zpbase/messages.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/paths.h>
 
 #include "failure.h"
 #include "office_text.h"
+#include "warn.h"
 
 namespace office {
 namespace {
@@ -69,8 +69,9 @@ std::string hostPathOf(rtl::OUString const & path)
 
 rtl::OUString urlOf(std::string const & hostPath)
 {
+  rtl::OUString const path = FromUtf8(hostPath);
   rtl::OUString url;
-  if (osl::FileBase::getFileURLFromSystemPath(FromUtf8(hostPath), url) != osl::FileBase::E_None)
+  if (ToUtf8(path) != hostPath || osl::FileBase::getFileURLFromSystemPath(path, url) != osl::FileBase::E_None)
     Refuse(hostPath + " is no name that the office can use");
   return url;
 }
@@ -139,7 +140,7 @@ Workbook OpenWorkbook(Link & link, rtl::OUString const & path)
     Refuse(file + " is no workbook");
   }
   link.Own(workbook);
-  if (storableOf(workbook)->isReadonly()) PutWarning("%s is open for reading alone", file.c_str());
+  if (storableOf(workbook)->isReadonly()) Warn(file + " is open for reading alone");
   return workbook;
 }
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/paths.h>
@@ -34,16 +35,12 @@ COleVariant indexOf(int index)
 
 }  // namespace
 
-GPApplication * SharedOffice(std::string * why)
+GPApplication & SharedOffice()
 {
   COleException problem;
-  if (g_office.HasOLELink() == 0 && g_office.CreateDispatch("Zephlow.Office", &problem) == 0) {
-    char text[64];
-    std::snprintf(text, sizeof text, "no office can be started: %08X", static_cast<unsigned>(problem.m_sc));
-    if (why != nullptr) *why = text;
-    return nullptr;
-  }
-  return &g_office;
+  if (g_office.HasOLELink() == 0 && g_office.CreateDispatch("Zephlow.Office", &problem) == 0)
+    throw std::runtime_error("no office can be started");
+  return g_office;
 }
 
 void ForgetSharedOffice()
@@ -53,9 +50,9 @@ void ForgetSharedOffice()
 
 std::string OfficeServer::WhyNot() const
 {
-  std::string why;
-  SharedOffice(&why);
-  return why;
+  for (char const * part : {"/soffice.bin", "/libsclo.so"})
+    if (!std::filesystem::exists(std::string(OFFICE_PROGRAM_FOLDER) + part)) return "LibreOffice Calc is not installed";
+  return {};
 }
 
 void OfficeServer::MakeBook(CString const & fullName, std::vector<Sheet> const & sheets)
@@ -79,12 +76,12 @@ void OfficeServer::MakeBook(CString const & fullName, std::vector<Sheet> const &
 
 GPWorkBook NewBook()
 {
-  return Attached<GPWorkBook>(Attached<GPWorkBooks>(SharedOffice()->GetWorkBooks()).Add());
+  return Attached<GPWorkBook>(Attached<GPWorkBooks>(SharedOffice().GetWorkBooks()).Add());
 }
 
 GPWorkBook OpenBook(CString const & fullName)
 {
-  return Attached<GPWorkBook>(Attached<GPWorkBooks>(SharedOffice()->GetWorkBooks()).Open(COleVariant(fullName)));
+  return Attached<GPWorkBook>(Attached<GPWorkBooks>(SharedOffice().GetWorkBooks()).Open(COleVariant(fullName)));
 }
 
 GPWorkSheet SheetOf(GPWorkBook & book, int index)

@@ -24,8 +24,8 @@ Link Attached(IDispatch * object)
   return link;
 }
 
-// The office that the tests share; null, with the reason in why, where there is none.
-GPApplication * SharedOffice(std::string * why = nullptr);
+// The office that the tests share.
+GPApplication & SharedOffice();
 void ForgetSharedOffice();
 
 // A new workbook, or an open one by its index; the worksheet of an index.

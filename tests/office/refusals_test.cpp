@@ -131,7 +131,7 @@ TEST_F(OfficeRefusals, LeaveARunningOfficeItsOwnWorkbooks)
   EXPECT_NE(fgets(told, sizeof told, other), nullptr);
   EXPECT_EQ(pclose(other), 0);
   EXPECT_STREQ(told, "2, last");
-  EXPECT_EQ(Attached<GPWorkBooks>(SharedOffice()->GetWorkBooks()).GetCount(), 1);
+  EXPECT_EQ(Attached<GPWorkBooks>(SharedOffice().GetWorkBooks()).GetCount(), 1);
   ours.Close(COleVariant(short{0}));
 }
 
