@@ -88,6 +88,7 @@ struct MapCommand : StoreArguments {
   {
     StoreNames const names = GetNames();
     StoreLayout const layout = readLayout(names);
+    if (!svg.empty()) RequireOtherFile(names, svg);
     if (!svg.empty()) WriteWholeFile(svg, LayoutToSvg(layout, names.record));
     if (svg == "-") return exitDone;
     if (json) {
