@@ -1,5 +1,5 @@
-// zp store where something goes wrong around it: full disks, writers that were killed, holes, outputs and inputs that are no files,
-// names and texts that steer a terminal.
+// zp store where something goes wrong around it: full disks, writers that were killed, holes, outputs and inputs that are no
+// files, names and texts that steer a terminal.
 
 #include <sys/stat.h>
 
@@ -87,9 +87,10 @@ TEST_F(StoreTool, AfterAKilledWriterReadersTellAndWritersRefuse)
   for (char const * const command : {"put a 1", "put a 20", "delete a 3", "import a -", "compact a"}) {
     ProgramRun const run = Zp(command, std::string_view(command).starts_with("import") ? "id,name\n4,x\n" : "x");
     EXPECT_EQ(run.status, 1) << command;
-    EXPECT_EQ(run.err,
-              "zp: a.SR: record 1: the index has it here, but the block is record 9; nothing was changed: see zp store check, and "
-              "zp store recover --to NEW --leave-suspect for a sound copy\n");
+    EXPECT_EQ(
+        run.err,
+        "zp: a.SR: record 1: the index has it here, but the block is record 9; nothing was changed: see zp store check, and "
+        "zp store recover --to NEW --leave-suspect for a sound copy\n");
   }
   EXPECT_EQ(filesOf(m_Folder), before);
   EXPECT_EQ(Zp("recover a --to b").status, 1);
@@ -99,18 +100,18 @@ TEST_F(StoreTool, AfterAKilledWriterReadersTellAndWritersRefuse)
 // The first records of many are before the harm, and the index helps or not.
 struct Harm {
   char const * what;
-  size_t hole;       // its begin; 0 for none
-  size_t cut;        // bytes off the end
-  bool isStale;      // the index is one from before a compaction
+  size_t hole;   // its begin; 0 for none
+  size_t cut;    // bytes off the end
+  bool isStale;  // the index is one from before a compaction
   bool hasIndex;
   size_t kept;
   size_t suspect;
 };
 
 constexpr Harm harms[] = {
-    {"hole, index", 300, 0, false, true, 17, 0},        {"hole, no index", 300, 0, false, false, 7, 10},
-    {"cut, index", 0, 5, false, true, 19, 0},           {"cut, no index", 0, 5, false, false, 19, 0},
-    {"cut, stale index", 0, 5, true, true, 17, 0},      {"stale index", 0, 0, true, true, 18, 0},
+    {"hole, index", 300, 0, false, true, 16, 1},     {"hole, no index", 300, 0, false, false, 7, 10},
+    {"cut, index", 0, 5, false, true, 19, 0},        {"cut, no index", 0, 5, false, false, 19, 0},
+    {"cut, stale index", 0, 5, true, true, 17, 0},   {"stale index", 0, 0, true, true, 18, 0},
     {"hole, stale index", 300, 0, true, true, 7, 8},
 };
 
@@ -134,7 +135,7 @@ TEST_F(StoreTool, RecoveryKeepsWhatIsProvedAndFindsItsStepAgain)
     if (!harm.hasIndex) std::filesystem::remove(m_Folder.Path() / "a.SI");
     ProgramRun const run = Zp("recover a --to b --leave-suspect --json");
     Records const kept = Load("b");
-    for (auto const & [id, content] : kept) EXPECT_TRUE(content == records[id] || content.find('\0') != std::string::npos) << id;
+    for (auto const & [id, content] : kept) EXPECT_EQ(content, records[id]) << harm.what;
     std::string::difference_type suspect = 0;
     for (size_t at = 0; (at = run.out.find("\"suspect\"", at)) != std::string::npos; ++at) ++suspect;
     EXPECT_EQ(kept.size(), harm.kept) << harm.what << run.out;
@@ -168,7 +169,7 @@ TEST_F(StoreTool, OutputsAndInputsThatAreNoFilesAreRefused)
       {"import a /dev/zero", 1, "zp: /dev/zero: line 1: is longer than any record\n"},
   };
   for (Refusal const & refusal : refusals) {
-    ProgramRun const run = Zp(refusal.arguments);
+    ProgramRun const run = Zp(refusal.arguments, "x");
     EXPECT_EQ(run.status, refusal.status) << refusal.arguments;
     EXPECT_EQ(run.err, refusal.err);
   }
@@ -177,19 +178,25 @@ TEST_F(StoreTool, OutputsAndInputsThatAreNoFilesAreRefused)
 
 TEST_F(StoreTool, NothingSteersATerminal)
 {
-  std::string const harm = "x\x1B[2J\x7F\xC2\x9By";
+  std::string const harm = "x\x1B[2J\x7F\xC2\x90y";
   m_Folder.Write("t.csv", "id,name\n1," + harm + "\n");
   m_Folder.Write("p.ini", "[a]\nk=x\x1B[2J\x7Fy\n");
   ASSERT_EQ(Zp("import a t.csv").status, 0);
-  char const * const commands[] = {"store list a",         "store list a --json",   "store show a 1",
-                                   "store show a 1 --json", "store export a --json", "store get 'a\x1B[2J' 1",
-                                   "store show a '\x1B[2J'", "store import a 'n\x7F'",  "settings list --profile p.ini",
+  char const * const commands[] = {"store list a",
+                                   "store list a --json",
+                                   "store show a 1",
+                                   "store show a 1 --json",
+                                   "store export a --json",
+                                   "store get 'a\x1B[2J' 1",
+                                   "store show a '\x1B[2J'",
+                                   "store import a 'n\x7F'",
+                                   "settings list --profile p.ini",
                                    "settings list --profile p.ini --json"};
   for (char const * const command : commands) {
     ProgramRun const run = RunZp(m_Folder.Path(), command);
     std::string const all = run.out + run.err;
     EXPECT_EQ(all.find_first_of("\x1B\x7F"), std::string::npos) << command << all;
-    EXPECT_EQ(all.find("\xC2\x9B"), std::string::npos) << command << all;
+    EXPECT_EQ(all.find("\xC2\x90"), std::string::npos) << command << all;
   }
   EXPECT_EQ(Zp("export a").out, m_Folder.Read("t.csv"));  // to a file or a pipe nothing is lost
   Zp("export a a.json --json");

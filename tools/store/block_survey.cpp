@@ -6,7 +6,8 @@
 #include <memory>
 
 #include <fmt/format.h>
-#include <zpbase/platform/bytes.h>
+
+#include "tools/records/payload.h"
 
 namespace {
 
@@ -70,56 +71,53 @@ class Anchors {
   std::vector<unsigned long long> m_Records;
 };
 
-// Where chains of headers begin in a file without a usable index: for each place how many blocks follow each other from there,
-// and of the places from each on the one with the most.
+// Where chains of headers begin in a file without a usable index: for each place how much speaks for the blocks that follow each
+// other from there, and of the places from each on the one for which most does. What lies two bytes beside a chain of equal
+// blocks is a chain as well, but most blocks are full, some begin like objects, and the last one ends with the file.
 class ChainSearch {
  public:
   ChainSearch(CFile const & file, unsigned long long length) : m_Bytes(static_cast<size_t>(length))
   {
     m_Bytes.resize(file.ReadAt(0, m_Bytes.data(), static_cast<UINT>(m_Bytes.size())));
-    CountBlocks();
+    Weigh();
   }
 
-  // The begin of the longest chain from start on, or the file's length. One block alone is a chance, unless it begins like an
-  // object.
+  // The begin of the best chain from start on, or the file's length.
   unsigned long long Find(unsigned long long start) const
   {
-    if (start >= m_Best.size()) return m_Bytes.size();
-    return m_Best[static_cast<size_t>(start)];
+    return start < m_Best.size() ? m_Best[static_cast<size_t>(start)] : m_Bytes.size();
   }
 
  private:
-  zp::BlockHeader HeaderAt(size_t at) const { return zp::BlockHeader::Read(&m_Bytes[at]); }
+  static constexpr DWORD forAny = 1;
+  static constexpr DWORD forFull = 2;
+  static constexpr DWORD forObject = 4;
+  static constexpr DWORD forEnd = 4;
+  static constexpr DWORD least = 4;  // else it may be chance
 
-  bool BeginsObject(size_t at) const
-  {
-    zp::BlockHeader const header = HeaderAt(at);
-    return !header.isFree && header.length > 4 && zp::ReadLittle<DWORD>(&m_Bytes[at + headerBytes]) == newObject;
-  }
-
-  void CountBlocks()
+  void Weigh()
   {
     size_t const length = m_Bytes.size();
-    std::vector<DWORD> counts(length + 1);
+    std::vector<DWORD> weights(length + 1);
+    weights[length] = forEnd;
     m_Best.assign(length, static_cast<DWORD>(length));
-    DWORD best = static_cast<DWORD>(length);
+    size_t best = length;
     for (size_t i = length; i-- > 0;) {
-      if (length - i >= headerBytes) counts[i] = CountFrom(i, counts);
-      bool const isChain = counts[i] > 1 || (counts[i] == 1 && BeginsObject(i));
-      if (isChain && counts[i] >= counts[best]) best = static_cast<DWORD>(i);
-      m_Best[i] = best;
+      if (length - i > headerBytes) weights[i] = WeighFrom(i, weights);
+      if (weights[i] >= least && (best == length || weights[i] >= weights[best])) best = i;
+      m_Best[i] = static_cast<DWORD>(best);
     }
   }
 
-  DWORD CountFrom(size_t at, std::vector<DWORD> const & counts) const
+  DWORD WeighFrom(size_t at, std::vector<DWORD> const & weights) const
   {
-    zp::BlockHeader const header = HeaderAt(at);
+    zp::BlockHeader const header = zp::BlockHeader::Read(&m_Bytes[at]);
     size_t const end = at + headerBytes + header.capacity;
-    bool const isBlock = !isHole(header) && header.length <= header.capacity && end <= m_Bytes.size();
-    return isBlock ? counts[end] + 1 : 0;
+    if (isHole(header) || header.length > header.capacity || end > m_Bytes.size()) return 0;
+    std::span<BYTE const> const payload(&m_Bytes[at + headerBytes], header.length);
+    bool const isObject = !header.isFree && !NamedClass(payload).empty();
+    return weights[end] + (isObject ? forObject : header.length == header.capacity ? forFull : forAny);
   }
-
-  static constexpr DWORD newObject = 0x0001FFFF;  // the tag of a new class and its schema
 
   std::vector<BYTE> m_Bytes;
   std::vector<DWORD> m_Best;
@@ -148,7 +146,10 @@ class BrokenWalk {
       return Resume(fmt::format("only {} bytes are left, less than a block's header", m_nLength - m_nAt), 0);
     }
     zp::RecordBlock const block = {zp::BlockHeader::Read(header), m_nAt};
-    if (isHole(block)) return Resume("there is a hole, a block of no bytes", 1);
+    if (isHole(block)) {
+      DoubtFormer();
+      return Resume("there is a hole, a block of no bytes", 1);
+    }
     unsigned long long const end = m_nAt + headerBytes + block.capacity;
     unsigned long long const next = m_Anchors.Next(m_nAt);
     m_Survey.blocks.push_back({block, m_Survey.breaks.empty() || m_Anchors.IsRecord(m_nAt), end <= next});
@@ -159,6 +160,14 @@ class BrokenWalk {
       return Resume(fmt::format("the block's capacity of {} covers the block at {}", block.capacity, next), headerBytes);
     }
     m_nAt = end;
+  }
+
+  // A hole begins where bytes are 0, so it may have begun in the block before.
+  void DoubtFormer()
+  {
+    BYTE last = 1;
+    if (m_Survey.blocks.empty() || m_File.ReadAt(m_nAt - 1, &last, 1) != 1 || last != 0) return;
+    m_Survey.blocks.back().isTrusted = false;
   }
 
   void Resume(std::string problem, unsigned int skipped)

@@ -128,7 +128,7 @@ class Recovery {
       verdict.why = fmt::format("its {} is unreadable: {}", payload.className, payload.problem);
     } else if (!at.isTrusted) {
       verdict.state = Verdict::Suspect;
-      verdict.why = "it stands behind a break of the chain";
+      verdict.why = "it stands where the chain of blocks breaks";
     }
     return verdict;
   }
