@@ -319,10 +319,36 @@ void ReadComponents(std::istream & input, std::string const & name, std::functio
 
 namespace {
 
-struct CellMark {
-  WORD column;
-  DWORD bytes;
-};
+// A kept cell is its column, its length and its text; the length takes a byte, or behind this mark four.
+constexpr unsigned char longMark = 0xFF;
+
+void keepCell(std::string & cells, size_t column, std::string const & text)
+{
+  cells += static_cast<char>(column);
+  if (text.size() < longMark) {
+    cells += static_cast<char>(text.size());
+  } else {
+    auto const bytes = static_cast<DWORD>(text.size());
+    cells += static_cast<char>(longMark);
+    cells.append(reinterpret_cast<char const *>(&bytes), sizeof bytes);
+  }
+  cells += text;
+}
+
+// The cell at the begin of those that are left, which is taken off them.
+std::string_view takeCell(std::string_view & cells, size_t & column)
+{
+  column = static_cast<unsigned char>(cells[0]);
+  DWORD bytes = static_cast<unsigned char>(cells[1]);
+  cells.remove_prefix(2);
+  if (bytes == longMark) {
+    std::memcpy(&bytes, cells.data(), sizeof bytes);
+    cells.remove_prefix(sizeof bytes);
+  }
+  std::string_view const text = cells.substr(0, bytes);
+  cells.remove_prefix(bytes);
+  return text;
+}
 
 // Fills the cells; false for what has no place in a table.
 bool tell(Cells & cells, Payload const & payload)
@@ -346,8 +372,7 @@ bool ComponentTable::Add(int id, std::span<BYTE const> bytes)
   for (size_t i = 0; i < m_Row.size(); ++i) {
     if (m_Row[i].empty()) continue;
     if (isTold) {
-      CellMark const mark = {static_cast<WORD>(i), static_cast<DWORD>(m_Row[i].size())};
-      m_Cells.append(reinterpret_cast<char const *>(&mark), sizeof mark).append(m_Row[i]);
+      keepCell(m_Cells, i, m_Row[i]);
       m_Used[i] = true;
     }
     m_Row[i].clear();
@@ -370,15 +395,16 @@ void ComponentTable::ForEachRow(std::function<void(std::vector<std::string_view>
   size_t count = 0;
   for (size_t i = 0; i < m_Used.size(); ++i) places[i] = m_Used[i] ? count++ : 0;
   std::vector<std::string_view> fields(count);
-  for (size_t at = 0; at < m_Cells.size();) {
-    CellMark mark;
-    std::memcpy(&mark, &m_Cells[at], sizeof mark);
-    if (mark.column == 0 && at > 0) {
+  bool isFirst = true;
+  for (std::string_view cells = m_Cells; !cells.empty();) {
+    size_t column = 0;
+    std::string_view const text = takeCell(cells, column);
+    if (column == 0 && !isFirst) {
       take(fields);
       std::fill(fields.begin(), fields.end(), std::string_view());
     }
-    fields[places[mark.column]] = std::string_view(m_Cells).substr(at + sizeof mark, mark.bytes);
-    at += sizeof mark + mark.bytes;
+    isFirst = false;
+    fields[places[column]] = text;
   }
   if (!m_Cells.empty()) take(fields);
 }

@@ -35,7 +35,7 @@ class ComponentTable {
   void ForEachRow(std::function<void(std::vector<std::string_view> const & fields)> const & take) const;
 
  private:
-  std::string m_Cells;             // each as a CellMark and its text; a row begins with its id
+  std::string m_Cells;             // of all rows; a row begins with its id
   std::vector<bool> m_Used;        // of all columns
   std::vector<std::string> m_Row;  // blank between two records
 };

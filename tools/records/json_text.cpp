@@ -97,8 +97,9 @@ void JsonText::End(char bracket)
 JsonText & JsonText::Key(std::string_view name)
 {
   Separate();
-  Quote(name);
-  m_Text += ':';
+  m_Text += '"';
+  m_Text += name;
+  m_Text += "\":";
   m_bComma = false;
   return *this;
 }

@@ -16,7 +16,7 @@ class JsonText {
   void EndObject() { End('}'); }
   void BeginArray() { Begin('['); }
   void EndArray() { End(']'); }
-  JsonText & Key(std::string_view name);
+  JsonText & Key(std::string_view name);  // of letters and digits
   void Null() { Value("null"); }
   void Whole(long long number);
   void Text(std::string_view utf8);

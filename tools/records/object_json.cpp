@@ -273,11 +273,49 @@ std::string textOf(CObject const * object, bool withNotes)
   return text;
 }
 
+Object readAgain(CObject const * object);
+
+template <class Array>
+Object arrayAgain(CObject const & object)
+{
+  auto again = std::make_unique<Array>();
+  CObArray const & array = as<Array>(object);
+  for (int i = 0; i < array.GetSize(); ++i) again->Add(readAgain(array.GetAt(i)).release());
+  return again;
+}
+
+template <class List>
+Object listAgain(CObject const & object)
+{
+  auto again = std::make_unique<List>();
+  CObList const & list = as<List>(object);
+  for (POSITION at = list.GetHeadPosition(); at != nullptr;) again->AddTail(readAgain(list.GetNext(at)).release());
+  return again;
+}
+
+// The object as its JSON gives it back, read piece by piece: all values of a large one at once take many times its bytes.
+Object readAgain(CObject const * object)
+{
+  if (object == nullptr) return nullptr;
+  CRuntimeClass const * const record = object->GetRuntimeClass();
+  if (record == RUNTIME_CLASS(GPDataArray)) return arrayAgain<GPDataArray>(*object);
+  if (record == RUNTIME_CLASS(GPObArray)) return arrayAgain<GPObArray>(*object);
+  if (record == RUNTIME_CLASS(GPDataList)) return listAgain<GPDataList>(*object);
+  if (record == RUNTIME_CLASS(GPObList)) return listAgain<GPObList>(*object);
+  if (record != RUNTIME_CLASS(GPa)) return ObjectFromJson(Json::parse(textOf(object, false)));
+  GPa const & item = as<GPa>(*object);
+  if (item.GetArray() != nullptr && item.GetArray()->GetRuntimeClass() != RUNTIME_CLASS(GPObArray))
+    throw Failure("no such array");
+  return std::make_unique<GPa>(item.GetDataID(), static_cast<GPObArray *>(readAgain(item.GetArray()).release()));
+}
+
 // Whether its JSON gives what the bytes hold, to the bit.
 bool givesBack(CObject const & object, std::span<BYTE const> bytes)
 {
   try {
-    std::vector<BYTE> const again = EncodeObject(*ObjectFromJson(Json::parse(textOf(&object, false))));
+    constexpr size_t small = 8192;
+    Object const read = bytes.size() <= small ? ObjectFromJson(Json::parse(textOf(&object, false))) : readAgain(&object);
+    std::vector<BYTE> const again = EncodeObject(*read);
     return std::equal(again.begin(), again.end(), bytes.begin(), bytes.end());
   } catch (Failure const &) {
     return false;
