@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <set>
 #include <sstream>
 
@@ -13,24 +12,16 @@
 #include <zpbase/data.h>
 #include <zpbase/numeric.h>
 #include <zpbase/platform/collections.h>
-#include <zpbase/platform/encoding.h>
 #include <zpbase/platform/number_text.h>
 #include <zpbase/store.h>
 
 #include "tools/program.h"
+#include "tools/records/component_columns.h"
 #include "tools/records/data_ids.h"
-#include "tools/records/payload.h"
 
 namespace {
 
-constexpr int equationPart = -1;
 constexpr size_t mostGroups = GPUnifac::maxEntries;
-
-struct Column {
-  std::string name;
-  DataMeaning const * meaning;  // null for the id
-  int part;                     // index of a coefficient, or equationPart
-};
 
 std::vector<Column> makeColumns()
 {
@@ -44,17 +35,21 @@ std::vector<Column> makeColumns()
   return columns;
 }
 
-std::vector<Column> const & allColumns()
+}  // namespace
+
+std::vector<Column> const & AllColumns()
 {
   static std::vector<Column> const columns = makeColumns();
   return columns;
 }
 
+namespace {
+
 std::vector<size_t> makeFirstColumns()
 {
   std::vector<size_t> first;
   for (DataMeaning const & meaning : GetDataMeanings()) {
-    auto const & columns = allColumns();
+    auto const & columns = AllColumns();
     auto const found =
         std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.meaning == &meaning; });
     first.push_back(static_cast<size_t>(found - columns.begin()));
@@ -62,18 +57,20 @@ std::vector<size_t> makeFirstColumns()
   return first;
 }
 
-size_t firstColumnOf(DataMeaning const & meaning)
+}  // namespace
+
+size_t FirstColumnOf(DataMeaning const & meaning)
 {
   static std::vector<size_t> const first = makeFirstColumns();
   return first[static_cast<size_t>(&meaning - GetDataMeanings().data())];
 }
 
+namespace {
+
 size_t columnsOf(DataMeaning const & meaning)
 {
   return static_cast<size_t>(std::max(meaning.coefficients, 1)) + (meaning.kind == DataKind::Equation ? 1 : 0);
 }
-
-using Cells = std::vector<std::string>;  // of all columns
 
 // Raises for text that is no number, or one that a 32-bit float can't hold.
 void requireNumber(std::string const & cell)
@@ -127,7 +124,9 @@ void requireGroups(std::string const & cell)
   if (count > mostGroups) throw Failure(fmt::format("{} groups are more than the {} of a record", count, mostGroups));
 }
 
-void requireCell(Column const & column, std::string const & cell)
+}  // namespace
+
+void RequireCell(Column const & column, std::string const & cell)
 {
   if (cell.empty()) return;
   if (column.part == equationPart)
@@ -137,6 +136,8 @@ void requireCell(Column const & column, std::string const & cell)
   else if (column.meaning->kind != DataKind::Text)
     requireNumber(cell);
 }
+
+namespace {
 
 void loadFloats(GPDataArray & data, DataMeaning const & meaning, std::string const * cells)
 {
@@ -171,11 +172,13 @@ void loadGroups(GPDataArray & data, std::string const & cell)
   if (item->Load(groups.names, counts) > 0) data.AddData(item.release());
 }
 
+}  // namespace
+
 // A blank cell gives no item: a blank text and a zero mean that there is no value.
-void loadComponent(GPDataArray & data, Cells const & cells)
+void LoadComponent(GPDataArray & data, Cells const & cells)
 {
   for (DataMeaning const & meaning : GetDataMeanings()) {
-    std::string const * const first = &cells[firstColumnOf(meaning)];
+    std::string const * const first = &cells[FirstColumnOf(meaning)];
     if (std::all_of(first, first + columnsOf(meaning), [](std::string const & cell) { return cell.empty(); })) continue;
     switch (meaning.kind) {
       case DataKind::Text:
@@ -197,11 +200,13 @@ void loadComponent(GPDataArray & data, Cells const & cells)
   }
 }
 
+namespace {
+
 // For each of a table's columns its place among all of them.
 std::vector<size_t> placesOf(CsvRow const & head, std::string const & name)
 {
   std::vector<size_t> places;
-  auto const & columns = allColumns();
+  auto const & columns = AllColumns();
   for (std::string const & field : head.fields) {
     auto const found = std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.name == field; });
     if (found == columns.end()) {
@@ -225,11 +230,11 @@ Cells cellsOf(CsvRow const & row, std::vector<size_t> const & places)
   if (row.fields.size() != places.size()) {
     throw Failure(fmt::format("{} fields under {} columns", row.fields.size(), places.size()));
   }
-  Cells cells(allColumns().size());
+  Cells cells(AllColumns().size());
   for (size_t i = 0; i < places.size(); ++i) {
-    Column const & column = allColumns()[places[i]];
+    Column const & column = AllColumns()[places[i]];
     try {
-      if (column.meaning != nullptr) requireCell(column, row.fields[i]);
+      if (column.meaning != nullptr) RequireCell(column, row.fields[i]);
     } catch (Failure const & failure) {
       throw Failure(fmt::format("column {}: {}", column.name, failure.what()));
     }
@@ -243,56 +248,8 @@ Component readComponent(CsvRow const & row, std::vector<size_t> const & places)
   Cells const cells = cellsOf(row, places);
   if (cells[0].empty()) throw Failure("column id: is empty");
   Component component = {wholeNumber(cells[0], zp::maxRecordID), {}};
-  loadComponent(component.data, cells);
+  LoadComponent(component.data, cells);
   return component;
-}
-
-// Nine digits give a 32-bit number back.
-std::string numberText(float value)
-{
-  constexpr int digits = 9;
-  char text[32];
-  return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits).ptr};
-}
-
-// The cells of a packed area: one for each number, but one for all groups.
-void writeArea(std::string * cell, GPv const & item, DataMeaning const & meaning)
-{
-  for (AreaNumber const & number : DecodeArea(item, meaning)) {
-    if (meaning.kind == DataKind::Groups) {
-      *cell += fmt::format("{}{}:{}", cell->empty() ? "" : " ", number.name, number.whole);
-    } else {
-      *cell++ = number.isReal ? numberText(number.real) : std::to_string(number.whole);
-    }
-  }
-}
-
-bool writeItem(Cells & cells, GPData const & item)
-{
-  DataMeaning const * const meaning = FindDataMeaning(item.GetDataID());
-  if (meaning == nullptr) return false;
-  std::string * cell = &cells[firstColumnOf(*meaning)];
-  if (item.GetRuntimeClass() == RUNTIME_CLASS(GPs)) {
-    *cell = zp::TextToUtf8(static_cast<GPs const &>(item).GetValue().View());
-  } else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPf)) {
-    *cell = numberText(static_cast<GPf const &>(item).GetValue());
-  } else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPv)) {
-    writeArea(cell, static_cast<GPv const &>(item), *meaning);
-  }
-  return true;
-}
-
-bool givesBack(Cells const & cells, std::span<BYTE const> bytes)
-{
-  try {
-    GPDataArray data;
-    for (size_t i = 1; i < cells.size(); ++i) requireCell(allColumns()[i], cells[i]);
-    loadComponent(data, cells);
-    std::vector<BYTE> const again = EncodeObject(data);
-    return std::equal(again.begin(), again.end(), bytes.begin(), bytes.end());
-  } catch (Failure const &) {
-    return false;
-  }
 }
 
 }  // namespace
@@ -315,96 +272,4 @@ void ReadComponents(std::istream & input, std::string const & name, std::functio
     }
   });
   if (places.empty()) throw Failure(fmt::format("{}: is empty; a line with the names of the columns is expected", name));
-}
-
-namespace {
-
-// A kept cell is its column, its length and its text; the length takes a byte, or behind this mark four.
-constexpr unsigned char longMark = 0xFF;
-
-void keepCell(std::string & cells, size_t column, std::string const & text)
-{
-  cells += static_cast<char>(column);
-  if (text.size() < longMark) {
-    cells += static_cast<char>(text.size());
-  } else {
-    auto const bytes = static_cast<DWORD>(text.size());
-    cells += static_cast<char>(longMark);
-    cells.append(reinterpret_cast<char const *>(&bytes), sizeof bytes);
-  }
-  cells += text;
-}
-
-// The cell at the begin of those that are left, which is taken off them.
-std::string_view takeCell(std::string_view & cells, size_t & column)
-{
-  column = static_cast<unsigned char>(cells[0]);
-  DWORD bytes = static_cast<unsigned char>(cells[1]);
-  cells.remove_prefix(2);
-  if (bytes == longMark) {
-    std::memcpy(&bytes, cells.data(), sizeof bytes);
-    cells.remove_prefix(sizeof bytes);
-  }
-  std::string_view const text = cells.substr(0, bytes);
-  cells.remove_prefix(bytes);
-  return text;
-}
-
-// Fills the cells; false for what has no place in a table.
-bool tell(Cells & cells, Payload const & payload)
-{
-  if (payload.state != Payload::Object || payload.object->GetRuntimeClass() != RUNTIME_CLASS(GPDataArray)) return false;
-  auto const & data = static_cast<GPDataArray const &>(*payload.object);
-  for (int i = 0; i < data.GetSize(); ++i) {
-    if (data.GetAt(i) == nullptr || !writeItem(cells, *data.GetAt(i))) return false;
-  }
-  return true;
-}
-
-}  // namespace
-
-bool ComponentTable::Add(int id, std::span<BYTE const> bytes)
-{
-  m_Used.resize(allColumns().size());
-  m_Row.resize(allColumns().size());
-  m_Row[0] = std::to_string(id);
-  bool const isTold = tell(m_Row, DecodePayload(bytes)) && givesBack(m_Row, bytes);
-  for (size_t i = 0; i < m_Row.size(); ++i) {
-    if (m_Row[i].empty()) continue;
-    if (isTold) {
-      keepCell(m_Cells, i, m_Row[i]);
-      m_Used[i] = true;
-    }
-    m_Row[i].clear();
-  }
-  return isTold;
-}
-
-std::vector<std::string_view> ComponentTable::GetHead() const
-{
-  std::vector<std::string_view> names = {allColumns().front().name};
-  for (size_t i = 1; i < m_Used.size(); ++i) {
-    if (m_Used[i]) names.emplace_back(allColumns()[i].name);
-  }
-  return names;
-}
-
-void ComponentTable::ForEachRow(std::function<void(std::vector<std::string_view> const & fields)> const & take) const
-{
-  std::vector<size_t> places(allColumns().size());
-  size_t count = 0;
-  for (size_t i = 0; i < m_Used.size(); ++i) places[i] = m_Used[i] ? count++ : 0;
-  std::vector<std::string_view> fields(count);
-  bool isFirst = true;
-  for (std::string_view cells = m_Cells; !cells.empty();) {
-    size_t column = 0;
-    std::string_view const text = takeCell(cells, column);
-    if (column == 0 && !isFirst) {
-      take(fields);
-      std::fill(fields.begin(), fields.end(), std::string_view());
-    }
-    isFirst = false;
-    fields[places[column]] = text;
-  }
-  if (!m_Cells.empty()) take(fields);
 }
