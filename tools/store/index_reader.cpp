@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 #include <zpbase/platform/archive.h>
+#include <zpbase/platform/archive_parts.h>
+#include <zpbase/platform/bytes.h>
 #include <zpbase/store.h>
 
 #include "tools/program.h"
@@ -13,13 +15,16 @@ namespace {
 
 constexpr char const * parts[] = {"the header object", "the table of records", "the list of free blocks"};
 
+constexpr int archiveBuffer = 0x10000;
+
 class IndexReader {
  public:
   explicit IndexReader(std::string const & bytes)
       : m_Bytes(bytes),
         m_Buffer(bytes.begin(), bytes.end()),
         m_File(m_Buffer.data(), static_cast<UINT>(m_Buffer.size())),
-        m_Archive(&m_File, CArchive::load)
+        m_Archive(&m_File, CArchive::load, archiveBuffer),
+        m_Parts(m_Archive)
   {
   }
 
@@ -64,38 +69,50 @@ class IndexReader {
     index.state = StoreIndex::Sound;
   }
 
-  template <class Container>
-  std::unique_ptr<Container> ReadTable()
-  {
-    std::unique_ptr<CObject> object(m_Archive.ReadOwnedObject(RUNTIME_CLASS(Container)));
-    if (object == nullptr) AfxThrowArchiveException(CArchiveException::badClass);
-    return std::unique_ptr<Container>(static_cast<Container *>(object.release()));
-  }
-
   void ReadRecords(StoreIndex & index)
   {
-    auto const table = ReadTable<GPObArray>();
-    for (int i = 0; i < table->GetSize(); ++i) {
-      auto const & entry = RequireEntry<GPActiveRec>(table->GetAt(i));
-      index.live.push_back({entry.m_nFilePos, entry.m_nRecID, entry.m_nRecLen});
-    }
+    ReadTable<GPObArray, GPActiveRec>([&](BYTE const * bytes) {
+      index.live.push_back({zp::ReadLittle<DWORD>(bytes + GPActiveRec::positionOffset),
+                            zp::ReadLittle<short>(bytes + GPActiveRec::idOffset),
+                            zp::ReadLittle<WORD>(bytes + GPActiveRec::lengthOffset)});
+    });
   }
 
   void ReadFree(StoreIndex & index)
   {
-    auto const list = ReadTable<GPObList>();
-    for (POSITION at = list->GetHeadPosition(); at != nullptr;) {
-      auto const & entry = RequireEntry<GPEmptyRec>(list->GetNext(at));
-      index.free.push_back({entry.m_nFilePos, entry.m_nBlockSize});
+    ReadTable<GPObList, GPEmptyRec>([&](BYTE const * bytes) {
+      index.free.push_back(
+          {zp::ReadLittle<DWORD>(bytes + GPEmptyRec::positionOffset), zp::ReadLittle<WORD>(bytes + GPEmptyRec::capacityOffset)});
+    });
+  }
+
+  // A container of new entries, those of a class that came before in runs.
+  template <class Container, class Entry, class Take>
+  void ReadTable(Take const & take)
+  {
+    constexpr ULONGLONG tagBytes = 2;
+    constexpr size_t entryBytes = Entry::streamBytes;
+    RequireClass(RUNTIME_CLASS(Container));
+    DWORD count = m_Archive.ReadCount();
+    m_Archive.RequireBytes(count * tagBytes);
+    while (count > 0) {
+      BYTE const * bytes = nullptr;
+      size_t const run = m_Parts.ReadRun(RUNTIME_CLASS(Entry), entryBytes, count, bytes);
+      for (size_t i = 0; i < run; ++i) take(bytes + i * (entryBytes + tagBytes));
+      count -= static_cast<DWORD>(run);
+      if (run > 0) continue;
+      RequireClass(RUNTIME_CLASS(Entry));
+      BYTE single[entryBytes];
+      m_Archive.EnsureRead(single, entryBytes);
+      take(single);
+      --count;
     }
   }
 
-  template <class Entry>
-  static Entry const & RequireEntry(CObject const * element)
+  void RequireClass(CRuntimeClass const * wanted)
   {
-    bool const isEntry = element != nullptr && element->IsKindOf(RUNTIME_CLASS(Entry));
-    if (!isEntry) AfxThrowArchiveException(CArchiveException::badClass);
-    return static_cast<Entry const &>(*element);
+    if (m_Parts.ReadClass(nullptr) != wanted) AfxThrowArchiveException(CArchiveException::badClass);
+    m_Parts.MapObjects(1);
   }
 
   // A class that isn't registered here is no damage: the part that names it can't be read, nor what follows.
@@ -118,6 +135,7 @@ class IndexReader {
   std::vector<BYTE> m_Buffer;
   CMemFile m_File;
   CArchive m_Archive;
+  zp::ArchiveParts m_Parts;
   size_t m_nPart = 0;
   size_t m_nPartStart = 0;
 };

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 #include <unordered_map>
+#include <unordered_set>
 
 #include <fmt/format.h>
 
@@ -63,7 +63,7 @@ class Checker {
   // The index by itself: ids in range, ascending and unlike; free blocks by ascending capacity; no place named twice.
   void CheckTables()
   {
-    std::set<unsigned long long> places;
+    std::unordered_set<unsigned long long> places(m_Index.live.size() + m_Index.free.size());
     int former = -1;
     for (LiveEntry const & entry : m_Index.live) {
       if (entry.id < 0)
@@ -148,7 +148,7 @@ class Checker {
   // Index and blocks against each other.
   void CompareTables()
   {
-    std::set<unsigned long long> known;
+    std::unordered_set<unsigned long long> known(m_Index.live.size() + m_Index.free.size());
     for (LiveEntry const & entry : m_Index.live) {
       if (!entry.HasPlace()) continue;
       known.insert(entry.position);

@@ -2,6 +2,8 @@
 
 #include "tools/store/stored_records.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "tools/program.h"
@@ -18,16 +20,26 @@ StoredRecords::StoredRecords(StoreNames const & names) : m_Store(names, StoreAcc
   } else {
     FindByHeaders();
   }
-  for (auto const & [id, block] : m_Blocks) m_IDs.push_back(id);
+  Sort();
 }
 
-// Of two entries of one id the first is the record.
+// Of two blocks of one id the first that was found is the record.
+void StoredRecords::Sort()
+{
+  auto const isLess = [](zp::RecordBlock const & a, zp::RecordBlock const & b) { return a.id < b.id; };
+  auto const isSame = [](zp::RecordBlock const & a, zp::RecordBlock const & b) { return a.id == b.id; };
+  std::stable_sort(m_Blocks.begin(), m_Blocks.end(), isLess);
+  m_Blocks.erase(std::unique(m_Blocks.begin(), m_Blocks.end(), isSame), m_Blocks.end());
+  m_IDs.reserve(m_Blocks.size());
+  for (zp::RecordBlock const & block : m_Blocks) m_IDs.push_back(block.id);
+}
+
 void StoredRecords::FindByIndex()
 {
   for (LiveEntry const & entry : m_Store.GetIndex().live) {
     if (entry.id < 0 || entry.length == 0) continue;
     auto const length = static_cast<WORD>(entry.length);
-    m_Blocks.try_emplace(entry.id, zp::RecordBlock{{static_cast<WORD>(entry.id), false, length, length}, entry.position});
+    m_Blocks.push_back({{static_cast<WORD>(entry.id), false, length, length}, entry.position});
   }
 }
 
@@ -43,7 +55,7 @@ void StoredRecords::FindByHeaders()
   Survey const survey = SurveyRecordFile(m_Store.GetRecordFile(), index);
   for (bool const isTrusted : {true, false}) {
     for (SurveyBlock const & at : survey.blocks) {
-      if (!at.block.isFree && at.fits && at.isTrusted == isTrusted) m_Blocks.try_emplace(at.block.id, at.block);
+      if (!at.block.isFree && at.fits && at.isTrusted == isTrusted) m_Blocks.push_back(at.block);
     }
   }
 }
@@ -63,11 +75,12 @@ std::string whyNot(zp::BlockHeader const & wanted, zp::BlockHeader const & found
 std::vector<BYTE> StoredRecords::Load(int id) const
 {
   StoreNames const & names = m_Store.GetNames();
-  auto const found = m_Blocks.find(id);
-  if (found == m_Blocks.end()) {
+  auto const found = std::lower_bound(m_Blocks.begin(), m_Blocks.end(), id,
+                                      [](zp::RecordBlock const & block, int wanted) { return block.id < wanted; });
+  if (found == m_Blocks.end() || found->id != id) {
     throw Failure(fmt::format("{}: there is no record {}; see zp store list", m_bByIndex ? names.index : names.record, id));
   }
-  zp::RecordBlock const & wanted = found->second;
+  zp::RecordBlock const & wanted = *found;
   constexpr size_t headerBytes = zp::BlockHeader::byteCount;
   std::vector<BYTE> bytes(headerBytes + wanted.length);
   bytes.resize(m_Store.GetRecordFile().ReadAt(wanted.position, bytes.data(), static_cast<UINT>(bytes.size())));

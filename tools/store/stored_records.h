@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <vector>
 
 #include "tools/program.h"
@@ -36,7 +35,9 @@ class StoredRecords {
   void FindByHeaders();
 
   OpenStore m_Store;
-  std::map<int, zp::RecordBlock> m_Blocks;
+  void Sort();
+
+  std::vector<zp::RecordBlock> m_Blocks;  // by id
   std::vector<int> m_IDs;
   bool m_bHasHeader = true;
   bool m_bByIndex = true;
