@@ -205,6 +205,17 @@ Survey SurveyRecordFile(CFile const & file, StoreIndex const & index)
   return BrokenWalk(file, index, chain.GetFileLength()).Run();
 }
 
+std::span<BYTE const> RecordWindow::Fetch(unsigned long long position, size_t count)
+{
+  if (position < m_nStart || position + count > m_nStart + m_nSize) {
+    m_Bytes.resize(std::max(m_nPiece, count));
+    m_nStart = position;
+    m_nSize = m_File.ReadAt(position, m_Bytes.data(), static_cast<UINT>(m_Bytes.size()));
+  }
+  size_t const at = static_cast<size_t>(position - m_nStart);
+  return std::span<BYTE const>(m_Bytes).subspan(at, std::min(count, m_nSize - at));
+}
+
 std::vector<BYTE> ReadPayload(CFile const & file, zp::RecordBlock const & block)
 {
   std::vector<BYTE> bytes(std::min(block.length, block.capacity));

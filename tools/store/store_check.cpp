@@ -197,12 +197,13 @@ class Checker {
   void CheckObjects()
   {
     Progress progress("checking", m_Report.survey.fileLength);
+    RecordWindow window(m_File);
     std::map<std::string, size_t> unknown;
     for (SurveyBlock const & at : m_Report.survey.blocks) {
       zp::RecordBlock const & block = at.block;
       progress.Reach(block.position);
       if (block.isFree || block.length > block.capacity) continue;
-      Payload const payload = DecodePayload(ReadPayload(m_File, block));
+      Payload const payload = DecodePayload(window.Fetch(block.position + zp::BlockHeader::byteCount, block.length));
       if (payload.state == Payload::Unknown) ++unknown[payload.className];
       if (payload.state != Payload::Damaged) continue;
       RecordFault(block.position, "record {}: its {} is unreadable: {}", block.id, payload.className, payload.problem);

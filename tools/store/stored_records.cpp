@@ -74,6 +74,12 @@ std::string whyNot(zp::BlockHeader const & wanted, zp::BlockHeader const & found
 
 std::vector<BYTE> StoredRecords::Load(int id) const
 {
+  RecordWindow window(m_Store.GetRecordFile(), 0);
+  return LoadFrom(window, id);
+}
+
+std::vector<BYTE> StoredRecords::LoadFrom(RecordWindow & window, int id) const
+{
   StoreNames const & names = m_Store.GetNames();
   auto const found = std::lower_bound(m_Blocks.begin(), m_Blocks.end(), id,
                                       [](zp::RecordBlock const & block, int wanted) { return block.id < wanted; });
@@ -82,8 +88,7 @@ std::vector<BYTE> StoredRecords::Load(int id) const
   }
   zp::RecordBlock const & wanted = *found;
   constexpr size_t headerBytes = zp::BlockHeader::byteCount;
-  std::vector<BYTE> bytes(headerBytes + wanted.length);
-  bytes.resize(m_Store.GetRecordFile().ReadAt(wanted.position, bytes.data(), static_cast<UINT>(bytes.size())));
+  std::span<BYTE const> const bytes = window.Fetch(wanted.position, headerBytes + wanted.length);
   std::string problem;
   if (wanted.position == LiveEntry::noPlace)
     problem = "its bytes never reached the file; store it again or delete it";
@@ -92,18 +97,18 @@ std::vector<BYTE> StoredRecords::Load(int id) const
   else if (std::string const why = whyNot(wanted, zp::BlockHeader::Read(bytes.data())); m_bByIndex && !why.empty())
     problem = fmt::format("the index has it at {}, but {}; look with zp store check", wanted.position, why);
   if (!problem.empty()) throw Failure(fmt::format("{}: record {}: {}", names.record, id, problem));
-  bytes.erase(bytes.begin(), bytes.begin() + headerBytes);
-  return bytes;
+  return {bytes.begin() + headerBytes, bytes.end()};
 }
 
 size_t StoredRecords::ForEach(char const * label, std::function<void(int id, std::vector<BYTE> const & bytes)> const & use) const
 {
   Progress progress(label, m_IDs.size());
+  RecordWindow window(m_Store.GetRecordFile());
   size_t done = 0;
   size_t left = 0;
   for (int const id : m_IDs) {
     try {
-      use(id, Load(id));
+      use(id, LoadFrom(window, id));
     } catch (Failure const & failure) {
       Tell(failure.what());
       ++left;

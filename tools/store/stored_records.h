@@ -36,6 +36,7 @@ class StoredRecords {
 
   OpenStore m_Store;
   void Sort();
+  std::vector<BYTE> LoadFrom(RecordWindow & window, int id) const;
 
   std::vector<zp::RecordBlock> m_Blocks;  // by id
   std::vector<int> m_IDs;
