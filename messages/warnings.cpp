@@ -3,6 +3,7 @@
 #include <zpbase/messages.h>
 
 #include <algorithm>
+#include <new>
 
 #include <zpbase/config.h>
 #include <zpbase/job_folders.h>
@@ -43,18 +44,27 @@ CString numberOf(unsigned int id)
   return zp::FormatResource(firstWarningID, {id - firstWarningID});
 }
 
-// Returns what PutWarning gives.
-int putText(CString const & text)
+void putText(CString const & text)
 {
-  if (job_path[0] == '\0' || g_bWriting) return 1;
+  if (job_path[0] == '\0' || g_bWriting) return;
   struct Writing {
     Writing() { g_bWriting = true; }
     ~Writing() { g_bWriting = false; }
   } const writing;
+  appendLine(text);
+}
+
+// Puts the text that make gives, and returns what PutWarning gives. A warning tells of a failure, and may stand where nothing can
+// be raised: one that can't be put, for want of memory too, is lost.
+template <class Make>
+int putIfAllowed(Make make)
+{
   try {
-    appendLine(text);
+    if (!AllowWarnings()) return 0;
+    putText(make());
   } catch (CException * problem) {
     zp::ExceptionGuard const guard(problem);
+  } catch (std::bad_alloc const &) {
   }
   return 1;
 }
@@ -75,31 +85,35 @@ int AllowWarnings()
 
 int PutWarning(char const * format, ...)
 {
-  if (!AllowWarnings()) return 0;
-  CString text;
   va_list args;
   va_start(args, format);
-  text.FormatV(format, args);
+  int const allowed = putIfAllowed([&] {
+    CString text;
+    text.FormatV(format, args);
+    return text;
+  });
   va_end(args);
-  return putText(text);
+  return allowed;
 }
 
 int PutWarning(unsigned int id, ...)
 {
-  CString format;
-  if (!format.LoadString(id)) return PutWarning(id, {});
-  if (!AllowWarnings()) return 0;
-  CString message;
   va_list args;
   va_start(args, id);
-  message.FormatV(format, args);
+  int const allowed = putIfAllowed([&] {
+    CString format;
+    if (!format.LoadString(id)) return numberOf(id) + zp::FormatResource(id, {});
+    CString message;
+    message.FormatV(format, args);
+    return numberOf(id) + message;
+  });
   va_end(args);
-  return putText(numberOf(id) + message);
+  return allowed;
 }
 
 int PutWarning(unsigned int id, std::initializer_list<zp::FormatArg> args)
 {
-  return AllowWarnings() ? putText(numberOf(id) + zp::FormatResource(id, args)) : 0;
+  return putIfAllowed([&] { return numberOf(id) + zp::FormatResource(id, args); });
 }
 
 void FlushWarningsFile()
