@@ -152,7 +152,16 @@ class ZP_API CMemFile : public CFile {
 
 namespace zp {
 
-// True when both names lead to one file that exists.
+// What a look at a name has told. What the system can't say, for want of a right or with a device that fails, is Unknown.
+enum class Presence { There, Missing, Unknown };
+
+// Whether name leads to a file, and its status if it does.
+ZP_API Presence GetPresence(char const * name, CFileStatus & status);
+
+// True when both names lead to one file that exists; false also where that can't be told.
 ZP_API bool IsSameFile(char const * first, char const * second);
+
+// True when it is known that the names don't lead to one file.
+ZP_API bool AreDistinctFiles(char const * first, char const * second);
 
 }  // namespace zp

@@ -43,11 +43,22 @@ std::optional<zp::HostLock> lockOf(UINT flags)
   return shared ? zp::HostLock::Shared : zp::HostLock::Exclusive;
 }
 
-// True when path still leads to the file that is open.
-bool leadsTo(char const * path, zp::HostStatus const & open)
+// 1 when path still leads to the file that is open, 0 when it doesn't, -1 with errno set when that can't be told.
+int leadsTo(char const * path, zp::HostStatus const & open)
 {
   zp::HostStatus now;
-  return zp::GetHostCalls().GetStatusOf(path, now) == 0 && now.IsSameFile(open);
+  if (zp::GetHostCalls().GetStatusOf(path, now) == 0) return now.IsSameFile(open);
+  return zp::SaysMissing(errno) ? 0 : -1;
+}
+
+// Makes a call again that a signal has broken off.
+template <class Call>
+int untilDone(Call call)
+{
+  int result;
+  do result = call();
+  while (result < 0 && errno == EINTR);
+  return result;
 }
 
 // Opens and locks path and tells what it leads to; a descriptor that isn't open, with errno set, on failure. A file that was
@@ -58,15 +69,18 @@ zp::Descriptor openLocked(char const * path, UINT flags, zp::HostStatus & status
   unsigned int const create = (flags & CFile::modeCreate) != 0 ? unsigned{zp::hostCreate} : 0;
   auto const lock = lockOf(flags);
   for (int i = 0; i < openTries; ++i) {
-    zp::Descriptor file(host.Open(path, hostAccess(flags) | create, newFileMode));
+    zp::Descriptor file(untilDone([&] { return host.Open(path, hostAccess(flags) | create, newFileMode); }));
     if (!file.IsOpen() || host.GetStatus(file.Get(), status) != 0) return {};
     if (status.kind == zp::HostStatus::Folder) {
       errno = EISDIR;
       return {};
     }
     // Only a lock that another holds refuses the file; a file system without locks is no sharing violation.
-    if (lock && host.Lock(file.Get(), *lock) != 0 && errno == EWOULDBLOCK) return {};
-    if (!lock || status.kind != zp::HostStatus::File || leadsTo(path, status)) return file;
+    if (lock && untilDone([&] { return host.Lock(file.Get(), *lock); }) != 0 && errno == EWOULDBLOCK) return {};
+    if (!lock || status.kind != zp::HostStatus::File) return file;
+    int const stays = leadsTo(path, status);
+    if (stays > 0) return file;
+    if (stays < 0) return {};
   }
   errno = EWOULDBLOCK;
   return {};
@@ -79,8 +93,8 @@ zp::Descriptor openAndTruncate(char const * path, UINT flags)
   zp::Descriptor file = openLocked(path, flags, status);
   bool const truncate = (flags & CFile::modeCreate) != 0 && (flags & CFile::modeNoTruncate) == 0;
   if (!file.IsOpen() || !truncate || status.kind != zp::HostStatus::File) return file;
-  if (zp::GetHostCalls().GetStatus(file.Get(), status) != 0 || status.size == 0) return file;
-  if (zp::GetHostCalls().SetLength(file.Get(), 0) != 0) return {};
+  if (zp::GetHostCalls().GetStatus(file.Get(), status) == 0 && status.size == 0) return file;
+  if (untilDone([&] { return zp::GetHostCalls().SetLength(file.Get(), 0); }) != 0) return {};
   return file;
 }
 
@@ -159,7 +173,7 @@ void CFile::SetLength(ULONGLONG length)
 {
   RequireOpen();
   ++m_nChanges;
-  if (zp::GetHostCalls().SetLength(m_hFile, static_cast<LONGLONG>(length)) != 0) Fail(errno);
+  if (untilDone([&] { return zp::GetHostCalls().SetLength(m_hFile, static_cast<LONGLONG>(length)); }) != 0) Fail(errno);
   m_nPosition = length;
 }
 

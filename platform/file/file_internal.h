@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cerrno>
 #include <string>
 
 #include <zpbase/platform/types.h>
@@ -16,6 +17,12 @@ struct FileFailure {
 
 // A value of errno for a host path. A name that isn't there is badPath if its folder is missing.
 FileFailure FailureOfName(int error, std::string const & hostPath);
+
+// Whether an error of a look at a name says that nothing is there; any other says nothing of that.
+inline bool SaysMissing(int error)
+{
+  return error == ENOENT || error == ENOTDIR;
+}
 
 // Whether a host path leads to a folder.
 bool IsFolder(std::string const & hostPath);

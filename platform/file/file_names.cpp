@@ -61,7 +61,10 @@ void refuseInUse(std::string const & hostPath, char const * name)
 {
   zp::HostCalls const & host = zp::GetHostCalls();
   zp::Descriptor file(host.Open(hostPath.c_str(), zp::hostRead | zp::hostNoWait, 0));
-  if (!file.IsOpen()) return;
+  if (!file.IsOpen()) {
+    if (errno == EIO || errno == EMFILE || errno == ENFILE) fail(errno, name, hostPath);  // it can't be told
+    return;
+  }
   bool const inUse = host.Lock(file.Get(), zp::HostLock::Exclusive) != 0 && errno == EWOULDBLOCK;
   file.Close();
   if (inUse) fail(EWOULDBLOCK, name, hostPath);
@@ -73,11 +76,22 @@ void setReadOnly(std::string const & hostPath, unsigned int mode, bool readOnly,
   if (wanted != mode && zp::GetHostCalls().SetModeOf(hostPath.c_str(), wanted) != 0) fail(errno, name, hostPath);
 }
 
-// Whether the folder that a host path lies in is missing.
+// Whether the folder that a host path lies in is missing; one that can't be looked at isn't.
 bool isFolderMissing(std::string const & hostPath)
 {
   size_t const slash = hostPath.rfind('/');
-  return slash != std::string::npos && slash > 0 && !zp::IsFolder(hostPath.substr(0, slash));
+  if (slash == std::string::npos || slash == 0) return false;
+  zp::HostStatus status;
+  if (zp::GetHostCalls().GetStatusOf(hostPath.substr(0, slash).c_str(), status) != 0) return zp::SaysMissing(errno);
+  return status.kind != zp::HostStatus::Folder;
+}
+
+zp::Presence presenceOf(char const * name, zp::HostStatus & status)
+{
+  std::string hostPath;
+  if (!ToHostPath(name, hostPath)) return zp::Presence::Missing;
+  if (zp::GetHostCalls().GetStatusOf(hostPath.c_str(), status) == 0) return zp::Presence::There;
+  return zp::SaysMissing(errno) ? zp::Presence::Missing : zp::Presence::Unknown;
 }
 
 }  // namespace
@@ -96,15 +110,29 @@ bool IsFolder(std::string const & hostPath)
   return GetHostCalls().GetStatusOf(hostPath.c_str(), status) == 0 && status.kind == HostStatus::Folder;
 }
 
+Presence GetPresence(char const * name, CFileStatus & status)
+{
+  HostStatus host;
+  Presence const presence = presenceOf(name, host);
+  if (presence == Presence::There) fillStatus(status, host, CString(name));
+  return presence;
+}
+
 bool IsSameFile(char const * first, char const * second)
 {
-  std::string a;
-  std::string b;
   HostStatus one;
   HostStatus other;
-  HostCalls const & host = GetHostCalls();
-  return ToHostPath(first, a) && ToHostPath(second, b) && host.GetStatusOf(a.c_str(), one) == 0 &&
-         host.GetStatusOf(b.c_str(), other) == 0 && one.IsSameFile(other);
+  return presenceOf(first, one) == Presence::There && presenceOf(second, other) == Presence::There && one.IsSameFile(other);
+}
+
+bool AreDistinctFiles(char const * first, char const * second)
+{
+  HostStatus one;
+  HostStatus other;
+  Presence const a = presenceOf(first, one);
+  Presence const b = presenceOf(second, other);
+  if (a == Presence::Missing || b == Presence::Missing) return true;
+  return a == Presence::There && b == Presence::There && !one.IsSameFile(other);
 }
 
 }  // namespace zp
@@ -141,11 +169,7 @@ BOOL CFile::GetStatus(CFileStatus & status) const
 
 BOOL CFile::GetStatus(char const * name, CFileStatus & status)
 {
-  std::string hostPath;
-  zp::HostStatus host;
-  if (!ToHostPath(name, hostPath) || zp::GetHostCalls().GetStatusOf(hostPath.c_str(), host) != 0) return FALSE;
-  fillStatus(status, host, CString(name));
-  return TRUE;
+  return zp::GetPresence(name, status) == zp::Presence::There;
 }
 
 void CFile::SetStatus(char const * name, CFileStatus const & status)

@@ -76,7 +76,7 @@ bool WatchedText::Look()
   HostStatus now;
   if (GetHostCalls().GetStatusOf(m_strFile.c_str(), now) != 0) {
     now = {};
-    m_nError = errno == ENOENT || errno == ENOTDIR ? 0 : errno;
+    m_nError = SaysMissing(errno) ? 0 : errno;
     bool const wasThere = m_Stamp.file != 0;
     m_Stamp = now;
     m_bKnown = false;
