@@ -1,7 +1,10 @@
 // The one way to a file on disk, and the store of numbered records in an index file and a record file.
 //
 // A GPFile answers questions instead of raising: open and write problems end in warnings and flags; read and seek problems
-// raise the platform's file exception. Operations give non-zero on success and 0 on failure unless said otherwise.
+// raise the platform's file exception. Operations give non-zero on success and 0 on failure unless said otherwise. Where memory
+// runs out they raise std::bad_alloc, and what they work on is as it was unless said otherwise. A name is missing only where the
+// system says that nothing is there: a file that it can't look at counts as one that exists and isn't empty, so that nothing
+// takes its place; the next open tells what is wrong.
 #pragma once
 
 #include <initializer_list>
@@ -16,7 +19,7 @@
 class ZP_API GPFile : public CFile {
  public:
   explicit GPFile(CString const & name);  // takes the status; opens nothing
-  ~GPFile() override;
+  ~GPFile() override = default;           // closes, without a look or a word
 
   using CFile::Open;
   using CFile::Seek;
@@ -24,13 +27,19 @@ class ZP_API GPFile : public CFile {
   // Adds modeReadWrite to a bare modeCreate and shareDenyWrite to a mode that writes. 0 without a word for a file that wasn't
   // there at construction, unless modeCreate is given; 0 with a warning for one that the system refuses.
   int Open(unsigned int flags);
+
+  // As Open, but waits up to two seconds for a file that another open holds before it warns and gives 0.
+  int OpenWhenFree(unsigned int flags);
+
+  // A close that fails, or raises for want of memory, has closed the file all the same.
   void Close() override;
   void Abort() override;
 
   // The problem of the last open that failed: 1 and the sentence for the user, or 0 and text untouched if there was none.
   int GetOpenProblem(CString & text);
 
-  int Exists() const { return m_bExists; }  // as known since construction, the last open or close
+  void LookAgain();                         // takes the status of a closed file anew
+  int Exists() const { return m_bExists; }  // as known since construction, the last open, close or look
   int IsOpen() const { return m_bIsOpen; }
   int IsWriteOK() const { return m_bWriteOK; }  // the last write; 1 before the first one
   int IsEmpty() const;                          // by the length at construction or the last close
@@ -71,7 +80,8 @@ class ZP_API GPFile : public CFile {
   int ReadLine(CString & line);
 
   // Lines of the file from its begin, or -1 if it doesn't exist. An open file is closed and opened again at its place, which it
-  // finds after a problem too; one that was removed meanwhile stays closed. One that can't be opened raises as its read does.
+  // finds after a problem too; one that was removed meanwhile, or for which memory doesn't suffice, stays closed. One that can't
+  // be opened raises as its read does.
   int GetLineCount();
 
   // Puts the lines of ReadLine in place of what the array holds, tabs expanded to columns of 8: the number of entries, or -1 if
@@ -83,11 +93,13 @@ class ZP_API GPFile : public CFile {
   int Browse();
 
   // Copies src into this file, behind its end with append, else in its place; an empty source changes nothing. Both stay open.
+  // Bytes behind the end that came short are cut back; a copy in place that fails has lost what was there. Where memory runs out
+  // nothing is copied, and a file that the copy would have made isn't there.
   int CopyFile(GPFile & src, int append);
   int CopyFile(CString const & src, int append);
 
   // Copy by names; without append the copy takes the source's times and is writable. A copy that fails is removed; one onto
-  // itself is refused.
+  // itself, or where it can't be told whether it is, is refused.
   static int CopyFile(CString const & dest, CString const & src, int append);
   static int CopyFile(CString const & dest, GPFile & src, int append);
 
@@ -116,8 +128,12 @@ class ZP_API GPFile : public CFile {
   };
 
  private:
+  int TryOpen(unsigned int flags);
+  int TellOpenProblem();
   int WriteArgPtr(char const * format, va_list args);
+  static int CopyStatus(CString const & dest, GPFile & src);
   int CopyBytes(GPFile & src, int append);
+  int WriteBehindEnd(void const * bytes, UINT count);
   void ForgetHandle();
   void NoteClosed();
   std::string_view FetchChunk(ULONGLONG position);
@@ -182,14 +198,20 @@ class ZP_API GPMemFile : public CMemFile {
 namespace zp {
 
 class ActiveTable;
+class BlockPositions;
 class FreeTable;
 struct ActiveEntry;
 struct FreeBlock;
+struct Place;
 
 // What a store can hold.
 inline constexpr int maxRecordID = 32767;
 inline constexpr unsigned int maxRecordLength = 65535;  // bytes
-inline constexpr DWORD maxBlockPosition = 0x7FFFFFFF;   // of a block's header in the record file
+inline constexpr DWORD maxBlockPosition = 0x7FFFFFFF;   // of a block's header; a file grows only as long as it ends below
+
+// The position of a live record without a place in the record file, in memory and in the index file: it was to be stored, and
+// the file couldn't be created or couldn't grow. It loads as 0 bytes; storing it looks for a place, deleting it takes it away.
+inline constexpr DWORD noBlockPosition = 0xFFFFFFFF;
 
 // What stands in front of each block's payload area in a record file: three 16-bit words, little-endian.
 struct BlockHeader {
@@ -250,17 +272,32 @@ class ZP_API BlockChain {
 }  // namespace zp
 
 // Records of 1 to 65,535 bytes under ids from 0 to 32767. The record file changes at once, the index file at Close.
+//
+// Before a block that the index tells of is written to, its header is read once: a block that isn't the record's own, or isn't
+// free where it should be, or reaches into its neighbour is left alone, and the record goes to another place. A write that fails
+// ends in a warning, and the record that was there before stays, except that bytes of the same length, or that fit no smaller
+// block, go over the old ones. An operation that raises leaves records and tables as they were, except where it says otherwise.
 class ZP_API GPDataFile : public CObject {
  public:
   // Opens the store; newHeader makes the header object of a new one, null stands for a plain GPObject. accessMode are the
-  // CFile flags for a record file that is read first. An index file that is damaged raises the archive's or file's exception.
+  // CFile flags for a record file that is read first. An index file that is damaged, or can't be read, raises the archive's or
+  // file's exception.
   GPDataFile(CString const & indexFile, CString const & recFile, unsigned int accessMode, CObject * (*newHeader)());
+
+  // Closes the store. Where the header object can't be stored the index gets a null one, and where the index can't be written
+  // the changes are in the record file alone: a warning tells of both.
   ~GPDataFile() override;
   GPDataFile(GPDataFile const &) = delete;
   GPDataFile & operator=(GPDataFile const &) = delete;
 
-  int Open(unsigned int accessMode);  // a closed store; 0 for one whose record file is open
-  int Close();                        // writes the index file if it changed; raises nothing
+  // Loads the index file and looks anew whether there is a record file. 0, and nothing done, while the record file is open or the
+  // store has changes that its index file doesn't have. What it raises leaves the store closed.
+  int Open(unsigned int accessMode);
+
+  // Writes the index file if anything changed, and closes. 0 after a warning if the index file can't be opened, for two seconds
+  // if another program has it; the exception of a header object that can't be stored passes: then the store is open as it was and
+  // the files are untouched. A write to the index file that fails ends in a warning alone.
+  int Close();
 
   unsigned int GetAccessMode() const { return m_nAccessMode; }
   int IsEmpty() const;
@@ -278,34 +315,49 @@ class ZP_API GPDataFile : public CObject {
   // The object under id, or null. The caller owns it. Raises the archive's exception for bytes that are no object.
   CObject * LoadObj(int id);
 
+  // 0 and nothing changed if the record file can't be opened or an existing record finds no place; 0 for a new record that finds
+  // none, and the file's exception if the record file can't be created: the record is then without a place. 1 after a write that
+  // failed: a new record is without a place, another one as it was.
   int StoreRec(void const * data, unsigned int length, int id);
-  int StoreObj(CObject const * object, int id);
+  int StoreObj(CObject const * object, int id);  // raises the archive's exception for an object that can't be streamed
+
+  // 0 and nothing changed if there is no such record or its block can't be marked as free.
   int DeleteRec(int id);
 
-  // Slides the live records together, cuts the record file and rebuilds both tables from the block headers. 0 and everything
-  // unchanged if there is no record file, it can't be opened, or its blocks don't form a sound chain. Not safe against an
-  // interruption: work on a copy.
+  // Slides the live records together, cuts the record file and rebuilds both tables from the block headers; records without a
+  // place are gone then. 0 and everything unchanged if there is no record file, it can't be opened, or its blocks don't form a
+  // sound chain. Not safe against an interruption: work on a copy. If the file's exception passes after records have moved, the
+  // tables tell where each one is by then.
   int DegasRecFile();
 
-  // Closes the store and gives both files the status.
+  // Closes the store and gives both files the status, unless it can't be closed.
   void SetStatus(CFileStatus const & status);
 
  private:
   int LoadIndexFile();
   int StoreIndexFile();
+  int TryClose();
+  void CloseRecFile();
+  void DropTables();
   int OpenRecFile(unsigned int flags);
-  bool IsFreeBlock(zp::FreeBlock const & block) const;
-  bool TakePlace(unsigned int length, zp::FreeBlock & block);
-  int PutRec(void const * data, zp::ActiveEntry & entry, zp::FreeBlock const & block);
-  int StoreNewRec(void const * data, zp::ActiveEntry & entry);
-  int Overwrite(void const * data, zp::ActiveEntry & entry);
+  int OpenForStoring();
+  bool ReadHeader(DWORD position, zp::BlockHeader & header);
+  bool HasBlock(zp::ActiveEntry & entry);
+  bool IsFreeBlock(zp::FreeBlock const & block);
+  bool FindFree(unsigned int length, zp::FreeBlock & block);
+  bool FindPlace(unsigned int length, zp::Place & place);
+  bool WriteAtPlace(void const * data, unsigned int length, int id, zp::Place const & place);
+  bool WriteBlock(void const * data, unsigned int length, int id, zp::FreeBlock const & block);
+  bool Append(void const * data, unsigned int length, int id);
+  void CutTail();
+  bool MarkFree(DWORD position, int id);
+  void LeavePlace(int id, zp::Place const & place, unsigned int length);
+  int StoreNewRec(void const * data, unsigned int length, int id, zp::ActiveEntry * entry);
   int ReplaceRec(void const * data, unsigned int length, zp::ActiveEntry & entry);
-  int WriteBlock(void const * data, zp::ActiveEntry const & entry);
-  void MarkFree(zp::ActiveEntry const & entry);
-  unsigned int CapacityOf(zp::ActiveEntry & entry);
-  bool IsSoundChain() const;
-  std::unique_ptr<zp::ActiveTable> SlideRecords();
-  void WriteMoved(ULONGLONG position, std::vector<BYTE> & bytes);
+  int MoveRec(void const * data, unsigned int length, zp::ActiveEntry & entry, zp::Place const & place);
+  int ShrinkRec(void const * data, unsigned int length, zp::ActiveEntry & entry);
+  std::unique_ptr<zp::ActiveTable> SurveyChain() const;
+  void SlideRecords(zp::ActiveTable & active, bool & hasMoved);
 
   CString m_strIndexFile;
   int m_bIndexDirty = 0;
@@ -318,7 +370,9 @@ class ZP_API GPDataFile : public CObject {
   CObject * m_pHeader = nullptr;  // the caller's header object; owned by the store, which never looks into it
 
  private:
-  std::unique_ptr<zp::ActiveTable> m_pActiveRecs;  // in ascending id
-  std::unique_ptr<zp::FreeTable> m_pEmptyRecs;     // in ascending capacity, the first freed first
-  ULONGLONG m_nRecFileLength = 0;                  // while the record file is open
+  std::unique_ptr<zp::ActiveTable> m_pActiveRecs;    // in ascending id
+  std::unique_ptr<zp::FreeTable> m_pEmptyRecs;       // in ascending capacity, the first freed first
+  std::unique_ptr<zp::BlockPositions> m_pPositions;  // made when first needed
+  ULONGLONG m_nRecFileLength = 0;                    // while the record file is open: where the last block ends
+  bool m_bTail = false;                              // a write that failed may have left bytes behind it
 };

@@ -1,14 +1,8 @@
-// GPDataFile: opening and closing, look-ups, and the records' way in and out. Compaction is in compaction.cpp, the index file
-// in index_file.cpp.
-//
-// A record keeps its place while its length stays. Otherwise its block is freed, and the smallest free block that fits takes it,
-// the first freed among equals, whole; only where none fits does the file grow. Header and payload travel in one system call; the
-// file's length and the capacities seen so far are known and not asked for again.
+// GPDataFile: opening and closing, look-ups, and the records' way in and out. Where a record goes is decided in
+// record_places.cpp; compaction is in compaction.cpp, the index file in index_file.cpp.
 
 #include <zpbase/store.h>
 
-#include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include <zpbase/messages.h>
@@ -21,19 +15,52 @@ GPDataFile::GPDataFile(CString const & indexFile, CString const & recFile, unsig
   Open(accessMode);
 }
 
+// Memory that ran out may be there again; a header object that can't be stored is left out.
 GPDataFile::~GPDataFile()
 {
-  Close();
+  int closed = TryClose();
+  if (closed < 0) closed = TryClose();
+  if (closed < 0) {
+    PutWarning("Close store %s -> its header object can't be stored", m_strIndexFile.GetString());
+    delete std::exchange(m_pHeader, nullptr);
+    closed = TryClose();
+  }
+  if (closed <= 0) PutWarning("Close store %s -> the index isn't written", m_strIndexFile.GetString());
+  DropTables();
+}
+
+// What Close gives, or -1 where it raises.
+int GPDataFile::TryClose()
+{
+  try {
+    return Close();
+  } catch (CException * problem) {
+    zp::ExceptionGuard const guard(problem);
+  } catch (...) {  // the header object may raise anything
+  }
+  return -1;
+}
+
+void GPDataFile::DropTables()
+{
+  m_pEmptyRecs.reset();
+  m_pActiveRecs.reset();
+  m_pPositions.reset();
+  delete std::exchange(m_pHeader, nullptr);
 }
 
 int GPDataFile::Open(unsigned int accessMode)
 {
-  if (m_RecFile.IsOpen()) return 0;
+  if (m_RecFile.IsOpen() || m_bIndexDirty) return 0;
   m_nAccessMode = accessMode;
+  DropTables();
+  m_RecFile.LookAgain();
   if (LoadIndexFile()) return 1;
+  auto active = std::make_unique<zp::ActiveTable>();
+  auto free = std::make_unique<zp::FreeTable>();
   m_pHeader = m_pfnNewHeader != nullptr ? m_pfnNewHeader() : new GPObject;
-  m_pActiveRecs = std::make_unique<zp::ActiveTable>();
-  m_pEmptyRecs = std::make_unique<zp::FreeTable>();
+  m_pActiveRecs = std::move(active);
+  m_pEmptyRecs = std::move(free);
   return 1;
 }
 
@@ -52,42 +79,39 @@ int GPDataFile::LoadIndexFile()
   return 1;
 }
 
-// The index is made in memory first, so that a header that can't be streamed leaves the old file alone.
+// The index is made in memory first, so that a header that can't be streamed leaves the old file alone. The file is cut before it
+// is written, so that one that came short reads as cut.
 int GPDataFile::StoreIndexFile()
 {
+  GPMemFile bytes;
+  CArchive ar(&bytes, CArchive::store);
+  zp::WriteIndex(ar, m_pHeader, *m_pActiveRecs, *m_pEmptyRecs);
+  ar.Close();
   GPFile file(m_strIndexFile);
-  if (m_bIndexDirty) {
-    GPMemFile bytes;
-    CArchive ar(&bytes, CArchive::store);
-    zp::WriteIndex(ar, m_pHeader, *m_pActiveRecs, *m_pEmptyRecs);
-    ar.Close();
-    if (file.Open(CFile::modeCreate | CFile::modeNoTruncate)) {
-      file.GPFile::Write(bytes.GetMemPtr(), static_cast<UINT>(bytes.GetLength()));
-      file.SetLength(bytes.GetLength());
-      file.Close();
-    }
-    m_bIndexDirty = 0;
-  }
-  return file.Exists();
+  if (!file.OpenWhenFree(CFile::modeCreate)) return 0;
+  m_bIndexDirty = 0;
+  file.WriteRecord(0, bytes.GetMemPtr(), static_cast<UINT>(bytes.GetLength()));
+  return 1;
 }
 
 int GPDataFile::Close()
 {
-  try {
-    if (m_pActiveRecs != nullptr) StoreIndexFile();
-    if (m_RecFile.IsOpen()) m_RecFile.Close();
-  } catch (CException * problem) {
-    zp::ExceptionGuard const guard(problem);
-    char text[260];
-    problem->GetErrorMessage(text, sizeof text);
-    PutWarning("Close store %s -> %s", m_strIndexFile.GetString(), text);
-    if (m_RecFile.IsOpen()) m_RecFile.Abort();
-  }
-  m_bIndexDirty = 0;
-  m_pEmptyRecs.reset();
-  m_pActiveRecs.reset();
-  delete std::exchange(m_pHeader, nullptr);
+  if (m_bIndexDirty && !StoreIndexFile()) return 0;
+  CloseRecFile();
+  DropTables();
   return 1;
+}
+
+void GPDataFile::CloseRecFile()
+{
+  if (!m_RecFile.IsOpen()) return;
+  if (m_bTail) CutTail();
+  try {
+    m_RecFile.Close();
+  } catch (CFileException * problem) {
+    zp::ExceptionGuard const guard(problem);
+    PutWarning("Close file %s -> problem %d", m_strRecFile.GetString(), problem->m_cause);
+  }
 }
 
 int GPDataFile::IsEmpty() const
@@ -124,7 +148,23 @@ unsigned int GPDataFile::GetRecLength(int id) const
 int GPDataFile::OpenRecFile(unsigned int flags)
 {
   if (!m_RecFile.Open(flags)) return 0;
-  m_nRecFileLength = m_RecFile.GetLength();
+  try {
+    m_nRecFileLength = m_RecFile.GetLength();
+  } catch (...) {
+    m_RecFile.Abort();
+    throw;
+  }
+  m_bTail = false;
+  m_pPositions.reset();
+  return 1;
+}
+
+// A record file that can't be created shows in the first access.
+int GPDataFile::OpenForStoring()
+{
+  if (m_RecFile.IsOpen()) return 1;
+  if (m_RecFile.Exists()) return OpenRecFile(CFile::modeReadWrite);
+  OpenRecFile(CFile::modeCreate | CFile::modeNoTruncate);
   return 1;
 }
 
@@ -163,124 +203,36 @@ int GPDataFile::StoreObj(CObject const * object, int id)
 int GPDataFile::StoreRec(void const * data, unsigned int length, int id)
 {
   if (m_pActiveRecs == nullptr || length == 0 || length > zp::maxRecordLength || id < 0 || id > zp::maxRecordID) return 0;
-  if (!m_RecFile.Exists())
-    OpenRecFile(CFile::modeCreate | CFile::modeNoTruncate);  // a failure shows in the first access below
-  else if (!m_RecFile.IsOpen() && !OpenRecFile(CFile::modeReadWrite))
-    return 0;
-  if (zp::ActiveEntry * const entry = m_pActiveRecs->Find(id); entry != nullptr)
-    return entry->length == length ? Overwrite(data, *entry) : ReplaceRec(data, length, *entry);
-  zp::ActiveEntry & entry = m_pActiveRecs->Add(id);
-  entry.length = static_cast<WORD>(length);
-  return StoreNewRec(data, entry);
-}
-
-// True when the block's header says that it is free and as large as the index has it.
-bool GPDataFile::IsFreeBlock(zp::FreeBlock const & block) const
-{
-  if (block.isSeen) return true;
-  BYTE header[zp::headerBytes];
-  return block.position <= zp::maxBlockPosition && m_RecFile.ReadAt(block.position, header, sizeof header) == sizeof header &&
-         zp::BlockHeader::Read(header).isFree && zp::BlockHeader::Read(header).capacity == block.capacity;
-}
-
-// The smallest free block that fits, taken from the table, else one at the end of the file; false if the file can't grow. A
-// block that the record file doesn't know as free is forgotten: writing there could destroy a record.
-bool GPDataFile::TakePlace(unsigned int length, zp::FreeBlock & block)
-{
-  while (m_pEmptyRecs->TakeBestFit(length, block))
-    if (IsFreeBlock(block)) return true;
-  block = {static_cast<DWORD>(m_nRecFileLength), static_cast<WORD>(length), true};
-  return m_nRecFileLength <= zp::maxBlockPosition;
-}
-
-// Finds a place for a record whose entry has its id and length.
-int GPDataFile::StoreNewRec(void const * data, zp::ActiveEntry & entry)
-{
-  m_bIndexDirty = 1;
-  if (!m_RecFile.IsOpen()) m_RecFile.GetLength();  // raises: the file couldn't be created
-  zp::FreeBlock block;
-  return TakePlace(entry.length, block) ? PutRec(data, entry, block) : 0;
-}
-
-int GPDataFile::PutRec(void const * data, zp::ActiveEntry & entry, zp::FreeBlock const & block)
-{
-  m_bIndexDirty = 1;
-  entry.position = block.position;
-  entry.capacity = block.capacity;
-  return WriteBlock(data, entry);
-}
-
-// The block at the entry's place keeps its capacity. If no block with room for the record stands there, the record goes to
-// another place and that one is left alone.
-int GPDataFile::Overwrite(void const * data, zp::ActiveEntry & entry)
-{
-  return CapacityOf(entry) < entry.length ? StoreNewRec(data, entry) : WriteBlock(data, entry);
-}
-
-// The record's own block is free by the time that a place is looked for, so it may be the one that is taken: then its header
-// is written once.
-int GPDataFile::ReplaceRec(void const * data, unsigned int length, zp::ActiveEntry & entry)
-{
-  unsigned int const capacity = CapacityOf(entry);
-  if (capacity == 0 || (capacity < length && m_nRecFileLength > zp::maxBlockPosition)) return 0;
-  m_pEmptyRecs->Add({entry.position, static_cast<WORD>(capacity), true});
-  zp::FreeBlock block;
-  TakePlace(length, block);
-  if (block.position != entry.position) MarkFree(entry);
-  entry.length = static_cast<WORD>(length);
-  return PutRec(data, entry, block);
+  if (!OpenForStoring()) return 0;
+  zp::ActiveEntry * const entry = m_pActiveRecs->Find(id);
+  if (entry == nullptr || !m_RecFile.IsOpen() || !HasBlock(*entry)) return StoreNewRec(data, length, id, entry);
+  if (entry->length != length) return ReplaceRec(data, length, *entry);
+  WriteBlock(data, length, id, {entry->position, static_cast<WORD>(entry->capacity), true});
+  return 1;
 }
 
 int GPDataFile::DeleteRec(int id)
 {
-  if (m_pActiveRecs == nullptr || !m_RecFile.Exists()) return 0;
-  zp::ActiveEntry * const entry = m_pActiveRecs->Find(id);
+  zp::ActiveEntry * const entry = m_pActiveRecs != nullptr ? m_pActiveRecs->Find(id) : nullptr;
   if (entry == nullptr) return 0;
-  if (!m_RecFile.IsOpen() && !OpenRecFile(CFile::modeReadWrite)) return 0;
-  unsigned int const capacity = CapacityOf(*entry);
-  if (capacity == 0) return 0;
-  MarkFree(*entry);
+  if (entry->position != zp::noBlockPosition) {
+    if (!m_RecFile.Exists()) return 0;
+    if (!m_RecFile.IsOpen() && !OpenRecFile(CFile::modeReadWrite)) return 0;
+    if (HasBlock(*entry)) {
+      auto const capacity = static_cast<WORD>(entry->capacity);
+      m_pEmptyRecs->ReserveOne(capacity);
+      if (!MarkFree(entry->position, id)) return 0;
+      m_pEmptyRecs->Add({entry->position, capacity, true});
+    }
+  }
   m_bIndexDirty = 1;
-  m_pEmptyRecs->Add({entry->position, static_cast<WORD>(capacity), true});
   m_pActiveRecs->Remove(*entry);
   return 1;
 }
 
-// The capacity of a live record's block, read from its header once; 0 if there is no whole header or it can't be reached.
-unsigned int GPDataFile::CapacityOf(zp::ActiveEntry & entry)
-{
-  if (entry.capacity == zp::ActiveEntry::unknown) {
-    if (entry.position > zp::maxBlockPosition) return 0;
-    BYTE header[zp::headerBytes];
-    if (m_RecFile.ReadAt(entry.position, header, sizeof header) != sizeof header) return 0;
-    entry.capacity = zp::BlockHeader::Read(header).capacity;
-  }
-  return static_cast<unsigned int>(entry.capacity);
-}
-
-int GPDataFile::WriteBlock(void const * data, zp::ActiveEntry const & entry)
-{
-  BYTE block[zp::headerBytes + zp::maxRecordLength];
-  zp::BlockHeader{static_cast<WORD>(entry.id), false, entry.length, static_cast<WORD>(entry.capacity)}.Write(block);
-  std::memcpy(block + zp::headerBytes, data, entry.length);
-  UINT const count = zp::headerBytes + entry.length;
-  if (m_RecFile.WriteRecord(entry.position, block, count))
-    m_nRecFileLength = std::max(m_nRecFileLength, ULONGLONG{entry.position} + count);
-  else
-    m_nRecFileLength = m_RecFile.GetLength();
-  return 1;
-}
-
-void GPDataFile::MarkFree(zp::ActiveEntry const & entry)
-{
-  BYTE mark[2];
-  zp::WriteLittle(mark, static_cast<WORD>(entry.id | zp::BlockHeader::freeMark));
-  m_RecFile.WriteRecord(entry.position, mark, sizeof mark);
-}
-
 void GPDataFile::SetStatus(CFileStatus const & status)
 {
-  Close();
+  if (!Close()) return;
   GPFile::SetStatus(m_strRecFile, status);
   GPFile::SetStatus(m_strIndexFile, status);
 }

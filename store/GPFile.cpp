@@ -2,7 +2,9 @@
 
 #include <zpbase/store.h>
 
-#include <algorithm>
+#include <chrono>
+#include <new>
+#include <thread>
 
 #include <zpbase/messages.h>
 #include <zpbase/platform/resources.h>
@@ -10,6 +12,9 @@
 namespace {
 
 constexpr unsigned int writingModes = CFile::modeWrite | CFile::modeReadWrite;
+constexpr LONGLONG unknownSize = -1;
+constexpr std::chrono::milliseconds openPause(50);
+constexpr int openPauses = 40;
 
 // The string resource for an open problem; each takes the path and the cause.
 unsigned int openProblemID(int cause)
@@ -35,23 +40,36 @@ unsigned int openProblemID(int cause)
 GPFile::GPFile(CString const & name) : m_strPath(name)
 {
   SetFilePath(name);
-  if (!name.IsEmpty()) m_bExists = CFile::GetStatus(name, m_Status);
+  if (!name.IsEmpty()) LookAgain();
 }
 
-GPFile::~GPFile()
+void GPFile::LookAgain()
 {
-  if (!m_bIsOpen) return;
-  try {
-    GPFile::Close();
-  } catch (CFileException * problem) {
-    zp::ExceptionGuard const guard(problem);
-  }
+  zp::Presence const presence = zp::GetPresence(m_strPath, m_Status);
+  m_bExists = presence != zp::Presence::Missing;
+  if (presence == zp::Presence::Unknown) m_Status.m_size = unknownSize;
 }
 
-// Writers keep others from writing. The cause of an open that fails stays known until the next one that does.
 int GPFile::Open(unsigned int flags)
 {
   if (!m_bExists && (flags & modeCreate) == 0) return 0;
+  return TryOpen(flags) || TellOpenProblem();
+}
+
+int GPFile::OpenWhenFree(unsigned int flags)
+{
+  if (!m_bExists && (flags & modeCreate) == 0) return 0;
+  for (int i = 0; i < openPauses; ++i) {
+    if (TryOpen(flags)) return 1;
+    if (m_nOpenProblem != CFileException::sharingViolation) return TellOpenProblem();
+    std::this_thread::sleep_for(openPause);
+  }
+  return TryOpen(flags) || TellOpenProblem();
+}
+
+// Writers keep others from writing. The cause of an open that fails stays known until the next one that does.
+int GPFile::TryOpen(unsigned int flags)
+{
   if ((flags & modeCreate) != 0 && (flags & writingModes) == 0) flags |= modeReadWrite;
   if ((flags & writingModes) != 0) flags |= shareDenyWrite;
 
@@ -60,15 +78,21 @@ int GPFile::Open(unsigned int flags)
   m_nChunkSize = 0;
   if (!m_bIsOpen) {
     m_nOpenProblem = problem.m_cause;
-    CString text;
-    GetOpenProblem(text);
-    PutWarning("%s", text.GetString());
-    ForgetHandle();
     return 0;
   }
   m_bExists = 1;
   m_nOpenFlags = flags;
-  return m_bIsOpen;
+  return 1;
+}
+
+// Always 0, what the open gives.
+int GPFile::TellOpenProblem()
+{
+  CString text;
+  GetOpenProblem(text);
+  PutWarning("%s", text.GetString());
+  ForgetHandle();
+  return 0;
 }
 
 // A refused open leaves no handle behind that a later close could take for ours.
@@ -88,7 +112,6 @@ int GPFile::GetOpenProblem(CString & text)
 
 void GPFile::Close()
 {
-  // A close that fails has closed the file all the same.
   struct Afterwards {
     GPFile & file;
     ~Afterwards() { file.NoteClosed(); }
@@ -102,11 +125,17 @@ void GPFile::Abort()
   NoteClosed();
 }
 
+// Where memory doesn't suffice for a look, the file counts as one that can't be looked at.
 void GPFile::NoteClosed()
 {
   m_nChunkSize = 0;
-  m_bExists = CFile::GetStatus(m_strPath, m_Status);
   m_bIsOpen = 0;
+  try {
+    LookAgain();
+  } catch (std::bad_alloc const &) {
+    m_bExists = 1;
+    m_Status.m_size = unknownSize;
+  }
 }
 
 int GPFile::IsEmpty() const
@@ -151,12 +180,10 @@ int GPFile::WriteRecord(ULONGLONG position, void const * buffer, UINT count)
 
 int GPFile::Exists(CString const & name)
 {
-  CFileStatus status;
-  return CFile::GetStatus(name, status);
+  return GPFile(name).Exists();
 }
 
 int GPFile::IsEmpty(CString const & name)
 {
-  CFileStatus status;
-  return !CFile::GetStatus(name, status) || status.m_size == 0;
+  return GPFile(name).IsEmpty();
 }

@@ -87,13 +87,18 @@ ActiveEntry * ActiveTable::FindAsRead(int id)
   return nullptr;
 }
 
-ActiveEntry & ActiveTable::Add(int id)
+ActiveEntry & ActiveTable::Add(int id, unsigned int length)
 {
+  ActiveEntry const entry{static_cast<short>(id), static_cast<WORD>(length), noBlockPosition, ActiveEntry::unknown};
+  ActiveEntry * added;
+  if (m_bAsRead) {
+    auto const larger = std::find_if(m_AsRead.begin(), m_AsRead.end(), [id](ActiveEntry const & at) { return at.id > id; });
+    added = &*m_AsRead.insert(larger, entry);
+  } else {
+    added = &(PlaceOf(id) = entry);
+  }
   ++m_nCount;
-  ActiveEntry const entry{static_cast<short>(id), 0, 0, ActiveEntry::unknown};
-  if (!m_bAsRead) return PlaceOf(id) = entry;
-  auto const larger = std::find_if(m_AsRead.begin(), m_AsRead.end(), [id](ActiveEntry const & at) { return at.id > id; });
-  return *m_AsRead.insert(larger, entry);
+  return *added;
 }
 
 void ActiveTable::Remove(ActiveEntry const & entry)
@@ -120,8 +125,8 @@ int ActiveTable::GetLastID() const
 void FreeTable::Append(FreeBlock block)
 {
   if (!m_bAsRead && block.capacity >= m_nLastAppended) {
-    m_nLastAppended = block.capacity;
     Add(block);
+    m_nLastAppended = block.capacity;
     return;
   }
   if (!m_bAsRead) {
@@ -135,9 +140,20 @@ void FreeTable::Append(FreeBlock block)
   ++m_nCount;
 }
 
+void FreeTable::ReserveOne(unsigned int capacity)
+{
+  auto const makeRoom = [](auto & table) {
+    if (table.size() == table.capacity()) table.reserve(2 * table.size() + 1);
+  };
+  if (m_bAsRead) return makeRoom(m_AsRead);
+  if (capacity >= m_Queues.size()) m_Queues.resize(size_t{capacity} + 1);
+  if (m_nUnusedNode < 0) makeRoom(m_Nodes);
+}
+
 // Nodes of queues that are used up are taken again, so that a store that lives long doesn't grow the table.
 void FreeTable::Add(FreeBlock block)
 {
+  ReserveOne(block.capacity);
   ++m_nCount;
   if (m_bAsRead) {
     auto const larger =
@@ -153,7 +169,6 @@ void FreeTable::Add(FreeBlock block)
     node = static_cast<int>(m_Nodes.size());
     m_Nodes.push_back({block, -1});
   }
-  if (block.capacity >= m_Queues.size()) m_Queues.resize(size_t{block.capacity} + 1);
   Queue & queue = m_Queues[block.capacity];
   (queue.tail >= 0 ? m_Nodes[static_cast<size_t>(queue.tail)].next : queue.head) = node;
   queue.tail = node;
@@ -161,13 +176,30 @@ void FreeTable::Add(FreeBlock block)
 }
 
 // The head of the queue of the smallest capacity that fits is the block that an ordered list would be searched for.
-bool FreeTable::TakeBestFit(unsigned int length, FreeBlock & block)
+bool FreeTable::GetBestFit(unsigned int length, FreeBlock & block) const
 {
   if (m_bAsRead) {
-    auto const fit =
-        std::find_if(m_AsRead.begin(), m_AsRead.end(), [length](FreeBlock const & at) { return at.capacity >= length; });
+    auto const fit = FindAsRead(length);
     if (fit == m_AsRead.end()) return false;
     block = *fit;
+    return true;
+  }
+  int const capacity = m_Capacities.AtOrAbove(length);
+  if (capacity < 0) return false;
+  block = m_Nodes[static_cast<size_t>(m_Queues[static_cast<size_t>(capacity)].head)].block;
+  return true;
+}
+
+std::vector<FreeBlock>::const_iterator FreeTable::FindAsRead(unsigned int length) const
+{
+  return std::find_if(m_AsRead.begin(), m_AsRead.end(), [length](FreeBlock const & at) { return at.capacity >= length; });
+}
+
+bool FreeTable::TakeBestFit(unsigned int length)
+{
+  if (m_bAsRead) {
+    auto const fit = FindAsRead(length);
+    if (fit == m_AsRead.end()) return false;
     m_AsRead.erase(fit);
     --m_nCount;
     return true;
@@ -177,7 +209,6 @@ bool FreeTable::TakeBestFit(unsigned int length, FreeBlock & block)
   Queue & queue = m_Queues[static_cast<size_t>(capacity)];
   int const taken = queue.head;
   Node & node = m_Nodes[static_cast<size_t>(taken)];
-  block = node.block;
   queue.head = node.next;
   node.next = m_nUnusedNode;
   m_nUnusedNode = taken;
@@ -187,6 +218,21 @@ bool FreeTable::TakeBestFit(unsigned int length, FreeBlock & block)
     m_Capacities.Erase(static_cast<size_t>(capacity));
   }
   return true;
+}
+
+BlockPositions::BlockPositions(ActiveTable const & active, FreeTable const & free, ULONGLONG fileLength)
+    : m_nFileLength(fileLength)
+{
+  m_Positions.reserve(static_cast<size_t>(active.GetCount()) + static_cast<size_t>(free.GetCount()));
+  active.ForEach([&](ActiveEntry const & entry) { m_Positions.push_back(entry.position); });
+  free.ForEach([&](FreeBlock const & block) { m_Positions.push_back(block.position); });
+  std::sort(m_Positions.begin(), m_Positions.end());
+}
+
+ULONGLONG BlockPositions::EndFor(DWORD position) const
+{
+  auto const next = std::upper_bound(m_Positions.begin(), m_Positions.end(), position);
+  return next == m_Positions.end() ? m_nFileLength : std::min<ULONGLONG>(*next, m_nFileLength);
 }
 
 }  // namespace zp

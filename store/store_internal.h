@@ -44,8 +44,8 @@ struct ActiveEntry {
 
   short id;
   WORD length;
-  DWORD position;
-  int capacity;  // the block's, once it was seen in the record file
+  DWORD position;  // or noBlockPosition
+  int capacity;    // the block's, once it was seen in the record file
 };
 
 class ActiveTable {
@@ -80,8 +80,8 @@ class ActiveTable {
   }
   ActiveEntry const * Find(int id) const { return const_cast<ActiveTable *>(this)->Find(id); }
 
-  // A new entry in front of the first one with a larger id; it stays in its place until the next Add or Remove.
-  ActiveEntry & Add(int id);
+  // A new entry without a block, in front of the first one with a larger id; it stays there until the next Add or Remove.
+  ActiveEntry & Add(int id, unsigned int length);
   void Remove(ActiveEntry const & entry);
 
   int GetCount() const { return m_nCount; }
@@ -130,10 +130,12 @@ class FreeTable {
   // Adds a block at the end, as a file lists it; one that is smaller than the last leaves the table in the form as read.
   void Append(FreeBlock block);
 
-  void Add(FreeBlock block);  // behind the blocks of its capacity
+  void Add(FreeBlock block);               // behind the blocks of its capacity
+  void ReserveOne(unsigned int capacity);  // makes room for a block, so that the next Add can't fail
 
-  // The first block in the table's order with room for length bytes, taken out; false if there is none.
-  bool TakeBestFit(unsigned int length, FreeBlock & block);
+  // The first block in the table's order with room for length bytes, and that block taken out; false if there is none.
+  bool GetBestFit(unsigned int length, FreeBlock & block) const;
+  bool TakeBestFit(unsigned int length);
 
   int GetCount() const { return m_nCount; }
 
@@ -161,10 +163,31 @@ class FreeTable {
   unsigned int m_nLastAppended = 0;
   std::vector<Node> m_Nodes;
   int m_nUnusedNode = -1;
-  std::vector<Queue> m_Queues;      // by capacity, as long as the largest so far
-  NumberSet m_Capacities;           // whose queues aren't empty
+  std::vector<Queue> m_Queues;  // by capacity, as long as the largest so far
+  NumberSet m_Capacities;       // whose queues aren't empty
+  std::vector<FreeBlock>::const_iterator FindAsRead(unsigned int length) const;
+
   std::vector<FreeBlock> m_AsRead;  // as for the live records
   bool m_bAsRead = false;
+};
+
+// Where a record goes: a free block of the table, or a new one at the end of the file.
+struct Place {
+  FreeBlock block;
+  bool isNew = false;
+};
+
+// Where the known blocks of a store start, in ascending order.
+class BlockPositions {
+ public:
+  BlockPositions(ActiveTable const & active, FreeTable const & free, ULONGLONG fileLength);
+
+  // How far a block at position can reach: to the next known one, or to the end of the file as it was when this was made.
+  ULONGLONG EndFor(DWORD position) const;
+
+ private:
+  std::vector<DWORD> m_Positions;
+  ULONGLONG m_nFileLength;
 };
 
 // What an index file holds.

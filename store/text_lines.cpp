@@ -3,6 +3,7 @@
 #include <zpbase/store.h>
 
 #include <algorithm>
+#include <new>
 
 #include <zpbase/config.h>
 #include <zpbase/platform/resources.h>
@@ -33,8 +34,12 @@ GPFile::ScanGuard::ScanGuard(GPFile & file) : m_File(file), m_bWasOpen(file.IsOp
 GPFile::ScanGuard::~ScanGuard()
 {
   if (m_File.IsOpen()) m_File.Abort();  // the scan raised
-  unsigned int const flags = m_nFlags & ~unsigned{modeCreate};
-  if (m_bWasOpen && m_File.Open(flags)) m_File.CFile::Seek(static_cast<LONGLONG>(m_nPosition), begin);
+  if (!m_bWasOpen) return;
+  try {
+    if (m_File.Open(m_nFlags & ~unsigned{modeCreate})) m_File.CFile::Seek(static_cast<LONGLONG>(m_nPosition), begin);
+  } catch (std::bad_alloc const &) {
+    m_File.CFile::Abort();  // it stays closed
+  }
 }
 
 int GPFile::Write(CString const & text)

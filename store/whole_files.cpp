@@ -2,6 +2,7 @@
 
 #include <zpbase/store.h>
 
+#include <new>
 #include <vector>
 
 #include <zpbase/messages.h>
@@ -14,20 +15,25 @@ int GPFile::CopyFile(CString const & dest, CString const & src, int append)
 
 int GPFile::CopyFile(CString const & dest, GPFile & src, int append)
 {
-  if (zp::IsSameFile(dest, src.m_strPath)) return 0;
-  int done;
-  {
-    GPFile target(dest);
-    done = target.CopyFile(src, append);
-  }
-  if (done && !append) {
-    CFileStatus status;
-    done = src.CFile::GetStatus(status);
-    status.m_attribute &= static_cast<BYTE>(~CFileStatus::readOnly);
-    if (done) done = SetStatus(dest, status);
+  if (!zp::AreDistinctFiles(dest, src.m_strPath)) return 0;
+  int done = GPFile(dest).CopyFile(src, append);
+  try {
+    if (done && !append) done = CopyStatus(dest, src);
+  } catch (std::bad_alloc const &) {
+    DeleteFile(dest);
+    throw;
   }
   if (!done) DeleteFile(dest);
   return done;
+}
+
+// The times of src, and a file that can be written.
+int GPFile::CopyStatus(CString const & dest, GPFile & src)
+{
+  CFileStatus status;
+  if (!src.CFile::GetStatus(status)) return 0;
+  status.m_attribute &= static_cast<BYTE>(~CFileStatus::readOnly);
+  return SetStatus(dest, status);
 }
 
 int GPFile::CopyFile(CString const & src, int append)
@@ -38,11 +44,17 @@ int GPFile::CopyFile(CString const & src, int append)
 
 int GPFile::CopyFile(GPFile & src, int append)
 {
-  if (!src.m_bExists || zp::IsSameFile(m_strPath, src.m_strPath)) return 0;
-  if (!m_bIsOpen && !Open(m_bExists ? modeWrite : modeCreate | modeWrite)) return 0;
-  if (!src.m_bIsOpen && !src.Open(modeRead)) return 0;
+  if (!src.m_bExists || !zp::AreDistinctFiles(m_strPath, src.m_strPath)) return 0;
+  bool const isNew = !m_bExists;
+  if (!m_bIsOpen && !Open(isNew ? modeCreate | modeWrite : modeWrite)) return 0;
   try {
-    return CopyBytes(src, append);
+    return src.m_bIsOpen || src.Open(modeRead) ? CopyBytes(src, append) : 0;
+  } catch (std::bad_alloc const &) {
+    if (isNew) {
+      Abort();
+      DeleteFile(m_strPath);
+    }
+    throw;
   } catch (CFileException * problem) {
     zp::ExceptionGuard const guard(problem);
     PutWarning("Copy file %s -> %s problem %d", src.m_strPath.GetString(), m_strPath.GetString(), problem->m_cause);
@@ -60,11 +72,17 @@ int GPFile::CopyBytes(GPFile & src, int append)
   auto const count = static_cast<UINT>(length);
   src.SeekToBegin();
   if (src.Read(bytes.data(), count) != count) return 0;
-  if (append)
-    SeekToEnd();
-  else
-    Empty();
+  if (append) return WriteBehindEnd(bytes.data(), count);
+  Empty();
   Write(bytes.data(), count);
+  return m_bWriteOK;
+}
+
+int GPFile::WriteBehindEnd(void const * bytes, UINT count)
+{
+  ULONGLONG const formerEnd = SeekToEnd();
+  Write(bytes, count);
+  if (!m_bWriteOK) SetLength(formerEnd);
   return m_bWriteOK;
 }
 
