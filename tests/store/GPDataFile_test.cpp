@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <map>
 #include <random>
+#include <thread>
+#include <utility>
 
 #include <zpbase/platform/archive.h>
 #include <zpbase/platform/host_calls.h>
@@ -279,36 +283,284 @@ TEST_F(Store, MeetsItsMatchInALock)
   EXPECT_EQ(folder.Read("a.sr").substr(6), "ABCD");
 }
 
-long writeNothing(int, void const *, size_t, LONGLONG)
+zp::HostCalls g_Real;
+size_t g_nRoom = 0;  // bytes that may still be written behind the end of a file
+
+// A full disk: a write that makes a file longer takes what there is room for, and then nothing.
+long writeIntoRoom(int file, void const * buffer, size_t count, LONGLONG position)
 {
+  zp::HostStatus status;
+  g_Real.GetStatus(file, status);
+  auto const inside = static_cast<size_t>(std::clamp<LONGLONG>(status.size - position, 0, static_cast<LONGLONG>(count)));
+  size_t const grown = std::min(count - inside, g_nRoom);
+  g_nRoom -= grown;
+  if (inside + grown > 0) return g_Real.WriteAt(file, buffer, inside + grown, position);
   errno = ENOSPC;
   return -1;
 }
 
-TEST_F(Store, TellsAFailedWriteByWarningsAlone)
+long writeNothing(int, void const *, size_t, LONGLONG)
+{
+  errno = EIO;
+  return -1;
+}
+
+// Puts the table of host calls back.
+struct KeptHost {
+  KeptHost() { g_Real = zp::GetHostCalls(); }
+  ~KeptHost() { zp::GetHostCalls() = g_Real; }
+};
+
+TEST_F(Store, CutsBackAnAppendThatCameShortAndFindsThePlaceLater)
 {
   auto store = Open();
   Put(*store, 1, "ABCD");
-  auto const host = zp::GetHostCalls();
-  zp::GetHostCalls().WriteAt = writeNothing;
-  EXPECT_EQ(Put(*store, 2, "EF"), 1);
-  EXPECT_EQ(Put(*store, 3, "GH"), 1);
-  zp::GetHostCalls() = host;
-  EXPECT_EQ(Put(*store, 4, "IJ"), 1);
-  EXPECT_EQ(folder.Read("a.sr").substr(10), FromHex("04 00 02 00 02 00 \"IJ\""));
+  Put(*store, 2, "XY");
+  for (size_t const room : {0, 3, 9}) {
+    KeptHost const kept;
+    zp::GetHostCalls().WriteAt = writeIntoRoom;
+    g_nRoom = room;
+    EXPECT_EQ(Put(*store, 3, "a long record"), 1);  // told by a warning alone
+    EXPECT_EQ(Put(*store, 1, "a longer record"), 1);
+    EXPECT_EQ(folder.Read("a.sr"), recordFile) << room;
+    EXPECT_EQ(Get(*store, 3), "");
+    EXPECT_EQ(Get(*store, 1), "ABCD");
+  }
+  EXPECT_EQ(store->GetRecCount(), 3);
+  store->Close();
+  store = Open();  // the entry without a place lasts
+  EXPECT_EQ(Get(*store, 3), "");
+  EXPECT_EQ(Put(*store, 4, "new"), 1);
+  EXPECT_EQ(Put(*store, 3, "any length"), 1);
+  EXPECT_EQ(Get(*store, 1) + Get(*store, 2) + Get(*store, 3) + Get(*store, 4), "ABCDXYany lengthnew");
+  EXPECT_EQ(store->DegasRecFile(), 1);
+  EXPECT_EQ(store->GetRecCount(), 4);
 }
 
-TEST_F(Store, KeepsTheEntryOfARecordFileThatCannotBeCreated)
+TEST_F(Store, LeavesABlockAsItWasWhenItCannotBeWrittenOrFreed)
+{
+  auto store = Open();
+  Put(*store, 1, "ABCD");
+  Put(*store, 2, "XY");
+  Put(*store, 3, "Z");
+  store->DeleteRec(3);
+  std::string const before = folder.Read("a.sr");
+  {
+    KeptHost const kept;
+    zp::GetHostCalls().WriteAt = writeNothing;
+    EXPECT_EQ(store->DeleteRec(1), 0);
+    EXPECT_EQ(Put(*store, 1, "abc"), 1);  // would fit its own block
+    EXPECT_EQ(Put(*store, 2, "x"), 1);    // would fit the free one
+    EXPECT_EQ(Put(*store, 4, "n"), 1);
+  }
+  EXPECT_EQ(folder.Read("a.sr"), before);
+  EXPECT_EQ(Get(*store, 1) + Get(*store, 2) + Get(*store, 4), "ABCDXY");
+  EXPECT_EQ(store->DeleteRec(4), 1);
+  EXPECT_EQ(Put(*store, 5, "5"), 1);
+  EXPECT_EQ(folder.Read("a.sr").substr(18), FromHex("05 00 01 00 01 00 \"5\""));
+}
+
+TEST_F(Store, FindsPlacesForTheRecordsOfAFileThatCouldNotBeCreated)
 {
   GPDataFile store(folder.Name("a.si"), folder.Name("none\\a.sr"), CFile::modeReadWrite, nullptr);
-  try {
-    Put(store, 7, "ABCD");
-    ADD_FAILURE() << "nothing was raised";
-  } catch (CFileException * problem) {
-    zp::ExceptionGuard const guard(problem);
+  std::string const texts[] = {"zero", "one", "two"};
+  for (int id = 0; id < 3; ++id) {
+    try {
+      Put(store, id, texts[id]);
+      ADD_FAILURE() << "nothing was raised";
+    } catch (CFileException * problem) {
+      zp::ExceptionGuard const guard(problem);
+    }
   }
-  EXPECT_EQ(store.GetRecCount(), 1);
-  EXPECT_EQ(store.GetRecLength(7), 4u);
+  EXPECT_EQ(store.GetRecCount(), 3);
+  EXPECT_EQ(store.GetRecLength(0), 4u);
+  EXPECT_EQ(Get(store, 0), "");
+  EXPECT_EQ(store.DeleteRec(2), 1);
+  std::filesystem::create_directory(folder.Path() / "none");
+  for (int id = 0; id < 3; ++id) EXPECT_EQ(Put(store, id, texts[id]), 1);
+  for (int id = 0; id < 3; ++id) EXPECT_EQ(Get(store, id), texts[id]);
+}
+
+// An index that is stale, or headers that lie, in front of records that the index tells of too.
+TEST_F(Store, WritesToNoBlockThatItsHeaderDoesNotVouchFor)
+{
+  struct Row {
+    char const * why;
+    size_t place;
+    char const * bytes;
+  } const rows[] = {
+      {"another record", 0, "07 00"},
+      {"a free block", 0, "01 80"},
+      {"less room than its record has", 4, "03 00"},
+      {"room that holds the next record", 4, "0C 00"},
+      {"room behind the end of the file", 4, "FF FF"},
+  };
+  for (Row const & row : rows)
+    for (char const * const content : {"abcd", "abcdefgh", ""}) {
+      std::filesystem::remove(folder.Path() / "a.si");
+      std::filesystem::remove(folder.Path() / "a.sr");
+      {
+        auto const store = Open();
+        Put(*store, 1, "ABCD");
+        Put(*store, 2, "XY");
+      }
+      std::string lying = recordFile;
+      lying.replace(row.place, FromHex(row.bytes).size(), FromHex(row.bytes));
+      folder.Write("a.sr", lying);
+      auto const store = Open();
+      EXPECT_EQ(*content != '\0' ? Put(*store, 1, content) : store->DeleteRec(1), 1) << row.why;
+      EXPECT_EQ(Get(*store, 1), content) << row.why;
+      EXPECT_EQ(Put(*store, 3, "abcdefgh"), 1);
+      EXPECT_EQ(folder.Read("a.sr").substr(0, 18), lying) << row.why;
+      EXPECT_EQ(Get(*store, 2), "XY") << row.why;
+    }
+}
+
+TEST_F(Store, GrowsNoFileToWhereABlockHasNoPosition)
+{
+  constexpr uintmax_t end = 0x7FFFFFFF;
+  struct Row {
+    uintmax_t length;
+    size_t record;
+    bool fits;
+  } const rows[] = {{end - 17, 10, true}, {end - 16, 10, false}, {end, 1, false}, {end + 0x1000, 1, false}};
+  for (Row const & row : rows) {
+    std::filesystem::remove(folder.Path() / "a.si");
+    std::filesystem::remove(folder.Path() / "a.sr");
+    auto store = Open();
+    Put(*store, 1, "ABCD");
+    Put(*store, 2, std::string(64, 'f'));
+    store->DeleteRec(2);
+    store->Close();
+    std::filesystem::resize_file(folder.Path() / "a.sr", row.length);  // a hole
+    store = Open();
+    std::string const record(row.record, 'x');
+    Put(*store, 3, std::string(64, 'y'));  // the free block fits
+    EXPECT_EQ(Put(*store, 4, record), row.fits) << row.length;
+    EXPECT_EQ(Get(*store, 4), row.fits ? record : "") << row.length;
+    EXPECT_EQ(Put(*store, 1, "more than it has"), 0) << row.length;
+    EXPECT_EQ(Get(*store, 1), "ABCD");
+    EXPECT_EQ(store->DeleteRec(3), 1);
+    EXPECT_EQ(Put(*store, 1, "more than it has"), 1) << row.length;  // into the free block
+    EXPECT_EQ(Get(*store, 1), "more than it has");
+    EXPECT_EQ(store->DeleteRec(4), 1);
+    EXPECT_LT(std::filesystem::file_size(folder.Path() / "a.sr"), std::max(end, row.length + 1));
+  }
+}
+
+// A header object whose stream fails as long as it is told to.
+class FailingHeader : public GPObject {
+ public:
+  static inline bool m_bFails = false;
+  void Serialize(CArchive &) override
+  {
+    if (m_bFails) AfxThrowArchiveException(CArchiveException::genericException);
+  }
+};
+
+CObject * makeFailingHeader()
+{
+  return new FailingHeader;
+}
+
+TEST_F(Store, KeepsWhatAHeaderThatCannotBeStoredKeepsFromClosing)
+{
+  FailingHeader::m_bFails = false;
+  Put(*Open(), 1, "ABCD");
+  std::string const index = folder.Read("a.si");
+  {
+    GPDataFile store(folder.Name("a.si"), folder.Name("a.sr"), CFile::modeReadWrite, nullptr);
+    delete std::exchange(store.m_pHeader, makeFailingHeader());
+    Put(store, 2, "XY");
+    FailingHeader::m_bFails = true;
+    try {
+      store.Close();
+      ADD_FAILURE() << "nothing was raised";
+    } catch (CArchiveException * problem) {
+      zp::ExceptionGuard const guard(problem);
+    }
+    EXPECT_EQ(folder.Read("a.si"), index);
+    EXPECT_EQ(Get(store, 2), "XY");
+    EXPECT_EQ(store.Open(CFile::modeReadWrite), 0);
+  }  // the destructor stores a null header
+  auto const store = Open();
+  EXPECT_EQ(store->m_pHeader, nullptr);
+  EXPECT_EQ(Get(*store, 1) + Get(*store, 2), "ABCDXY");
+}
+
+TEST_F(Store, WaitsForAnIndexFileThatIsInUseAndKeepsItsTables)
+{
+  auto store = Open();
+  Put(*store, 1, "ABCD");
+  store->Close();
+  store->Open(CFile::modeReadWrite);
+  Put(*store, 2, "XY");
+  CFile reader;
+  ASSERT_TRUE(reader.Open(folder.Name("a.si"), CFile::modeRead));
+  EXPECT_EQ(store->Close(), 0);
+  EXPECT_EQ(Get(*store, 2), "XY");
+  std::thread leaves([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    reader.Close();
+  });
+  EXPECT_EQ(store->Close(), 1);
+  leaves.join();
+  store->Open(CFile::modeReadWrite);
+  EXPECT_EQ(Get(*store, 1) + Get(*store, 2), "ABCDXY");
+}
+
+TEST_F(Store, WritesAnIndexThatReadsAsCutWhenItCameShort)
+{
+  auto store = Open();
+  for (int id = 0; id < 40; ++id) Put(*store, id, "x");
+  store->Close();
+  size_t const whole = folder.Read("a.si").size();
+  store->Open(CFile::modeReadWrite);
+  Put(*store, 40, "x");
+  {
+    KeptHost const kept;
+    zp::GetHostCalls().WriteAt = writeIntoRoom;
+    g_nRoom = whole / 2;
+    store->Close();
+  }
+  EXPECT_EQ(folder.Read("a.si").size(), whole / 2);
+  EXPECT_EQ(CauseOfOpen(), CArchiveException::endOfFile);
+}
+
+TEST_F(Store, SeesTheRecordFileThatAnotherHasMade)
+{
+  auto const first = Open();
+  Put(*Open(), 1, "ABCD");
+  EXPECT_EQ(first->Open(CFile::modeReadWrite), 1);
+  EXPECT_EQ(Get(*first, 1), "ABCD");
+  EXPECT_EQ(Put(*first, 2, "XY"), 1);
+  EXPECT_EQ(folder.Read("a.sr"), recordFile);
+}
+
+int failingStatus(char const *, zp::HostStatus &)
+{
+  errno = EIO;
+  return -1;
+}
+
+TEST_F(Store, TakesAnIndexThatCannotBeLookedAtForNoNewStore)
+{
+  Put(*Open(), 1, "ABCD");
+  std::string const index = folder.Read("a.si");
+  {
+    KeptHost const kept;
+    zp::GetHostCalls().GetStatusOf = failingStatus;
+    try {
+      Open();
+      ADD_FAILURE() << "nothing was raised";
+    } catch (CFileException * problem) {
+      zp::ExceptionGuard const guard(problem);
+    }
+    EXPECT_EQ(GPFile::Exists(folder.Name("none")), 1);
+    EXPECT_EQ(GPFile::IsEmpty(folder.Name("a.si")), 0);
+    EXPECT_EQ(GPFile::CopyFile(folder.Name("a.si"), folder.Name("a.sr"), 0), 0);
+  }
+  EXPECT_EQ(folder.Read("a.si"), index);
 }
 
 }  // namespace
