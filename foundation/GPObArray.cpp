@@ -9,6 +9,7 @@
 #include <zpbase/foundation.h>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include <zpbase/platform/archive.h>
@@ -25,8 +26,10 @@ GPObArray::GPObArray(GPObArray const & other)
 GPObArray & GPObArray::operator=(GPObArray const & other)
 {
   if (this == &other) return *this;
+  GPObArray copy(other);
   Empty();
-  Init(other);
+  m_Elements.swap(copy.m_Elements);
+  m_nOrder = orderUnknown;
   return *this;
 }
 
@@ -43,9 +46,12 @@ GPObArray::~GPObArray()
 
 void GPObArray::Init(GPObArray const & other)
 {
-  m_Elements.reserve(m_Elements.size() + other.m_Elements.size());
+  std::vector<std::unique_ptr<CObject>> clones;
+  clones.reserve(other.m_Elements.size());
+  for (CObject const * const element : other.m_Elements) clones.emplace_back(zp::CloneElement(element));
+  m_Elements.reserve(m_Elements.size() + clones.size());
   m_nOrder = orderUnknown;
-  for (CObject const * const element : other.m_Elements) m_Elements.push_back(zp::CloneElement(element));
+  for (auto & clone : clones) m_Elements.push_back(clone.release());
 }
 
 void GPObArray::Append(GPObArray * other, int removeFromOther)

@@ -3,6 +3,8 @@
 
 #include <zpbase/foundation.h>
 
+#include <memory>
+#include <new>
 #include <utility>
 
 #include <zpbase/platform/archive.h>
@@ -10,6 +12,30 @@
 #include "foundation/foundation_internal.h"
 
 IMPLEMENT_SERIAL(GPObList, CObList, 1)
+
+namespace {
+
+// Adds all of the elements at the tail, or none.
+void addAll(CObList & list, std::vector<CObject *> const & elements)
+{
+  int const count = list.GetCount();
+  try {
+    for (CObject * const element : elements) list.AddTail(element);
+  } catch (...) {
+    while (list.GetCount() > count) list.RemoveTail();
+    throw;
+  }
+}
+
+std::vector<CObject *> elementsOf(CObList const & list)
+{
+  std::vector<CObject *> elements;
+  elements.reserve(static_cast<size_t>(list.GetCount()));
+  for (POSITION position = list.GetHeadPosition(); position != nullptr;) elements.push_back(list.GetNext(position));
+  return elements;
+}
+
+}  // namespace
 
 GPObList::GPObList(GPObList const & other) : CObList(10)
 {
@@ -19,8 +45,17 @@ GPObList::GPObList(GPObList const & other) : CObList(10)
 GPObList & GPObList::operator=(GPObList const & other)
 {
   if (this == &other) return *this;
-  Empty();
-  Init(other);
+  GPObList former;
+  former.Append(this, 0);
+  int count = GetCount();
+  try {
+    Init(other);
+  } catch (...) {
+    former.RemoveAll();
+    throw;
+  }
+  for (; count > 0; --count) RemoveHead();
+  m_bRepeats = false;
   return *this;
 }
 
@@ -37,14 +72,21 @@ GPObList::~GPObList()
 
 void GPObList::Init(GPObList const & other)
 {
-  for (POSITION position = other.GetHeadPosition(); position != nullptr;)
-    if (CObject const * const element = other.GetNext(position); element != nullptr) AddTail(zp::CloneElement(element));
+  std::vector<std::unique_ptr<CObject>> clones;
+  std::vector<CObject *> elements;
+  clones.reserve(static_cast<size_t>(other.GetCount()));
+  elements.reserve(static_cast<size_t>(other.GetCount()));
+  for (POSITION position = other.GetHeadPosition(); position != nullptr;) {
+    CObject const * const element = other.GetNext(position);
+    if (element != nullptr) elements.push_back(clones.emplace_back(zp::CloneElement(element)).get());
+  }
+  addAll(*this, elements);
+  for (auto & clone : clones) static_cast<void>(clone.release());
 }
 
 void GPObList::Append(GPObList * other, int removeFromOther)
 {
-  POSITION position = other->GetHeadPosition();
-  for (int count = other->GetCount(); count > 0; --count) AddTail(other->GetNext(position));
+  addAll(*this, elementsOf(*other));
   m_bRepeats |= other->m_bRepeats;
   if (removeFromOther != 0) other->RemoveAll();
 }
@@ -58,22 +100,30 @@ void GPObList::DeleteAt(POSITION position)
 
 void GPObList::Empty()
 {
-  if (std::exchange(m_bRepeats, false)) {
-    std::vector<CObject *> elements;
-    for (POSITION position = GetHeadPosition(); position != nullptr;) elements.push_back(GetNext(position));
-    RemoveAll();
-    return zp::DeleteOnce(std::move(elements));
-  }
+  if (m_bRepeats) return EmptyOfRepeats();
   while (!IsEmpty()) delete RemoveTail();
   RemoveAll();
+}
+
+// Without memory for a look at all of them at once, each is looked for among the rest.
+void GPObList::EmptyOfRepeats()
+{
+  try {
+    std::vector<CObject *> elements = elementsOf(*this);
+    RemoveAll();
+    zp::DeleteOnce(std::move(elements));
+  } catch (std::bad_alloc const &) {
+    while (!IsEmpty())
+      if (CObject * const element = RemoveTail(); Find(element) == nullptr) delete element;
+    RemoveAll();
+  }
+  m_bRepeats = false;
 }
 
 void GPObList::Sort()
 {
   if (GetCount() < 2) return;
-  std::vector<CObject *> elements;
-  elements.reserve(static_cast<size_t>(GetCount()));
-  for (POSITION position = GetHeadPosition(); position != nullptr;) elements.push_back(GetNext(position));
+  std::vector<CObject *> elements = elementsOf(*this);
   zp::SortObjects(elements);
   POSITION position = GetHeadPosition();
   for (CObject * const element : elements) {

@@ -151,9 +151,7 @@ GPUIntArray::GPUIntArray(GPUIntArray const & other) : CUIntArray()
 
 GPUIntArray & GPUIntArray::operator=(GPUIntArray const & other)
 {
-  if (this == &other) return *this;
-  Empty();
-  Init(other);
+  m_Elements = other.m_Elements;
   return *this;
 }
 
@@ -256,11 +254,13 @@ int GPUIntArray::AddUIntRange(CString const & text, unsigned int flags, GPUIntAr
   size_t const sizeBefore = m_Elements.size();
   size_t const sizeAfter = sizeBefore - present.size() + added.size();
   if (!added.empty() && sizeAfter > maxFilled) return 0;
-  removeFirsts(m_Elements, present);
+  Values elements = m_Elements;
+  removeFirsts(elements, present);
   if ((flags & addSorted) != 0)
-    insertSorted(m_Elements, std::move(added));
+    insertSorted(elements, std::move(added));
   else
-    m_Elements.insert(m_Elements.end(), added.begin(), added.end());
+    elements.insert(elements.end(), added.begin(), added.end());
+  m_Elements.swap(elements);
   return static_cast<int>(static_cast<int64_t>(sizeAfter) - static_cast<int64_t>(sizeBefore));
 }
 

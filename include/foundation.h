@@ -3,6 +3,9 @@
 // A container owns its elements: destroying it, emptying it and loading into it delete them. Null pointers are legal elements.
 // An object that was stored at several places of a container stands there again after loading, and is deleted once.
 // Whoever takes an element out through RemoveAt, RemoveAll or SetSize takes over its deletion.
+//
+// Where memory runs out, or a Clone or Compare raises, the objects are as they were and an object that was to be taken over is
+// still the caller's. Loading alone empties first: what it raises leaves the elements that were read.
 #pragma once
 
 #include "platform/collections.h"
@@ -95,6 +98,9 @@ class ZP_API GPObList : public CObList {
   void DeleteAt(POSITION position);
   void Init(GPObList const & other);  // appends clones; null elements of other are left out
   void SerializeElements(CArchive & ar, CRuntimeClass const * elementClass);
+
+ private:
+  void EmptyOfRepeats();
 };
 
 // Unsigned numbers as a set or a selection. Nothing keeps them in order unless Sort, EliminateDuplicates or the flag

@@ -102,6 +102,7 @@ class ZP_API CObList : public CObject {
   struct Node;
 
   static Node * Checked(POSITION position);
+  void MakeNode();
   Node * NewNode(CObject * element);
   void Link(Node * node, Node * previous, Node * next);
   void Unlink(Node * node);

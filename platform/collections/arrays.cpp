@@ -29,6 +29,12 @@ void checkRange(int index, int count, int size)
   if (index < 0 || count < 0 || index > size || count > size - index) AfxThrowInvalidArgException();
 }
 
+// Room for one more, so that an element that was read can't be lost.
+void makeRoom(std::vector<CObject *> & elements)
+{
+  if (elements.size() == elements.capacity()) elements.reserve(2 * elements.size() + 1);
+}
+
 // The last index of all leaves no number for the size.
 void checkGrowth(int index)
 {
@@ -95,7 +101,10 @@ void CObArray::Serialize(CArchive & ar)
   ar.RequireBytes(count * tagBytes);
   RemoveAll();
   m_Elements.reserve(std::min(count, maxReserved));
-  for (DWORD i = 0; i < count; ++i) m_Elements.push_back(ar.ReadObject(nullptr));
+  for (DWORD i = 0; i < count; ++i) {
+    makeRoom(m_Elements);
+    m_Elements.push_back(ar.ReadObject(nullptr));
+  }
 }
 
 void CObArray::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
@@ -108,7 +117,10 @@ void CObArray::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
   m_bRepeats = false;
   zp::OwnedElements elements(ar, elementClass, m_bRepeats);
   auto const forEachRead = [this](auto use) { std::for_each(m_Elements.begin(), m_Elements.end(), use); };
-  for (DWORD i = 0; i < count; ++i) m_Elements.push_back(elements.Next(forEachRead));
+  for (DWORD i = 0; i < count; ++i) {
+    makeRoom(m_Elements);
+    m_Elements.push_back(elements.Next(forEachRead));
+  }
 }
 
 template <class Value>

@@ -27,16 +27,20 @@ CObList::Node * CObList::Checked(POSITION position)
   return reinterpret_cast<Node *>(position);
 }
 
+void CObList::MakeNode()
+{
+  if (m_pFree != nullptr) return;
+  m_Blocks.push_back(std::make_unique_for_overwrite<Node[]>(static_cast<size_t>(m_nBlockSize)));
+  Node * const block = m_Blocks.back().get();
+  for (int i = m_nBlockSize - 1; i >= 0; --i) {
+    block[i].next = m_pFree;
+    m_pFree = &block[i];
+  }
+}
+
 CObList::Node * CObList::NewNode(CObject * element)
 {
-  if (m_pFree == nullptr) {
-    m_Blocks.push_back(std::make_unique_for_overwrite<Node[]>(static_cast<size_t>(m_nBlockSize)));
-    Node * const block = m_Blocks.back().get();
-    for (int i = m_nBlockSize - 1; i >= 0; --i) {
-      block[i].next = m_pFree;
-      m_pFree = &block[i];
-    }
-  }
+  MakeNode();
   Node * const node = m_pFree;
   m_pFree = node->next;
   node->element = element;
@@ -175,7 +179,10 @@ void CObList::Serialize(CArchive & ar)
     for (Node const * node = m_pHead; node != nullptr; node = node->next) ar.WriteObject(node->element);
     return;
   }
-  for (DWORD count = ar.ReadCount(); count > 0; --count) AddTail(ar.ReadObject(nullptr));
+  for (DWORD count = ar.ReadCount(); count > 0; --count) {
+    MakeNode();
+    AddTail(ar.ReadObject(nullptr));
+  }
 }
 
 void CObList::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
@@ -187,5 +194,8 @@ void CObList::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
   auto const forEachRead = [this](auto use) {
     for (Node const * node = m_pHead; node != nullptr; node = node->next) use(node->element);
   };
-  for (; count > 0; --count) AddTail(elements.Next(forEachRead));
+  for (; count > 0; --count) {
+    MakeNode();  // first, so that an element that was read can't be lost
+    AddTail(elements.Next(forEachRead));
+  }
 }

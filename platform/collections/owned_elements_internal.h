@@ -1,6 +1,7 @@
 // How an owning container reads its elements.
 #pragma once
 
+#include <memory>
 #include <unordered_set>
 
 #include <zpbase/platform/archive.h>
@@ -24,8 +25,9 @@ class OwnedElements {
     bool isReference;
     CObject * const element = m_Archive.ReadOwnedElement(m_pClass, isReference);
     if (!isReference) {
+      std::unique_ptr<CObject> owned(element);
       if (!m_Read.empty()) m_Read.insert(element);
-      return element;
+      return owned.release();
     }
     if (m_Read.empty()) forEachRead([this](CObject const * read) { m_Read.insert(read); });
     if (!m_Read.contains(element)) AfxThrowArchiveException(CArchiveException::badIndex);
