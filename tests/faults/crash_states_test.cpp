@@ -245,7 +245,7 @@ void CrashStates::TryState(CrashState const & state)
   }
   CheckReading(state, versions);
   CheckWriting(state, isSound);
-  if (std::getenv("ZP_CRASH_LIBRARY")) CheckLibrary(state, kept);
+  CheckLibrary(state, kept);
 }
 
 TEST_F(CrashStates, LoseNothingCommittedAndKeepNothingThatNeverWas)
