@@ -2,18 +2,17 @@
 
 #include <zpbase/store.h>
 
-#include <chrono>
 #include <new>
-#include <thread>
 
 #include <zpbase/messages.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/resources.h>
 
 namespace {
 
 constexpr unsigned int writingModes = CFile::modeWrite | CFile::modeReadWrite;
 constexpr LONGLONG unknownSize = -1;
-constexpr std::chrono::milliseconds openPause(50);
+constexpr int openPause = 50;  // milliseconds
 constexpr int openPauses = 40;
 
 // The string resource for an open problem; each takes the path and the cause.
@@ -62,7 +61,7 @@ int GPFile::OpenWhenFree(unsigned int flags)
   for (int i = 0; i < openPauses; ++i) {
     if (TryOpen(flags)) return 1;
     if (m_nOpenProblem != CFileException::sharingViolation) return TellOpenProblem();
-    std::this_thread::sleep_for(openPause);
+    zp::GetHostCalls().Pause(openPause);
   }
   return TryOpen(flags) || TellOpenProblem();
 }

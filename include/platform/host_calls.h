@@ -97,6 +97,7 @@ struct HostCalls {
   // Clocks.
   HostTime (*WallClock)();
   LONGLONG (*SteadyClock)();                              // nanoseconds from some fixed moment on; never goes back
+  void (*Pause)(int milliseconds);                        // may end early
   bool (*LocalTime)(LONGLONG seconds, std::tm & fields);  // of the user's time zone
 
   // The system.

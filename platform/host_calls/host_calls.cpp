@@ -210,6 +210,12 @@ LONGLONG steadyClock()
   return now.tv_sec * nanosPerSecond + now.tv_nsec;
 }
 
+void pauseFor(int milliseconds)
+{
+  timespec const time{milliseconds / 1000, milliseconds % 1000 * 1'000'000L};
+  nanosleep(&time, nullptr);
+}
+
 bool localTime(LONGLONG seconds, std::tm & fields)
 {
   auto const time = static_cast<time_t>(seconds);
@@ -262,6 +268,7 @@ HostCalls & GetHostCalls()
       .WaitForInput = waitForInput,
       .WallClock = wallClock,
       .SteadyClock = steadyClock,
+      .Pause = pauseFor,
       .LocalTime = localTime,
       .GetVersion = HostVersion,
       .UseLargePages = useLargePages,
