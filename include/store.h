@@ -93,13 +93,12 @@ class ZP_API GPFile : public CFile {
   int Browse();
 
   // Copies src into this file, behind its end with append, else in its place; an empty source changes nothing. Both stay open.
-  // Bytes behind the end that came short are cut back; a copy in place that fails has lost what was there. Where memory runs out
-  // nothing is copied, and a file that the copy would have made isn't there.
+  // Bytes behind the end that came short are cut back; a copy in place that fails has lost what was there.
   int CopyFile(GPFile & src, int append);
   int CopyFile(CString const & src, int append);
 
   // Copy by names; without append the copy takes the source's times and is writable. A copy that fails is removed; one onto
-  // itself, or where it can't be told whether it is, is refused.
+  // itself, or where it can't be told whether it is, is refused. Where memory runs out behind the copying, the times are missing.
   static int CopyFile(CString const & dest, CString const & src, int append);
   static int CopyFile(CString const & dest, GPFile & src, int append);
 
@@ -132,7 +131,8 @@ class ZP_API GPFile : public CFile {
   int TellOpenProblem();
   int WriteArgPtr(char const * format, va_list args);
   static int CopyStatus(CString const & dest, GPFile & src);
-  int CopyBytes(GPFile & src, int append);
+  bool ReadWhole(std::vector<BYTE> & bytes);
+  int TakeBytes(std::vector<BYTE> const & bytes, int append);
   int WriteBehindEnd(void const * bytes, UINT count);
   void ForgetHandle();
   void NoteClosed();

@@ -2,7 +2,6 @@
 
 #include <zpbase/store.h>
 
-#include <new>
 #include <vector>
 
 #include <zpbase/messages.h>
@@ -17,12 +16,7 @@ int GPFile::CopyFile(CString const & dest, GPFile & src, int append)
 {
   if (!zp::AreDistinctFiles(dest, src.m_strPath)) return 0;
   int done = GPFile(dest).CopyFile(src, append);
-  try {
-    if (done && !append) done = CopyStatus(dest, src);
-  } catch (std::bad_alloc const &) {
-    DeleteFile(dest);
-    throw;
-  }
+  if (done && !append) done = CopyStatus(dest, src);
   if (!done) DeleteFile(dest);
   return done;
 }
@@ -42,39 +36,41 @@ int GPFile::CopyFile(CString const & src, int append)
   return CopyFile(source, append);
 }
 
+// The source is read whole, and all memory asked for, before the destination is opened.
 int GPFile::CopyFile(GPFile & src, int append)
 {
   if (!src.m_bExists || !zp::AreDistinctFiles(m_strPath, src.m_strPath)) return 0;
-  bool const isNew = !m_bExists;
-  if (!m_bIsOpen && !Open(isNew ? modeCreate | modeWrite : modeWrite)) return 0;
+  bool const wasOpen = src.m_bIsOpen;
+  if (!wasOpen && !src.Open(modeRead)) return 0;
+  int done = 0;
+  bool isOpen = false;
   try {
-    return src.m_bIsOpen || src.Open(modeRead) ? CopyBytes(src, append) : 0;
-  } catch (std::bad_alloc const &) {
-    if (isNew) {
-      Abort();
-      DeleteFile(m_strPath);
-    }
-    throw;
+    std::vector<BYTE> bytes;
+    bool const isRead = src.ReadWhole(bytes);
+    isOpen = m_bIsOpen || Open(m_bExists ? modeWrite : modeCreate | modeWrite);
+    if (isRead && isOpen) done = bytes.empty() || TakeBytes(bytes, append);
   } catch (CFileException * problem) {
     zp::ExceptionGuard const guard(problem);
     PutWarning("Copy file %s -> %s problem %d", src.m_strPath.GetString(), m_strPath.GetString(), problem->m_cause);
-    return 0;
   }
+  if (!isOpen && !wasOpen) src.Abort();
+  return done;
 }
 
-// The whole source is read before the destination changes.
-int GPFile::CopyBytes(GPFile & src, int append)
+bool GPFile::ReadWhole(std::vector<BYTE> & bytes)
 {
-  ULONGLONG const length = src.GetLength();
-  if (length == 0) return 1;
-  if (length > INT32_MAX) return 0;
-  std::vector<BYTE> bytes(static_cast<size_t>(length));
-  auto const count = static_cast<UINT>(length);
-  src.SeekToBegin();
-  if (src.Read(bytes.data(), count) != count) return 0;
-  if (append) return WriteBehindEnd(bytes.data(), count);
+  ULONGLONG const length = GetLength();
+  if (length > INT32_MAX) return false;
+  bytes.resize(static_cast<size_t>(length));
+  SeekToBegin();
+  return Read(bytes.data(), static_cast<UINT>(length)) == length;
+}
+
+int GPFile::TakeBytes(std::vector<BYTE> const & bytes, int append)
+{
+  if (append) return WriteBehindEnd(bytes.data(), static_cast<UINT>(bytes.size()));
   Empty();
-  Write(bytes.data(), count);
+  Write(bytes.data(), static_cast<UINT>(bytes.size()));
   return m_bWriteOK;
 }
 

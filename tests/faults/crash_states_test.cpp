@@ -206,7 +206,8 @@ void CrashStates::CheckLibrary(CrashState const & state, Records const & kept)
     GPDataFile store(FromHostPath(Names("a").index), FromHostPath(Names("a").record), CFile::modeReadWrite, nullptr);
     std::string const bytes(300, 'n');
     store.StoreRec(bytes.data(), 300, newID);
-    store.StoreRec(bytes.data(), store.GetRecLength(overwritten) + 1, overwritten);
+    unsigned int const longer = store.GetRecLength(overwritten) + 1;
+    store.StoreRec(std::string(longer, 'n').data(), longer, overwritten);
     store.DeleteRec(deleted);
   } catch (CException * caught) {
     zp::ExceptionGuard const guard(caught);

@@ -1,0 +1,174 @@
+// Containers, keyed collections and archives in memory.
+
+#include <zpbase/data.h>
+#include <zpbase/foundation.h>
+#include <zpbase/platform/archive.h>
+
+#include "tests/faults/Operations.h"
+
+namespace {
+
+constexpr char const * longText = "a text that is longer than a string holds in itself";
+
+std::string textOf(CObject const * object)
+{
+  if (object == nullptr) return "null ";
+  auto const * const text = static_cast<GPs const *>(object);
+  return std::to_string(text->GetDataID()) + text->GetValue().GetString() + " ";
+}
+
+std::string textOf(GPObArray const & array)
+{
+  std::string text;
+  for (int i = 0; i < array.GetSize(); ++i) text += textOf(array.GetAt(i));
+  return text;
+}
+
+std::string textOf(GPObList const & list)
+{
+  std::string text;
+  for (POSITION position = list.GetHeadPosition(); position != nullptr;) text += textOf(list.GetNext(position));
+  return text;
+}
+
+std::string textOf(GPUIntArray const & array)
+{
+  std::string text;
+  for (int i = 0; i < array.GetSize(); ++i) text += std::to_string(array.GetAt(i)) + " ";
+  return text;
+}
+
+void add(GPObArray & array, GPObject * object)
+{
+  array.Add(object);
+}
+
+void add(GPObList & list, GPObject * object)
+{
+  list.AddTail(object);
+}
+
+template <class Container>
+void fill(Container & container, unsigned int first)
+{
+  for (unsigned int id = first; id < first + 10; ++id) add(container, new GPs(id, longText));  // a list's block of nodes
+}
+
+void fill(GPUIntArray & array, unsigned int first)
+{
+  for (unsigned int value = first; value < first + 8; ++value) array.Add(value);
+}
+
+// On two containers of one class with ten elements each.
+template <class Container>
+Operation on(char const * name, std::function<void(Container &, Container &)> step, bool mayStandBetween = false)
+{
+  auto prepare = [step] {
+    struct Pair {
+      Container one;
+      Container other;
+    };
+    auto const pair = std::make_shared<Pair>();
+    fill(pair->one, 1);
+    fill(pair->other, 20);
+    return Trial{[pair, step] { step(pair->one, pair->other); },
+                 [pair] {
+                   return State{{"both", textOf(pair->one) + "| " + textOf(pair->other)}};
+                 }};
+  };
+  return {.name = name, .prepare = prepare, .mayStandBetween = mayStandBetween};
+}
+
+// Takes the object over only when that has been done.
+template <class Container>
+void insert(Container & container, unsigned int id)
+{
+  auto object = std::make_unique<GPs>(id, longText);
+  container.InsertObject(object.get());
+  static_cast<void>(object.release());
+}
+
+template <class Container>
+std::vector<Operation> ofContainer()
+{
+  return {
+      on<Container>("copy", [](Container & one, Container &) { Container const copy(one); }),
+      on<Container>("assign", [](Container & one, Container & other) { one = other; }),
+      on<Container>("append clones", [](Container & one, Container & other) { one += other; }),
+      on<Container>("append the other's", [](Container & one, Container & other) { one.Append(&other, 1); }),
+      on<Container>("insert", [](Container & one, Container &) { insert(one, 5); }),
+      on<Container>("sort", [](Container & one, Container &) { one.Sort(); }),
+      on<Container>("store and load",
+                    [](Container & one, Container &) {
+                      CMemFile file;
+                      CArchive out(&file, CArchive::store);
+                      out.WriteObject(&one);
+                      out.Close();
+                      file.SeekToBegin();
+                      CArchive in(&file, CArchive::load);
+                      std::unique_ptr<CObject> const loaded(in.ReadOwnedObject(RUNTIME_CLASS(Container)));
+                      in.Close();
+                    }),
+  };
+}
+
+// The collection takes the item over only when that has been done.
+template <class Collection>
+void replace(Collection & collection, unsigned int id)
+{
+  auto item = std::make_unique<GPs>(id, "another text, as long as it takes");
+  collection.ReplaceData(item.get());
+  static_cast<void>(item.release());
+}
+
+template <class Collection>
+std::vector<Operation> ofCollection()
+{
+  return {
+      on<Collection>("put in an item", [](Collection & one, Collection &) { replace(one, 30); }),
+      on<Collection>("replace an item", [](Collection & one, Collection &) { replace(one, 5); }),
+      on<Collection>("take out an item", [](Collection & one, Collection &) { one.DeleteData(5); }),
+  };
+}
+
+std::vector<Operation> ofTexts()
+{
+  return {
+      on<GPDataArray>("put in a text", [](GPDataArray & one, GPDataArray &) { one.LoadStringData(30, longText); }),
+      on<GPDataArray>("replace a text", [](GPDataArray & one, GPDataArray &) { one.LoadStringData(5, longText + 1); }),
+  };
+}
+
+std::vector<Operation> ofNumbers()
+{
+  return {
+      on<GPUIntArray>("copy numbers", [](GPUIntArray & one, GPUIntArray &) { GPUIntArray const copy(one); }),
+      on<GPUIntArray>("assign numbers", [](GPUIntArray & one, GPUIntArray & other) { one = other; }),
+      on<GPUIntArray>("append numbers", [](GPUIntArray & one, GPUIntArray & other) { one += other; }),
+      on<GPUIntArray>("a value", [](GPUIntArray & one, GPUIntArray &) { one.AddUIntVal(5, 1, GPUIntArray()); }),
+      on<GPUIntArray>("a range that toggles",
+                      [](GPUIntArray & one, GPUIntArray &) { one.AddUIntRange("5-40", 5, GPUIntArray()); }),
+      on<GPUIntArray>("sort numbers", [](GPUIntArray & one, GPUIntArray &) { one.EliminateDuplicates(); }),
+      on<GPUIntArray>("short numbers", [](GPUIntArray & one, GPUIntArray &) { delete[] one.GetShortIntArray(); }),
+  };
+}
+
+}  // namespace
+
+std::vector<Operation> ContainerOperations()
+{
+  std::vector<Operation> all;
+  auto const join = [&all](std::string const & of, std::vector<Operation> operations) {
+    for (Operation & operation : operations) {
+      operation.name += of;
+      all.push_back(std::move(operation));
+    }
+  };
+  join(" of an array", ofContainer<GPObArray>());
+  join(" of a list", ofContainer<GPObList>());
+  join(" of an array", ofCollection<GPDataArray>());
+  join(" of a list", ofCollection<GPDataList>());
+  join("", ofTexts());
+  join("", ofNumbers());
+  return all;
+}
