@@ -87,20 +87,20 @@ int PutWarning(char const * format, ...)
 {
   va_list args;
   va_start(args, format);
-  int const allowed = putIfAllowed([&] {
+  int const isAllowed = putIfAllowed([&] {
     CString text;
     text.FormatV(format, args);
     return text;
   });
   va_end(args);
-  return allowed;
+  return isAllowed;
 }
 
 int PutWarning(unsigned int id, ...)
 {
   va_list args;
   va_start(args, id);
-  int const allowed = putIfAllowed([&] {
+  int const isAllowed = putIfAllowed([&] {
     CString format;
     if (!format.LoadString(id)) return numberOf(id) + zp::FormatResource(id, {});
     CString message;
@@ -108,7 +108,7 @@ int PutWarning(unsigned int id, ...)
     return numberOf(id) + message;
   });
   va_end(args);
-  return allowed;
+  return isAllowed;
 }
 
 int PutWarning(unsigned int id, std::initializer_list<zp::FormatArg> args)
