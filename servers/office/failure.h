@@ -1,6 +1,7 @@
 // What goes wrong while a member is carried out, on its way to the caller of Invoke.
 #pragma once
 
+#include <cstring>
 #include <string>
 
 #include <zpbase/platform/automation.h>
@@ -20,6 +21,13 @@ struct Failure {
 [[noreturn]] inline void Refuse(std::string sentence)
 {
   throw Failure{applicationError, std::move(sentence)};
+}
+
+// The system's words for an errno, in English whatever the user's language, as all sentences are.
+inline std::string TextOfError(int error)
+{
+  char const * const text = strerrordesc_np(error);
+  return text != nullptr ? text : "error " + std::to_string(error);
 }
 
 [[noreturn]] inline void Fail(HRESULT code)

@@ -15,7 +15,6 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <string_view>
 #include <thread>
@@ -124,7 +123,7 @@ bool waitFor(pid_t child, std::chrono::milliseconds time, int & status)
 
 [[noreturn]] void refuseToStart(std::string const & what, int error)
 {
-  throw Failure{startFailed, what + ": " + std::strerror(error)};
+  throw Failure{startFailed, what + ": " + TextOfError(error)};
 }
 
 // The pipe by which an office finds another one of the same profile: its name is a digest of the profile's.

@@ -87,7 +87,7 @@ std::string whyUnread(std::string const & file)
 void requireReadable(std::string const & file)
 {
   struct stat state {};
-  if (stat(file.c_str(), &state) != 0) Refuse(file + " can't be opened: " + std::strerror(errno));
+  if (stat(file.c_str(), &state) != 0) Refuse(file + " can't be opened: " + TextOfError(errno));
   if (!S_ISREG(state.st_mode)) Refuse(file + " is no file");
 }
 

@@ -40,6 +40,13 @@ COleVariant fails(HRESULT code)
   return COleVariant(code, VT_ERROR);
 }
 
+std::string numberOf(double value)
+{
+  CString text;
+  text.Format("%f", value);
+  return text.GetString();
+}
+
 std::string shown(VARIANT const & value)
 {
   std::string const type = std::to_string(value.vt) + ": ";
@@ -47,10 +54,10 @@ std::string shown(VARIANT const & value)
     case VT_BSTR:
       return type + zp::BstrToText(value.bstrVal).GetString();
     case VT_R4:
-      return type + std::to_string(value.fltVal);
+      return type + numberOf(value.fltVal);
     case VT_R8:
     case VT_DATE:
-      return type + std::to_string(value.dblVal);
+      return type + numberOf(value.dblVal);
     case VT_I2:
     case VT_BOOL:
       return type + std::to_string(value.iVal);
