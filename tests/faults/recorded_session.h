@@ -47,7 +47,7 @@ struct RecordedSession {
   std::vector<SessionCommit> commits;
 };
 
-// Stores, overwrites, grows, shrinks and deletes records of the store a.SI and a.SR in the folder, by chance from the seed,
+// Stores, overwrites, grows, shrinks and deletes records of the store a.SI and a.SR in the folder, by chance from a number,
 // closing it now and then: by the library, or each step as a run of the program.
 RecordedSession RecordSession(std::string const & folder, unsigned int seed, bool byProgram);
 
