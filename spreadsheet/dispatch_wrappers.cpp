@@ -2,6 +2,8 @@
 
 #include <zpbase/spreadsheet.h>
 
+#include "spreadsheet/session_internal.h"
+
 namespace {
 
 enum Member : DISPID {
@@ -73,17 +75,11 @@ void call(COleDispatchDriver & link, DISPID member, VARIANT const & argument)
   link.InvokeHelper(member, DISPATCH_METHOD, VT_EMPTY, nullptr, variantParameter, &argument);
 }
 
-void unlink(COleDispatchDriver & link)
-{
-  link.ReleaseDispatch();
-  link.DetachDispatch();
-}
-
 }  // namespace
 
 GPRange::~GPRange()
 {
-  unlink(*this);
+  zp::Unlink(*this);
 }
 
 VARIANT GPRange::GetValue()
@@ -125,7 +121,7 @@ long GPRange::GetCount()
 
 GPWorkSheet::~GPWorkSheet()
 {
-  unlink(*this);
+  zp::Unlink(*this);
 }
 
 CString GPWorkSheet::GetName()
@@ -155,7 +151,7 @@ void GPWorkSheet::Select()
 
 GPWorkSheets::~GPWorkSheets()
 {
-  unlink(*this);
+  zp::Unlink(*this);
 }
 
 long GPWorkSheets::GetCount()
@@ -170,7 +166,7 @@ IDispatch * GPWorkSheets::Add()
 
 GPChart::~GPChart()
 {
-  unlink(*this);
+  zp::Unlink(*this);
 }
 
 CString GPChart::GetName()
@@ -190,7 +186,7 @@ void GPChart::Select()
 
 GPCharts::~GPCharts()
 {
-  unlink(*this);
+  zp::Unlink(*this);
 }
 
 long GPCharts::GetCount()
@@ -205,7 +201,7 @@ IDispatch * GPCharts::Add()
 
 GPWorkBook::~GPWorkBook()
 {
-  unlink(*this);
+  zp::Unlink(*this);
 }
 
 CString GPWorkBook::GetFullName()
@@ -255,7 +251,7 @@ IDispatch * GPWorkBook::GetChart(tagVARIANT const & index)
 
 GPWorkBooks::~GPWorkBooks()
 {
-  unlink(*this);
+  zp::Unlink(*this);
 }
 
 long GPWorkBooks::GetCount()
@@ -275,7 +271,7 @@ IDispatch * GPWorkBooks::Open(tagVARIANT const & fileName)
 
 GPApplication::~GPApplication()
 {
-  unlink(*this);
+  zp::Unlink(*this);
 }
 
 IDispatch * GPApplication::GetWorkBooks()
