@@ -115,6 +115,7 @@ bool StoreWriter::IsChanged(OpenStore & store) const
 std::string StoreWriter::FaultOnDisk()
 {
   StoreNames const & names = m_Store.GetNames();
+  std::string why;
   m_Store.Close();
   auto const written = writeTimeOf(names.index);
   for (auto const end = Clock::now() + lockPatience; Clock::now() < end; std::this_thread::sleep_for(lockPause)) {
@@ -123,12 +124,13 @@ std::string StoreWriter::FaultOnDisk()
       CheckReport const report = CheckStore(store, CheckDepth::Blocks);
       if (!report.faults.empty()) return report.faults.front().text;
       if (IsChanged(store) || writeTimeOf(names.index) != written) return "";
-    } catch (Failure const &) {
+    } catch (Failure const & failure) {
+      why = failure.what();
       continue;
     }
     throw Failure(fmt::format("{}: what was stored isn't there: look with zp store check", names.record));
   }
-  return "";
+  throw Failure(fmt::format("{}: what was stored can't be looked at: {}", names.record, why));
 }
 
 void StoreWriter::Close()
