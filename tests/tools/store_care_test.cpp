@@ -1,5 +1,7 @@
 // zp store check, recover, compact and map: damaged stores are told, saved and never made worse.
 
+#include <filesystem>
+
 #include "tests/tools/store_fixture.h"
 
 namespace {
@@ -44,6 +46,10 @@ TEST_F(StoreTool, CheckTellsEveryDamageAndChangesNothing)
     EXPECT_EQ(Zp("compact a").status, 1);  // refused, with the files as they were
     EXPECT_EQ(m_Folder.Read("a.SI") + m_Folder.Read("a.SR"), before);
   }
+  constexpr auto beyondAnyStore = std::uintmax_t{5} << 30;  // a hole, without bytes on the disk
+  std::filesystem::resize_file(m_Folder.Path() / "a.SR", beyondAnyStore);
+  ProgramRun const holed = Zp("recover a");
+  EXPECT_NE(holed.out.find(" kept, "), std::string::npos) << holed.out << holed.err;
 }
 
 TEST_F(StoreTool, AnyChangedByteEndsInAnExitStatus)

@@ -76,16 +76,17 @@ class Anchors {
 // blocks is a chain as well, but most blocks are full, some begin like objects, and the last one ends with the file.
 class ChainSearch {
  public:
-  ChainSearch(CFile const & file, unsigned long long length) : m_Bytes(static_cast<size_t>(length))
+  ChainSearch(CFile const & file, unsigned long long length) : m_nLength(length), m_Bytes(static_cast<size_t>(length))
   {
     m_Bytes.resize(file.ReadAt(0, m_Bytes.data(), static_cast<UINT>(m_Bytes.size())));
     Weigh();
   }
 
-  // The begin of the best chain from start on, or the file's length.
+  // The begin of the best chain from start on, or the file's length; that also where the file has become shorter meanwhile.
   unsigned long long Find(unsigned long long start) const
   {
-    return start < m_Best.size() ? m_Best[static_cast<size_t>(start)] : m_Bytes.size();
+    unsigned long long const found = start < m_Best.size() ? m_Best[static_cast<size_t>(start)] : m_nLength;
+    return found < m_Bytes.size() ? found : m_nLength;
   }
 
  private:
@@ -119,6 +120,7 @@ class ChainSearch {
     return weights[end] + (isObject ? forObject : header.length == header.capacity ? forFull : forAny);
   }
 
+  unsigned long long m_nLength;
   std::vector<BYTE> m_Bytes;
   std::vector<DWORD> m_Best;
 };
@@ -173,7 +175,7 @@ class BrokenWalk {
   void Resume(std::string problem, unsigned int skipped)
   {
     unsigned long long resumed = m_Anchors.Next(m_nAt);
-    if (resumed == m_nLength) {
+    if (resumed == m_nLength && m_nLength <= zp::maxBlockPosition) {
       if (!m_pSearch) m_pSearch = std::make_unique<ChainSearch>(m_File, m_nLength);
       resumed = m_pSearch->Find(m_nAt + skipped);
     }
