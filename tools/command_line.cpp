@@ -2,18 +2,22 @@
 
 #include "tools/command_line.h"
 
+#include <algorithm>
 #include <exception>
+#include <utility>
 
+#include <fmt/format.h>
 #include <zpbase/platform/exceptions.h>
 
+#include "tools/command_words.h"
 #include "tools/commands.h"
 #include "tools/program.h"
 
 namespace {
 
-using AddCommands = void (*)(CLI::App & app, int & status);
+using AddFamily = void (*)(CLI::App & app, int & status);
 
-constexpr AddCommands commandTable[] = {
+constexpr AddFamily familyTable[] = {
     AddStoreCommands, AddSettingsCommands, AddTextCommands, AddDrawingCommands, AddViewCommands,
 };
 
@@ -23,34 +27,53 @@ int fail(std::string const & line, int status)
   return status;
 }
 
-// Help and version are no errors; everything else that the command line gets wrong is one line that names the way to help.
-int endParsing(CLI::App const & app, CLI::ParseError const & error)
+// What was typed instead of a command, with the nearest one.
+std::string toldUnknown(NamedCommand const & named)
 {
+  std::string const nearest = FindNearestCommand(*named.command, named.unknown);
+  return fmt::format("\"{}\" is no command of {}; {}see {} --help", named.unknown, named.name,
+                     nearest.empty() ? "" : fmt::format("did you mean \"{}\"? ", nearest), named.name);
+}
+
+// Help and version are no errors; everything else that the command line gets wrong is one line that names the way to help.
+int endParsing(CLI::App const & app, CLI::ParseError const & error, std::vector<std::string> const & words)
+{
+  NamedCommand const named = FindNamedCommand(app, words);
+  if (!named.unknown.empty()) return fail(toldUnknown(named), exitUsage);
   if (error.get_exit_code() == 0) return app.exit(error);
-  CLI::App const * command = &app;
-  std::string name = app.get_name();
-  for (auto used = command->get_subcommands(); !used.empty(); used = command->get_subcommands()) {
-    command = used.front();
-    name += " " + command->get_name();
-  }
-  return fail(std::string(error.what()) + "; see " + name + " --help", exitUsage);
+  return fail(fmt::format("{}; see {} --help", error.what(), named.name), exitUsage);
+}
+
+// CLI11 takes the words from the last to the first.
+void parse(CLI::App & app, std::vector<std::string> words)
+{
+  std::ranges::reverse(words);
+  app.parse(std::move(words));
 }
 
 }  // namespace
 
+void AddCommands(CLI::App & app, int & status)
+{
+  app.name("zp");
+  app.description("Tools of the Zephlow base library");
+  app.require_subcommand(1);
+  app.set_version_flag("-V,--version", "zp " ZP_VERSION);
+  for (AddFamily const add : familyTable) add(app, status);
+}
+
 int RunCommandLine(int argc, char const * const * argv)
 {
-  CLI::App app("Tools of the Zephlow base library", "zp");
-  app.require_subcommand(1);
-  app.set_version_flag("--version", "zp " ZP_VERSION);
   int status = exitDone;
-  for (AddCommands const add : commandTable) add(app, status);
+  CLI::App app;
+  AddCommands(app, status);
+  std::vector<std::string> const words = ResolveHelp({argv + std::min(argc, 1), argv + argc});
   try {
-    app.parse(argc, argv);
+    parse(app, words);
     FlushOutput();
     return status;
   } catch (CLI::ParseError const & error) {
-    return endParsing(app, error);
+    return endParsing(app, error, words);
   } catch (Failure const & failure) {
     return fail(failure.what(), failure.GetStatus());
   } catch (CException * caught) {

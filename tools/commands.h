@@ -1,6 +1,6 @@
 // The commands of zp. Each is a struct of its arguments with
 //
-//   static constexpr char const * name, * help;
+//   static constexpr char const * name, * help, * example;   // the example is a whole command line
 //   void AddOptions(CLI::App & command);   // its arguments and options
 //   ExitStatus Run() const;                // the work; raises Failure, or lets a framework exception pass, when something stops
 //   it
@@ -9,10 +9,18 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include <CLI/CLI.hpp>
 
 #include "tools/program.h"
+
+// Ends a command's help with a line that can be typed.
+inline void AddExample(CLI::App & command, std::string const & line)
+{
+  std::string const before = command.get_footer();
+  command.footer((before.empty() ? "" : before + "\n\n") + "Example: " + line);
+}
 
 // status gets what Run gives.
 template <class Command>
@@ -21,6 +29,7 @@ void AddCommand(CLI::App & family, int & status)
   CLI::App * const app = family.add_subcommand(Command::name, Command::help);
   auto const command = std::make_shared<Command>();
   command->AddOptions(*app);
+  AddExample(*app, Command::example);
   app->callback([command, &status] { status = command->Run(); });
 }
 
@@ -30,3 +39,6 @@ void AddSettingsCommands(CLI::App & app, int & status);
 void AddTextCommands(CLI::App & app, int & status);
 void AddDrawingCommands(CLI::App & app, int & status);
 void AddViewCommands(CLI::App & app, int & status);
+
+// All of them, with the program's name and version.
+void AddCommands(CLI::App & app, int & status);

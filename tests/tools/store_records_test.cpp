@@ -63,9 +63,9 @@ struct Misuse {
 
 constexpr Misuse misuses[] = {
     {"", 2, "zp: A subcommand is required; see zp store --help\n"},
-    {"list", 2, "zp: store is required; see zp store list --help\n"},
-    {"show a", 2, "zp: id is required; see zp store show --help\n"},
-    {"show a 40000", 2, "zp: id: Value 40000 not in range 0 to 32767; see zp store show --help\n"},
+    {"list", 2, "zp: STORE is required; see zp store list --help\n"},
+    {"show a", 2, "zp: ID is required; see zp store show --help\n"},
+    {"show a 40000", 2, "zp: ID: Value 40000 not in range 0 to 32767; see zp store show --help\n"},
     {"list a", 1, "zp: a.SR: there is no such record file; check the name\n"},
     {"list none/a", 1, "zp: none/a.SR: there is no such record file; check the name\n"},
     {"import a none.csv", 1, "zp: none.csv: can't be opened: No such file or directory; check the name\n"},

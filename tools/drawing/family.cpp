@@ -25,6 +25,7 @@ void AddDrawingCommands(CLI::App & app, int & status)
   command->add_option("--svg", options->svg, "Also draw what the drawing holds into this SVG file");
   command->add_option("--png", options->png, "The same as PNG");
   command->add_flag("--json", options->json, "Print JSON");
+  AddExample(*command, "zp dxf flowsheet.wmf flowsheet.dxf");
   for (CLI::Option * const other : {to, height, stats}) check->excludes(other);
   command->callback([options, &status] { options->check ? CheckDrawings(*options, status) : ConvertFiles(*options, status); });
 }

@@ -131,8 +131,8 @@ struct SettingsArguments : SettingsOptions {
         ->excludes(inProfile);
   }
 
-  void AddSection(CLI::App & command) { command.add_option("section", section)->required(); }
-  void AddKey(CLI::App & command) { command.add_option("key", key)->required(); }
+  void AddSection(CLI::App & command) { command.add_option("SECTION", section)->required(); }
+  void AddKey(CLI::App & command) { command.add_option("KEY", key)->required(); }
   void AddJson(CLI::App & command) { command.add_flag("--json", json, "Print JSON"); }
 
   CString SectionName() const { return nameOf(section, "the section"); }
@@ -142,6 +142,7 @@ struct SettingsArguments : SettingsOptions {
 struct GetCommand : SettingsArguments {
   static constexpr char const * name = "get";
   static constexpr char const * help = "Print the value of a setting";
+  static constexpr char const * example = "zp settings get Units Temperature";
 
   void AddOptions(CLI::App & command)
   {
@@ -165,13 +166,14 @@ struct GetCommand : SettingsArguments {
 struct SetCommand : SettingsArguments {
   static constexpr char const * name = "set";
   static constexpr char const * help = "Change or add a setting";
+  static constexpr char const * example = "zp settings set Units Temperature K";
 
   void AddOptions(CLI::App & command)
   {
     AddStore(command);
     AddSection(command);
     AddKey(command);
-    command.add_option("value", value)->required();
+    command.add_option("VALUE", value)->required();
     command.add_option("-t,--type", type, "The value's type")
         ->check(CLI::IsMember({"text", "integer", "binary"}))
         ->capture_default_str();
@@ -199,12 +201,13 @@ struct SetCommand : SettingsArguments {
 struct RemoveCommand : SettingsArguments {
   static constexpr char const * name = "remove";
   static constexpr char const * help = "Remove a setting, or a section without a key";
+  static constexpr char const * example = "zp settings remove Units Temperature";
 
   void AddOptions(CLI::App & command)
   {
     AddStore(command);
     AddSection(command);
-    command.add_option("key", key);
+    command.add_option("KEY", key);
   }
 
   ExitStatus Run() const
@@ -225,11 +228,12 @@ struct RemoveCommand : SettingsArguments {
 struct ListCommand : SettingsArguments {
   static constexpr char const * name = "list";
   static constexpr char const * help = "List all settings, or those of a section";
+  static constexpr char const * example = "zp settings list --json";
 
   void AddOptions(CLI::App & command)
   {
     AddStore(command);
-    command.add_option("section", section);
+    command.add_option("SECTION", section);
     AddJson(command);
   }
 
@@ -251,11 +255,12 @@ struct ListCommand : SettingsArguments {
 struct ImportCommand : SettingsArguments {
   static constexpr char const * name = "import";
   static constexpr char const * help = "Take settings from a registration-entries file";
+  static constexpr char const * example = "zp settings import settings.reg";
 
   void AddOptions(CLI::App & command)
   {
     AddStore(command, true);
-    command.add_option("file", file, "The file, or - for standard input")->required();
+    command.add_option("FILE", file, "The file, or - for standard input")->required();
   }
 
   ExitStatus Run() const { return ImportSettings(*this, file); }
@@ -266,11 +271,12 @@ struct ImportCommand : SettingsArguments {
 struct ExportCommand : SettingsArguments {
   static constexpr char const * name = "export";
   static constexpr char const * help = "Write all settings as a registration-entries file";
+  static constexpr char const * example = "zp settings export settings.reg";
 
   void AddOptions(CLI::App & command)
   {
     AddStore(command, true);
-    command.add_option("file", file, "The file, or - for standard output")->capture_default_str();
+    command.add_option("FILE", file, "The file, or - for standard output")->capture_default_str();
   }
 
   ExitStatus Run() const

@@ -47,6 +47,7 @@ void printReportAsJson(CheckReport const & report)
 struct CheckCommand : StoreArguments {
   static constexpr char const * name = "check";
   static constexpr char const * help = "Report everything in which the files break their format; changes nothing";
+  static constexpr char const * example = "zp store check job";
 
   ExitStatus Run() const
   {

@@ -58,6 +58,7 @@ void printGain(StoreNames const & names, Gain const & gain)
 struct CompactCommand : StoreArguments {
   static constexpr char const * name = "compact";
   static constexpr char const * help = "Win back free space; also ends a compaction that was interrupted";
+  static constexpr char const * example = "zp store compact job";
 
   ExitStatus Run() const
   {

@@ -4,7 +4,7 @@
 
 void StoreArguments::AddOptions(CLI::App & command)
 {
-  command.add_option("store", store, "Index file, record file, or the stem of both")->required();
+  command.add_option("STORE", store, "Index file, record file, or the stem of both")->required();
   command.add_option("--record", record, "Record file, when its name doesn't follow from the index file's");
   command.add_flag("--json", json, "Print the result as JSON");
 }

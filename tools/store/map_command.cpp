@@ -77,6 +77,7 @@ StoreLayout readLayout(StoreNames const & names)
 struct MapCommand : StoreArguments {
   static constexpr char const * name = "map";
   static constexpr char const * help = "Show which parts of the record file are live, slack and free";
+  static constexpr char const * example = "zp store map job --svg map.svg";
 
   void AddOptions(CLI::App & command)
   {

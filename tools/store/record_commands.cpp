@@ -117,7 +117,7 @@ struct RecordArguments : StoreArguments {
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("id", id, "Record id, 0 to 32767")->required()->check(CLI::Range(0, zp::maxRecordID));
+    command.add_option("ID", id, "Record id, 0 to 32767")->required()->check(CLI::Range(0, zp::maxRecordID));
   }
 
   int id = 0;
@@ -126,6 +126,7 @@ struct RecordArguments : StoreArguments {
 struct ListCommand : StoreArguments {
   static constexpr char const * name = "list";
   static constexpr char const * help = "List the records: id, bytes, class, first text";
+  static constexpr char const * example = "zp store list job";
 
   void AddOptions(CLI::App & command)
   {
@@ -153,6 +154,7 @@ struct ListCommand : StoreArguments {
 struct ShowCommand : RecordArguments {
   static constexpr char const * name = "show";
   static constexpr char const * help = "Show a record as a tree of its values";
+  static constexpr char const * example = "zp store show job 7";
 
   ExitStatus Run() const
   {
@@ -170,11 +172,12 @@ struct ShowCommand : RecordArguments {
 struct GetCommand : RecordArguments {
   static constexpr char const * name = "get";
   static constexpr char const * help = "Write a record's bytes, or with --json its JSON, to a file";
+  static constexpr char const * example = "zp store get job 7 record.bin";
 
   void AddOptions(CLI::App & command)
   {
     RecordArguments::AddOptions(command);
-    command.add_option("file", file, "File to write, - for standard output");
+    command.add_option("FILE", file, "File to write, - for standard output");
   }
 
   ExitStatus Run() const
@@ -198,11 +201,12 @@ struct GetCommand : RecordArguments {
 struct PutCommand : RecordArguments {
   static constexpr char const * name = "put";
   static constexpr char const * help = "Store a file's bytes, or with --json the object it tells, as a record";
+  static constexpr char const * example = "zp store put job 7 record.bin";
 
   void AddOptions(CLI::App & command)
   {
     RecordArguments::AddOptions(command);
-    command.add_option("file", file, "File to read, - for standard input");
+    command.add_option("FILE", file, "File to read, - for standard input");
   }
 
   ExitStatus Run() const
@@ -222,11 +226,12 @@ struct PutCommand : RecordArguments {
 struct DeleteCommand : StoreArguments {
   static constexpr char const * name = "delete";
   static constexpr char const * help = "Delete records";
+  static constexpr char const * example = "zp store delete job 7 9";
 
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("ids", ids, "Record ids")->required()->check(CLI::Range(0, zp::maxRecordID));
+    command.add_option("IDS", ids, "Record ids")->required()->check(CLI::Range(0, zp::maxRecordID));
   }
 
   // Everything named must be there before anything is deleted.

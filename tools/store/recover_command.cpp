@@ -221,6 +221,7 @@ ExitStatus giveUp(StoreNames const & written)
 struct RecoverCommand : StoreArguments {
   static constexpr char const * name = "recover";
   static constexpr char const * help = "Tell what the block headers still hold, and with --to save it in new files";
+  static constexpr char const * example = "zp store recover job --to rescued";
 
   void AddOptions(CLI::App & command)
   {

@@ -14,6 +14,7 @@
 #include "tools/output_file.h"
 #include "tools/program.h"
 #include "tools/progress.h"
+#include "tools/records/component_columns.h"
 #include "tools/records/components.h"
 #include "tools/records/json_events.h"
 #include "tools/records/json_text.h"
@@ -183,14 +184,33 @@ void printStored(bool json, StoreNames const & names, size_t stored, size_t repl
                          stored - replaced, replaced));
 }
 
+// What a table's head may name: a column of each datum, or the first and the last of a correlation's.
+std::string toldColumns()
+{
+  std::string told =
+      "Columns of a table, in any order; a cell without text stores nothing:\n  id                                      0 to "
+      "32767, needed";
+  std::vector<Column> const & columns = AllColumns();
+  for (DataMeaning const & meaning : GetDataMeanings()) {
+    size_t const first = FirstColumnOf(meaning);
+    size_t last = first;
+    while (last + 1 < columns.size() && columns[last + 1].meaning == &meaning) ++last;
+    std::string const names = first == last ? columns[first].name : columns[first].name + " ... " + columns[last].name;
+    told += fmt::format("\n  {:<40}{}{}{}", names, meaning.label, *meaning.unit != 0 ? ", " : "", meaning.unit);
+  }
+  return told;
+}
+
 struct ImportCommand : StoreArguments {
   static constexpr char const * name = "import";
   static constexpr char const * help = "Store the records of a table of components or of a JSON export";
+  static constexpr char const * example = "zp store import job components.csv";
 
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("file", file, "CSV or JSON file, - for standard input")->required();
+    command.add_option("FILE", file, "CSV or JSON file, - for standard input")->required();
+    command.footer(toldColumns());
   }
 
   ExitStatus Run() const
@@ -254,11 +274,12 @@ size_t exportTable(StoredRecords const & source, StoreNames const & names, Pass 
 struct ExportCommand : StoreArguments {
   static constexpr char const * name = "export";
   static constexpr char const * help = "Write components as a CSV table, or with --json all records without loss";
+  static constexpr char const * example = "zp store export job components.csv";
 
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("file", file, "File to write, - for standard output");
+    command.add_option("FILE", file, "File to write, - for standard output");
     command.add_flag("--skip", skip, "End with 0 although records were left out");
   }
 

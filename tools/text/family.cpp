@@ -166,6 +166,7 @@ struct TextArguments : TextOptions {
 struct LinesCommand : TextArguments {
   static constexpr char const * name = "lines";
   static constexpr char const * help = "Count numeric, blank and other lines, and show the others; status 1 if there are any";
+  static constexpr char const * example = "zp text lines result.txt";
 
   void AddOptions(CLI::App & command)
   {
@@ -179,6 +180,7 @@ struct LinesCommand : TextArguments {
 struct ColumnsCommand : TextArguments {
   static constexpr char const * name = "columns";
   static constexpr char const * help = "Show the delimiter and the character columns of the values";
+  static constexpr char const * example = "zp text columns result.txt --skip 1";
 
   void AddOptions(CLI::App & command)
   {
@@ -191,6 +193,7 @@ struct ColumnsCommand : TextArguments {
 struct NumbersCommand : TextArguments {
   static constexpr char const * name = "numbers";
   static constexpr char const * help = "Print the values as CSV; lines that aren't numeric are reported, with status 1";
+  static constexpr char const * example = "zp text numbers result.txt --skip 1 > result.csv";
 
   void AddOptions(CLI::App & command)
   {
