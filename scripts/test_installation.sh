@@ -65,6 +65,13 @@ mv "$work/first" "$work/moved"
 "$work/moved/bin/zp" --version
 libraries=$(dirname "$(find "$work/moved" -name 'libzpbase.*' -not -type l | head -n 1)")
 use "$libraries" "$work/moved/include"
+if nm -D --defined-only "$libraries/libzpbase.so" | grep -E ' _ZN?K?St'; then
+  echo "Names of the standard library leave the library." >&2
+  exit 1
+fi
+for page in zp zp-store; do
+  [ -s "$work/moved/share/man/man1/$page.1" ]
+done
 
 cmake "${absolute[@]}" "$build" >/dev/null
 cmake --build "$build" >/dev/null
