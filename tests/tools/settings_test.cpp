@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include "tests/support/TempFolder.h"
@@ -51,14 +52,16 @@ TEST_F(ZpSettings, CarryEveryTypeBetweenHivesAndTextsToProfiles)
       "[HKEY_CURRENT_USER\\Software\\Acme\\Flow\\Misc]\r\n\"b\"=hex:4f,00\r\n\"e\"=hex(2):25,00\r\n\"m\"=hex(7):61,00,00\r\n"
       "\"n\"=dword:fffffffb\r\n\"t\"=\"x\"\r\n";
   m_Folder.Write("in.reg", "REGEDIT4\r\n\r\n" + body + "\r\n[HKEY_CURRENT_USER\\Software\\Acme\\Flowers]\r\n\"t\"=\"x\"\r\n");
-  EXPECT_EQ(
-      Run("import in.reg -r user.reg -c Acme -a Flow"),
-      "0 in.reg: 5 settings taken, 0 refused, 0 damaged lines, 1 of other keys than HKEY_CURRENT_USER\\Software\\Acme\\Flow\n");
+  EXPECT_EQ(Run("import in.reg -r user.reg -c Acme -a Flow"),
+            "0 in.reg: 5 settings taken, 0 removed, 0 refused, 0 damaged lines, 1 of other keys than "
+            "HKEY_CURRENT_USER\\Software\\Acme\\Flow\n");
   EXPECT_EQ(Run("export -r user.reg -c Acme -a Flow"), "0 REGEDIT4\r\n\r\n" + body);
-  EXPECT_EQ(Run("get Misc n -r user.reg -c Acme -a Flow"), "0 -5\n");
+  EXPECT_EQ(Run("get Misc n --type -r user.reg -c Acme -a Flow"), "0 integer -5\n");
+  EXPECT_EQ(Run("set Misc n 4294967291 -t integer -r user.reg -c Acme -a Flow"), "0 ");
+  EXPECT_EQ(Run("export -r user.reg -c Acme -a Flow"), "0 REGEDIT4\r\n\r\n" + body);
   m_Folder.Write("more.reg", "REGEDIT4\n" + body + "broken\n\"t\"=-\n");
-  EXPECT_EQ(Run("import more.reg -r user.reg -c Acme -a Flow").substr(0, 70),
-            "1 more.reg: 6 settings taken, 0 refused, 1 damaged line, 0 of other ke");
+  EXPECT_EQ(Run("import more.reg -r user.reg -c Acme -a Flow").substr(0, 81),
+            "1 more.reg: 5 settings taken, 1 removed, 0 refused, 1 damaged line, 0 of other ke");
 }
 
 TEST_F(ZpSettings, CarryAnotherCompanysBranchToAProfileFileAndBack)
@@ -66,14 +69,14 @@ TEST_F(ZpSettings, CarryAnotherCompanysBranchToAProfileFileAndBack)
   std::string const branch = "[HKEY_CURRENT_USER\\Software\\Acme\\Flow\\Misc]\r\n";
   m_Folder.Write("in.reg", "REGEDIT4\r\n\r\n" + branch + "\"b\"=hex:4f,00\r\n\"m\"=hex(7):61,00,00\r\n\"n\"=dword:fffffffb\r\n" +
                                "[-HKEY_CURRENT_USER\\Software\\Acme\\Flow]\r\n");
-  EXPECT_EQ(
-      Run("import in.reg -p x.ini -c Acme -a Flow"),
-      "1 zp: in.reg: \"m\" in the section \"Misc\" was refused; x.ini has no form for its name or its type\n"
-      "in.reg: 2 settings taken, 1 refused, 0 damaged lines, 1 of other keys than HKEY_CURRENT_USER\\Software\\Acme\\Flow\n");
+  EXPECT_EQ(Run("import in.reg -p x.ini -c Acme -a Flow"),
+            "1 zp: in.reg: \"m\" in the section \"Misc\" was refused: a profile file has no form for the type 7\n"
+            "in.reg: 2 settings taken, 0 removed, 1 refused, 0 damaged lines, 1 of other keys than "
+            "HKEY_CURRENT_USER\\Software\\Acme\\Flow\n");
   EXPECT_EQ(m_Folder.Read("x.ini"), "[Misc]\nb=PEAA\nn=-5\n");
   EXPECT_EQ(Run("export -p x.ini -c Acme -a Flow"), "0 REGEDIT4\r\n\r\n" + branch + "\"b\"=\"PEAA\"\r\n\"n\"=\"-5\"\r\n");
   EXPECT_EQ(Run("import in.reg -p x.ini"),
-            "1 in.reg: 0 settings taken, 0 refused, 0 damaged lines, 4 of other keys than "
+            "1 in.reg: 0 settings taken, 0 removed, 0 refused, 0 damaged lines, 4 of other keys than "
             "HKEY_CURRENT_USER\\Software\\Vantrelis\\Zephlow\n"
             "zp: in.reg: has no settings of this application; name the one that it is for with -c and -a\n");
   EXPECT_EQ(Run("list -p x.ini -c Acme").substr(0, 2), "2 ");
@@ -92,19 +95,47 @@ TEST_F(ZpSettings, RemoveWhatWasNamedAndNothingElse)
   EXPECT_EQ(m_Folder.Read("x.ini"), all);
   EXPECT_EQ(Run("set 'A\\B' k v -r h.reg -c Acme"), "0 ");
   EXPECT_EQ(Run("remove a -r h.reg -c Acme"), "0 ");
-  EXPECT_EQ(Run("list -r h.reg -c Acme"), "0 ");
+  EXPECT_EQ(
+      Run("list -r h.reg -c Acme"),
+      "0 zp: h.reg, branch HKEY_CURRENT_USER\\Software\\Acme\\Zephlow: 0 settings; others may be in another store: see -a, -p, "
+      "-c and -r\n");
 }
 
 TEST_F(ZpSettings, SayWhatIsWrong)
 {
-  EXPECT_EQ(Run("get Misc none -p x.ini"), "1 zp: x.ini: no setting \"none\" in the section \"Misc\"; see zp settings list\n");
-  EXPECT_EQ(Run("set Misc n 12x -t integer -p x.ini"), "2 zp: \"12x\": an integer is from -2147483648 to 2147483647\n");
+  for (char const * reading : {"get Misc none", "list", "remove Misc", "export"})
+    EXPECT_EQ(Run(reading + " -p x.ini"s), "1 zp: x.ini: can't be opened: No such file or directory; check the name\n");
+  EXPECT_EQ(Run("list -a None").substr(0, 3), "0 z");
+  EXPECT_EQ(Run("set Misc n 12x -t integer -p x.ini"), "2 zp: \"12x\": an integer is from -2147483648 to 4294967295\n");
   EXPECT_EQ(Run("set Misc b 4f0 -t binary -p x.ini"), "2 zp: \"4f0\": a block is pairs of hexadecimal digits, such as 4f00\n");
-  EXPECT_EQ(Run("set Misc a=b x -p x.ini").substr(0, 2), "1 ");
+  std::string const refused = "1 zp: x.ini: the change was not made: a profile file's ";
+  EXPECT_EQ(Run("set Misc a=b x -p x.ini"), refused + "key has no line end and no =, and doesn't begin with [ or ;\n");
+  EXPECT_EQ(Run("set 'M]' a x -p x.ini"), refused + "section has no line end and no ]\n");
+  EXPECT_EQ(Run("set Misc a 'x\n' -p x.ini"), refused + "text has no line end\n");
   EXPECT_FALSE(m_Folder.Has("x.ini"));
   m_Folder.Write("bad.reg", "[x]\n");
   EXPECT_EQ(Run("list -r bad.reg"), "1 zp: bad.reg: doesn't begin with REGEDIT4; name a registration-entries file\n");
   EXPECT_EQ(Run("import bad.reg -p x.ini"), "1 zp: bad.reg: is no registration-entries file; it must begin with REGEDIT4\n");
   EXPECT_EQ(Run("list -r a.reg -p x.ini").substr(0, 2), "2 ");
   EXPECT_EQ(m_Folder.Read("bad.reg"), "[x]\n");
+}
+
+// The sequence of the manual, line by line, by a user without settings.
+TEST_F(ZpSettings, WorkAsTheManualTells)
+{
+  EXPECT_EQ(std::system(("cd '" + m_Folder.Path().string() +
+                         "' && mkdir bin && ln -s " ZP_BINARY_DIR "/tools/zp bin/zp && "
+                         "sed -n 's/^    \\(zp settings .*\\)/\\1/p' " ZP_SOURCE_DIR "/docs/config.md >steps && "
+                         "HOME=\"$PWD\" XDG_CONFIG_HOME= PATH=\"$PWD/bin:$PATH\" sh -e steps >out 2>&1")
+                            .c_str()),
+            0)
+      << m_Folder.Read("out");
+  EXPECT_EQ(m_Folder.Read("out"),
+            "Yes\n[Misc]\nBeep                     text     Yes\n"
+            "flow.reg: 1 setting taken, 0 removed, 0 refused, 0 damaged lines, 0 of other keys than "
+            "HKEY_CURRENT_USER\\Software\\Acme\\Flow\n"
+            "[Misc]\nBeep                     text     Yes\n"
+            "flow.reg: 1 setting taken, 0 removed, 0 refused, 0 damaged lines, 0 of other keys than "
+            "HKEY_CURRENT_USER\\Software\\Acme\\Flow\n");
+  EXPECT_EQ(m_Folder.Read("flow.ini"), "[Misc]\nBeep=Yes\n");
 }

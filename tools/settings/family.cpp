@@ -57,13 +57,15 @@ std::string bytesOf(std::string const & digits)
   throw Failure(fmt::format("\"{}\": a block is pairs of hexadecimal digits, such as 4f00", digits), exitUsage);
 }
 
+// A number beyond 2147483647 has the bits of the negative one that programs read.
 int integerOf(std::string const & digits)
 {
-  int number = 0;
+  int64_t number = 0;
   auto const read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (read.ec != std::errc() || read.ptr != digits.data() + digits.size())
-    throw Failure(fmt::format("\"{}\": an integer is from -2147483648 to 2147483647", digits), exitUsage);
-  return number;
+  bool const isWhole = read.ec == std::errc() && read.ptr == digits.data() + digits.size();
+  if (!isWhole || number < INT32_MIN || number > UINT32_MAX)
+    throw Failure(fmt::format("\"{}\": an integer is from -2147483648 to 4294967295", digits), exitUsage);
+  return static_cast<int>(static_cast<uint32_t>(number));
 }
 
 // An argument that names something; an empty one comes from an unset variable of the shell and names nothing.
@@ -86,7 +88,7 @@ zp::Setting find(SettingsStore & store, CString const & section, CString const &
 // With all below it.
 void removeSection(SettingsOptions const & options, CString const & section)
 {
-  SettingsStore store(options);
+  SettingsStore store(options, Wanted::ToRead);
   std::vector<zp::Setting> const settings = store.List(CString());
   bool const isThere = std::any_of(settings.begin(), settings.end(), [&](zp::Setting const & each) {
     CString const & name = each.section;
@@ -95,7 +97,7 @@ void removeSection(SettingsOptions const & options, CString const & section)
   });
   if (!isThere)
     throw Failure(fmt::format("{}: no section \"{}\"; see zp settings list", store.Name(), zp::TextToUtf8(section.View())));
-  store.Require(store.App().WriteProfileString(section, nullptr, nullptr));
+  store.Require(store.App().WriteProfileString(section, nullptr, nullptr), section, CString());
 }
 
 void printSections(std::vector<zp::Setting> const & settings)
@@ -150,17 +152,21 @@ struct GetCommand : SettingsArguments {
     AddSection(command);
     AddKey(command);
     AddJson(command);
+    command.add_flag("-t,--type", showType, "Print the value's type in front of it");
   }
 
   ExitStatus Run() const
   {
     CString const inSection = SectionName();
     CString const wanted = KeyName();
-    SettingsStore store(*this);
+    SettingsStore store(*this, Wanted::ToRead);
     zp::Setting const setting = find(store, inSection, wanted);
-    Print((json ? DumpJson(jsonOf(setting)) : shownValue(setting)) + "\n");
+    std::string const plain = (showType ? typeName(setting) + " " : "") + shownValue(setting);
+    Print((json ? DumpJson(jsonOf(setting)) : plain) + "\n");
     return exitDone;
   }
+
+  bool showType = false;
 };
 
 struct SetCommand : SettingsArguments {
@@ -183,13 +189,14 @@ struct SetCommand : SettingsArguments {
   {
     CString const inSection = SectionName();
     CString const changed = KeyName();
-    SettingsStore store(*this);
+    SettingsStore store(*this, Wanted::ToChange);
     if (type == "integer") {
-      store.Require(store.App().WriteProfileInt(inSection, changed, integerOf(value)));
+      store.Require(store.App().WriteProfileInt(inSection, changed, integerOf(value)), inSection, changed);
     } else if (type == "binary") {
-      store.Require(store.WriteBlock(inSection, changed, bytesOf(value)));
+      store.Require(store.WriteBlock(inSection, changed, bytesOf(value)), inSection, changed);
     } else {
-      store.Require(store.App().WriteProfileString(inSection, changed, ToText(value, "the value")));
+      CString const text = ToText(value, "the value");
+      store.Require(store.App().WriteProfileString(inSection, changed, text), inSection, changed, text);
     }
     return exitDone;
   }
@@ -218,9 +225,9 @@ struct RemoveCommand : SettingsArguments {
       return exitDone;
     }
     CString const removed = KeyName();
-    SettingsStore store(*this);
+    SettingsStore store(*this, Wanted::ToRead);
     find(store, inSection, removed);
-    store.Require(store.App().WriteProfileString(inSection, removed, nullptr));
+    store.Require(store.App().WriteProfileString(inSection, removed, nullptr), inSection, removed);
     return exitDone;
   }
 };
@@ -239,8 +246,10 @@ struct ListCommand : SettingsArguments {
 
   ExitStatus Run() const
   {
-    SettingsStore store(*this);
-    std::vector<zp::Setting> const settings = store.List(ToText(section, "the section"));
+    SettingsStore store(*this, Wanted::ToRead);
+    CString const inSection = ToText(section, "the section");
+    std::vector<zp::Setting> const settings = store.List(inSection);
+    if (settings.empty()) Tell(store.TellEmpty(inSection));
     if (!json) {
       printSections(settings);
       return exitDone;

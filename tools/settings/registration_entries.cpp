@@ -55,8 +55,18 @@ BOOL apply(SettingsStore & store, CString const & section, zp::RegistryEntry con
   }
 }
 
+std::string causeOf(SettingsStore const & store, CString const & section, zp::RegistryEntry const & entry)
+{
+  bool const hasForm =
+      IsTextType(entry.type) || entry.type == REG_BINARY || (entry.type == REG_DWORD && entry.data.GetLength() == 4);
+  if (!store.IsRegistry() && entry.kind == zp::RegistryEntry::SetValue && !hasForm)
+    return fmt::format("a profile file has no form for the type {}", entry.type);
+  return store.FindCause(section, entry.name, IsTextType(entry.type) ? entry.data.GetString() : "");
+}
+
 struct Tally {
   unsigned int taken = 0;
+  unsigned int removed = 0;  // settings and sections that the file removes
   unsigned int refused = 0;
   unsigned int elsewhere = 0;
 };
@@ -67,11 +77,11 @@ void take(SettingsStore & store, zp::RegistryEntry const & entry, std::string co
   if (!section) {
     ++tally.elsewhere;
   } else if (apply(store, *section, entry)) {
-    ++tally.taken;
+    ++(entry.kind == zp::RegistryEntry::SetValue ? tally.taken : tally.removed);
   } else {
     ++tally.refused;
-    Tell(fmt::format("{}: \"{}\" in the section \"{}\" was refused; {} has no form for its name or its type", name,
-                     zp::TextToUtf8(entry.name.View()), zp::TextToUtf8(section->View()), store.Name()));
+    Tell(fmt::format("{}: \"{}\" in the section \"{}\" was refused: {}", name, zp::TextToUtf8(entry.name.View()),
+                     zp::TextToUtf8(section->View()), causeOf(store, *section, entry)));
   }
 }
 
@@ -79,17 +89,18 @@ void take(SettingsStore & store, zp::RegistryEntry const & entry, std::string co
 
 void ExportSettings(SettingsOptions const & options, std::string const & file)
 {
-  SettingsStore store(options);
+  SettingsStore store(options, Wanted::ToRead);
   std::vector<zp::RegistryEntry> entries;
   for (zp::Setting & setting : store.List(CString()))
     entries.push_back({zp::RegistryEntry::SetValue, store.Branch() + "\\" + setting.section, std::move(setting.key), setting.type,
                        std::move(setting.data)});
+  if (entries.empty()) Tell(store.TellEmpty(CString()));
   WriteWholeFile(file, zp::WriteRegistryText(entries));
 }
 
 ExitStatus ImportSettings(SettingsOptions const & options, std::string const & file)
 {
-  SettingsStore store(options);
+  SettingsStore store(options, Wanted::ToChange);
   std::string const name = ShownName(file);
   std::vector<zp::RegistryEntry> entries;
   int damaged = 0;
@@ -98,12 +109,13 @@ ExitStatus ImportSettings(SettingsOptions const & options, std::string const & f
     throw Failure(fmt::format("{}: is no registration-entries file; it must begin with REGEDIT4", name));
   Tally tally;
   for (zp::RegistryEntry const & entry : entries) take(store, entry, name, tally);
-  PrintShown(fmt::format("{}: {} taken, {} refused, {}, {} of other keys than {}\n", name, Counted(tally.taken, "setting"),
-                         tally.refused, Counted(static_cast<unsigned>(damaged), "damaged line"), tally.elsewhere,
+  PrintShown(fmt::format("{}: {} taken, {} removed, {} refused, {}, {} of other keys than {}\n", name,
+                         Counted(tally.taken, "setting"), tally.removed, tally.refused,
+                         Counted(static_cast<unsigned>(damaged), "damaged line"), tally.elsewhere,
                          zp::TextToUtf8(store.Branch().View())));
   if (lost > 0)
     Tell(fmt::format("{}: {} that Windows-1252 lacks became \"?\"", name, Counted(static_cast<unsigned>(lost), "character")));
-  if (tally.elsewhere > 0 && tally.taken + tally.refused == 0)
+  if (tally.elsewhere > 0 && tally.taken + tally.removed + tally.refused == 0)
     throw Failure(fmt::format("{}: has no settings of this application; name the one that it is for with -c and -a", name));
   return tally.refused > 0 || damaged > 0 || lost > 0 ? exitWanting : exitDone;
 }

@@ -2,18 +2,33 @@
 
 #include "tools/settings/settings_store.h"
 
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <filesystem>
 
 #include <fmt/format.h>
 #include <zpbase/config.h>
 #include <zpbase/platform/bytes.h>
+#include <zpbase/platform/encoding.h>
 #include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/platform/system_error.h>
 
 #include "tools/program.h"
 
-SettingsStore::SettingsStore(SettingsOptions const & options)
+namespace {
+
+bool hasAny(CString const & text, std::string_view characters)
+{
+  return text.View().find_first_of(characters) != std::string_view::npos;
+}
+
+}  // namespace
+
+SettingsStore::SettingsStore(SettingsOptions const & options, Wanted wanted)
     : m_App(ToText(options.application, "the application")),
       m_bRegistry(!options.hive.empty() || (!options.company.empty() && options.profile.empty())),
       m_strCompany(options.company.empty() ? CString(GetRegistryCompanyKey()) : ToText(options.company, "the company"))
@@ -21,7 +36,7 @@ SettingsStore::SettingsStore(SettingsOptions const & options)
   if (m_bRegistry) {
     UseHive(options);
   } else {
-    UseProfile(options);
+    UseProfile(options, wanted);
   }
 }
 
@@ -39,16 +54,40 @@ BOOL SettingsStore::WriteBlock(CString const & section, CString const & key, std
   return m_App.WriteProfileBinary(section, key, block, static_cast<UINT>(bytes.size()));
 }
 
-void SettingsStore::Require(BOOL written) const
+std::string SettingsStore::TellEmpty(CString const & section) const
 {
-  if (!written)
-    throw Failure(
-        fmt::format("{}: the change was not made; the file must be writable, and names and texts must fit its form", m_strName));
+  std::string const where = section.IsEmpty() ? "" : fmt::format(" in the section \"{}\"", zp::TextToUtf8(section.View()));
+  std::string const branch = m_bRegistry ? fmt::format(", branch {}", zp::TextToUtf8(Branch().View())) : "";
+  return fmt::format("{}{}: 0 settings{}; {}others may be in another store: see -a, -p, -c and -r", m_strName, branch, where,
+                     FileExists(m_strFile) ? "" : "there is no such file, and ");
+}
+
+void SettingsStore::Require(BOOL written, CString const & section, CString const & key, CString const & text) const
+{
+  if (!written) throw Failure(fmt::format("{}: the change was not made: {}", m_strName, FindCause(section, key, text)));
+}
+
+std::string SettingsStore::FindCause(CString const & section, CString const & key, CString const & text) const
+{
+  if (!m_bRegistry) {
+    if (hasAny(section, "\r\n]")) return "a profile file's section has no line end and no ]";
+    if (hasAny(key, "\r\n=") || key.View().starts_with('[') || key.View().starts_with(';'))
+      return "a profile file's key has no line end and no =, and doesn't begin with [ or ;";
+    if (hasAny(text, "\r\n")) return "a profile file's text has no line end";
+  }
+  std::string const folder = std::filesystem::path(m_strFile).parent_path().string();
+  for (std::string const & path : {m_strFile, folder.empty() ? "." : folder}) {
+    bool const isMissingFile = path == m_strFile && !FileExists(path);
+    if (!isMissingFile && access(path.c_str(), W_OK) != 0) return fmt::format("{}: {}", path, std::strerror(errno));
+  }
+  return "the disk may be full, or a name too long";
 }
 
 void SettingsStore::UseHive(SettingsOptions const & options)
 {
   if (!options.hive.empty()) setenv("ZP_USER_HIVE", options.hive.c_str(), 1);
+  char const * const named = std::getenv("ZP_USER_HIVE");
+  m_strFile = named != nullptr && *named != 0 ? named : GetUserConfigFolder() + "/zephlow/user.reg";
   m_strName = options.hive.empty() ? "the user's hive" : options.hive;
   HKEY root = nullptr;
   LONG const error = RegOpenKeyExA(HKEY_CURRENT_USER, "", 0, KEY_READ, &root);
@@ -59,10 +98,12 @@ void SettingsStore::UseHive(SettingsOptions const & options)
   m_App.SetRegistryKey(m_strCompany);
 }
 
-void SettingsStore::UseProfile(SettingsOptions const & options)
+void SettingsStore::UseProfile(SettingsOptions const & options, Wanted wanted)
 {
   m_strName = options.profile.empty() ? GetUserConfigFolder() + '/' + options.application + ".ini" : options.profile;
-  if (FileExists(m_strName)) ReadWholeFile(m_strName);
+  m_strFile = m_strName;
+  bool const mustBeThere = wanted == Wanted::ToRead && !options.profile.empty();
+  if (mustBeThere || FileExists(m_strName)) ReadWholeFile(m_strName);
   m_App.SetProfileFile(FromHostPath(m_strName));
 }
 

@@ -19,10 +19,13 @@ struct SettingsOptions {
   bool json = false;
 };
 
+// Whether a store that the command line names has to be there before.
+enum class Wanted { ToRead, ToChange };
+
 // Makes the application that the options name the one whose settings are used. Raises Failure for a store that can't be read.
 class SettingsStore {
  public:
-  explicit SettingsStore(SettingsOptions const & options);
+  SettingsStore(SettingsOptions const & options, Wanted wanted);
 
   CWinApp & App() { return m_App; }
   bool IsRegistry() const { return m_bRegistry; }
@@ -35,17 +38,24 @@ class SettingsStore {
 
   BOOL WriteBlock(CString const & section, CString const & key, std::string_view bytes);
 
-  // Raises Failure for a change that was not made.
-  void Require(BOOL written) const;
+  // Why a list is empty and where else settings may be: a line without its point.
+  std::string TellEmpty(CString const & section) const;
+
+  // Raises Failure with the cause for a change that was not made. Texts are those that should have been written.
+  void Require(BOOL written, CString const & section, CString const & key, CString const & text = CString()) const;
+
+  // Why the store refuses a change of these names and this text.
+  std::string FindCause(CString const & section, CString const & key, CString const & text) const;
 
  private:
   void UseHive(SettingsOptions const & options);
-  void UseProfile(SettingsOptions const & options);
+  void UseProfile(SettingsOptions const & options, Wanted wanted);
 
   CWinApp m_App;
   bool m_bRegistry;
   CString m_strCompany;
   std::string m_strName;
+  std::string m_strFile;  // that the store is, as the host names it
 };
 
 bool IsTextType(DWORD type);
