@@ -2,12 +2,10 @@
 
 #include "tools/settings/settings_store.h"
 
-#include <unistd.h>
-
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 
 #include <fmt/format.h>
 #include <zpbase/config.h>
@@ -75,11 +73,11 @@ std::string SettingsStore::FindCause(CString const & section, CString const & ke
       return "a profile file's key has no line end and no =, and doesn't begin with [ or ;";
     if (hasAny(text, "\r\n")) return "a profile file's text has no line end";
   }
-  std::string const folder = std::filesystem::path(m_strFile).parent_path().string();
-  for (std::string const & path : {m_strFile, folder.empty() ? "." : folder}) {
-    bool const isMissingFile = path == m_strFile && !FileExists(path);
-    if (!isMissingFile && access(path.c_str(), W_OK) != 0) return fmt::format("{}: {}", path, std::strerror(errno));
-  }
+  bool const isThere = FileExists(m_strFile);
+  std::FILE * const file = std::fopen(m_strFile.c_str(), isThere ? "r+b" : "wbx");
+  if (file == nullptr) return std::strerror(errno);
+  std::fclose(file);
+  if (!isThere) std::remove(m_strFile.c_str());
   return "the disk may be full, or a name too long";
 }
 
