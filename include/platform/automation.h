@@ -161,8 +161,7 @@ class ZP_API COleDispatchDriver {
   COleDispatchDriver & operator=(COleDispatchDriver const & other);
   ~COleDispatchDriver() { ReleaseDispatch(); }
 
-  // A new object of a class, or of a program identifier or "{...}" text. 0 with the code in problem, if one is given, and the
-  // link as it was.
+  // A new object of a class, or of a program identifier. 0 with the code in problem, if one is given, and the link as it was.
   BOOL CreateDispatch(CLSID const & id, COleException * problem = nullptr);
   BOOL CreateDispatch(char const * progId, COleException * problem = nullptr);
 

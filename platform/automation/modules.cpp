@@ -55,6 +55,7 @@ int LoadAutomationServer(char const * progId)
   HostStatus status;
   std::string const file = folder + '/' + progId + ".so";
   if (folder.empty() || GetHostCalls().GetStatusOf(file.c_str(), status) != 0) return 0;
+  if (status.kind != HostStatus::File) return 0;  // the loader would wait for a pipe's writer
   void * const module = GetHostCalls().LoadModule(file.c_str());
   if (module == nullptr) return 0;
   if (IsAutomationServer(progId)) return 1;

@@ -76,6 +76,7 @@ int RegisterAutomationServer(char const * progId, CLSID const & id, MakeAutomati
 
 void UnregisterAutomationServer(char const * progId, CLSID const & id)
 {
+  if (progId == nullptr) return;
   std::erase_if(servers(), [&](Server const & server) { return server.id == id && EqualsNoCase(server.progId, progId); });
 }
 
@@ -111,7 +112,7 @@ HRESULT CoCreateInstance(CLSID const & id, IUnknown * outer, DWORD, IID const & 
   if (made == nullptr) return E_FAIL;
   code = made->QueryInterface(iid, object);
   made->Release();
-  return code;
+  return SUCCEEDED(code) && *object == nullptr ? E_NOINTERFACE : code;
 }
 
 HRESULT RegisterActiveObject(IUnknown * object, CLSID const & id, DWORD flags, DWORD * registration)

@@ -1,6 +1,7 @@
 // Servers: the tables of those known and of their running objects, and modules that are found by identifier.
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 
@@ -9,6 +10,8 @@
 #include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/platform/variants.h>
+
+#include "tests/support/TempFolder.h"
 
 namespace {
 
@@ -47,6 +50,17 @@ TEST(AutomationServers, TheFirstKeepsAnIdentifierAndAClass)
   void * object = &id;
   EXPECT_EQ(CoCreateInstance(someClass, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, &object), REGDB_E_CLASSNOTREG);
   EXPECT_EQ(object, nullptr);
+}
+
+TEST(AutomationServers, AreNoModulesOfAnyOtherKind)
+{
+  TempFolder folder;
+  setenv("ZP_SERVERS", folder.Path().c_str(), 1);
+  folder.Write("Text.so", "no module");
+  mkdir((folder.Path() / "Folder.so").c_str(), 0700);
+  mkfifo((folder.Path() / "Pipe.so").c_str(), 0600);  // would be waited for
+  for (char const * none : {"Text", "Folder", "Pipe"}) EXPECT_EQ(zp::LoadAutomationServer(none), 0) << none;
+  unsetenv("ZP_SERVERS");
 }
 
 TEST(AutomationServers, AreLoadedByTheirIdentifierAndTellTheirRunningObjects)
