@@ -142,8 +142,9 @@ inline constexpr WORD VARIANT_ALPHABOOL = 2;    // Booleans as "True" and "False
 // - An object gives its default property (DISPID_VALUE), or its other interface.
 ZP_API HRESULT VariantChangeType(VARIANTARG * to, VARIANTARG const * from, WORD flags, VARTYPE type);
 
-// Blocks of VARIANT, the only element type there is: null for others, for no dimension, an empty one, and when memory has run
-// out. Bounds are given with the first dimension first, and dimensions count from 1. Destroying clears the elements.
+// Blocks of VARIANT, the only element type there is: null for others, for no dimension, an empty one, one whose last index is
+// beyond a LONG, and when memory has run out. Bounds are given with the first dimension first, and dimensions count from 1.
+// Destroying clears the elements.
 ZP_API SAFEARRAY * SafeArrayCreate(VARTYPE type, UINT dimensions, SAFEARRAYBOUND const * bounds);
 ZP_API HRESULT SafeArrayDestroy(SAFEARRAY * block);  // DISP_E_ARRAYISLOCKED while it is being accessed
 ZP_API HRESULT SafeArrayCopy(SAFEARRAY * block, SAFEARRAY ** copy);

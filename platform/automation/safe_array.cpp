@@ -28,12 +28,13 @@ std::span<VARIANT> elementsOf(SAFEARRAY const * block)
   return {static_cast<VARIANT *>(block->pvData), countOf(block)};
 }
 
-// How many elements the bounds make; 0 for too many.
+// How many elements the bounds make; 0 for too many, and where an index would leave its type.
 size_t countOf(std::span<SAFEARRAYBOUND const> bounds)
 {
   size_t count = 1;
   for (SAFEARRAYBOUND const & bound : bounds) {
     if (bound.cElements == 0 || count > maxElements / bound.cElements) return 0;
+    if (int64_t{bound.lLbound} + bound.cElements - 1 > INT32_MAX) return 0;
     count *= bound.cElements;
   }
   return count;

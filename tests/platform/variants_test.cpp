@@ -195,6 +195,8 @@ TEST(Variants, OwnTextsAndBlocks)
   EXPECT_EQ(SafeArrayPtrOfIndex(block, outside, &element), DISP_E_BADINDEX);
   SAFEARRAYBOUND const huge[] = {{0xFFFFFFFF, 1}, {0xFFFFFFFF, 1}};
   EXPECT_EQ(SafeArrayCreate(VT_VARIANT, 2, huge), nullptr);
+  SAFEARRAYBOUND const beyond = {2, INT32_MAX};
+  EXPECT_EQ(SafeArrayCreate(VT_VARIANT, 1, &beyond), nullptr);
 }
 
 TEST(Variants, RaiseWhatTheyCannotDoAndKeepTheirValue)
