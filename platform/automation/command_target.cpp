@@ -107,6 +107,7 @@ HRESULT AutomationPart::GetIDsOfNames(IID const &, char16_t ** names, UINT count
   if (m_pTarget == nullptr) return CO_E_OBJNOTCONNECTED;
   if (names == nullptr || ids == nullptr) return E_POINTER;
   if (count == 0) return S_OK;
+  if (names[0] == nullptr) return E_POINTER;
   std::fill_n(ids, count, DISPID_UNKNOWN);
   auto const * const entry =
       findEntry(m_pTarget->GetDispatchMap(), [&](auto const & row) { return sameName(row.pName, names[0]); });
