@@ -21,7 +21,7 @@ int attachRunning(GPExcel & excel, CLSID const & id, CString const & displayName
   void * object = nullptr;
   HRESULT const code = running->QueryInterface(IID_IDispatch, &object);
   running->Release();
-  if (FAILED(code)) {
+  if (FAILED(code) || object == nullptr) {
     PrintfMsgBox(zp::noInterfaceId, displayName);
   } else {
     excel.AttachDispatch(static_cast<IDispatch *>(object));
@@ -93,7 +93,8 @@ int GPExcel::LoadWorkBook(GPExcelWorkBook & book)
   if (InitWorkBooks(books) != 0) {
     COleVariant const name(book.m_strName);
     IDispatch * opened = nullptr;
-    if (Guarded<COleDispatchException>([&] { opened = books.Open(name); }) != 0 && opened != nullptr) book.AttachDispatch(opened);
+    Guarded<COleDispatchException>([&] { opened = books.Open(name); });
+    book.AttachDispatch(opened);
   }
   if (book.HasOLELink() == 0) PrintfMsgBox(zp::workBookNotLoadedId, book.m_strName);
   return book.HasOLELink();

@@ -65,7 +65,7 @@ inline COleVariant IndexOf(int index)
 }
 inline int ReachOf(long count)
 {
-  return static_cast<int>(std::min<long>(count, INT16_MAX));
+  return static_cast<int>(std::clamp<long>(count, 0, INT16_MAX));
 }
 
 // Links to the items 1 to count, one after the other, until one has the name; the link to that one stays.

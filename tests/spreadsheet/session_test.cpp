@@ -160,6 +160,9 @@ TEST_F(Session, AsksTheServerInOneOrder)
   EXPECT_EQ(excel.LoadWorkBook(third), 1);
   EXPECT_EQ(Calls(), (Lines{"Application 023C 2?", "Workbooks 02AA 1 8:C:\\job\\third.xlsx?"}));
   EXPECT_EQ(Told(), Lines{});
+  m_Server.m_Files.clear();
+  EXPECT_EQ(excel.LoadWorkBook(third) + third.HasOLELink(), 0);  // the link that it had is no success
+  EXPECT_EQ(Told(), Lines{"Unable to load Excel workBook\r\n>> C:\\job\\third.xlsx"});
 }
 
 TEST_F(Session, RenewsALinkThatNoLongerAnswersOnce)
