@@ -1,0 +1,121 @@
+// Cells and the texts that they share.
+
+#include "servers/embedded/cell.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <new>
+
+namespace embedded {
+namespace {
+
+constexpr std::array errorNames = {
+    ErrorName{2000, "#NULL!"},  ErrorName{2007, "#DIV/0!"},   ErrorName{2015, "#VALUE!"},   ErrorName{2023, "#REF!"},
+    ErrorName{2029, "#NAME?"},  ErrorName{2036, "#NUM!"},     ErrorName{2042, "#N/A"},      ErrorName{2043, "#GETTING_DATA"},
+    ErrorName{2045, "#SPILL!"}, ErrorName{2046, "#CONNECT!"}, ErrorName{2047, "#BLOCKED!"}, ErrorName{2048, "#UNKNOWN!"},
+    ErrorName{2049, "#FIELD!"}, ErrorName{2050, "#CALC!"},
+};
+
+}  // namespace
+
+SharedText::SharedText(std::string_view utf8)
+{
+  if (utf8.empty()) return;
+  m_pBlock = new (::operator new(sizeof(Block) + utf8.size())) Block{1, static_cast<uint32_t>(utf8.size())};
+  std::memcpy(m_pBlock + 1, utf8.data(), utf8.size());
+}
+
+std::string_view SharedText::View() const
+{
+  return m_pBlock == nullptr ? std::string_view()
+                             : std::string_view(reinterpret_cast<char const *>(m_pBlock + 1), m_pBlock->length);
+}
+
+void SharedText::Drop()
+{
+  if (m_pBlock != nullptr && --m_pBlock->holders == 0) ::operator delete(m_pBlock);
+}
+
+std::optional<uint16_t> FindErrorCode(std::string_view text)
+{
+  auto const * const found =
+      std::find_if(errorNames.begin(), errorNames.end(), [&](ErrorName const & name) { return name.text == text; });
+  return found == errorNames.end() ? std::nullopt : std::optional(found->code);
+}
+
+std::optional<std::string_view> FindErrorText(uint16_t code)
+{
+  auto const * const found =
+      std::find_if(errorNames.begin(), errorNames.end(), [&](ErrorName const & name) { return name.code == code; });
+  return found == errorNames.end() ? std::nullopt : std::optional(found->text);
+}
+
+Cell Cell::OfNumber(double value)
+{
+  Cell cell;
+  cell.m_Value.number = value;
+  return cell;
+}
+
+Cell Cell::OfText(SharedText text)
+{
+  Cell cell;
+  cell.m_Kind = CellKind::Text;
+  cell.m_Value.text = std::exchange(text.m_pBlock, nullptr);
+  return cell;
+}
+
+Cell Cell::OfBoolean(bool value)
+{
+  Cell cell;
+  cell.m_Kind = CellKind::Boolean;
+  cell.m_Value.code = value ? 1 : 0;
+  return cell;
+}
+
+Cell Cell::OfError(uint16_t code)
+{
+  Cell cell;
+  cell.m_Kind = CellKind::Error;
+  cell.m_Value.code = code;
+  return cell;
+}
+
+Cell::Cell(Cell const & other) : m_nRow(other.m_nRow), m_nColumn(other.m_nColumn), m_Kind(other.m_Kind), m_Value(other.m_Value)
+{
+  if (m_Kind == CellKind::Text && m_Value.text != nullptr) ++m_Value.text->holders;
+}
+
+Cell::Cell(Cell && other) noexcept
+    : m_nRow(other.m_nRow), m_nColumn(other.m_nColumn), m_Kind(other.m_Kind), m_Value(other.m_Value)
+{
+  if (m_Kind == CellKind::Text) other.m_Value.text = nullptr;
+}
+
+Cell & Cell::operator=(Cell other) noexcept
+{
+  std::swap(m_nRow, other.m_nRow);
+  std::swap(m_nColumn, other.m_nColumn);
+  std::swap(m_Kind, other.m_Kind);
+  std::swap(m_Value, other.m_Value);
+  return *this;
+}
+
+std::string_view Cell::GetText() const
+{
+  SharedText text;
+  text.m_pBlock = m_Value.text;
+  std::string_view const view = text.View();
+  text.m_pBlock = nullptr;
+  return view;
+}
+
+void Cell::DropText()
+{
+  if (m_Kind != CellKind::Text) return;
+  SharedText text;
+  text.m_pBlock = m_Value.text;
+}
+
+}  // namespace embedded

@@ -1,0 +1,100 @@
+// One filled cell of a sheet in 16 bytes: its place, and a number, a text, a Boolean or an error.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace embedded {
+
+// A text that cells share: UTF-8, counted, never changed. Halves of 16-bit pairs that stand alone have three bytes each.
+class SharedText {
+ public:
+  SharedText() = default;
+  explicit SharedText(std::string_view utf8);
+  SharedText(SharedText const & other) : m_pBlock(other.m_pBlock) { Hold(); }
+  SharedText(SharedText && other) noexcept : m_pBlock(std::exchange(other.m_pBlock, nullptr)) {}
+  ~SharedText() { Drop(); }
+  SharedText & operator=(SharedText other) noexcept
+  {
+    std::swap(m_pBlock, other.m_pBlock);
+    return *this;
+  }
+
+  std::string_view View() const;
+
+ private:
+  friend class Cell;
+  struct Block {
+    uint32_t holders;
+    uint32_t length;
+  };
+
+  void Hold() const
+  {
+    if (m_pBlock != nullptr) ++m_pBlock->holders;
+  }
+  void Drop();
+
+  Block * m_pBlock = nullptr;  // the characters stand behind it; null for an empty text
+};
+
+enum class CellKind : uint8_t { Number, Text, Boolean, Error };
+
+// The spreadsheet's errors by the numbers that automation gives them.
+struct ErrorName {
+  uint16_t code;
+  std::string_view text;
+};
+
+// The error of a text such as "#N/A", and the text of an error's number; nothing for others.
+std::optional<uint16_t> FindErrorCode(std::string_view text);
+std::optional<std::string_view> FindErrorText(uint16_t code);
+
+inline constexpr uint16_t numberError = 2036;  // #NUM!
+
+class Cell {
+ public:
+  static Cell OfNumber(double value);
+  static Cell OfText(SharedText text);
+  static Cell OfBoolean(bool value);
+  static Cell OfError(uint16_t code);
+
+  Cell(Cell const & other);
+  Cell(Cell && other) noexcept;
+  ~Cell() { DropText(); }
+  Cell & operator=(Cell other) noexcept;
+
+  // Both from 0.
+  void SetPlace(uint32_t row, uint32_t column)
+  {
+    m_nRow = row;
+    m_nColumn = static_cast<uint16_t>(column);
+  }
+  uint32_t GetRow() const { return m_nRow; }
+  uint32_t GetColumn() const { return m_nColumn; }
+
+  CellKind GetKind() const { return m_Kind; }
+  double GetNumber() const { return m_Value.number; }
+  std::string_view GetText() const;
+  bool GetBoolean() const { return m_Value.code != 0; }
+  uint16_t GetError() const { return m_Value.code; }
+
+ private:
+  Cell() = default;
+  void DropText();
+
+  uint32_t m_nRow = 0;
+  uint16_t m_nColumn = 0;
+  CellKind m_Kind = CellKind::Number;
+  union {
+    double number;
+    SharedText::Block * text;
+    uint16_t code;
+  } m_Value = {0.0};
+};
+
+static_assert(sizeof(Cell) == 16);
+
+}  // namespace embedded
