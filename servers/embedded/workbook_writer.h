@@ -1,0 +1,14 @@
+// Writes .xlsx files.
+#pragma once
+
+#include <string>
+
+#include "servers/embedded/workbook.h"
+
+namespace embedded {
+
+// Writes the workbook whole beside the path and exchanges it; a former file of that name is gone then, and stands untouched
+// after a failure. The path is the host's. Throws BookFailure with a sentence.
+void WriteWorkbook(Workbook const & book, std::string const & path);
+
+}  // namespace embedded
