@@ -1,0 +1,68 @@
+// Reading shared texts.
+
+#include "servers/embedded/shared_strings.h"
+
+#include "servers/embedded/failure.h"
+#include "servers/embedded/rich_text.h"
+
+namespace embedded {
+namespace {
+
+class StringsHandler {
+ public:
+  static constexpr XmlNamespace const & space = sheetNamespace;
+
+  bool Start(std::string_view name, XmlAttributes attributes)
+  {
+    switch (m_Where) {
+      case Where::Outside:
+        if (name != "sst") throw BookFailure("The part of shared texts holds something else");
+        m_Where = Where::List;
+        return true;
+      case Where::List:
+        if (name != "si") return false;
+        m_Where = Where::Text;
+        m_Text.Clear();
+        return true;
+      case Where::Text:
+        break;
+    }
+    return m_Text.Start(name, attributes);
+  }
+
+  void End()
+  {
+    if (m_Where != Where::Text || m_Text.End()) return;
+    m_Where = Where::List;
+    m_Texts.emplace_back(m_Text.Get());
+    m_bFormats = m_bFormats || m_Text.HasFormats();
+  }
+
+  void Characters(std::string_view text)
+  {
+    if (m_Where == Where::Text) m_Text.Characters(text);
+  }
+
+  std::vector<SharedText> & GetTexts() { return m_Texts; }
+  bool HasFormats() const { return m_bFormats; }
+
+ private:
+  enum class Where : unsigned char { Outside, List, Text };
+
+  Where m_Where = Where::Outside;
+  RichText m_Text;
+  std::vector<SharedText> m_Texts;
+  bool m_bFormats = false;
+};
+
+}  // namespace
+
+std::vector<SharedText> ReadSharedStrings(PartStream part, UnkeptList & unkept)
+{
+  StringsHandler handler;
+  ReadXml(std::move(part), handler);
+  if (handler.HasFormats()) unkept.Add(Unkept::RichTexts);
+  return std::move(handler.GetTexts());
+}
+
+}  // namespace embedded
