@@ -26,12 +26,13 @@ class BookHandler {
         m_bBook = true;
         break;
       case 1:
-        m_Unkept.AddBookElement(name);
+        if (!attributes.IsEmpty() || name != "workbookProtection") m_Unkept.AddBookElement(name);
         if (name == "workbookPr") m_Book.from1904 = attributes.IsOn("date1904");
-        if (name != "sheets") return false;
+        if (name != "sheets" && name != "definedNames") return false;
         break;
       default:
         if (name == "sheet") AddSheet(attributes);
+        if (name == "definedName") m_Unkept.Add(Unkept::Names);
         return false;
     }
     ++m_nDepth;

@@ -9,30 +9,12 @@
 namespace embedded {
 namespace {
 
-class ChartHandler {
- public:
-  static constexpr XmlNamespace space = {"http://schemas.openxmlformats.org/drawingml/2006/chart|",
+constexpr XmlNamespace chartNamespace = {"http://schemas.openxmlformats.org/drawingml/2006/chart|",
                                          "http://purl.oclc.org/ooxml/drawingml/chart|"};
-
-  bool Start(std::string_view name, XmlAttributes)
-  {
-    m_bSeries = m_bSeries || name == "ser" || name == "title";
-    return true;
-  }
-  void End() {}
-  void Characters(std::string_view) {}
-
-  bool ShowsSomething() const { return m_bSeries; }
-
- private:
-  bool m_bSeries = false;
-};
 
 bool showsSomething(Package & package, std::string const & chart)
 {
-  ChartHandler handler;
-  ReadXml(package.Open(chart, mostBookPartBytes), handler);
-  return handler.ShowsSomething();
+  return HasElement(package.Open(chart, mostBookPartBytes), chartNamespace, {"ser", "title"});
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ if(NOT libzip_FOUND OR NOT expat_FOUND OR NOT fmt_FOUND)
   return()
 endif()
 
-set(workbook_rooms book_part cell cell_names cell_store cell_text chart_contents iso_dates number_text package package_names relations
+set(workbook_rooms book_part cell chart_writer package_writer sheet_writer workbook_writer cell_names cell_store cell_text chart_contents iso_dates number_text package package_names relations
     rich_text shared_strings sheet_part unkept workbook_reader xml_reader)
 list(TRANSFORM workbook_rooms PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
 list(TRANSFORM workbook_rooms APPEND .cpp)

@@ -139,9 +139,8 @@ bool SheetHandler::StartRow(XmlAttributes attributes)
     }
   }
   if (m_nRow > mostRows) throw BookFailure("The sheet \"" + m_Sheet.name + "\" has rows beyond the last one");
-  if (attributes.IsOn("hidden") || attributes.IsOn("customHeight") || attributes.Find("outlineLevel") != nullptr) {
-    m_Unkept.Add(Unkept::Layout);
-  }
+  bool const isGrouped = attributes.Find("outlineLevel") != nullptr && !attributes.Has("outlineLevel", "0");
+  if (isGrouped || attributes.IsOn("hidden") || attributes.IsOn("customHeight")) m_Unkept.Add(Unkept::Layout);
   if (attributes.IsOn("customFormat")) m_Unkept.Add(Unkept::Formats);
   m_nNextColumn = 0;
   return Enter(Where::Row);

@@ -110,7 +110,7 @@ constexpr std::array bookElements = {
     Known{"extLst", {}},
     Known{"fileSharing", Unkept::Protection},
     Known{"workbookProtection", Unkept::Protection},
-    Known{"definedNames", Unkept::Names},
+    Known{"definedNames", {}},
     Known{"externalReferences", Unkept::OtherBooks},
     Known{"pivotCaches", Unkept::PivotTables},
 };

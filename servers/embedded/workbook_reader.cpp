@@ -14,9 +14,13 @@
 #include "servers/embedded/relations.h"
 #include "servers/embedded/shared_strings.h"
 #include "servers/embedded/sheet_part.h"
+#include "servers/embedded/xml_reader.h"
 
 namespace embedded {
 namespace {
+
+constexpr XmlNamespace propertiesNamespace = {"http://schemas.openxmlformats.org/officeDocument/2006/custom-properties|",
+                                              "http://purl.oclc.org/ooxml/officeDocument/customProperties|"};
 
 std::string findBookPart(Package & package)
 {
@@ -39,8 +43,7 @@ class Reader {
     ReadTexts();
     for (SheetEntry const & entry : part.sheets) ReadSheet(entry);
     if (m_Book.sheets.empty()) throw BookFailure("The file has no worksheet");
-    for (auto const & [name, index] : m_Package.GetParts())
-      if (m_ChartParts.count(name) == 0) m_Book.unkept.AddPart(name);
+    LookAtRest();
     return std::move(m_Book);
   }
 
@@ -88,6 +91,17 @@ class Reader {
     else
       ReadSheetPart(m_Package.Open(relation.target, mostUnpackedBytes), m_Texts, m_Book.from1904, *sheet, m_Book.unkept);
     m_Book.sheets.push_back(std::move(sheet));
+  }
+
+  // The parts that nobody has read.
+  void LookAtRest()
+  {
+    for (auto const & [name, index] : m_Package.GetParts()) {
+      if (m_ChartParts.count(name) != 0) continue;
+      bool const isEmpty = name == "docprops/custom.xml" &&
+                           !HasElement(m_Package.Open(name, mostBookPartBytes), propertiesNamespace, {"property"});
+      if (!isEmpty) m_Book.unkept.AddPart(name);
+    }
   }
 
   Package & m_Package;

@@ -2,6 +2,7 @@
 
 #include "servers/embedded/xml_reader.h"
 
+#include <algorithm>
 #include <new>
 
 #include "servers/embedded/failure.h"
@@ -10,6 +11,20 @@ namespace embedded {
 namespace {
 
 constexpr int bytesAtOnce = 128 << 10;
+
+struct ElementSearch {
+  bool Start(std::string_view name, XmlAttributes)
+  {
+    found = found || std::find(names.begin(), names.end(), name) != names.end();
+    return true;
+  }
+  void End() {}
+  void Characters(std::string_view) {}
+
+  XmlNamespace const & space;
+  std::initializer_list<std::string_view> names;
+  bool found = false;
+};
 
 }  // namespace
 
@@ -88,6 +103,13 @@ void XmlParser::Fail(PartStream const & part) const
   if (error == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
   throw BookFailure("The part " + part.GetName() + " is damaged: " + XML_ErrorString(error) + " in line " +
                     std::to_string(XML_GetCurrentLineNumber(m_pParser)));
+}
+
+bool HasElement(PartStream part, XmlNamespace const & space, std::initializer_list<std::string_view> names)
+{
+  ElementSearch search = {space, names};
+  ReadXml(std::move(part), search);
+  return search.found;
 }
 
 }  // namespace embedded

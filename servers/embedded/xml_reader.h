@@ -3,6 +3,7 @@
 #pragma once
 
 #include <exception>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -48,6 +49,7 @@ class XmlAttributes {
   char const * FindIn(XmlNamespace const & space, std::string_view name) const;
 
   bool Has(std::string_view name, std::string_view value) const;
+  bool IsEmpty() const { return *m_pList == nullptr; }
 
   // Whether a switch such as hidden is on.
   bool IsOn(std::string_view name) const { return Has(name, "1") || Has(name, "true"); }
@@ -91,7 +93,7 @@ class XmlParser {
 
 [[noreturn]] void FailAtDepth();
 
-// Handler has a constant `space`, and members
+// Handler has an XmlNamespace `space` and members
 //   bool Start(std::string_view name, XmlAttributes attributes)   false to pass over the element with all that is in it
 //   void End()                                                   of the last element that was started and isn't over
 //   void Characters(std::string_view text)                       a piece of what stands in that element
@@ -115,7 +117,7 @@ class XmlReader : public XmlParser {
     if (reader.m_nPassed != 0 && reader.m_nDepth <= mostDepth) return;
     try {
       if (reader.m_nDepth > mostDepth) FailAtDepth();
-      char const * const own = Handler::space.FindOwnName(name);
+      char const * const own = reader.m_Handler.space.FindOwnName(name);
       if (own == nullptr || !reader.m_Handler.Start(own, XmlAttributes(attributes))) reader.m_nPassed = reader.m_nDepth;
     } catch (...) {
       reader.KeepException();
@@ -156,5 +158,8 @@ void ReadXml(PartStream part, Handler & handler)
 {
   XmlReader<Handler>(handler).Read(part);
 }
+
+// Whether a part has an element of one of the names.
+bool HasElement(PartStream part, XmlNamespace const & space, std::initializer_list<std::string_view> names);
 
 }  // namespace embedded

@@ -1,0 +1,140 @@
+// The parts that hold a workbook together, and its file.
+
+#include "servers/embedded/workbook_writer.h"
+
+#include <algorithm>
+#include <system_error>
+
+#include <fmt/format.h>
+
+#include <zpbase/platform/durable_file.h>
+
+#include "servers/embedded/cell_text.h"
+#include "servers/embedded/failure.h"
+#include "servers/embedded/limits.h"
+#include "servers/embedded/sheet_writer.h"
+
+namespace embedded {
+namespace {
+
+constexpr std::string_view styles =
+    R"(<styleSheet xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main">)"
+    R"(<fonts count="1"><font><sz val="11"/><name val="Calibri"/></font></fonts>)"
+    R"(<fills count="2"><fill><patternFill patternType="none"/></fill><fill><patternFill patternType="gray125"/></fill></fills>)"
+    R"(<borders count="1"><border><left/><right/><top/><bottom/><diagonal/></border></borders>)"
+    R"(<cellStyleXfs count="1"><xf numFmtId="0" fontId="0" fillId="0" borderId="0"/></cellStyleXfs>)"
+    R"(<cellXfs count="1"><xf numFmtId="0" fontId="0" fillId="0" borderId="0" xfId="0"/></cellXfs>)"
+    R"(<cellStyles count="1"><cellStyle name="Normal" xfId="0" builtinId="0"/></cellStyles></styleSheet>)";
+
+constexpr std::string_view packageRelations =
+    R"(<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships"><Relationship Id="rId1" )"
+    R"(Type="http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument" Target="xl/workbook.xml"/>)"
+    R"(</Relationships>)";
+
+// Writes the lists that tell of the sheets while they are added one by one.
+class BookWriter {
+ public:
+  explicit BookWriter(Workbook const & book) : m_Book(book) {}
+
+  std::string Pack()
+  {
+    if (m_Book.sheets.empty() || m_Book.sheets.size() > mostSheets) {
+      throw BookFailure(fmt::format("A workbook of {} sheets can't be written", m_Book.sheets.size()));
+    }
+    for (auto const & sheet : m_Book.sheets) Add(*sheet);
+    AddRelation(m_Book.sheets.size() + 1, "styles", "styles.xml");
+    AddType("/xl/workbook.xml", "spreadsheetml.sheet.main");
+    AddType("/xl/styles.xml", "spreadsheetml.styles");
+    AddLists();
+    return m_Package.Finish();
+  }
+
+ private:
+  void Add(Sheet const & sheet)
+  {
+    bool const isChart = sheet.kind == SheetKind::Chart;
+    size_t const number = isChart ? ++m_nCharts : ++m_nWorksheets;
+    std::string const target = fmt::format("{}/sheet{}.xml", isChart ? "chartsheets" : "worksheets", number);
+    if (isChart) {
+      AddChartParts(m_Package, number);
+      AddType(fmt::format("/xl/drawings/drawing{}.xml", number), "drawing");
+      AddType(fmt::format("/xl/charts/chart{}.xml", number), "drawingml.chart");
+    } else {
+      m_Package.Add("xl/" + target, MakeSheetPart(sheet));
+    }
+    AddType("/xl/" + target, isChart ? "spreadsheetml.chartsheet" : "spreadsheetml.worksheet");
+    size_t const id = m_nCharts + m_nWorksheets;
+    AddRelation(id, isChart ? "chartsheet" : "worksheet", target);
+    m_strSheets += "<sheet name=\"";
+    AppendAttribute(m_strSheets, sheet.name);
+    m_strSheets += fmt::format("\" sheetId=\"{0}\"{1} r:id=\"rId{0}\"/>", id, sheet.hidden ? " state=\"hidden\"" : "");
+  }
+
+  void AddType(std::string_view part, std::string_view type)
+  {
+    m_strTypes += fmt::format("<Override PartName=\"{}\" ContentType=\"application/vnd.openxmlformats-officedocument.{}+xml\"/>",
+                              part, type);
+  }
+
+  void AddRelation(size_t id, std::string_view kind, std::string_view target)
+  {
+    m_strRelations += fmt::format(
+        "<Relationship Id=\"rId{}\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/"
+        "relationships/{}\" Target=\"{}\"/>",
+        id, kind, target);
+  }
+
+  // The first sheet that people see is the one that a program shows.
+  size_t FindActive() const
+  {
+    auto const found =
+        std::find_if(m_Book.sheets.begin(), m_Book.sheets.end(), [](auto const & sheet) { return !sheet->hidden; });
+    return found == m_Book.sheets.end() ? 0 : static_cast<size_t>(found - m_Book.sheets.begin());
+  }
+
+  void AddLists()
+  {
+    m_Package.Add(
+        "xl/workbook.xml",
+        fmt::format("{}<workbook xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\" "
+                    "xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\">"
+                    "<workbookPr{}/><bookViews><workbookView activeTab=\"{}\"/></bookViews><sheets>{}</sheets></workbook>",
+                    xmlHead, m_Book.from1904 ? " date1904=\"1\"" : "", FindActive(), m_strSheets));
+    m_Package.Add("xl/_rels/workbook.xml.rels",
+                  fmt::format("{}<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">{}"
+                              "</Relationships>",
+                              xmlHead, m_strRelations));
+    m_Package.Add("xl/styles.xml", std::string(xmlHead).append(styles));
+    m_Package.Add("_rels/.rels", std::string(xmlHead).append(packageRelations));
+    m_Package.Add("[Content_Types].xml",
+                  fmt::format("{}<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\"><Default "
+                              "Extension=\"rels\" ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
+                              "<Default Extension=\"xml\" ContentType=\"application/xml\"/>{}</Types>",
+                              xmlHead, m_strTypes));
+  }
+
+  Workbook const & m_Book;
+  PackageWriter m_Package;
+  size_t m_nWorksheets = 0;
+  size_t m_nCharts = 0;
+  std::string m_strSheets;
+  std::string m_strRelations;
+  std::string m_strTypes;
+};
+
+}  // namespace
+
+std::string PackWorkbook(Workbook const & book)
+{
+  return BookWriter(book).Pack();
+}
+
+void WriteWorkbook(Workbook const & book, std::string const & path)
+{
+  std::string const bytes = PackWorkbook(book);
+  int error = 0;
+  if (ReplaceFileDurably(path.c_str(), bytes, &error)) return;
+  throw BookFailure("The file can't be written: " + std::generic_category().message(error));
+}
+
+}  // namespace embedded
