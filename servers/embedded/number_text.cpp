@@ -50,6 +50,7 @@ void AppendNumber(std::string & text, double value)
   std::array<char, mostDigits> digits = {};
   auto const end = std::to_chars(digits.data(), digits.data() + digits.size(), value);
   text.append(digits.data(), end.ptr);
+  if (value == 0 && std::signbit(value)) text += ".0";  // "-0" is the integer zero to others, without its sign
 }
 
 }  // namespace embedded

@@ -1,0 +1,42 @@
+// A workbook as text, for expectations: "Data: A1=1.5 B2='text' C3=TRUE D4=#N/A; Chart1 (chart)".
+#pragma once
+
+#include <string>
+
+#include "servers/embedded/number_text.h"
+#include "servers/embedded/workbook.h"
+
+inline std::string TellCell(embedded::Cell const & cell)
+{
+  std::string told = embedded::MakeCellName(cell.GetRow(), cell.GetColumn()) + "=";
+  switch (cell.GetKind()) {
+    case embedded::CellKind::Number:
+      embedded::AppendNumber(told, cell.GetNumber());
+      break;
+    case embedded::CellKind::Text:
+      told.append("'").append(cell.GetText()).append("'");
+      break;
+    case embedded::CellKind::Boolean:
+      told += cell.GetBoolean() ? "TRUE" : "FALSE";
+      break;
+    case embedded::CellKind::Error:
+      told += embedded::FindErrorText(cell.GetError()).value_or("?");
+  }
+  return told;
+}
+
+inline std::string TellBook(embedded::Workbook const & book)
+{
+  std::string told;
+  for (auto const & sheet : book.sheets) {
+    if (!told.empty()) told += "; ";
+    told += sheet->name;
+    told += sheet->kind == embedded::SheetKind::Chart ? " (chart)" : "";
+    told += sheet->hidden ? " (hidden):" : ":";
+    sheet->cells.ForEachFrom(0, [&](embedded::Cell const & cell) {
+      told += " " + TellCell(cell);
+      return true;
+    });
+  }
+  return told;
+}
