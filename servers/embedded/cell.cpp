@@ -51,13 +51,6 @@ std::optional<std::string_view> FindErrorText(uint16_t code)
   return found == errorNames.end() ? std::nullopt : std::optional(found->text);
 }
 
-Cell Cell::OfNumber(double value)
-{
-  Cell cell;
-  cell.m_Value.number = value;
-  return cell;
-}
-
 Cell Cell::OfText(SharedText text)
 {
   Cell cell;
@@ -87,12 +80,6 @@ Cell::Cell(Cell const & other) : m_nRow(other.m_nRow), m_nColumn(other.m_nColumn
   if (m_Kind == CellKind::Text && m_Value.text != nullptr) ++m_Value.text->holders;
 }
 
-Cell::Cell(Cell && other) noexcept
-    : m_nRow(other.m_nRow), m_nColumn(other.m_nColumn), m_Kind(other.m_Kind), m_Value(other.m_Value)
-{
-  if (m_Kind == CellKind::Text) other.m_Value.text = nullptr;
-}
-
 Cell & Cell::operator=(Cell other) noexcept
 {
   std::swap(m_nRow, other.m_nRow);
@@ -113,7 +100,6 @@ std::string_view Cell::GetText() const
 
 void Cell::DropText()
 {
-  if (m_Kind != CellKind::Text) return;
   SharedText text;
   text.m_pBlock = m_Value.text;
 }

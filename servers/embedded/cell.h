@@ -56,14 +56,25 @@ inline constexpr uint16_t numberError = 2036;  // #NUM!
 
 class Cell {
  public:
-  static Cell OfNumber(double value);
+  static Cell OfNumber(double value)
+  {
+    Cell cell;
+    cell.m_Value.number = value;
+    return cell;
+  }
   static Cell OfText(SharedText text);
   static Cell OfBoolean(bool value);
   static Cell OfError(uint16_t code);
 
   Cell(Cell const & other);
-  Cell(Cell && other) noexcept;
-  ~Cell() { DropText(); }
+  Cell(Cell && other) noexcept : m_nRow(other.m_nRow), m_nColumn(other.m_nColumn), m_Kind(other.m_Kind), m_Value(other.m_Value)
+  {
+    if (m_Kind == CellKind::Text) other.m_Value.text = nullptr;
+  }
+  ~Cell()
+  {
+    if (m_Kind == CellKind::Text) DropText();
+  }
   Cell & operator=(Cell other) noexcept;
 
   // Both from 0.

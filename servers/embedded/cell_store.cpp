@@ -22,37 +22,44 @@ CellStore::Pieces::iterator CellStore::PieceFor(uint64_t key)
 {
   auto const next = m_Pieces.upper_bound(key);
   if (next != m_Pieces.begin()) return std::prev(next);
-  if (m_Pieces.empty()) return m_Pieces.try_emplace(next, key);
   auto first = m_Pieces.extract(next);
   first.key() = key;
   return m_Pieces.insert(std::move(first)).position;
 }
 
+// Nothing is moved before all memory is there.
 void CellStore::Split(Pieces::iterator piece)
 {
   Piece & lower = piece->second;
   auto const middle = lower.begin() + mostInPiece / 2;
-  Piece upper(std::make_move_iterator(middle), std::make_move_iterator(lower.end()));
-  uint64_t const key = KeyOf(upper.front());
-  m_Pieces.try_emplace(std::next(piece), key, std::move(upper));
+  Piece room;
+  room.reserve(mostInPiece);
+  Piece & upper = m_Pieces.try_emplace(std::next(piece), KeyOf(*middle), std::move(room))->second;
+  upper.assign(std::make_move_iterator(middle), std::make_move_iterator(lower.end()));
   lower.erase(middle, lower.end());
+}
+
+void CellStore::Append(uint64_t key, Cell cell)
+{
+  if (!m_Pieces.empty()) {
+    if (Piece & last = std::prev(m_Pieces.end())->second; last.size() < mostInPiece) {
+      last.push_back(std::move(cell));
+      ++m_nCells;
+      return;
+    }
+  }
+  Piece next;
+  next.reserve(m_Pieces.empty() ? 1 : mostInPiece);
+  next.push_back(std::move(cell));
+  m_Pieces.try_emplace(m_Pieces.end(), key, std::move(next));
+  ++m_nCells;
 }
 
 void CellStore::Put(Cell cell)
 {
   uint64_t const key = KeyOf(cell);
   // Cells mostly come in order: behind the last one.
-  if (!m_Pieces.empty()) {
-    Piece & last = std::prev(m_Pieces.end())->second;
-    if (KeyOf(last.back()) < key) {
-      if (last.size() < mostInPiece)
-        last.push_back(std::move(cell));
-      else
-        m_Pieces.try_emplace(m_Pieces.end(), key, Piece{})->second.push_back(std::move(cell));
-      ++m_nCells;
-      return;
-    }
-  }
+  if (m_Pieces.empty() || KeyOf(std::prev(m_Pieces.end())->second.back()) < key) return Append(key, std::move(cell));
   auto const piece = PieceFor(key);
   auto const at = piece->second.begin() + (FindIn(piece->second, key) - piece->second.cbegin());
   if (at != piece->second.end() && KeyOf(*at) == key) {

@@ -39,6 +39,7 @@ class CellStore {
   static uint64_t KeyOf(Cell const & cell) { return KeyOf(cell.GetRow(), cell.GetColumn()); }
   static Piece::const_iterator FindIn(Piece const & piece, uint64_t key);
 
+  void Append(uint64_t key, Cell cell);
   Pieces::iterator PieceFor(uint64_t key);
   void Split(Pieces::iterator piece);
 

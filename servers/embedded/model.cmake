@@ -2,8 +2,8 @@
 # benchmark and the fuzz target.
 find_package(PkgConfig)
 if(PkgConfig_FOUND)
-  pkg_check_modules(libzip IMPORTED_TARGET libzip)
-  pkg_check_modules(expat IMPORTED_TARGET expat)
+  pkg_check_modules(libzip IMPORTED_TARGET GLOBAL libzip)
+  pkg_check_modules(expat IMPORTED_TARGET GLOBAL expat)
 endif()
 find_package(fmt)
 if(NOT libzip_FOUND OR NOT expat_FOUND OR NOT fmt_FOUND)

@@ -2,6 +2,7 @@
 // other namespaces is passed over with all that is in it. Declarations of document types are refused, and with them entities.
 #pragma once
 
+#include <cstring>
 #include <exception>
 #include <initializer_list>
 #include <string>
@@ -22,10 +23,8 @@ struct XmlNamespace {
   // The part of the name behind the namespace; null for one of another.
   char const * FindOwnName(char const * name) const
   {
-    if (std::string_view const full(name); full.starts_with(transitional))
-      return name + transitional.size();
-    else
-      return full.starts_with(strict) ? name + strict.size() : nullptr;
+    if (std::strncmp(name, transitional.data(), transitional.size()) == 0) return name + transitional.size();
+    return std::strncmp(name, strict.data(), strict.size()) == 0 ? name + strict.size() : nullptr;
   }
 };
 

@@ -1,0 +1,1 @@
+target_link_libraries(workbook_bench PRIVATE zpworkbook PkgConfig::libzip PkgConfig::expat)
