@@ -215,10 +215,10 @@ void AppendAttribute(std::string & xml, std::string_view utf8)
 {
   while (!utf8.empty()) {
     char32_t const c = takeUtf8(utf8);
-    if (needsEscape(c))
-      appendUtf8(xml, replacement);
-    else if (c == '\t' || c == '\n')
+    if (c == '\t' || c == '\n' || c == '\r')
       xml += fmt::format("&#{};", static_cast<unsigned int>(c));
+    else if (needsEscape(c))
+      appendUtf8(xml, replacement);
     else if (c < 0x80)
       appendMarkup(xml, static_cast<char>(c));
     else
