@@ -14,7 +14,7 @@ constexpr XmlNamespace chartNamespace = {"http://schemas.openxmlformats.org/draw
 
 bool showsSomething(Package & package, std::string const & chart)
 {
-  return HasElement(package.Open(chart, mostBookPartBytes), chartNamespace, {"ser", "title"});
+  return HasElement(package.Open(chart, mostUnpackedBytes), chartNamespace, {"ser", "title"});
 }
 
 }  // namespace
