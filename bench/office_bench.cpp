@@ -13,7 +13,7 @@
 #include <zpbase/platform/variants.h>
 #include <zpbase/spreadsheet.h>
 
-#include "servers/office/objects.h"
+#include "servers/office/office_spreadsheet.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ class Sample {
   Sample()
   {
     std::shared_ptr<office::Link> const link = office::Link::Get();
-    m_Application.AttachDispatch(new office::Application(link));
+    m_Application.AttachDispatch(servers::MakeApplication(std::make_shared<office::OfficeSpreadsheet>(link)));
     GPWorkBooks books;
     books.AttachDispatch(m_Application.GetWorkBooks());
     m_Book.AttachDispatch(books.Add());

@@ -6,56 +6,21 @@
 
 #include <fmt/format.h>
 
+#include "servers/common/wide_text.h"
+
 namespace embedded {
+
+using servers::AppendUtf8;
+using servers::FromWide;
+using servers::IsHalf;
+using servers::TakeUtf8;
+using servers::ToWide;
+
 namespace {
 
-constexpr char32_t firstHalf = 0xD800;
-constexpr char32_t secondHalf = 0xDC00;
-constexpr char32_t behindHalves = 0xE000;
 constexpr char32_t firstPair = 0x10000;
 constexpr char32_t replacement = 0xFFFD;
 constexpr size_t escapeLength = 7;  // _xHHHH_
-
-bool isHalf(char32_t c)
-{
-  return c >= firstHalf && c < behindHalves;
-}
-
-void appendUtf8(std::string & text, char32_t c)
-{
-  auto const tail = [&](int shift) { text += static_cast<char>(0x80 | (c >> shift & 0x3F)); };
-  if (c < 0x80) {
-    text += static_cast<char>(c);
-  } else if (c < 0x800) {
-    text += static_cast<char>(0xC0 | c >> 6);
-    tail(0);
-  } else if (c < firstPair) {
-    text += static_cast<char>(0xE0 | c >> 12);
-    tail(6);
-    tail(0);
-  } else {
-    text += static_cast<char>(0xF0 | c >> 18);
-    tail(12);
-    tail(6);
-    tail(0);
-  }
-}
-
-// The next character; what is no UTF-8 gives the replacement character and takes a byte.
-char32_t takeUtf8(std::string_view & rest)
-{
-  auto const byteAt = [&](size_t i) { return static_cast<char32_t>(static_cast<unsigned char>(rest[i])); };
-  char32_t const lead = byteAt(0);
-  size_t const length = lead < 0x80 ? 1 : lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  char32_t c = lead < 0x80 ? lead : lead & (0x7FU >> length);
-  bool good = length <= rest.size() && (lead < 0x80 || lead >= 0xC2) && lead < 0xF5;
-  for (size_t i = 1; good && i < length; ++i) {
-    good = (byteAt(i) & 0xC0U) == 0x80U;
-    c = c << 6 | (byteAt(i) & 0x3FU);
-  }
-  rest.remove_prefix(good ? length : 1);
-  return good && c < 0x110000 ? c : replacement;
-}
 
 int hexDigit(char c)
 {
@@ -105,7 +70,7 @@ void appendMarkup(std::string & xml, char c)
 // What XML 1.0 has no character for, and what would come back changed.
 bool needsEscape(char32_t c)
 {
-  return (c < 0x20 && c != '\t' && c != '\n') || isHalf(c) || c == 0xFFFE || c == 0xFFFF;
+  return (c < 0x20 && c != '\t' && c != '\n') || IsHalf(c) || c == 0xFFFE || c == 0xFFFF;
 }
 
 struct CaseRange {
@@ -134,40 +99,10 @@ char32_t upperCase(char32_t c)
 
 }  // namespace
 
-std::u16string ToWide(std::string_view utf8)
-{
-  std::u16string wide;
-  wide.reserve(utf8.size());
-  while (!utf8.empty()) {
-    char32_t const c = takeUtf8(utf8);
-    if (c < firstPair) {
-      wide += static_cast<char16_t>(c);
-    } else {
-      wide += static_cast<char16_t>(firstHalf + ((c - firstPair) >> 10));
-      wide += static_cast<char16_t>(secondHalf + ((c - firstPair) & 0x3FF));
-    }
-  }
-  return wide;
-}
-
-std::string FromWide(std::u16string_view wide)
-{
-  std::string utf8;
-  utf8.reserve(wide.size());
-  for (size_t i = 0; i < wide.size(); ++i) {
-    char32_t c = wide[i];
-    bool const isPair =
-        c >= firstHalf && c < secondHalf && i + 1 < wide.size() && wide[i + 1] >= secondHalf && wide[i + 1] < behindHalves;
-    if (isPair) c = firstPair + ((c - firstHalf) << 10) + (wide[++i] - secondHalf);
-    appendUtf8(utf8, c);
-  }
-  return utf8;
-}
-
 size_t CountUnits(std::string_view utf8)
 {
   size_t units = 0;
-  while (!utf8.empty()) units += takeUtf8(utf8) < firstPair ? 1 : 2;
+  while (!utf8.empty()) units += TakeUtf8(utf8) < firstPair ? 1 : 2;
   return units;
 }
 
@@ -186,8 +121,8 @@ std::string Unescape(std::string_view text)
       text.remove_prefix(1);
       continue;
     }
-    halves = halves || isHalf(static_cast<char32_t>(c));
-    appendUtf8(plain, static_cast<char32_t>(c));
+    halves = halves || IsHalf(static_cast<char32_t>(c));
+    AppendUtf8(plain, static_cast<char32_t>(c));
     text.remove_prefix(escapeLength);
   }
   return halves ? FromWide(ToWide(plain)) : plain;  // two halves that met are one character
@@ -203,10 +138,10 @@ void AppendContent(std::string & xml, std::string_view utf8)
     } else if (static_cast<unsigned char>(byte) >= 0x20 && static_cast<unsigned char>(byte) < 0x80) {
       appendMarkup(xml, byte);
       utf8.remove_prefix(1);
-    } else if (char32_t const c = takeUtf8(utf8); needsEscape(c)) {
+    } else if (char32_t const c = TakeUtf8(utf8); needsEscape(c)) {
       xml += fmt::format("_x{:04X}_", static_cast<unsigned int>(c));
     } else {
-      appendUtf8(xml, c);
+      AppendUtf8(xml, c);
     }
   }
 }
@@ -214,15 +149,15 @@ void AppendContent(std::string & xml, std::string_view utf8)
 void AppendAttribute(std::string & xml, std::string_view utf8)
 {
   while (!utf8.empty()) {
-    char32_t const c = takeUtf8(utf8);
+    char32_t const c = TakeUtf8(utf8);
     if (c == '\t' || c == '\n' || c == '\r')
       xml += fmt::format("&#{};", static_cast<unsigned int>(c));
     else if (needsEscape(c))
-      appendUtf8(xml, replacement);
+      AppendUtf8(xml, replacement);
     else if (c < 0x80)
       appendMarkup(xml, static_cast<char>(c));
     else
-      appendUtf8(xml, c);
+      AppendUtf8(xml, c);
   }
 }
 
@@ -241,7 +176,7 @@ std::string_view TrimBlanks(std::string_view text)
 std::string FoldCase(std::string_view utf8)
 {
   std::string folded;
-  while (!utf8.empty()) appendUtf8(folded, upperCase(takeUtf8(utf8)));
+  while (!utf8.empty()) AppendUtf8(folded, upperCase(TakeUtf8(utf8)));
   return folded;
 }
 

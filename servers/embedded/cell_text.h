@@ -7,9 +7,6 @@
 
 namespace embedded {
 
-std::u16string ToWide(std::string_view utf8);
-std::string FromWide(std::u16string_view wide);
-
 // The 16-bit characters that a text has.
 size_t CountUnits(std::string_view utf8);
 

@@ -7,9 +7,7 @@
 
 namespace embedded {
 
-// The grid.
-inline constexpr uint32_t mostRows = 1048576;
-inline constexpr uint32_t mostColumns = 16384;
+// The grid, whose rows and columns servers/common/cell_names.h counts.
 inline constexpr size_t mostTextUnits = 32767;  // 16-bit characters of a cell's text
 inline constexpr size_t mostNameUnits = 31;     // of a sheet's name
 
@@ -24,8 +22,5 @@ inline constexpr size_t mostSheets = 1024;
 inline constexpr unsigned int mostDepth = 64;               // of elements in elements
 inline constexpr uint64_t mostTokenBytes = 1u << 20;        // of one tag, comment or instruction
 inline constexpr size_t mostTextBytes = 8 * mostTextUnits;  // of a cell's text, as it stands with its escapes
-
-// A block that is asked for or given at once.
-inline constexpr uint64_t mostBlockCells = 16u << 20;
 
 }  // namespace embedded

@@ -11,7 +11,9 @@ if(NOT libzip_FOUND OR NOT expat_FOUND OR NOT fmt_FOUND)
   return()
 endif()
 
-set(workbook_rooms book_part cell chart_writer package_writer sheet_writer workbook_writer cell_names cell_store cell_text chart_contents iso_dates number_text package package_names relations
+include(${CMAKE_CURRENT_LIST_DIR}/../common/common.cmake)
+set(workbook_rooms book_part cell cell_store cell_text chart_contents chart_writer iso_dates number_text package package_names
+    package_writer relations sheet_writer workbook_writer
     rich_text shared_strings sheet_part unkept workbook_reader xml_reader)
 list(TRANSFORM workbook_rooms PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
 list(TRANSFORM workbook_rooms APPEND .cpp)
@@ -20,4 +22,4 @@ set_target_properties(zpworkbook PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBIL
   POSITION_INDEPENDENT_CODE ON)
 target_compile_options(zpworkbook PRIVATE ${ZP_COMPILE_OPTIONS})
 target_include_directories(zpworkbook PUBLIC ${PROJECT_SOURCE_DIR})
-target_link_libraries(zpworkbook PUBLIC zpbase::zpbase PRIVATE PkgConfig::libzip PkgConfig::expat fmt::fmt)
+target_link_libraries(zpworkbook PUBLIC zp_servers PRIVATE PkgConfig::libzip PkgConfig::expat fmt::fmt)

@@ -11,7 +11,9 @@
 #include <com/sun/star/table/XCell.hpp>
 #include <com/sun/star/text/XTextRange.hpp>
 
-#include "values.h"
+#include "errors.h"
+#include "office_text.h"
+#include "servers/common/values.h"
 
 namespace office {
 
@@ -96,19 +98,19 @@ VARIANT CellBlock::GetValue(int32_t column, int32_t row) const
   Any const & data = m_Data[row - m_Area.firstRow][column - m_Area.firstColumn];
   switch (m_Kinds[IndexOf(column, row)]) {
     case Kind::Number:
-      return NumberValue(*static_cast<double const *>(data.getValue()));
+      return servers::NumberValue(*static_cast<double const *>(data.getValue()));
     case Kind::Text:
-      return TextValue(*static_cast<rtl::OUString const *>(data.getValue()));
+      return servers::TextValue(ViewOf(*static_cast<rtl::OUString const *>(data.getValue())));
     case Kind::Boolean:
-      return BooleanValue(*static_cast<double const *>(data.getValue()) != 0);
+      return servers::BooleanValue(*static_cast<double const *>(data.getValue()) != 0);
     case Kind::FormulaNumber:
       return GetFormulaNumber(column, row, *static_cast<double const *>(data.getValue()));
     case Kind::Error:
-      return ErrorValue(m_Sheet.cells->getCellByPosition(column, row)->getError());
+      return ErrorValueOf(m_Sheet.cells->getCellByPosition(column, row)->getError());
     case Kind::Empty:
       break;
   }
-  return EmptyValue();
+  return servers::EmptyValue();
 }
 
 // A Boolean is shown as a word, in whatever language; a number as a digit.
@@ -117,7 +119,7 @@ VARIANT CellBlock::GetFormulaNumber(int32_t column, int32_t row, double number) 
   rtl::OUString const shown =
       Reference<css::text::XTextRange>(m_Sheet.cells->getCellByPosition(column, row), UNO_QUERY_THROW)->getString();
   bool const isDigit = shown == "0" || shown == "1";
-  return isDigit || shown.isEmpty() ? NumberValue(number) : BooleanValue(number != 0);
+  return isDigit || shown.isEmpty() ? servers::NumberValue(number) : servers::BooleanValue(number != 0);
 }
 
 }  // namespace office

@@ -10,7 +10,7 @@
 
 #include <zpbase/platform/variants.h>
 
-#include "cell_names.h"
+#include "area.h"
 #include "number_formats.h"
 
 namespace office {

@@ -85,7 +85,7 @@ std::shared_ptr<ChartEntry> ChartLists::Add(Workbook const & workbook)
 void ChartLists::Rename(Workbook const & workbook, ChartEntry & chart, rtl::OUString const & name)
 {
   if (chart.name == name) return;
-  if (chart.isMade || name.isEmpty() || IsTaken(workbook, name, &chart)) Fail(E_INVALIDARG);
+  if (chart.isMade || name.isEmpty() || IsTaken(workbook, name, &chart)) servers::Fail(E_INVALIDARG);
   make(workbook, name);
   chart.name = name;
   chart.isMade = true;

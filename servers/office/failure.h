@@ -1,38 +1,15 @@
-// What goes wrong while a member is carried out, on its way to the caller of Invoke.
+// How an office fails, beside what fails in every server.
 #pragma once
 
-#include <cstring>
-#include <string>
-
-#include <zpbase/platform/automation.h>
+#include "servers/common/failure.h"
 
 namespace office {
 
+using servers::Failure;
+using servers::Refuse;
+using servers::TextOfError;
+
 inline constexpr HRESULT serverUnavailable = static_cast<HRESULT>(0x800706BA);  // the other process doesn't answer any more
 inline constexpr HRESULT startFailed = static_cast<HRESULT>(0x80080005);        // the server's process can't be started
-inline constexpr HRESULT applicationError = static_cast<HRESULT>(0x800A03EC);   // told with a sentence
-
-// A failed call with its code alone, or with a sentence (UTF-8) that becomes the server's exception.
-struct Failure {
-  HRESULT code;
-  std::string sentence;
-};
-
-[[noreturn]] inline void Refuse(std::string sentence)
-{
-  throw Failure{applicationError, std::move(sentence)};
-}
-
-// The system's words for an errno, in English whatever the user's language, as all sentences are.
-inline std::string TextOfError(int error)
-{
-  char const * const text = strerrordesc_np(error);
-  return text != nullptr ? text : "error " + std::to_string(error);
-}
-
-[[noreturn]] inline void Fail(HRESULT code)
-{
-  throw Failure{code, {}};
-}
 
 }  // namespace office

@@ -2,9 +2,9 @@
 #include <zpbase/platform/automation.h>
 
 #include "failure.h"
-#include "objects.h"
+#include "office_spreadsheet.h"
 #include "office_text.h"
-#include "warn.h"
+#include "servers/common/book_files.h"
 
 namespace office {
 namespace {
@@ -16,18 +16,18 @@ constexpr CLSID classId = {0x6C2E7A14, 0x93B5, 0x4D0F, {0xA1, 0x58, 0x0E, 0x77, 
 HRESULT makeApplication(IUnknown ** object)
 {
   try {
-    *object = new Application(Link::Get());
+    *object = servers::MakeApplication(std::make_shared<OfficeSpreadsheet>(Link::Get()));
     return S_OK;
   } catch (Failure const & failure) {
-    Warn(failure.sentence);
+    servers::Warn(failure.sentence);
     return failure.code;
   } catch (css::uno::Exception const & exception) {
-    Warn("The office can't be reached: " + ToUtf8(exception.Message));
+    servers::Warn("The office can't be reached: " + ToUtf8(exception.Message));
     return startFailed;
   } catch (std::bad_alloc const &) {
     return E_OUTOFMEMORY;
   } catch (std::exception const & exception) {
-    Warn(std::string("The office can't be reached: ") + exception.what());
+    servers::Warn(std::string("The office can't be reached: ") + exception.what());
     return E_FAIL;
   }
 }

@@ -58,13 +58,13 @@ void ReadAhead::Fetch(int32_t column, int32_t row)
   if (Follows(column, row)) {
     area.firstColumn = column / blockColumns * blockColumns;
     area.lastColumn = area.firstColumn + blockColumns - 1;
-    area.lastRow = std::min(row + blockRows, mostRows) - 1;
+    area.lastRow = std::min(row + blockRows, static_cast<int32_t>(servers::mostRows)) - 1;
   }
   Clock::time_point const before = Clock::now();
   try {
     m_Block = CellBlock(m_Sheet, area);
   } catch (css::lang::IndexOutOfBoundsException const &) {  // the sheets of some workbooks are smaller
-    if (area.IsCell()) throw;
+    if (area.Columns() == 1) throw;
     area = {column, row, column, row};
     m_Block = CellBlock(m_Sheet, area);
   }

@@ -1,11 +1,7 @@
 // Workbooks and their files.
 #include "workbook_files.h"
 
-#include <sys/stat.h>
-
 #include <array>
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <string>
 
@@ -18,12 +14,9 @@
 #include <com/sun/star/util/XCloseable.hpp>
 #include <osl/file.hxx>
 
-#include <zpbase/platform/encoding.h>
-#include <zpbase/platform/paths.h>
-
 #include "failure.h"
 #include "office_text.h"
-#include "warn.h"
+#include "servers/common/book_files.h"
 
 namespace office {
 namespace {
@@ -57,16 +50,6 @@ Reference<css::lang::XComponent> load(Link & link, rtl::OUString const & url)
   return link.GetDesktop()->loadComponentFromURL(url, "_blank", 0, how);
 }
 
-// The host's full path, in the bytes that the host has.
-std::string hostPathOf(rtl::OUString const & path)
-{
-  std::string inside;
-  zp::AppendWide(inside, ViewOf(path));
-  std::string host;
-  if (!ToHostPath(inside, host)) Refuse("There is no such drive or folder: " + ToUtf8(path));
-  return std::filesystem::absolute(host).lexically_normal().string();
-}
-
 rtl::OUString urlOf(std::string const & hostPath)
 {
   rtl::OUString const path = FromUtf8(hostPath);
@@ -82,20 +65,6 @@ std::string whyUnread(std::string const & file)
   if (std::filesystem::exists(path.parent_path() / (".~lock." + path.filename().string() + "#")))
     return file + " is in use by another office";
   return file + " can't be read as a workbook: it is damaged, locked by a password, or something else";
-}
-
-void requireReadable(std::string const & file)
-{
-  struct stat state {};
-  if (stat(file.c_str(), &state) != 0) Refuse(file + " can't be opened: " + TextOfError(errno));
-  if (!S_ISREG(state.st_mode)) Refuse(file + " is no file");
-}
-
-void requireFolder(std::string const & file)
-{
-  std::error_code error;
-  if (!std::filesystem::is_directory(std::filesystem::path(file).parent_path(), error))
-    Refuse(file + " can't be written: there is no such folder");
 }
 
 Reference<css::frame::XStorable> storableOf(Workbook const & workbook)
@@ -117,10 +86,10 @@ Workbook CreateWorkbook(Link & link)
   return workbook;
 }
 
-Workbook OpenWorkbook(Link & link, rtl::OUString const & path)
+Workbook OpenWorkbook(Link & link, std::u16string_view path)
 {
-  std::string const file = hostPathOf(path);
-  requireReadable(file);
+  std::string const file = servers::HostPathOf(path);
+  servers::RequireFile(file);
   rtl::OUString const url = urlOf(file);
   for (Workbook const & open : link.ListWorkbooks())
     if (storableOf(open)->getLocation() == url) return open;
@@ -140,7 +109,7 @@ Workbook OpenWorkbook(Link & link, rtl::OUString const & path)
     Refuse(file + " is no workbook");
   }
   link.Own(workbook);
-  if (storableOf(workbook)->isReadonly()) Warn(file + " is open for reading alone");
+  if (storableOf(workbook)->isReadonly()) servers::Warn(file + " is open for reading alone");
   return workbook;
 }
 
@@ -153,15 +122,15 @@ void SaveWorkbook(Link & link, Workbook const & workbook)
   storable->store();
 }
 
-void SaveWorkbookAs(Link & link, Workbook const & workbook, rtl::OUString const & path)
+void SaveWorkbookAs(Link & link, Workbook const & workbook, std::u16string_view path)
 {
-  std::string const file = hostPathOf(path);
+  std::string const file = servers::HostPathOf(path);
   rtl::OUString const url = urlOf(file);
-  rtl::OUString const lowerCase = path.toAsciiLowerCase();
+  rtl::OUString const lowerCase = FromWide(path).toAsciiLowerCase();
   for (Format const & format : formats) {
     if (!lowerCase.endsWith(rtl::OUString::createFromAscii(format.extension))) continue;
-    if (storableOf(workbook)->getLocation() != url && std::filesystem::exists(file)) Refuse(file + " is there already");
-    requireFolder(file);  // the office would make it
+    if (storableOf(workbook)->getLocation() != url) servers::RequireNewFile(file);
+    servers::RequireFolder(file);  // the office would make it
     link.TakeNoteOf(file);
     link.GetCharts().MakeAll(workbook);
     Sequence<PropertyValue> how(1);
@@ -190,7 +159,7 @@ rtl::OUString NameOfWorkbook(Workbook const & workbook)
   rtl::OUString path;
   if (osl::FileBase::getSystemPathFromFileURL(storable->getLocation(), path) != osl::FileBase::E_None)
     return storable->getLocation();
-  return FromWide(zp::TextToWide(FromHostPath(ToUtf8(path)).View()));
+  return FromWide(servers::InsidePathOf(ToUtf8(path)));
 }
 
 }  // namespace office

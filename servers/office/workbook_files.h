@@ -1,6 +1,8 @@
 // Opening and saving workbooks, with a sentence for whatever goes wrong.
 #pragma once
 
+#include <string_view>
+
 #include <rtl/ustring.hxx>
 
 #include "link.h"
@@ -11,12 +13,12 @@ namespace office {
 Workbook CreateWorkbook(Link & link);
 
 // The workbook of a file, given by its inside or host path; the open one, if it is open.
-Workbook OpenWorkbook(Link & link, rtl::OUString const & path);
+Workbook OpenWorkbook(Link & link, std::u16string_view path);
 
 // Saves a workbook to its own file, or to another one in the format of its extension (.xlsx, .xls, .ods), which is its own from
 // then on. A file that is there is overwritten only if it is the workbook's own.
 void SaveWorkbook(Link & link, Workbook const & workbook);
-void SaveWorkbookAs(Link & link, Workbook const & workbook, rtl::OUString const & path);
+void SaveWorkbookAs(Link & link, Workbook const & workbook, std::u16string_view path);
 
 // Closes a workbook; changes that weren't saved are lost.
 void CloseWorkbook(Link & link, Workbook const & workbook);

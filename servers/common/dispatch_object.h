@@ -1,4 +1,4 @@
-// What every object that the bridge hands out has in common: counting, members by number and by name, and failures told in the
+// What every object that a server hands out has in common: counting, members by number and by name, and failures told in the
 // published way, whatever was raised.
 #pragma once
 
@@ -6,14 +6,12 @@
 #include <memory>
 #include <string_view>
 
-#include <rtl/ustring.hxx>
-
 #include <zpbase/platform/automation.h>
 #include <zpbase/platform/variants.h>
 
-#include "link.h"
+#include "servers/common/model.h"
 
-namespace office {
+namespace servers {
 
 // A late-bound call: its arguments, counted from the first one, and the place of its result.
 class Call {
@@ -23,14 +21,15 @@ class Call {
   // Arguments that are left out, or marked as missing, don't count.
   bool Has(UINT index) const;
   VARIANT const & Get(UINT index) const;  // DISP_E_BADPARAMCOUNT as Failure if it isn't there
-  LONG GetNumber(UINT index) const;
   bool GetFlag(UINT index) const;
-  rtl::OUString GetText(UINT index) const;
+  std::u16string GetText(UINT index) const;
+  size_t GetIndex(UINT index, size_t count) const;  // from 1 in the call, from 0 here; DISP_E_BADINDEX beyond count
 
   // Takes the value over.
   void Return(VARIANT value);
   void Return(IDispatch * object);  // with its reference
-  void Return(LONG number);
+  void ReturnNumber(uint64_t number);
+  void ReturnText(std::u16string_view text);
 
  private:
   DISPPARAMS const & m_Params;
@@ -39,7 +38,7 @@ class Call {
 
 class DispatchObject : public IDispatch {
  public:
-  explicit DispatchObject(std::shared_ptr<Link> link) : m_pLink(std::move(link)) {}
+  explicit DispatchObject(std::shared_ptr<Spreadsheet> spreadsheet) : m_pSpreadsheet(std::move(spreadsheet)) {}
   DispatchObject(DispatchObject const &) = delete;
   DispatchObject & operator=(DispatchObject const &) = delete;
 
@@ -55,15 +54,14 @@ class DispatchObject : public IDispatch {
  protected:
   virtual ~DispatchObject() = default;
 
-  Link & GetLink() const { return *m_pLink; }
-  std::shared_ptr<Link> const & ShareLink() const { return m_pLink; }
+  std::shared_ptr<Spreadsheet> const & GetSpreadsheet() const { return m_pSpreadsheet; }
 
   virtual bool CallMember(DISPID id, WORD flags, Call & call) = 0;  // false if there is none
   virtual DISPID FindMember(std::u16string_view name) const = 0;
 
  private:
   std::atomic<DWORD> m_nReferences = 1;
-  std::shared_ptr<Link> m_pLink;
+  std::shared_ptr<Spreadsheet> m_pSpreadsheet;
 };
 
 // A row of a class's table of members.
@@ -73,7 +71,7 @@ struct Member {
   std::u16string_view name;
   WORD flags;
   void (Self::*handler)(Call & call);
-  bool isReading = false;  // leaves what was read ahead as it is
+  bool isReading = false;  // only looks at cells
 };
 
 bool IsSameName(std::u16string_view one, std::u16string_view other);  // without the case of ASCII letters
@@ -89,7 +87,7 @@ class ObjectOf : public DispatchObject {
   {
     for (Member<Self> const & member : Self::Members()) {
       if (member.id != id || (member.flags & flags) == 0) continue;
-      if (!member.isReading) GetLink().GetReadAhead().Drop();
+      GetSpreadsheet()->Enter(member.isReading);
       (static_cast<Self *>(this)->*member.handler)(call);
       return true;
     }
@@ -104,4 +102,4 @@ class ObjectOf : public DispatchObject {
   }
 };
 
-}  // namespace office
+}  // namespace servers

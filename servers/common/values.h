@@ -1,21 +1,22 @@
-// Values on their way between the office and automation.
+// Making and changing automation's values.
 #pragma once
 
-#include <rtl/ustring.hxx>
+#include <string_view>
 
 #include <zpbase/platform/variants.h>
 
-namespace office {
+namespace servers {
+
+inline constexpr HRESULT errorsFrom = static_cast<HRESULT>(0x800A0000);  // and the spreadsheet's number of the error
+inline constexpr int notAvailableError = 2042;                           // #N/A
 
 // Values that the caller owns.
 VARIANT EmptyValue();
 VARIANT NumberValue(double number);
-VARIANT TextValue(rtl::OUString const & text);
+VARIANT TextValue(std::u16string_view text);
+VARIANT TextValue(std::string_view utf8);
 VARIANT BooleanValue(bool value);
-VARIANT ErrorValue(int officeError);  // the office's number of an error
-
-// The formula that gives an error's value, for one that spreadsheets know; #N/A for others.
-rtl::OUString ErrorFormula(HRESULT code);
+VARIANT ErrorValue(int number);  // such as 2042 for #N/A
 
 // A value changed to a type, which clears itself; DISP_E_TYPEMISMATCH and its kind as Failure.
 class ChangedValue : public VARIANT {
@@ -26,4 +27,4 @@ class ChangedValue : public VARIANT {
   ChangedValue & operator=(ChangedValue const &) = delete;
 };
 
-}  // namespace office
+}  // namespace servers

@@ -1,20 +1,15 @@
 // Calls, and how failures leave them.
-#include "dispatch_object.h"
+
+#include "servers/common/dispatch_object.h"
 
 #include <algorithm>
 #include <new>
-#include <string>
 
-#include <com/sun/star/lang/DisposedException.hpp>
-#include <com/sun/star/uno/Exception.hpp>
+#include "servers/common/failure.h"
+#include "servers/common/values.h"
+#include "servers/common/wide_text.h"
 
-#include <zpbase/platform/encoding.h>
-
-#include "failure.h"
-#include "office_text.h"
-#include "values.h"
-
-namespace office {
+namespace servers {
 namespace {
 
 VARIANT const & behindReference(VARIANT const & value)
@@ -22,29 +17,17 @@ VARIANT const & behindReference(VARIANT const & value)
   return value.vt == (VT_BYREF | VT_VARIANT) && value.pvarVal != nullptr ? *value.pvarVal : value;
 }
 
-HRESULT tell(EXCEPINFO * record, rtl::OUString const & sentence)
-{
-  std::string text;
-  zp::AppendWide(text, ViewOf(sentence));
-  return zp::TellException(record, applicationError, "Zephlow.Office", text);
-}
-
 // What is being handled, as a code and, where there is a sentence, as a record.
-HRESULT tellCurrent(Link & link, EXCEPINFO * record)
+HRESULT tellCurrent(Spreadsheet & spreadsheet, EXCEPINFO * record)
 {
   try {
     throw;
   } catch (Failure const & failure) {
-    return failure.sentence.empty() ? failure.code : tell(record, FromUtf8(failure.sentence));
-  } catch (css::lang::DisposedException const &) {
-    return link.HasBroken() ? serverUnavailable : CO_E_OBJNOTCONNECTED;
-  } catch (css::uno::Exception const & exception) {
-    if (link.HasBroken()) return serverUnavailable;
-    return tell(record, exception.Message.isEmpty() ? rtl::OUString("The office refuses this") : exception.Message);
+    return failure.sentence.empty() ? failure.code : TellSentence(spreadsheet, record, failure.sentence);
   } catch (std::bad_alloc const &) {
     return E_OUTOFMEMORY;
   } catch (...) {
-    return E_FAIL;
+    return spreadsheet.TellCurrent(record);
   }
 }
 
@@ -54,6 +37,16 @@ char16_t lower(char16_t c)
 }
 
 }  // namespace
+
+HRESULT TellSentence(Spreadsheet const & spreadsheet, EXCEPINFO * record, std::string_view sentence)
+{
+  HRESULT const code = zp::TellException(record, applicationError, spreadsheet.GetProgId(), {});
+  if (record == nullptr) return code;
+  std::u16string const wide = ToWide(sentence);  // names of files go beyond the code page
+  SysFreeString(record->bstrDescription);
+  record->bstrDescription = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
+  return code;
+}
 
 bool IsSameName(std::u16string_view one, std::u16string_view other)
 {
@@ -74,21 +67,23 @@ VARIANT const & Call::Get(UINT index) const
   return behindReference(m_Params.rgvarg[m_Params.cArgs - 1 - index]);
 }
 
-LONG Call::GetNumber(UINT index) const
-{
-  return ChangedValue(Get(index), VT_I4).lVal;
-}
-
 bool Call::GetFlag(UINT index) const
 {
   return ChangedValue(Get(index), VT_BOOL).boolVal != VARIANT_FALSE;
 }
 
-rtl::OUString Call::GetText(UINT index) const
+std::u16string Call::GetText(UINT index) const
 {
   VARIANT const & value = Get(index);
-  if (value.vt == VT_BSTR) return FromWide(zp::ViewOf(value.bstrVal));
-  return FromWide(zp::ViewOf(ChangedValue(value, VT_BSTR).bstrVal));
+  if (value.vt == VT_BSTR) return std::u16string(zp::ViewOf(value.bstrVal));
+  return std::u16string(zp::ViewOf(ChangedValue(value, VT_BSTR).bstrVal));
+}
+
+size_t Call::GetIndex(UINT index, size_t count) const
+{
+  LONG const number = ChangedValue(Get(index), VT_I4).lVal;
+  if (number < 1 || static_cast<size_t>(number) > count) Fail(DISP_E_BADINDEX);
+  return static_cast<size_t>(number) - 1;
 }
 
 void Call::Return(VARIANT value)
@@ -107,12 +102,18 @@ void Call::Return(IDispatch * object)
   Return(value);
 }
 
-void Call::Return(LONG number)
+void Call::ReturnNumber(uint64_t number)
 {
+  if (number > INT32_MAX) Fail(DISP_E_OVERFLOW);
   VARIANT value = EmptyValue();
   value.vt = VT_I4;
-  value.lVal = number;
+  value.lVal = static_cast<LONG>(number);
   Return(value);
+}
+
+void Call::ReturnText(std::u16string_view text)
+{
+  Return(TextValue(text));
 }
 
 HRESULT DispatchObject::QueryInterface(IID const & iid, void ** object)
@@ -154,12 +155,11 @@ HRESULT DispatchObject::Invoke(DISPID id, IID const &, LCID, WORD flags, tagDISP
   try {
     static DISPPARAMS const nothing{};
     if (result != nullptr) VariantInit(result);
-    if (GetLink().IsBroken()) return serverUnavailable;
     Call call(params != nullptr ? *params : nothing, result);
     return CallMember(id, flags, call) ? S_OK : DISP_E_MEMBERNOTFOUND;
   } catch (...) {
-    return tellCurrent(GetLink(), exception);
+    return tellCurrent(*m_pSpreadsheet, exception);
   }
 }
 
-}  // namespace office
+}  // namespace servers

@@ -1,0 +1,60 @@
+// Looking at files by their names.
+
+#include "servers/common/book_files.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include <zpbase/messages.h>
+#include <zpbase/platform/encoding.h>
+#include <zpbase/platform/paths.h>
+
+#include "servers/common/failure.h"
+#include "servers/common/wide_text.h"
+
+namespace servers {
+
+std::string HostPathOf(std::u16string_view path)
+{
+  std::string inside;
+  zp::AppendWide(inside, path);
+  std::string host;
+  if (zp::TextToWide(inside) != path || !ToHostPath(inside, host)) Refuse("There is no such drive or folder: " + FromWide(path));
+  return std::filesystem::absolute(host).lexically_normal().string();
+}
+
+std::u16string InsidePathOf(std::string const & file)
+{
+  return zp::TextToWide(FromHostPath(file).View());
+}
+
+void RequireFile(std::string const & file)
+{
+  struct stat state {};
+  if (stat(file.c_str(), &state) != 0) Refuse(file + " can't be opened: " + TextOfError(errno));
+  if (!S_ISREG(state.st_mode)) Refuse(file + " is no file");
+}
+
+void RequireNewFile(std::string const & file)
+{
+  struct stat state {};
+  if (lstat(file.c_str(), &state) == 0) Refuse(file + " is there already");
+}
+
+void RequireFolder(std::string const & file)
+{
+  std::error_code error;
+  if (!std::filesystem::is_directory(std::filesystem::path(file).parent_path(), error))
+    Refuse(file + " can't be written: there is no such folder");
+}
+
+void Warn(std::string_view sentence)
+{
+  std::string text;
+  zp::AppendWide(text, ToWide(sentence));
+  PutWarning("%s", text.c_str());
+}
+
+}  // namespace servers

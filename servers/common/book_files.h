@@ -1,0 +1,25 @@
+// Names of workbooks' files, and what is wrong with one before it is opened or written.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace servers {
+
+// The host's full path of an inside one, in the bytes that the host has, without "." and "..".
+std::string HostPathOf(std::u16string_view path);
+
+// The inside path of a host's.
+std::u16string InsidePathOf(std::string const & file);
+
+// Refuses what is no file, or isn't there.
+void RequireFile(std::string const & file);
+
+// Refuses a file whose folder isn't there, and one that is.
+void RequireNewFile(std::string const & file);
+void RequireFolder(std::string const & file);
+
+// Advice for the user that no exception carries: a sentence in UTF-8.
+void Warn(std::string_view sentence);
+
+}  // namespace servers
