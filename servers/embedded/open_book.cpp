@@ -219,7 +219,7 @@ void OpenBook::SaveAs(std::u16string_view path)
   if (IsOf(file)) return Save();
   if (file.size() <= extension.size() ||
       !zp::EqualsNoCase(std::string_view(file).substr(file.size() - extension.size()), extension))
-    servers::Refuse(file + " doesn't end in .xlsx, the only format there is");
+    servers::Refuse(file + " can't be saved in another format than .xlsx");
   if (m_Owner.Find(file) != nullptr) servers::Refuse(file + " is the file of another open workbook");
   servers::RequireFolder(file);
   servers::RequireNewFile(file);

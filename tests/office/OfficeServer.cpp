@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -28,14 +29,9 @@ std::string commandLineOf(pid_t process)
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-COleVariant indexOf(int index)
-{
-  return COleVariant(static_cast<short>(index));
-}
-
 }  // namespace
 
-GPApplication & SharedOffice()
+GPApplication & OfficeServer::Application()
 {
   COleException problem;
   if (g_office.HasOLELink() == 0 && g_office.CreateDispatch("Zephlow.Office", &problem) == 0)
@@ -57,49 +53,28 @@ std::string OfficeServer::WhyNot() const
 
 void OfficeServer::MakeBook(CString const & fullName, std::vector<Sheet> const & sheets)
 {
-  GPWorkBook book = NewBook();
-  auto list = Attached<GPWorkSheets>(book.GetWorkSheets());
-  for (size_t i = sheets.size(); i-- > 0;) {
-    GPWorkSheet sheet = i + 1 == sheets.size() ? SheetOf(book, 1) : Attached<GPWorkSheet>(list.Add());
-    sheet.SetName(sheets[i].name.c_str());
-    for (auto const & [cell, value] : sheets[i].cells) Put(sheet, cell, value);
-  }
+  GPWorkBook book = FillBook(sheets);
   // In .xlsx the office keeps 15 digits of a number, in .xls all bits; and it knows a workbook by its content.
   CString const binary = fullName + ".xls";
   book.SaveAs(COleVariant(binary));
-  book.Close(indexOf(0));
+  book.Close(COleVariant(short{0}));
   std::string from, to;
   ToHostPath(binary.View(), from);
   ToHostPath(fullName.View(), to);
   std::filesystem::rename(from, to);
 }
 
-GPWorkBook NewBook()
+// .xls keeps no Booleans and one error for all, .ods and .xlsx 15 digits of a number.
+std::string OfficeServer::KeptIn(std::string const & extension, VARIANT const & value) const
 {
-  return Attached<GPWorkBook>(Attached<GPWorkBooks>(SharedOffice().GetWorkBooks()).Add());
-}
-
-GPWorkBook OpenBook(CString const & fullName)
-{
-  return Attached<GPWorkBook>(Attached<GPWorkBooks>(SharedOffice().GetWorkBooks()).Open(COleVariant(fullName)));
-}
-
-GPWorkSheet SheetOf(GPWorkBook & book, int index)
-{
-  return Attached<GPWorkSheet>(book.GetWorkSheet(indexOf(index)));
-}
-
-COleVariant ValueOf(GPWorkSheet & sheet, std::string const & cells)
-{
-  VARIANT value = Attached<GPRange>(sheet.GetCell(COleVariant(cells.c_str()))).GetValue();
-  COleVariant owned;
-  owned.Attach(value);
-  return owned;
-}
-
-void Put(GPWorkSheet & sheet, std::string const & cells, VARIANT const & value)
-{
-  Attached<GPRange>(sheet.GetCell(COleVariant(cells.c_str()))).SetValue(value);
+  if (extension == "xls") {
+    if (value.vt == VT_BOOL) return ShownValue(COleVariant(value.boolVal == VARIANT_TRUE ? 1.0 : 0.0));
+    return ShownValue(value.vt == VT_ERROR ? ErrorOf(2042) : COleVariant(value));
+  }
+  if (value.vt != VT_R8) return ShownValue(value);
+  char digits[64];
+  std::snprintf(digits, sizeof digits, "%.14e", value.dblVal);
+  return ShownValue(COleVariant(std::strtod(digits, nullptr)));
 }
 
 std::string SharedPipe()
@@ -122,20 +97,4 @@ std::vector<pid_t> ProcessesWith(std::string const & text)
     if (commandLineOf(std::stoi(name)).find(text) != std::string::npos) found.push_back(std::stoi(name));
   }
   return found;
-}
-
-std::string WhatIsTold(std::function<void()> const & call)
-{
-  try {
-    call();
-    return {};
-  } catch (COleDispatchException * told) {
-    zp::ExceptionGuard const guard(told);
-    return told->m_strDescription.GetString();
-  } catch (COleException * failed) {
-    zp::ExceptionGuard const guard(failed);
-    char text[16];
-    std::snprintf(text, sizeof text, "%08X", static_cast<unsigned>(failed->m_sc));
-    return text;
-  }
 }

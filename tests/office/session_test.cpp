@@ -10,6 +10,8 @@ namespace {
 INSTANTIATE_TEST_SUITE_P(Office, SessionSuite,
                          testing::Values(MakeSessionServer([] { return std::make_unique<OfficeServer>(); })));
 
+INSTANTIATE_TEST_SUITE_P(Office, BookSuite, testing::Values(MakeBookServer([] { return std::make_unique<OfficeServer>(); })));
+
 class OfficeSession : public SessionSuite {};
 INSTANTIATE_TEST_SUITE_P(Office, OfficeSession,
                          testing::Values(MakeSessionServer([] { return std::make_unique<OfficeServer>(); })));
