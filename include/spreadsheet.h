@@ -5,6 +5,8 @@
 // GPCell::GetColLabel and GetColIndex; labels go up to "ZZ".
 #pragma once
 
+#include <string_view>
+
 #include "foundation.h"
 #include "platform/automation.h"
 #include "platform/collections.h"
@@ -60,6 +62,15 @@ class ZP_API GPCell : public CObject {
   CString m_strName;
   COleVariant m_Value;
 };
+
+namespace zp {
+
+// An error value of a spreadsheet is a VT_ERROR whose code is this and a number: 2042 is "#N/A". Null, and 0, for what is none.
+inline constexpr HRESULT cellErrorBase = static_cast<HRESULT>(0x800A0000);
+ZP_API char const * CellErrorText(int number);
+ZP_API int CellErrorNumber(std::string_view text);
+
+}  // namespace zp
 
 // A block of cells, by the names of its first and last one, and a format for it.
 class ZP_API GPRangeFormat : public CObject {
@@ -186,6 +197,7 @@ class ZP_API GPApplication : public COleDispatchDriver {
 
   IDispatch * GetWorkBooks();
   IDispatch * GetWorkBook(tagVARIANT const & index);
+  void SetDisplayAlerts(int shown);  // 0: what the server would ask about, or refuse as dangerous, is done
 };
 
 // The session. Whoever fills an object's link tells by its result whether the object has one in the end. Names are compared

@@ -23,6 +23,7 @@ enum Member : DISPID {
   memberSaveAs = 0x011C,
   memberFullName = 0x0121,
   memberActivate = 0x0130,
+  memberDisplayAlerts = 0x0157,
   memberUsedRange = 0x019C,
   memberWorksheets = 0x01EE,
   memberWorkbooks = 0x023C,
@@ -282,4 +283,10 @@ IDispatch * GPApplication::GetWorkBooks()
 IDispatch * GPApplication::GetWorkBook(tagVARIANT const & index)
 {
   return objectOf(*this, memberWorkbooks, DISPATCH_PROPERTYGET, index);
+}
+
+void GPApplication::SetDisplayAlerts(int shown)
+{
+  COleVariant const value(static_cast<short>(shown != 0), VT_BOOL);
+  InvokeHelper(memberDisplayAlerts, DISPATCH_PROPERTYPUT, VT_EMPTY, nullptr, variantParameter, &value);
 }

@@ -18,7 +18,7 @@ namespace {
 using AddFamily = void (*)(CLI::App & app, int & status);
 
 constexpr AddFamily familyTable[] = {
-    AddStoreCommands, AddSettingsCommands, AddTextCommands, AddDrawingCommands, AddViewCommands,
+    AddStoreCommands, AddSettingsCommands, AddTextCommands, AddDrawingCommands, AddViewCommands, AddSheetCommands,
 };
 
 int fail(std::string const & line, int status)

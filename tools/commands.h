@@ -39,6 +39,7 @@ void AddSettingsCommands(CLI::App & app, int & status);
 void AddTextCommands(CLI::App & app, int & status);
 void AddDrawingCommands(CLI::App & app, int & status);
 void AddViewCommands(CLI::App & app, int & status);
+void AddSheetCommands(CLI::App & app, int & status);
 
 // All of them, with the program's name and version.
 void AddCommands(CLI::App & app, int & status);

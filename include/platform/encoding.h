@@ -20,4 +20,9 @@ ZP_API std::u16string TextToWide(std::string_view text);
 ZP_API bool Utf8ToText(std::string_view utf8, CString & text);
 ZP_API std::string TextToUtf8(std::string_view text);
 
+// Between the outside's two forms, with all characters that there are. Malformed UTF-8 gives false and leaves wide alone; half of
+// a pair that stands alone becomes U+FFFD.
+ZP_API bool Utf8ToWide(std::string_view utf8, std::u16string & wide);
+ZP_API void AppendUtf8(std::string & out, std::u16string_view wide);
+
 }  // namespace zp

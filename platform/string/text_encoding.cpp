@@ -15,6 +15,12 @@ constexpr char16_t high[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0
                                0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
                                0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
+constexpr char32_t firstPair = 0x10000;
+constexpr char32_t firstHalf = 0xD800;
+constexpr char32_t secondHalf = 0xDC00;
+constexpr char32_t behindHalves = 0xE000;
+constexpr char32_t replacement = 0xFFFD;
+
 char32_t codePointOf(BYTE byte)
 {
   return byte >= 0x80 && byte < 0xA0 ? high[byte - 0x80] : byte;
@@ -42,7 +48,19 @@ bool takeCodePoint(std::string_view & text, char32_t & point)
   }
   text.remove_prefix(static_cast<size_t>(extra) + 1);
   constexpr char32_t smallest[] = {0, 0x80, 0x800, 0x10000};
-  return point >= smallest[extra] && !(point >= 0xD800 && point <= 0xDFFF) && point <= 0x10FFFF;
+  return point >= smallest[extra] && !(point >= firstHalf && point < behindHalves) && point <= 0x10FFFF;
+}
+
+// Takes one character off the front of text.
+char32_t takeWide(std::u16string_view & text)
+{
+  char32_t const first = text.front();
+  text.remove_prefix(1);
+  if (first < firstHalf || first >= behindHalves) return first;
+  if (first >= secondHalf || text.empty() || text.front() < secondHalf || text.front() >= behindHalves) return replacement;
+  char32_t const second = text.front();
+  text.remove_prefix(1);
+  return firstPair + ((first - firstHalf) << 10) + (second - secondHalf);
 }
 
 void appendUtf8(std::string & out, char32_t point)
@@ -53,7 +71,8 @@ void appendUtf8(std::string & out, char32_t point)
     out += static_cast<char>(0xC0 | (point >> 6));
     out += static_cast<char>(0x80 | (point & 0x3F));
   } else {
-    out += static_cast<char>(0xE0 | (point >> 12));
+    if (point >= firstPair) out += static_cast<char>(0xF0 | (point >> 18));
+    out += static_cast<char>(point >= firstPair ? 0x80 | ((point >> 12) & 0x3F) : 0xE0 | (point >> 12));
     out += static_cast<char>(0x80 | ((point >> 6) & 0x3F));
     out += static_cast<char>(0x80 | (point & 0x3F));
   }
@@ -99,6 +118,25 @@ std::string TextToUtf8(std::string_view text)
   utf8.reserve(text.size());
   for (char const c : text) appendUtf8(utf8, codePointOf(static_cast<BYTE>(c)));
   return utf8;
+}
+
+bool Utf8ToWide(std::string_view utf8, std::u16string & wide)
+{
+  std::u16string read;
+  read.reserve(utf8.size());
+  while (!utf8.empty()) {
+    char32_t point;
+    if (!takeCodePoint(utf8, point)) return false;
+    if (point >= firstPair) read += static_cast<char16_t>(firstHalf + ((point - firstPair) >> 10));
+    read += static_cast<char16_t>(point >= firstPair ? secondHalf + ((point - firstPair) & 0x3FF) : point);
+  }
+  wide = std::move(read);
+  return true;
+}
+
+void AppendUtf8(std::string & out, std::u16string_view wide)
+{
+  while (!wide.empty()) appendUtf8(out, takeWide(wide));
 }
 
 }  // namespace zp

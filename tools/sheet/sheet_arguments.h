@@ -1,0 +1,24 @@
+// What the commands on workbooks share: their arguments, and the end of a server's refusals.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "tools/commands.h"
+
+struct SheetArguments {
+  void AddBook(CLI::App & command);  // and the server
+  void AddJson(CLI::App & command);
+  void AddDrop(CLI::App & command);
+
+  std::string book;
+  std::string server;
+  bool json = false;
+  bool drop = false;
+};
+
+void AddServerOption(CLI::App & command, std::string & server);
+void AddDropOption(CLI::App & command, bool & drop);
+
+// Does the work; what the server tells with a sentence becomes a Failure of that.
+ExitStatus Told(std::function<void()> const & work);

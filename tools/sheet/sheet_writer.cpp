@@ -1,0 +1,84 @@
+// Rows on their way into a worksheet.
+
+#include "tools/sheet/sheet_writer.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "tools/program.h"
+#include "tools/sheet/cell_text.h"
+
+namespace {
+
+constexpr size_t cellsAtOnce = 1 << 16;
+
+COleVariant makeBlock(size_t rows, size_t columns)
+{
+  SAFEARRAYBOUND const bounds[] = {{static_cast<DWORD>(rows), 1}, {static_cast<DWORD>(columns), 1}};
+  COleVariant block;
+  block.parray = SafeArrayCreate(VT_VARIANT, 2, bounds);
+  if (block.parray == nullptr) throw std::bad_alloc();
+  block.vt = VT_ARRAY | VT_VARIANT;
+  return block;
+}
+
+}  // namespace
+
+void SheetWriter::Add(std::vector<COleVariant> row)
+{
+  if (m_nRows == mostRows) throw Failure(fmt::format("a sheet has no more than {} rows; part the table", mostRows));
+  if (row.size() > static_cast<size_t>(mostColumns))
+    throw Failure(fmt::format("a sheet has no more than {} columns; part the table", mostColumns));
+  ++m_nRows;
+  m_nColumns = std::max(m_nColumns, static_cast<int>(row.size()));
+  for (size_t column = 0; column < row.size(); ++column)
+    m_nFingerprint += Fingerprint(static_cast<uint64_t>(m_nRows), column + 1, row[column]);
+  m_nWaiting += row.size() + 1;
+  m_Waiting.push_back(std::move(row));
+  if (m_nWaiting >= cellsAtOnce) Flush();
+}
+
+void SheetWriter::Finish()
+{
+  if (!m_Waiting.empty()) Flush();
+}
+
+void SheetWriter::Flush()
+{
+  size_t columns = 1;
+  for (auto const & row : m_Waiting) columns = std::max(columns, row.size());
+  COleVariant block = makeBlock(m_Waiting.size(), columns);
+  auto * const cells = static_cast<VARIANT *>(block.parray->pvData);
+  for (size_t row = 0; row < m_Waiting.size(); ++row)
+    for (size_t column = 0; column < m_Waiting[row].size(); ++column)
+      cells[column * m_Waiting.size() + row] = m_Waiting[row][column].Detach();
+  CellBlock const place = {m_nRows - static_cast<int>(m_Waiting.size()) + 1, 1, m_nRows, static_cast<int>(columns)};
+  std::string const name = NameOfBlock(place);
+  Attached<GPRange>(m_Sheet.GetCell(COleVariant(name.c_str()))).SetValue(block);
+  m_Waiting.clear();
+  m_nWaiting = 0;
+}
+
+bool SheetWriter::IsIn(GPWorkSheet & sheet) const
+{
+  uint64_t found = 0;
+  CellBlock const used = UsedBlock(sheet);
+  auto row = static_cast<uint64_t>(used.firstRow);
+  ForEachRow(sheet, used, [&](RowValues const & values) {
+    for (size_t i = 0; i < values.Count(); ++i) found += Fingerprint(row, static_cast<uint64_t>(used.firstColumn) + i, values[i]);
+    ++row;
+  });
+  return found == m_nFingerprint;
+}
+
+void RequireWritten(SpreadsheetLink & server, std::string const & book, std::string const & sheet, SheetWriter const & writer)
+{
+  WorkbookLink saved(server, book, WorkbookLink::Source::File);
+  GPWorkSheet written = saved.FindWorksheet(sheet);
+  if (writer.IsIn(written)) return;
+  throw Failure(
+      fmt::format("{}: was written, but the sheet \"{}\" doesn't give all values back as they were; the spreadsheet server "
+                  "keeps fewer digits of a number",
+                  book, sheet));
+}

@@ -1,0 +1,37 @@
+// Puts rows of values into a new worksheet, some rows at a time, and looks afterwards whether they are there.
+#pragma once
+
+#include <vector>
+
+#include "tools/sheet/cell_block.h"
+#include "tools/sheet/workbook_link.h"
+
+class SheetWriter {
+ public:
+  explicit SheetWriter(GPWorkSheet sheet) : m_Sheet(std::move(sheet)) {}
+
+  // The next row, from column A on. Raises Failure for more rows or columns than a sheet has.
+  void Add(std::vector<COleVariant> row);
+
+  // Puts what is left.
+  void Finish();
+
+  int CountRows() const { return m_nRows; }
+  int CountColumns() const { return m_nColumns; }
+
+  // Whether a worksheet holds what was put, bit for bit, and nothing else.
+  bool IsIn(GPWorkSheet & sheet) const;
+
+ private:
+  void Flush();
+
+  GPWorkSheet m_Sheet;
+  std::vector<std::vector<COleVariant>> m_Waiting;
+  size_t m_nWaiting = 0;  // cells
+  int m_nRows = 0;
+  int m_nColumns = 0;  // of the longest row
+  uint64_t m_nFingerprint = 0;
+};
+
+// Looks into a saved workbook. Raises Failure where a sheet doesn't hold what was put.
+void RequireWritten(SpreadsheetLink & server, std::string const & book, std::string const & sheet, SheetWriter const & writer);
