@@ -74,11 +74,11 @@ class Spreadsheet {
   virtual std::shared_ptr<Book> AddBook() = 0;
   virtual std::shared_ptr<Book> OpenBook(std::u16string_view path) = 0;  // the open one, if it is open
 
-  // Called before each member of each object is carried out; isReading tells those that only look at cells.
-  virtual void Enter(bool isReading) = 0;
+  // Called before each member of each object is carried out; the flag tells those that only look at cells.
+  virtual void Enter(bool) {}
 
   // What to tell of an exception that is being handled and is none of those that every server has.
-  virtual HRESULT TellCurrent(EXCEPINFO * record) = 0;
+  virtual HRESULT TellCurrent(EXCEPINFO *) { return E_FAIL; }
 
   // Whether what is dangerous is refused.
   bool GetAlerts() const { return m_bAlerts; }

@@ -6,7 +6,6 @@
 #include <zpbase/platform/ascii.h>
 
 #include "servers/common/book_files.h"
-#include "servers/common/failure.h"
 #include "servers/common/wide_text.h"
 #include "servers/embedded/cell_text.h"
 #include "servers/embedded/limits.h"
@@ -200,7 +199,7 @@ void OpenBook::RequireKept() const
 void OpenBook::Write(std::string const & file)
 {
   if (!m_pContent->unkept.IsEmpty()) servers::Warn(file + " is written without " + listed(m_pContent->unkept));
-  WriteWorkbook(*m_pContent, file);
+  OnFile(file, [&] { WriteWorkbook(*m_pContent, file); });
   m_pContent->unkept = UnkeptList();
 }
 

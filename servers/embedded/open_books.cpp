@@ -1,12 +1,10 @@
-// Opening workbooks, and what is told of failures.
+// Opening workbooks, and finding those that are open.
 
 #include "servers/embedded/open_books.h"
 
 #include <algorithm>
 
 #include "servers/common/book_files.h"
-#include "servers/common/failure.h"
-#include "servers/embedded/failure.h"
 #include "servers/embedded/workbook_reader.h"
 
 namespace embedded {
@@ -51,19 +49,9 @@ std::shared_ptr<servers::Book> Workbooks::OpenBook(std::u16string_view path)
   std::string const file = servers::HostPathOf(path);
   if (auto const open = Find(file); open != nullptr) return open;
   servers::RequireFile(file);
-  m_Books.push_back(std::make_shared<embedded::OpenBook>(*this, ReadWorkbook(file), file, true));
+  Workbook content = OnFile(file, [&] { return ReadWorkbook(file); });
+  m_Books.push_back(std::make_shared<embedded::OpenBook>(*this, std::move(content), file, true));
   return m_Books.back();
-}
-
-HRESULT Workbooks::TellCurrent(EXCEPINFO * record)
-{
-  try {
-    throw;
-  } catch (BookFailure const & failure) {
-    return servers::TellSentence(*this, record, failure.what());
-  } catch (...) {
-    return E_FAIL;
-  }
 }
 
 std::shared_ptr<embedded::OpenBook> Workbooks::Find(std::string const & file) const

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "servers/common/failure.h"
 #include "servers/common/model.h"
+#include "servers/embedded/failure.h"
 #include "servers/embedded/workbook.h"
 
 namespace embedded {
@@ -23,8 +25,6 @@ class Workbooks : public servers::Spreadsheet {
   std::shared_ptr<servers::Book> GetBook(size_t index) override;
   std::shared_ptr<servers::Book> AddBook() override;
   std::shared_ptr<servers::Book> OpenBook(std::u16string_view path) override;
-  void Enter(bool) override {}
-  HRESULT TellCurrent(EXCEPINFO * record) override;
 
   // The open workbook of a file, or null.
   std::shared_ptr<embedded::OpenBook> Find(std::string const & file) const;
@@ -73,5 +73,16 @@ class OpenBook : public servers::Book, public std::enable_shared_from_this<OpenB
   std::string m_strFile;
   bool m_bHasFile;
 };
+
+// Does the work on a file; why it fails is refused with the file's name in front.
+template <class Work>
+auto OnFile(std::string const & file, Work const & work)
+{
+  try {
+    return work();
+  } catch (BookFailure const & failure) {
+    servers::Refuse(file + ": " + failure.what());
+  }
+}
 
 }  // namespace embedded

@@ -126,12 +126,19 @@ bool ComponentTable::Add(int id, std::span<BYTE const> bytes)
   return isTold;
 }
 
+std::vector<Column const *> ComponentTable::GetColumns() const
+{
+  std::vector<Column const *> columns = {&AllColumns().front()};
+  for (size_t i = 1; i < m_Used.size(); ++i) {
+    if (m_Used[i]) columns.push_back(&AllColumns()[i]);
+  }
+  return columns;
+}
+
 std::vector<std::string_view> ComponentTable::GetHead() const
 {
-  std::vector<std::string_view> names = {AllColumns().front().name};
-  for (size_t i = 1; i < m_Used.size(); ++i) {
-    if (m_Used[i]) names.emplace_back(AllColumns()[i].name);
-  }
+  std::vector<std::string_view> names;
+  for (Column const * column : GetColumns()) names.emplace_back(column->name);
   return names;
 }
 

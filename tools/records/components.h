@@ -24,13 +24,16 @@ struct Component {
 void ReadComponents(std::istream & input, std::string const & name,
                     std::function<void(Component const & component)> const & take);
 
+struct Column;
+
 // Rows of a table to be written; only the cells that aren't blank take memory.
 class ComponentTable {
  public:
   // False for a record that a table can't give back bit for bit.
   bool Add(int id, std::span<BYTE const> bytes);
 
-  // The names of the columns that are used, and the rows with a field for each.
+  // The columns that are used, their names, and the rows with a field for each.
+  std::vector<Column const *> GetColumns() const;
   std::vector<std::string_view> GetHead() const;
   void ForEachRow(std::function<void(std::vector<std::string_view> const & fields)> const & take) const;
 

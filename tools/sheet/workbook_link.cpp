@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include <fmt/format.h>
 #include <zpbase/config.h>

@@ -20,6 +20,7 @@
 #include "tools/records/json_text.h"
 #include "tools/records/json_values.h"
 #include "tools/records/payload.h"
+#include "tools/sheet/component_sheets.h"
 #include "tools/store/store_check.h"
 #include "tools/store/store_copy.h"
 #include "tools/store/store_writer.h"
@@ -259,13 +260,19 @@ size_t exportJson(StoredRecords & source, Pass const & pass)
   return left;
 }
 
-size_t exportTable(StoredRecords const & source, StoreNames const & names, Pass const & pass)
+// The result is how many records were left out.
+size_t fillTable(ComponentTable & table, StoredRecords const & source, StoreNames const & names)
 {
-  ComponentTable table;
-  size_t const left = source.ForEach("exporting", [&](int id, std::vector<BYTE> const & bytes) {
+  return source.ForEach("exporting", [&](int id, std::vector<BYTE> const & bytes) {
     if (table.Add(id, bytes)) return;
     throw Failure(fmt::format("{}: record {} is no component that a table can tell; export with --json", names.record, id));
   });
+}
+
+size_t exportTable(StoredRecords const & source, StoreNames const & names, Pass const & pass)
+{
+  ComponentTable table;
+  size_t const left = fillTable(table, source, names);
   pass(CsvLine(table.GetHead()));
   table.ForEachRow([&](std::vector<std::string_view> const & fields) { pass(CsvLine(fields)); });
   return left;
@@ -273,19 +280,26 @@ size_t exportTable(StoredRecords const & source, StoreNames const & names, Pass 
 
 struct ExportCommand : StoreArguments {
   static constexpr char const * name = "export";
-  static constexpr char const * help = "Write components as a CSV table, or with --json all records without loss";
+  static constexpr char const * help =
+      "Write components as a CSV table or into a workbook, or with --json all records without loss";
   static constexpr char const * example = "zp store export job components.csv";
 
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("FILE", file, "File to write, - for standard output");
+    auto * const output = command.add_option("FILE", file, "File to write, - for standard output");
     command.add_flag("--skip", skip, "End with 0 although records were left out");
+    command.add_option("--sheet", workbook.book, "Put two new sheets, constants and correlations, into this workbook")
+        ->excludes(output)
+        ->excludes(command.get_option("--json"));
+    AddServerOption(command, workbook.server);
+    AddDropOption(command, workbook.drop);
   }
 
   ExitStatus Run() const
   {
     StoreNames const names = GetNames();
+    if (!workbook.book.empty()) return ExportToWorkbook(names);
     RequireOtherFile(names, file);
     StoredRecords records(names);
     OutputFile output(file);
@@ -295,8 +309,19 @@ struct ExportCommand : StoreArguments {
     return EndOfReading(records, left, skip);
   }
 
+  ExitStatus ExportToWorkbook(StoreNames const & names) const
+  {
+    RequireOtherFile(names, workbook.book);
+    StoredRecords records(names);
+    ComponentTable table;
+    size_t const left = fillTable(table, records, names);
+    Told([&] { WriteComponentSheets(table, workbook); });
+    return EndOfReading(records, left, skip);
+  }
+
   std::string file = "-";
   bool skip = false;
+  SheetArguments workbook;
 };
 
 }  // namespace

@@ -1,0 +1,104 @@
+// Rows of components on their way into a workbook.
+
+#include "tools/sheet/component_sheets.h"
+
+#include <charconv>
+
+#include <fmt/format.h>
+
+#include "tools/program.h"
+#include "tools/records/component_columns.h"
+#include "tools/sheet/sheet_writer.h"
+
+namespace {
+
+constexpr char const * constantsName = "Constants";
+constexpr char const * correlationsName = "Correlations";
+
+bool isCorrelation(Column const & column)
+{
+  return column.meaning != nullptr && (column.meaning->kind == DataKind::Floats || column.meaning->kind == DataKind::Equation);
+}
+
+bool isName(Column const & column)
+{
+  return column.meaning == nullptr || column.name == "name";
+}
+
+// "critical temperature [K]", "vapour pressure [Pa] A".
+std::string headOf(Column const & column)
+{
+  if (column.meaning == nullptr) return column.name;
+  std::string head = column.meaning->label;
+  if (*column.meaning->unit != '\0') head += fmt::format(" [{}]", column.meaning->unit);
+  if (!isCorrelation(column)) return head;
+  return head + " " + (column.part == equationPart ? "equation" : CoefficientName(column.part));
+}
+
+// Names and numbers of registries stay texts, whatever they look like.
+COleVariant valueOf(Column const & column, std::string_view field)
+{
+  if (field.empty()) return {};
+  double number = 0.0;
+  bool const isText =
+      column.meaning != nullptr && (column.meaning->kind == DataKind::Text || column.meaning->kind == DataKind::Groups);
+  if (!isText && std::from_chars(field.data(), field.data() + field.size(), number).ec == std::errc()) return COleVariant(number);
+  return TextVariant(field);
+}
+
+// One of the sheets: which of the table's columns it has.
+class ComponentSheet {
+ public:
+  ComponentSheet(WorkbookLink & workbook, char const * name, std::vector<Column const *> const & columns, bool ofCorrelations)
+      : m_Writer(workbook.AddWorksheet(name))
+  {
+    std::vector<COleVariant> heads;
+    for (size_t i = 0; i < columns.size(); ++i) {
+      if (!isName(*columns[i]) && isCorrelation(*columns[i]) != ofCorrelations) continue;
+      m_Columns.emplace_back(i, columns[i]);
+      heads.push_back(TextVariant(headOf(*columns[i])));
+    }
+    m_Writer.Add(std::move(heads));
+  }
+
+  void Add(std::vector<std::string_view> const & fields)
+  {
+    std::vector<COleVariant> values;
+    values.reserve(m_Columns.size());
+    for (auto const & [index, column] : m_Columns) values.push_back(valueOf(*column, fields[index]));
+    m_Writer.Add(std::move(values));
+  }
+
+  SheetWriter & GetWriter() { return m_Writer; }
+
+ private:
+  SheetWriter m_Writer;
+  std::vector<std::pair<size_t, Column const *>> m_Columns;
+};
+
+}  // namespace
+
+void WriteComponentSheets(ComponentTable const & table, SheetArguments const & where)
+{
+  SpreadsheetLink link(where.server);
+  if (where.drop) link.AllowLoss();
+  auto const written = [&] {
+    WorkbookLink workbook(link, where.book, WorkbookLink::Source::FileOrNew);
+    // New sheets come in front.
+    ComponentSheet correlations(workbook, correlationsName, table.GetColumns(), true);
+    ComponentSheet constants(workbook, constantsName, table.GetColumns(), false);
+    table.ForEachRow([&](std::vector<std::string_view> const & fields) {
+      constants.Add(fields);
+      correlations.Add(fields);
+    });
+    constants.GetWriter().Finish();
+    correlations.GetWriter().Finish();
+    workbook.Save();
+    return std::pair(constants.GetWriter(), correlations.GetWriter());
+  }();
+  RequireWritten(link, where.book, constantsName, written.first);
+  RequireWritten(link, where.book, correlationsName, written.second);
+  PrintShown(fmt::format("{} in the new sheets \"{}\" and \"{}\" of {}\n",
+                         Counted(static_cast<unsigned>(written.first.CountRows() - 1), "component"), constantsName,
+                         correlationsName, where.book));
+}
