@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include <fmt/format.h>
+#include <zpbase/platform/number_text.h>
 
 #include "tools/program.h"
 #include "tools/records/component_columns.h"
@@ -35,15 +36,26 @@ std::string headOf(Column const & column)
   return head + " " + (column.part == equationPart ? "equation" : CoefficientName(column.part));
 }
 
-// Names and numbers of registries stay texts, whatever they look like.
+// The table tells a 32-bit number with nine digits; a sheet shows all that it has, so it gets the fewest that tell it.
+double shortestOf(std::string_view field)
+{
+  float held = 0.0F;
+  std::from_chars(field.data(), field.data() + field.size(), held);
+  char digits[32];
+  char const * const end = std::to_chars(digits, digits + sizeof digits, held).ptr;
+  double number = 0.0;
+  std::from_chars(digits, end, number);
+  return number;
+}
+
+// Texts stay texts, whatever they look like.
 COleVariant valueOf(Column const & column, std::string_view field)
 {
   if (field.empty()) return {};
-  double number = 0.0;
-  bool const isText =
-      column.meaning != nullptr && (column.meaning->kind == DataKind::Text || column.meaning->kind == DataKind::Groups);
-  if (!isText && std::from_chars(field.data(), field.data() + field.size(), number).ec == std::errc()) return COleVariant(number);
-  return TextVariant(field);
+  bool const isWhole = column.meaning == nullptr || column.part == equationPart;
+  if (isWhole) return COleVariant(zp::TextToDouble(field));
+  bool const isText = column.meaning->kind == DataKind::Text || column.meaning->kind == DataKind::Groups;
+  return isText ? TextVariant(field) : COleVariant(shortestOf(field));
 }
 
 // One of the sheets: which of the table's columns it has.
