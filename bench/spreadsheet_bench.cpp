@@ -1,5 +1,5 @@
 // Late-bound calls, and the scan of a worksheet's 5,000 cells, on the least server that there can be; beside the scan its limit,
-// the same calls of Invoke alone. What a real server takes for its answers comes on top.
+// the same calls of Invoke alone. What a real server takes for its answers comes on top: the embedded one is there too.
 
 #include <benchmark/benchmark.h>
 
@@ -60,6 +60,48 @@ void scan(benchmark::State & state)
   perCell(state);
 }
 BENCHMARK(scan)->Unit(benchmark::kMillisecond);
+
+// A worksheet of the embedded server with numbers and texts and gaps between them.
+class Sample {
+ public:
+  Sample()
+  {
+    if (m_Application.CreateDispatch("Zephlow.Workbooks") == 0) return;
+    GPWorkBooks books;
+    books.AttachDispatch(m_Application.GetWorkBooks());
+    m_Book.AttachDispatch(books.Add());
+    m_Sheet.m_Link.AttachDispatch(m_Book.GetWorkSheet(COleVariant(1)));
+    for (int cell = 0; cell < cellCount; ++cell) {
+      GPCell const place(cell % 100, cell / 100 + 1);
+      if (cell % 3 == 0) Put(place, COleVariant(cell / 7.0));
+      if (cell % 3 == 1) Put(place, COleVariant("Text of a cell"));
+    }
+  }
+
+  GPExcelWorkSheet m_Sheet{"Sample"};
+
+ private:
+  void Put(GPCell cell, COleVariant const & value)
+  {
+    GPRange range;
+    range.AttachDispatch(m_Sheet.m_Link.GetCell(COleVariant(cell.GetName())));
+    range.SetValue(value);
+  }
+
+  GPApplication m_Application;
+  GPWorkBook m_Book;
+};
+
+void scanOfEmbeddedServer(benchmark::State & state)
+{
+  Sample sample;
+  if (sample.m_Sheet.m_Link.HasOLELink() == 0) return state.SkipWithError("the embedded server is not built");
+  for (auto _ : state) {
+    if (sample.m_Sheet.EnumRanges(&GPExcelWorkSheet::ProcessRanges, "Book1") != cellCount) state.SkipWithError("cells were missed");
+  }
+  perCell(state);
+}
+BENCHMARK(scanOfEmbeddedServer)->Unit(benchmark::kMillisecond);
 
 void invokeAlone(benchmark::State & state)
 {

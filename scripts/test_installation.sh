@@ -52,6 +52,13 @@ use() {
   done
 }
 
+# The installed program finds the servers of spreadsheets beside the library.
+workbook() {
+  (cd "$work" && rm -f book.xlsx && env -u ZP_SERVERS "$1" sheet write book.xlsx Data table.csv &&
+    env -u ZP_SERVERS "$1" sheet list book.xlsx)
+}
+
+printf 'T/K,p/kPa\n298.15,3.1698\n' >"$work/table.csv"
 others=()
 modules=()
 [ -e /usr/include/curses.h ] && others+=(curses.h)
@@ -63,6 +70,7 @@ cmake --build "$build" >/dev/null
 cmake --install "$build" --prefix "$work/first" >/dev/null
 mv "$work/first" "$work/moved"
 "$work/moved/bin/zp" --version
+workbook "$work/moved/bin/zp"
 libraries=$(dirname "$(find "$work/moved" -name 'libzpbase.*' -not -type l | head -n 1)")
 use "$libraries" "$work/moved/include"
 if nm -D --defined-only "$libraries/libzpbase.so" | grep -E ' _ZN?K?St'; then
@@ -77,5 +85,6 @@ cmake "${absolute[@]}" "$build" >/dev/null
 cmake --build "$build" >/dev/null
 cmake --install "$build" --prefix "$work/other" >/dev/null
 "$work/other/bin/zp" --version
+workbook "$work/other/bin/zp"
 use "$work/own/libraries" "$work/own/headers"
 echo "The installation works, moved and with absolute folders."

@@ -1,0 +1,120 @@
+// zp sheet and zp store export --sheet: whole outputs, and the state of the files.
+
+#include <gtest/gtest.h>
+
+#include "tests/embedded/stored_package.h"
+#include "tests/support/RunProgram.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+constexpr char const * table =
+    "name,value,flag\nWater,0.30000000000000004,TRUE\n\"a \"\"q\"\", b\",007,\"#N/A\"\n,-1e-300,\n"
+    "\xD0\x96\xF0\x9F\x98\x80,12345678901234567890,FALSE\n";
+
+class SheetTool : public testing::Test {
+ protected:
+  // Standard output, or what is told behind the exit status.
+  std::string Run(std::string const & arguments, std::string const & input = "") const
+  {
+    ProgramRun const run = RunZp(m_Folder.Path(), arguments, input);
+    if (run.status == 0) EXPECT_EQ(run.err, "") << arguments;
+    return run.status == 0 ? run.out : std::to_string(run.status) + " " + run.err;
+  }
+
+  std::string Path(char const * file) const { return (m_Folder.Path() / file).string(); }
+
+  TempFolder m_Folder;
+};
+
+TEST_F(SheetTool, PutsATableIntoANewSheetAndReadsItBack)
+{
+  m_Folder.Write("t.csv", table);
+  EXPECT_EQ(Run("sheet write b.xlsx Data t.csv"), "5 rows of up to 3 columns in the new sheet \"Data\" of b.xlsx\n");
+  EXPECT_EQ(Run("sheet read b.xlsx data"), table);
+  EXPECT_EQ(Run("sheet read b.xlsx Data"), Run("sheet read b.xlsx Data A1:C5 --server zephlow.workbooks"));
+  EXPECT_EQ(
+      Run("sheet read b.xlsx Data b4:A2 --json"),
+      "{\"sheet\":\"Data\",\"block\":\"A2:B4\",\"rows\":[\n [\"Water\",0.30000000000000004],\n [\"a \\\"q\\\", b\",\"007\"],\n "
+      "[null,-1e-300]\n]}\n");
+  EXPECT_EQ(Run("sheet read b.xlsx Data ZZ1:AAA2"), ",\n,\n");
+  EXPECT_EQ(Run("sheet write b.xlsx \xD0\x96 -", "1\n\n\"\"\n2,x\n"),
+            "3 rows of up to 2 columns in the new sheet \"\xD0\x96\" of b.xlsx\n");
+  EXPECT_EQ(Run("sheet chart b.xlsx Profile"), "the new chart \"Profile\" of b.xlsx\n");
+  EXPECT_EQ(Run("sheet list b.xlsx"),
+            "worksheet  \xD0\x96                                A1:B3\nworksheet  Data                             A1:C5\n"
+            "chart      Profile\n");
+}
+
+TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
+{
+  m_Folder.Write("t.csv", table);
+  Run("sheet write b.xlsx Data t.csv");
+  std::string const bytes = m_Folder.Read("b.xlsx");
+  struct Row {
+    char const * arguments;
+    std::string told;
+    char const * input = "";
+  };
+  for (Row const & row : {
+           Row{"sheet write b.xlsx DATA t.csv", "1 zp: b.xlsx: there is a sheet \"DATA\" already; name another one\n"},
+           Row{"sheet write b.xlsx a:b t.csv",
+               "1 zp: \"a:b\": no sheet can have this name; take 1 to 31 characters without : \\ / ? * [ ]\n"},
+           Row{"sheet write b.xlsx New -", "1 zp: standard input: line 2: \"\\xE9\": is no UTF-8\n", "1\n\xE9\n"},
+           Row{"sheet write b.xlsx New none.csv", "1 zp: none.csv: can't be opened: No such file or directory; check the name\n"},
+           Row{"sheet read b.xlsx Other", "1 zp: b.xlsx: there is no worksheet \"Other\"; see zp sheet list\n"},
+           Row{"sheet read b.xlsx Data A0", "2 zp: \"A0\": a block is a cell, or two with a colon between, such as A1:CV50\n"},
+           Row{"sheet list t.csv", "1 zp: " + Path("t.csv") + ": The file is no .xlsx file: it is no zip archive\n"},
+           Row{"sheet list none.xlsx", "1 zp: " + Path("none.xlsx") + " can't be opened: No such file or directory\n"},
+           Row{"sheet write new.ods S t.csv", "1 zp: " + Path("new.ods") + " can't be saved in another format than .xlsx\n"},
+           Row{"sheet list b.xlsx --server None.Such",
+               "1 zp: there is no spreadsheet server \"None.Such\"; name one with --server, such as Zephlow.Workbooks\n"},
+       }) {
+    EXPECT_EQ(Run(row.arguments, row.input), row.told);
+    EXPECT_EQ(m_Folder.Read("b.xlsx"), bytes) << row.arguments;
+  }
+  EXPECT_FALSE(m_Folder.Has("new.ods"));
+}
+
+TEST_F(SheetTool, OverwritesWhatItCannotKeepOnlyWhenAsked)
+{
+  StoredPackage package = MakeBookPackage(
+      "<worksheet "
+      "xmlns='http://schemas.openxmlformats.org/spreadsheetml/2006/main'><sheetData><row><c><f>1+1</f><v>2</v></c></row>"
+      "</sheetData></worksheet>",
+      "");
+  package.Add("xl/vbaProject.bin", "x");
+  std::string const bytes = package.Finish();
+  m_Folder.Write("b.xlsx", bytes);
+  EXPECT_EQ(
+      Run("sheet write b.xlsx New -", "1\n"),
+      "1 zp: " + Path("b.xlsx") +
+          " would lose formulas (their values stay), macros: save the workbook under another name, or turn the alerts off\n");
+  EXPECT_EQ(m_Folder.Read("b.xlsx"), bytes);
+  EXPECT_EQ(Run("sheet write b.xlsx New - --drop", "1\n"), "1 row of up to 1 column in the new sheet \"New\" of b.xlsx\n");
+  EXPECT_EQ(Run("sheet read b.xlsx Data"), "2\n");
+  EXPECT_EQ(Run("sheet write b.xlsx Newer -", "2\n"), "1 row of up to 1 column in the new sheet \"Newer\" of b.xlsx\n");
+}
+
+TEST_F(SheetTool, ExportsComponentsWithUnits)
+{
+  Run("store import demo -",
+      "id,name,tc_K,omega,antoine_A,antoine_B,antoine_C,rho_liq_eq,rho_liq_A,unifac_groups\n1,1e5,647.14,0.344,20.5,1.5,-0.25,,,"
+      "\n"
+      "70000,Water,,,,,,105,5.459,16:1\n");
+  EXPECT_EQ(Run("store export demo --sheet c.xlsx"),
+            "2 components in the new sheets \"Constants\" and \"Correlations\" of c.xlsx\n");
+  EXPECT_EQ(Run("sheet read c.xlsx Constants"),
+            "id,name,critical temperature [K],acentric factor,UNIFAC groups\n1,1e5,647.14,0.344,\n70000,Water,,,16:1\n");
+  EXPECT_EQ(Run("sheet read c.xlsx Constants B2 --json"),
+            "{\"sheet\":\"Constants\",\"block\":\"B2\",\"rows\":[\n [\"1e5\"]\n]}\n");
+  EXPECT_EQ(Run("sheet read c.xlsx Correlations"),
+            "id,name,vapour pressure [Pa] A,vapour pressure [Pa] B,vapour pressure [Pa] C,liquid density [kmol/m3] equation,"
+            "liquid density [kmol/m3] A\n1,1e5,20.5,1.5,-0.25,,\n70000,Water,,,,105,5.459\n");
+  std::string const bytes = m_Folder.Read("c.xlsx");
+  EXPECT_EQ(Run("store export demo --sheet c.xlsx"),
+            "1 zp: c.xlsx: there is a sheet \"Correlations\" already; name another one\n");
+  EXPECT_EQ(m_Folder.Read("c.xlsx"), bytes);
+}
+
+}  // namespace
