@@ -1,4 +1,6 @@
+// The names of cells and blocks that all servers have, for those here.
 #pragma once
+
 #include "servers/common/cell_names.h"
 namespace embedded {
 using servers::Block;

@@ -11,10 +11,8 @@
 namespace embedded {
 
 using servers::AppendUtf8;
-using servers::FromWide;
 using servers::IsHalf;
 using servers::TakeUtf8;
-using servers::ToWide;
 
 namespace {
 

@@ -5,7 +5,12 @@
 #include <string>
 #include <string_view>
 
+#include "servers/common/wide_text.h"
+
 namespace embedded {
+
+using servers::FromWide;
+using servers::ToWide;
 
 // The 16-bit characters that a text has.
 size_t CountUnits(std::string_view utf8);

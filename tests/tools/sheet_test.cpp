@@ -18,7 +18,7 @@ class SheetTool : public testing::Test {
   std::string Run(std::string const & arguments, std::string const & input = "") const
   {
     ProgramRun const run = RunZp(m_Folder.Path(), arguments, input);
-    if (run.status == 0) EXPECT_EQ(run.err, "") << arguments;
+    EXPECT_EQ(run.err.empty(), run.status == 0) << arguments << run.err;
     return run.status == 0 ? run.out : std::to_string(run.status) + " " + run.err;
   }
 
