@@ -37,6 +37,13 @@ void RequireFile(std::string const & file)
   if (!S_ISREG(state.st_mode)) Refuse(file + " is no file");
 }
 
+FileStamp StampOf(std::string const & file)
+{
+  struct stat state {};
+  if (stat(file.c_str(), &state) != 0) return {};
+  return {state.st_dev, state.st_ino, state.st_size, state.st_mtim.tv_sec, state.st_mtim.tv_nsec};
+}
+
 void RequireNewFile(std::string const & file)
 {
   struct stat state {};

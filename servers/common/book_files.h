@@ -1,6 +1,7 @@
 // Names of workbooks' files, and what is wrong with one before it is opened or written.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,18 @@ std::u16string InsidePathOf(std::string const & file);
 
 // Refuses what is no file, or isn't there.
 void RequireFile(std::string const & file);
+
+// By which another program's change of a file is known.
+struct FileStamp {
+  uint64_t device = 0;
+  uint64_t number = 0;
+  int64_t bytes = -1;  // of a file that isn't there
+  int64_t seconds = 0;
+  int64_t nanoseconds = 0;
+
+  bool operator==(FileStamp const &) const = default;
+};
+FileStamp StampOf(std::string const & file);
 
 // Refuses a file whose folder isn't there, and one that is.
 void RequireNewFile(std::string const & file);

@@ -5,7 +5,6 @@
 
 #include <zpbase/platform/ascii.h>
 
-#include "servers/common/book_files.h"
 #include "servers/common/wide_text.h"
 #include "servers/embedded/cell_text.h"
 #include "servers/embedded/limits.h"
@@ -102,9 +101,15 @@ bool isSheetName(std::string const & name)
 
 }  // namespace
 
-OpenBook::OpenBook(Workbooks & owner, Workbook content, std::string file, bool hasFile)
-    : m_Owner(owner), m_pContent(std::make_unique<Workbook>(std::move(content))), m_strFile(std::move(file)), m_bHasFile(hasFile)
+OpenBook::OpenBook(Workbooks & owner, Workbook content, std::string name)
+    : m_Owner(owner), m_pContent(std::make_unique<Workbook>(std::move(content))), m_strFile(std::move(name))
 {
+}
+
+OpenBook::OpenBook(Workbooks & owner, Workbook content, std::string file, servers::FileStamp const & stamp)
+    : OpenBook(owner, std::move(content), std::move(file))
+{
+  m_Stamp = stamp;
 }
 
 Workbook & OpenBook::GetContent()
@@ -116,12 +121,12 @@ Workbook & OpenBook::GetContent()
 std::u16string OpenBook::GetFullName()
 {
   GetContent();
-  return m_bHasFile ? servers::InsidePathOf(m_strFile) : servers::ToWide(m_strFile);
+  return m_Stamp ? servers::InsidePathOf(m_strFile) : servers::ToWide(m_strFile);
 }
 
 bool OpenBook::IsOf(std::string const & file) const
 {
-  if (!m_bHasFile) return false;
+  if (!m_Stamp) return false;
   std::error_code error;
   return m_strFile == file || std::filesystem::equivalent(m_strFile, file, error);
 }
@@ -196,17 +201,25 @@ void OpenBook::RequireKept() const
                   ": save the workbook under another name, or turn the alerts off");
 }
 
+void OpenBook::RequireUnchanged() const
+{
+  if (servers::StampOf(m_strFile) != *m_Stamp)
+    servers::Refuse(m_strFile + " was changed by another program since it was opened: save the workbook under another name");
+}
+
 void OpenBook::Write(std::string const & file)
 {
   if (!m_pContent->unkept.IsEmpty()) servers::Warn(file + " is written without " + listed(m_pContent->unkept));
   OnFile(file, [&] { WriteWorkbook(*m_pContent, file); });
   m_pContent->unkept = UnkeptList();
+  m_Stamp = servers::StampOf(file);
 }
 
 void OpenBook::Save()
 {
   GetContent();
-  if (!m_bHasFile) servers::Refuse("The workbook has no file yet: save it under a name");
+  if (!m_Stamp) servers::Refuse("The workbook has no file yet: save it under a name");
+  RequireUnchanged();
   RequireKept();
   Write(m_strFile);
 }
@@ -224,7 +237,6 @@ void OpenBook::SaveAs(std::u16string_view path)
   servers::RequireNewFile(file);
   Write(file);
   m_strFile = file;
-  m_bHasFile = true;
 }
 
 }  // namespace embedded

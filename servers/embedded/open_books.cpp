@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "servers/common/book_files.h"
 #include "servers/embedded/workbook_reader.h"
 
 namespace embedded {
@@ -40,7 +39,7 @@ std::shared_ptr<servers::Book> Workbooks::GetBook(size_t index)
 std::shared_ptr<servers::Book> Workbooks::AddBook()
 {
   std::string const name = "Book" + std::to_string(++m_nMade);
-  m_Books.push_back(std::make_shared<embedded::OpenBook>(*this, emptyWorkbook(), name, false));
+  m_Books.push_back(std::make_shared<embedded::OpenBook>(*this, emptyWorkbook(), name));
   return m_Books.back();
 }
 
@@ -49,8 +48,9 @@ std::shared_ptr<servers::Book> Workbooks::OpenBook(std::u16string_view path)
   std::string const file = servers::HostPathOf(path);
   if (auto const open = Find(file); open != nullptr) return open;
   servers::RequireFile(file);
+  servers::FileStamp const stamp = servers::StampOf(file);
   Workbook content = OnFile(file, [&] { return ReadWorkbook(file); });
-  m_Books.push_back(std::make_shared<embedded::OpenBook>(*this, std::move(content), file, true));
+  m_Books.push_back(std::make_shared<embedded::OpenBook>(*this, std::move(content), file, stamp));
   return m_Books.back();
 }
 

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "servers/common/book_files.h"
 #include "servers/common/failure.h"
 #include "servers/common/model.h"
 #include "servers/embedded/failure.h"
@@ -37,8 +39,9 @@ class Workbooks : public servers::Spreadsheet {
 
 class OpenBook : public servers::Book, public std::enable_shared_from_this<OpenBook> {
  public:
-  // file is the host's full path, or the name alone of a workbook that has none yet.
-  OpenBook(Workbooks & owner, Workbook content, std::string file, bool hasFile);
+  // A new workbook, and that of a file, which is the host's full path; stamp is from before it was read.
+  OpenBook(Workbooks & owner, Workbook content, std::string name);
+  OpenBook(Workbooks & owner, Workbook content, std::string file, servers::FileStamp const & stamp);
 
   std::u16string GetFullName() override;
   void Activate() override { GetContent(); }
@@ -66,12 +69,13 @@ class OpenBook : public servers::Book, public std::enable_shared_from_this<OpenB
   Sheet & GetSheet(SheetKind kind, size_t index);
   Sheet & AddSheet(SheetKind kind, char const * stem);
   void RequireKept() const;
+  void RequireUnchanged() const;
   void Write(std::string const & file);
 
   Workbooks & m_Owner;
-  std::unique_ptr<Workbook> m_pContent;  // null once it is closed
-  std::string m_strFile;
-  bool m_bHasFile;
+  std::unique_ptr<Workbook> m_pContent;       // null once it is closed
+  std::string m_strFile;                      // the name alone of a workbook that has none
+  std::optional<servers::FileStamp> m_Stamp;  // of its file as it was read or written here
 };
 
 // Does the work on a file; why it fails is refused with the file's name in front.

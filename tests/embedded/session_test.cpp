@@ -56,6 +56,22 @@ TEST_F(EmbeddedSession, AnswersForExcelAndEndsWithTheLastObject)
   EXPECT_EQ(Attached<GPWorkBooks>(m_Server.Application().GetWorkBooks()).GetCount(), 0);
 }
 
+TEST_F(EmbeddedSession, SavesOverNoChangeOfAnotherProgram)
+{
+  CString const path = m_Folder.Name("shared.xlsx");
+  m_Server.MakeBook(path, {{"First", {{"A1", COleVariant(1.0)}}}});
+  GPWorkBook book = m_Server.OpenBook(path);
+  book.Save();
+  book.Save();
+  std::string const bytes = m_Folder.Read("shared.xlsx") + "!";
+  m_Folder.Write("shared.xlsx", bytes);
+  EXPECT_NE(WhatIsTold([&] { book.Save(); }).find("changed by another program"), std::string::npos);
+  EXPECT_EQ(m_Folder.Read("shared.xlsx"), bytes);
+  book.SaveAs(COleVariant(m_Folder.Name("other.xlsx")));
+  EXPECT_EQ(book.GetFullName(), m_Folder.Name("other.xlsx"));
+  book.Save();
+}
+
 TEST_F(EmbeddedSession, PutsOnlyWhatACellHolds)
 {
   GPWorkBook book = m_Server.NewBook();

@@ -9,7 +9,7 @@
 namespace {
 
 constexpr char const * table =
-    "name,value,flag\nWater,0.30000000000000004,TRUE\n\"a \"\"q\"\", b\",007,\"#N/A\"\n,-1e-300,\n"
+    "name,value,flag\nWater,0.30000000000000004,TRUE\n\"a \"\"q\"\", b\",007,#N/A\n,-1e-300,\n"
     "\xD0\x96\xF0\x9F\x98\x80,12345678901234567890,FALSE\n";
 
 class SheetTool : public testing::Test {
@@ -32,14 +32,15 @@ TEST_F(SheetTool, PutsATableIntoANewSheetAndReadsItBack)
   m_Folder.Write("t.csv", table);
   EXPECT_EQ(Run("sheet write b.xlsx Data t.csv"), "5 rows of up to 3 columns in the new sheet \"Data\" of b.xlsx\n");
   EXPECT_EQ(Run("sheet read b.xlsx data"), table);
-  EXPECT_EQ(Run("sheet read b.xlsx Data"), Run("sheet read b.xlsx Data A1:C5 --server zephlow.workbooks"));
+  EXPECT_EQ(Run("sheet read b.xlsx Data"), Run("sheet read b.xlsx Data A1:C5 --server Zephlow.Workbooks"));
   EXPECT_EQ(
       Run("sheet read b.xlsx Data b4:A2 --json"),
       "{\"sheet\":\"Data\",\"block\":\"A2:B4\",\"rows\":[\n [\"Water\",0.30000000000000004],\n [\"a \\\"q\\\", b\",\"007\"],\n "
       "[null,-1e-300]\n]}\n");
   EXPECT_EQ(Run("sheet read b.xlsx Data ZZ1:AAA2"), ",\n,\n");
-  EXPECT_EQ(Run("sheet write b.xlsx \xD0\x96 -", "1\n\n\"\"\n2,x\n"),
+  EXPECT_EQ(Run("sheet write b.xlsx \xD0\x96 -", "\"#N/A\"\n\n\"\"\n2,x\n"),
             "3 rows of up to 2 columns in the new sheet \"\xD0\x96\" of b.xlsx\n");
+  EXPECT_EQ(Run("sheet read b.xlsx \xD0\x96"), "\"#N/A\",\n,\n2,x\n");
   EXPECT_EQ(Run("sheet chart b.xlsx Profile"), "the new chart \"Profile\" of b.xlsx\n");
   EXPECT_EQ(Run("sheet list b.xlsx"),
             "worksheet  \xD0\x96                                A1:B3\nworksheet  Data                             A1:C5\n"
@@ -101,16 +102,17 @@ TEST_F(SheetTool, ExportsComponentsWithUnits)
   Run("store import demo -",
       "id,name,tc_K,omega,antoine_A,antoine_B,antoine_C,rho_liq_eq,rho_liq_A,unifac_groups\n1,1e5,647.14,0.344,20.5,1.5,-0.25,,,"
       "\n"
-      "70000,Water,,,,,,105,5.459,16:1\n");
+      "32767,Water,,,,,,105,5.459,16:1\n");
   EXPECT_EQ(Run("store export demo --sheet c.xlsx"),
             "2 components in the new sheets \"Constants\" and \"Correlations\" of c.xlsx\n");
   EXPECT_EQ(Run("sheet read c.xlsx Constants"),
-            "id,name,critical temperature [K],acentric factor,UNIFAC groups\n1,1e5,647.14,0.344,\n70000,Water,,,16:1\n");
+            "id,name,critical temperature [K],acentric factor,UNIFAC groups\n1,1e5,647.14,0.344,\n32767,Water,,,16:1\n");
   EXPECT_EQ(Run("sheet read c.xlsx Constants B2 --json"),
             "{\"sheet\":\"Constants\",\"block\":\"B2\",\"rows\":[\n [\"1e5\"]\n]}\n");
   EXPECT_EQ(Run("sheet read c.xlsx Correlations"),
             "id,name,vapour pressure [Pa] A,vapour pressure [Pa] B,vapour pressure [Pa] C,liquid density [kmol/m3] equation,"
-            "liquid density [kmol/m3] A\n1,1e5,20.5,1.5,-0.25,,\n70000,Water,,,,105,5.459\n");
+            "liquid density [kmol/m3] A,liquid density [kmol/m3] B,liquid density [kmol/m3] C,liquid density [kmol/m3] D\n"
+            "1,1e5,20.5,1.5,-0.25,,,,,\n32767,Water,,,,105,5.459,0,0,0\n");
   std::string const bytes = m_Folder.Read("c.xlsx");
   EXPECT_EQ(Run("store export demo --sheet c.xlsx"),
             "1 zp: c.xlsx: there is a sheet \"Correlations\" already; name another one\n");

@@ -141,9 +141,11 @@ void AppendCsvCell(std::string & line, VARIANT const & value)
     case VT_BOOL:
       line += value.boolVal != VARIANT_FALSE ? "TRUE" : "FALSE";
       return;
-    case VT_ERROR:
-      line += errorText(value.scode);
+    case VT_ERROR: {
+      bool const isComment = line.empty() || line.ends_with('\n');  // unless it is quoted
+      line += isComment ? '"' + errorText(value.scode) + '"' : errorText(value.scode);
       return;
+    }
     default:
       return AppendCsvCell(line, inPlainType(value));
   }
