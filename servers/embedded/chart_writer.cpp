@@ -11,7 +11,8 @@ constexpr std::string_view chartSheet =
     R"(<chartsheet xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main" )"
     R"(xmlns:r="http://schemas.openxmlformats.org/officeDocument/2006/relationships"><sheetPr/>)"
     R"(<sheetViews><sheetView workbookViewId="0"/></sheetViews>)"
-    R"(<pageMargins left="0.7" right="0.7" top="0.75" bottom="0.75" header="0.3" footer="0.3"/><drawing r:id="rId1"/></chartsheet>)";
+    R"(<pageMargins left="0.7" right="0.7" top="0.75" bottom="0.75" header="0.3" footer="0.3"/>)"
+    R"(<drawing r:id="rId1"/></chartsheet>)";
 
 constexpr std::string_view drawing =
     R"(<xdr:wsDr xmlns:xdr="http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing" )"
