@@ -97,7 +97,8 @@ void scanOfEmbeddedServer(benchmark::State & state)
   Sample sample;
   if (sample.m_Sheet.m_Link.HasOLELink() == 0) return state.SkipWithError("the embedded server is not built");
   for (auto _ : state) {
-    if (sample.m_Sheet.EnumRanges(&GPExcelWorkSheet::ProcessRanges, "Book1") != cellCount) state.SkipWithError("cells were missed");
+    if (sample.m_Sheet.EnumRanges(&GPExcelWorkSheet::ProcessRanges, "Book1") != cellCount)
+      state.SkipWithError("cells were missed");
   }
   perCell(state);
 }
