@@ -95,7 +95,7 @@ TEST(Words, CompleteInTheShells)
                           "zp.bash; for line in \"zp s\" \"zp store l\" \"zp store list --r\" "
                           "\"zp settings set --type \"; do IFS=\" \" read -ra COMP_WORDS <<<\"$line\"; [[ $line = *\" \" ]] && "
                           "COMP_WORDS+=(\"\"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _zp; echo \"${COMPREPLY[@]}\"; done'"),
-      "store settings\nlist\n--record\ntext integer binary\n");
+      "store settings sheet\nlist\n--record\ntext integer binary\n");
   if (std::system("command -v fish zsh >/dev/null") != 0) GTEST_SKIP() << "fish and zsh aren't installed";
   EXPECT_EQ(printed(folder, "HOME=. fish -c 'source " + made +
                                 "zp.fish; for line in \"zp st\" \"zp store l\" \"zp store list --r\" "
