@@ -36,9 +36,13 @@ struct SourceCloser {
 };
 using Source = std::unique_ptr<zip_source_t, SourceCloser>;
 
+// The text is made in an error of our own: a source never frees the one that is made in its own.
 std::string errorOf(zip_source_t * source)
 {
-  return zip_error_strerror(zip_source_error(source));
+  zip_error_t const * const error = zip_source_error(source);
+  ZipError own;
+  zip_error_set(own.Get(), zip_error_code_zip(error), zip_error_code_system(error));
+  return own.GetText();
 }
 
 void checkSize(zip_source_t * source)

@@ -61,7 +61,7 @@ std::string readAll(zip_source_t * source)
   zip_stat_t state = {};
   zip_stat_init(&state);
   if (zip_source_stat(source, &state) != 0 || (state.valid & ZIP_STAT_SIZE) == 0 || zip_source_open(source) != 0) {
-    fail(zip_error_strerror(zip_source_error(source)));
+    fail("the archive can't be read back");
   }
   std::string bytes(state.size, '\0');
   zip_int64_t const got = zip_source_read(source, bytes.data(), bytes.size());
