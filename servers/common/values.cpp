@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <new>
 
+#include <zpbase/spreadsheet.h>
+
 #include "servers/common/failure.h"
 #include "servers/common/wide_text.h"
 
@@ -68,7 +70,7 @@ VARIANT ErrorValue(int number)
 {
   VARIANT value = EmptyValue();
   value.vt = VT_ERROR;
-  value.scode = errorsFrom + number;
+  value.scode = zp::cellErrorBase + number;
   return value;
 }
 

@@ -7,8 +7,7 @@
 
 namespace servers {
 
-inline constexpr HRESULT errorsFrom = static_cast<HRESULT>(0x800A0000);  // and the spreadsheet's number of the error
-inline constexpr int notAvailableError = 2042;                           // #N/A
+inline constexpr int notAvailableError = 2042;  // #N/A
 
 // Values that the caller owns.
 VARIANT EmptyValue();

@@ -2,22 +2,10 @@
 
 #include "servers/embedded/cell.h"
 
-#include <algorithm>
-#include <array>
 #include <cstring>
 #include <new>
 
 namespace embedded {
-namespace {
-
-constexpr std::array errorNames = {
-    ErrorName{2000, "#NULL!"},  ErrorName{2007, "#DIV/0!"},   ErrorName{2015, "#VALUE!"},   ErrorName{2023, "#REF!"},
-    ErrorName{2029, "#NAME?"},  ErrorName{2036, "#NUM!"},     ErrorName{2042, "#N/A"},      ErrorName{2043, "#GETTING_DATA"},
-    ErrorName{2045, "#SPILL!"}, ErrorName{2046, "#CONNECT!"}, ErrorName{2047, "#BLOCKED!"}, ErrorName{2048, "#UNKNOWN!"},
-    ErrorName{2049, "#FIELD!"}, ErrorName{2050, "#CALC!"},
-};
-
-}  // namespace
 
 SharedText::SharedText(std::string_view utf8)
 {
@@ -35,20 +23,6 @@ std::string_view SharedText::View() const
 void SharedText::Drop()
 {
   if (m_pBlock != nullptr && --m_pBlock->holders == 0) ::operator delete(m_pBlock);
-}
-
-std::optional<uint16_t> FindErrorCode(std::string_view text)
-{
-  auto const * const found =
-      std::find_if(errorNames.begin(), errorNames.end(), [&](ErrorName const & name) { return name.text == text; });
-  return found == errorNames.end() ? std::nullopt : std::optional(found->code);
-}
-
-std::optional<std::string_view> FindErrorText(uint16_t code)
-{
-  auto const * const found =
-      std::find_if(errorNames.begin(), errorNames.end(), [&](ErrorName const & name) { return name.code == code; });
-  return found == errorNames.end() ? std::nullopt : std::optional(found->text);
 }
 
 Cell Cell::OfText(SharedText text)

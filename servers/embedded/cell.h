@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -42,16 +41,6 @@ class SharedText {
 
 enum class CellKind : uint8_t { Number, Text, Boolean, Error };
 
-// The spreadsheet's errors by the numbers that automation gives them.
-struct ErrorName {
-  uint16_t code;
-  std::string_view text;
-};
-
-// The error of a text such as "#N/A", and the text of an error's number; nothing for others.
-std::optional<uint16_t> FindErrorCode(std::string_view text);
-std::optional<std::string_view> FindErrorText(uint16_t code);
-
 inline constexpr uint16_t numberError = 2036;  // #NUM!
 
 class Cell {
@@ -64,7 +53,7 @@ class Cell {
   }
   static Cell OfText(SharedText text);
   static Cell OfBoolean(bool value);
-  static Cell OfError(uint16_t code);
+  static Cell OfError(uint16_t code);  // one that zp::CellErrorText names
 
   Cell(Cell const & other);
   Cell(Cell && other) noexcept : m_nRow(other.m_nRow), m_nColumn(other.m_nColumn), m_Kind(other.m_Kind), m_Value(other.m_Value)

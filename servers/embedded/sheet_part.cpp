@@ -7,6 +7,8 @@
 #include <cmath>
 #include <utility>
 
+#include <zpbase/spreadsheet.h>
+
 #include "servers/embedded/cell_text.h"
 #include "servers/embedded/failure.h"
 #include "servers/embedded/iso_dates.h"
@@ -67,6 +69,7 @@ class SheetHandler {
   void PutShared(std::string_view text);
   void PutDate(std::string_view text);
   void PutBoolean(std::string_view text);
+  void PutError(std::string_view text);
 
   [[noreturn]] void Fail(std::string_view what) const;
   [[noreturn]] void FailAtValue(std::string_view text, std::string_view wanted) const;
@@ -263,7 +266,7 @@ void SheetHandler::FinishValue()
     case Form::Boolean:
       return PutBoolean(text);
     case Form::Error:
-      return Put(Cell::OfError(FindErrorCode(text).value_or(unknownError)));
+      return PutError(text);
     case Form::Date:
       return PutDate(text);
     case Form::Text:
@@ -306,6 +309,12 @@ void SheetHandler::PutBoolean(std::string_view text)
   bool const isTrue = text == "1" || text == "true";
   if (!isTrue && text != "0" && text != "false") FailAtValue(text, "a Boolean");
   Put(Cell::OfBoolean(isTrue));
+}
+
+void SheetHandler::PutError(std::string_view text)
+{
+  int const code = zp::CellErrorNumber(text);
+  Put(Cell::OfError(code != 0 ? static_cast<uint16_t>(code) : unknownError));
 }
 
 void SheetHandler::Fail(std::string_view what) const

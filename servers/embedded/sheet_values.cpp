@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include <zpbase/spreadsheet.h>
+
 #include "servers/common/failure.h"
 #include "servers/common/values.h"
 #include "servers/common/wide_text.h"
@@ -34,14 +36,18 @@ VARIANT valueOf(Cell const & cell)
 Cell errorOf(HRESULT code)
 {
   auto const number = static_cast<uint16_t>(code & 0xFFFF);
-  bool const isKnown = servers::errorsFrom + number == code && FindErrorText(number);
+  bool const isKnown = zp::cellErrorBase + number == code && zp::CellErrorText(number) != nullptr;
   return Cell::OfError(isKnown ? number : static_cast<uint16_t>(servers::notAvailableError));
+}
+
+void requireText(std::u16string_view text)
+{
+  if (text.size() > mostTextUnits)
+    servers::Refuse("A cell holds no text of more than " + std::to_string(mostTextUnits) + " characters");
 }
 
 Cell textOf(std::u16string_view text)
 {
-  if (text.size() > mostTextUnits)
-    servers::Refuse("A cell holds no text of more than " + std::to_string(mostTextUnits) + " characters");
   return Cell::OfText(SharedText(servers::FromWide(text)));
 }
 
@@ -72,12 +78,16 @@ std::optional<Cell> cellOf(VARIANT const & value, bool from1904)
   }
 }
 
+// All of them can be held by cells.
 void requireValues(Block const & block, servers::GivenValues const & values)
 {
   for (size_t row = 0; row < block.GetRows(); ++row) {
     for (size_t column = 0; column < block.GetColumns(); ++column) {
       VARIANT const & value = values.At(row, column);
-      if (value.vt != VT_R8 && value.vt != VT_EMPTY) cellOf(value, false);
+      if (value.vt == VT_BSTR)
+        requireText(zp::ViewOf(value.bstrVal));
+      else if (value.vt != VT_R8 && value.vt != VT_EMPTY)
+        cellOf(value, false);
     }
   }
 }

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+#include <zpbase/spreadsheet.h>
+
 #include "servers/embedded/cell_names.h"
 #include "servers/embedded/cell_text.h"
 #include "servers/embedded/number_text.h"
@@ -35,11 +37,13 @@ void appendValue(std::string & xml, Cell const & cell)
     case CellKind::Boolean:
       xml += cell.GetBoolean() ? "\" t=\"b\"><v>1</v>" : "\" t=\"b\"><v>0</v>";
       return;
-    case CellKind::Error:
+    case CellKind::Error: {
+      char const * const text = zp::CellErrorText(cell.GetError());
       xml += "\" t=\"e\"><v>";
-      xml += FindErrorText(cell.GetError()).value_or("#UNKNOWN!");
+      xml += text != nullptr ? text : "#UNKNOWN!";
       xml += "</v>";
       return;
+    }
   }
 }
 

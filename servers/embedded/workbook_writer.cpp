@@ -3,12 +3,12 @@
 #include "servers/embedded/workbook_writer.h"
 
 #include <algorithm>
-#include <system_error>
 
 #include <fmt/format.h>
 
 #include <zpbase/platform/durable_file.h>
 
+#include "servers/common/failure.h"
 #include "servers/embedded/cell_text.h"
 #include "servers/embedded/failure.h"
 #include "servers/embedded/limits.h"
@@ -134,7 +134,7 @@ void WriteWorkbook(Workbook const & book, std::string const & path)
   std::string const bytes = PackWorkbook(book);
   int error = 0;
   if (ReplaceFileDurably(path.c_str(), bytes, &error)) return;
-  throw BookFailure("The file can't be written: " + std::generic_category().message(error));
+  throw BookFailure("The file can't be written: " + servers::TextOfError(error));
 }
 
 }  // namespace embedded

@@ -3,6 +3,8 @@
 
 #include <array>
 
+#include <zpbase/spreadsheet.h>
+
 #include "servers/common/values.h"
 
 namespace office {
@@ -59,7 +61,7 @@ VARIANT ErrorValueOf(int officeError)
 rtl::OUString ErrorFormula(HRESULT code)
 {
   for (ErrorRow const & row : errorRows)
-    if (servers::errorsFrom + row.code == code) return rtl::OUString::createFromAscii(row.formula);
+    if (zp::cellErrorBase + row.code == code) return rtl::OUString::createFromAscii(row.formula);
   return rtl::OUString::createFromAscii(errorRows.back().formula);
 }
 

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include <zpbase/spreadsheet.h>
+
 #include "servers/embedded/number_text.h"
 #include "servers/embedded/workbook.h"
 
@@ -20,7 +22,7 @@ inline std::string TellCell(embedded::Cell const & cell)
       told += cell.GetBoolean() ? "TRUE" : "FALSE";
       break;
     case embedded::CellKind::Error:
-      told += embedded::FindErrorText(cell.GetError()).value_or("?");
+      told += zp::CellErrorText(cell.GetError());
   }
   return told;
 }

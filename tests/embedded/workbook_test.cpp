@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <zpbase/spreadsheet.h>
+
 #include "servers/embedded/cell_text.h"
 #include "servers/embedded/failure.h"
 #include "servers/embedded/iso_dates.h"
@@ -127,7 +129,7 @@ TEST(WorkbookFile, GivesEveryCellBack)
   put(cells, 0, 2, Cell::OfBoolean(true));
   put(cells, 1, 2, Cell::OfBoolean(false));
   for (uint16_t code = 2000; code < 2051; ++code)
-    if (embedded::FindErrorText(code)) put(cells, code, 3, Cell::OfError(code));
+    if (zp::CellErrorText(code) != nullptr) put(cells, code, 3, Cell::OfError(code));
   put(cells, 1048575, 16383, Cell::OfText(SharedText(std::string(32767, 'x'))));
   addSheet(book, "Chart\t\r\n1", embedded::SheetKind::Chart);
   addSheet(book, "Hidden", embedded::SheetKind::Worksheet).hidden = true;
