@@ -32,6 +32,16 @@ std::vector<std::string> followersOf(CommandPage const & page)
   return words;
 }
 
+// All commands as a pattern of a shell's case.
+std::string patternOf(CommandPage const & program)
+{
+  std::string pattern;
+  forEachPage(program, [&](CommandPage const & page) {
+    pattern += fmt::format("{}'{}'", pattern.empty() ? "" : "|", JoinWords(page.words, ' '));
+  });
+  return pattern;
+}
+
 std::string choicesInBash(CommandPage const & page)
 {
   std::string cases;
@@ -113,10 +123,6 @@ std::string MakeBashCompletion(CommandPage const & program)
     followers += fmt::format("    '{}') words='{}' ;;\n", JoinWords(page.words, ' '), JoinWords(followersOf(page), ' '));
     choices += choicesInBash(page);
   });
-  std::string known;
-  forEachPage(program, [&](CommandPage const & page) {
-    known += fmt::format("{}'{}'", known.empty() ? "" : "|", JoinWords(page.words, ' '));
-  });
   return fmt::format(
       "# Completion of zp for bash.\n_zp()\n{{\n  local word=${{COMP_WORDS[COMP_CWORD]}} before=${{COMP_WORDS[COMP_CWORD-1]}} "
       "command=zp "
@@ -124,7 +130,7 @@ std::string MakeBashCompletion(CommandPage const & program)
       "command+=\" ${{COMP_WORDS[i]}}\" ;;\n    esac\n  done\n  case \"$command $before\" in\n{}  esac\n  case \"$command\" "
       "in\n{}  "
       "esac\n  COMPREPLY=($(compgen -W \"$words\" -- \"$word\"))\n}}\ncomplete -o default -F _zp zp\n",
-      known, choices, followers);
+      patternOf(program), choices, followers);
 }
 
 std::string MakeZshCompletion(CommandPage const & program)
@@ -136,17 +142,13 @@ std::string MakeZshCompletion(CommandPage const & program)
                                  : fmt::format("commands=({})\n      _describe command commands", commandsInZsh(page));
     cases += fmt::format("    '{}')\n      {} ;;\n", JoinWords(page.words, ' '), body);
   });
-  std::string known;
-  forEachPage(program, [&](CommandPage const & page) {
-    known += fmt::format("{}'{}'", known.empty() ? "" : "|", JoinWords(page.words, ' '));
-  });
   return fmt::format(
       "#compdef zp\n# Completion of zp for zsh.\n_zp()\n{{\n  local command=zp i\n  local -a commands\n  integer used=1\n"
       "  for ((i = 2; i < CURRENT; ++i)); do\n    case \"$command $words[i]\" in\n      {})\n        command+=\" $words[i]\"; "
       "used=i ;;\n    esac\n  done\n  if ((used > 1)); then\n    words=(\"${{(@)words[used,-1]}}\")\n    ((CURRENT -= used - "
       "1))\n  fi\n"
       "  case \"$command\" in\n{}  esac\n}}\n_zp \"$@\"\n",
-      known, cases);
+      patternOf(program), cases);
 }
 
 std::string MakeFishCompletion(CommandPage const & program)
