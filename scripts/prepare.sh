@@ -15,10 +15,9 @@ prepare() {
   DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get -qq -y --no-install-recommends install "${missing[@]}" >/dev/null
 }
 
-BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libfmt-dev libcsv-dev libcairo2-dev libncurses-dev libzip-dev libexpat1-dev pkgconf)
-TEST_PACKAGES=(libgtest-dev locales python3-ezdxf tmux groff-base fish zsh)
 BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libfmt-dev libcsv-dev libcairo2-dev libncurses-dev
   libzip-dev libexpat1-dev pkgconf)
+TEST_PACKAGES=(libgtest-dev locales python3-ezdxf tmux groff-base fish zsh)
 OFFICE_PACKAGES=(libreoffice-calc-nogui libreoffice-dev libreoffice-dev-common)  # the bridge to LibreOffice and its tests
 CHECK_PACKAGES=(clang libclang-rt-14-dev clang-format clang-tidy libbenchmark-dev)
 
