@@ -91,8 +91,8 @@ class OfficeWorksheet : public servers::Worksheet {
 
 class OfficeChart : public servers::Chart {
  public:
-  OfficeChart(Link & link, Workbook workbook, std::shared_ptr<ChartEntry> chart)
-      : m_Link(link), m_Workbook(std::move(workbook)), m_pChart(std::move(chart))
+  OfficeChart(Link & link, Workbook const & workbook, std::shared_ptr<ChartEntry> chart)
+      : m_Link(link), m_Workbook(workbook), m_pChart(std::move(chart))
   {
   }
 
@@ -115,9 +115,9 @@ std::shared_ptr<servers::Worksheet> MakeWorksheet(Link & link, Sheet sheet)
   return std::make_shared<OfficeWorksheet>(link, std::move(sheet));
 }
 
-std::shared_ptr<servers::Chart> MakeChart(Link & link, Workbook workbook, std::shared_ptr<ChartEntry> chart)
+std::shared_ptr<servers::Chart> MakeChart(Link & link, Workbook const & workbook, std::shared_ptr<ChartEntry> chart)
 {
-  return std::make_shared<OfficeChart>(link, std::move(workbook), std::move(chart));
+  return std::make_shared<OfficeChart>(link, workbook, std::move(chart));
 }
 
 }  // namespace office

@@ -27,7 +27,7 @@ class OfficeSpreadsheet : public servers::Spreadsheet {
 
 // Worksheets and charts of a workbook. The link outlives them.
 std::shared_ptr<servers::Worksheet> MakeWorksheet(Link & link, Sheet sheet);
-std::shared_ptr<servers::Chart> MakeChart(Link & link, Workbook workbook, std::shared_ptr<ChartEntry> chart);
+std::shared_ptr<servers::Chart> MakeChart(Link & link, Workbook const & workbook, std::shared_ptr<ChartEntry> chart);
 
 // The worksheets of a workbook.
 Reference<css::container::XIndexAccess> SheetsOf(Workbook const & workbook);

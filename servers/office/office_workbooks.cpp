@@ -16,7 +16,7 @@ using css::uno::UNO_QUERY_THROW;
 
 class OfficeBook : public servers::Book {
  public:
-  OfficeBook(Link & link, Workbook workbook) : m_Link(link), m_Workbook(std::move(workbook)) {}
+  OfficeBook(Link & link, Workbook const & workbook) : m_Link(link), m_Workbook(workbook) {}
 
   std::u16string GetFullName() override { return std::u16string(ViewOf(NameOfWorkbook(m_Workbook))); }
 

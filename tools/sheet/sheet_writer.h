@@ -8,7 +8,7 @@
 
 class SheetWriter {
  public:
-  explicit SheetWriter(GPWorkSheet sheet) : m_Sheet(std::move(sheet)) {}
+  explicit SheetWriter(GPWorkSheet const & sheet) : m_Sheet(sheet) {}
 
   // The next row, from column A on. Raises Failure for more rows or columns than a sheet has.
   void Add(std::vector<COleVariant> row);
