@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <mutex>
 #include <thread>
@@ -60,6 +61,25 @@ Reference<css::uno::XComponentContext> const & ownContext()
   return context;
 }
 
+// The threads of a connection are born with the signal mask of the one that makes it: a write to an office that has just gone
+// must be an error there, not the end of this process.
+class WithoutPipeSignal {
+ public:
+  WithoutPipeSignal()
+  {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &signals, &m_Former);
+  }
+  ~WithoutPipeSignal() { pthread_sigmask(SIG_SETMASK, &m_Former, nullptr); }
+  WithoutPipeSignal(WithoutPipeSignal const &) = delete;
+  WithoutPipeSignal & operator=(WithoutPipeSignal const &) = delete;
+
+ private:
+  sigset_t m_Former;
+};
+
 // A pipe that somebody else has put there is not connected to.
 bool isOwnPipe(std::string const & name)
 {
@@ -112,6 +132,7 @@ Link::~Link()
 
 bool Link::Connect(std::string const & pipe)
 {
+  WithoutPipeSignal const whileThreadsAreMade;
   Reference<css::uno::XComponentContext> const & own = ownContext();
   Reference<css::connection::XConnection> connection;
   try {

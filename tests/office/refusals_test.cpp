@@ -1,7 +1,9 @@
 // What can't be opened, saved, named or started, and that nothing stays behind.
 
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -70,6 +72,22 @@ TEST_F(OfficeRefusals, TellWhyAnOfficeDoesNotStartAndLeaveNothing)
     EXPECT_TRUE(std::filesystem::is_empty(m_Folder.Path() / "profiles")) << row.script;
   }
   EXPECT_TRUE(ProcessesWith(Host("p")).empty());
+}
+
+// A write to it is no signal that ends the program.
+TEST_F(OfficeRefusals, OutliveWhatHangsUpAtThePipe)
+{
+  office::LinkSettings const settings{"zephlow-hangs-up-" + std::to_string(getpid()), "", "", 1};
+  sockaddr_un address{AF_UNIX, ""};
+  office::PipeFile(settings.pipe).copy(address.sun_path, sizeof address.sun_path - 1);
+  int const listener = socket(AF_UNIX, SOCK_STREAM, 0);
+  ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+  ASSERT_EQ(listen(listener, 1), 0);
+  std::thread other([listener] { close(accept(listener, nullptr, nullptr)); });
+  EXPECT_ANY_THROW(office::Link const link(settings));
+  other.join();
+  close(listener);
+  unlink(address.sun_path);
 }
 
 TEST_F(OfficeRefusals, LeaveARunningOfficeItsOwnWorkbooks)
