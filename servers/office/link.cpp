@@ -8,6 +8,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <mutex>
 #include <thread>
 
@@ -101,8 +102,8 @@ void endLinkAtExit()
 LinkSettings LinkSettings::FromEnvironment()
 {
   int const seconds = std::atoi(variable("ZP_OFFICE_WAIT", "60").c_str());
-  return {variable("ZP_OFFICE_PIPE", "zephlow"), variable("ZP_OFFICE_PROGRAM", OFFICE_PROGRAM_FOLDER), variable("TMPDIR", "/tmp"),
-          std::clamp(seconds, 1, longestWait)};
+  return {variable("ZP_OFFICE_PIPE", "zephlow"), variable("ZP_OFFICE_PROGRAM", OFFICE_PROGRAM_FOLDER),
+          std::filesystem::absolute(variable("TMPDIR", "/tmp")).string(), std::clamp(seconds, 1, longestWait)};
 }
 
 std::shared_ptr<Link> Link::Get()
