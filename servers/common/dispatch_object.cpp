@@ -129,7 +129,7 @@ HRESULT DispatchObject::QueryInterface(IID const & iid, void ** object)
 DWORD DispatchObject::Release()
 {
   DWORD const left = --m_nReferences;
-  if (left == 0) delete this;
+  if (left == 0 && !m_pSpreadsheet->IsOutOfReach()) delete this;
   return left;
 }
 

@@ -80,6 +80,9 @@ class Spreadsheet {
   // What to tell of an exception that is being handled and is none of those that every server has.
   virtual HRESULT TellCurrent(EXCEPINFO *) { return E_FAIL; }
 
+  // Whether nothing of the server is to be touched any more, not even to give it back, at the end of the process.
+  virtual bool IsOutOfReach() const { return false; }
+
   // Whether what is dangerous is refused.
   bool GetAlerts() const { return m_bAlerts; }
   void SetAlerts(bool shown) { m_bAlerts = shown; }

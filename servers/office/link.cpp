@@ -90,11 +90,14 @@ bool isOwnPipe(std::string const & name)
 
 std::mutex g_linkLock;
 std::weak_ptr<Link> g_link;
+std::atomic<bool> g_isOutOfReach = false;
 
 // Objects that nobody releases would keep the office's threads running into the end of the process.
 void endLinkAtExit()
 {
+  if (g_isOutOfReach) return;
   if (std::shared_ptr<Link> const link = g_link.lock()) link->End();
+  g_isOutOfReach = true;
 }
 
 }  // namespace
@@ -114,7 +117,8 @@ std::shared_ptr<Link> Link::Get()
     if (link != nullptr) link->End();
     link = std::make_shared<Link>(LinkSettings::FromEnvironment());
     g_link = link;
-    static bool const isRegistered = std::atexit(endLinkAtExit) == 0;
+    static bool const isRegistered =
+        std::atexit(endLinkAtExit) == 0 && pthread_atfork(nullptr, nullptr, [] { g_isOutOfReach = true; }) == 0;
     (void)isRegistered;
   }
   return link;
@@ -162,6 +166,11 @@ void Link::StartAndConnect(LinkSettings const & settings)
     if (std::chrono::steady_clock::now() >= end)
       throw Failure{startFailed, "The office gave no answer within " + std::to_string(settings.seconds) + " seconds"};
   }
+}
+
+bool Link::IsOutOfReach()
+{
+  return g_isOutOfReach;
 }
 
 bool Link::HasBroken()

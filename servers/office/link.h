@@ -67,6 +67,10 @@ class Link {
   ReadAhead & GetReadAhead() { return m_ReadAhead; }
   ChartLists & GetCharts() { return m_Charts; }
 
+  // Whether UNO's objects aren't to be touched any more: the process has come to its end, and UNO with it, or this is a fork of
+  // the process that has the connection's threads.
+  static bool IsOutOfReach();
+
   // Ends the connection, and the office if it was started here. Objects that are still held fail from then on.
   void End();
 

@@ -20,6 +20,7 @@ class OfficeSpreadsheet : public servers::Spreadsheet {
   // Tells an office that has gone by its code, and drops what was read ahead if a call may change cells.
   void Enter(bool isReading) override;
   HRESULT TellCurrent(EXCEPINFO * record) override;
+  bool IsOutOfReach() const override { return Link::IsOutOfReach(); }
 
  private:
   std::shared_ptr<Link> m_pLink;

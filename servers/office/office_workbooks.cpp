@@ -90,7 +90,7 @@ std::shared_ptr<servers::Book> OfficeSpreadsheet::OpenBook(std::u16string_view p
 
 void OfficeSpreadsheet::Enter(bool isReading)
 {
-  if (m_pLink->IsBroken()) servers::Fail(serverUnavailable);
+  if (IsOutOfReach() || m_pLink->IsBroken()) servers::Fail(serverUnavailable);
   if (!isReading) m_pLink->GetReadAhead().Drop();
 }
 
