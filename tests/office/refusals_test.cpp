@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <thread>
 
 #include "servers/office/failure.h"
@@ -102,6 +103,11 @@ TEST_F(OfficeRefusals, LeaveARunningOfficeItsOwnWorkbooks)
   EXPECT_STREQ(told, "2, last");
   EXPECT_EQ(Attached<GPWorkBooks>(OfficeServer().Application().GetWorkBooks()).GetCount(), 1);
   ours.Close(COleVariant(short{0}));
+}
+
+TEST_F(OfficeRefusals, StandALinkThatOutlivesTheOffice)
+{
+  EXPECT_EQ(std::system("ASAN_OPTIONS=detect_leaks=0 timeout 60 " ZP_OFFICE_HOLDER " exit"), 0);
 }
 
 // Runs this program's helper, which starts an office and waits, and kills it.
