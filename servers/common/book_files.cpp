@@ -20,6 +20,7 @@ std::string HostPathOf(std::u16string_view path)
 {
   std::string inside;
   zp::AppendWide(inside, path);
+  if (inside.empty()) Refuse("No file is named");
   std::string host;
   if (zp::TextToWide(inside) != path || !ToHostPath(inside, host)) Refuse("There is no such drive or folder: " + FromWide(path));
   return std::filesystem::absolute(host).lexically_normal().string();
@@ -35,6 +36,7 @@ void RequireFile(std::string const & file)
   struct stat state {};
   if (stat(file.c_str(), &state) != 0) Refuse(file + " can't be opened: " + TextOfError(errno));
   if (!S_ISREG(state.st_mode)) Refuse(file + " is no file");
+  if (state.st_size == 0) Refuse(file + " is empty");
 }
 
 FileStamp StampOf(std::string const & file)
@@ -48,6 +50,7 @@ void RequireNewFile(std::string const & file)
 {
   struct stat state {};
   if (lstat(file.c_str(), &state) == 0) Refuse(file + " is there already");
+  if (errno != ENOENT && errno != ENOTDIR) Refuse(file + " can't be written: " + TextOfError(errno));
 }
 
 void RequireFolder(std::string const & file)

@@ -3,6 +3,7 @@
 #include "servers/common/dispatch_object.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <new>
 
 #include "servers/common/failure.h"
@@ -15,20 +16,6 @@ namespace {
 VARIANT const & behindReference(VARIANT const & value)
 {
   return value.vt == (VT_BYREF | VT_VARIANT) && value.pvarVal != nullptr ? *value.pvarVal : value;
-}
-
-// What is being handled, as a code and, where there is a sentence, as a record.
-HRESULT tellCurrent(Spreadsheet & spreadsheet, EXCEPINFO * record)
-{
-  try {
-    throw;
-  } catch (Failure const & failure) {
-    return failure.sentence.empty() ? failure.code : TellSentence(spreadsheet, record, failure.sentence);
-  } catch (std::bad_alloc const &) {
-    return E_OUTOFMEMORY;
-  } catch (...) {
-    return spreadsheet.TellCurrent(record);
-  }
 }
 
 char16_t lower(char16_t c)
@@ -149,6 +136,22 @@ HRESULT DispatchObject::GetIDsOfNames(IID const &, char16_t ** names, UINT count
   return count == 1 && ids[0] != DISPID_UNKNOWN ? S_OK : DISP_E_UNKNOWNNAME;
 }
 
+// What is being handled, as a code and, where there is a sentence, as a record.
+HRESULT DispatchObject::TellCurrent(EXCEPINFO * record) const
+{
+  try {
+    throw;
+  } catch (Failure const & failure) {
+    return failure.sentence.empty() ? failure.code : TellSentence(*m_pSpreadsheet, record, failure.sentence);
+  } catch (std::filesystem::filesystem_error const & error) {
+    return TellSentence(*m_pSpreadsheet, record, error.path1().string() + ": " + TextOfError(error.code().value()));
+  } catch (std::bad_alloc const &) {
+    return E_OUTOFMEMORY;
+  } catch (...) {
+    return m_pSpreadsheet->TellCurrent(record, [this] { return HasGone(); });
+  }
+}
+
 HRESULT DispatchObject::Invoke(DISPID id, IID const &, LCID, WORD flags, tagDISPPARAMS * params, tagVARIANT * result,
                                tagEXCEPINFO * exception, UINT *)
 {
@@ -158,7 +161,7 @@ HRESULT DispatchObject::Invoke(DISPID id, IID const &, LCID, WORD flags, tagDISP
     Call call(params != nullptr ? *params : nothing, result);
     return CallMember(id, flags, call) ? S_OK : DISP_E_MEMBERNOTFOUND;
   } catch (...) {
-    return tellCurrent(*m_pSpreadsheet, exception);
+    return TellCurrent(exception);
   }
 }
 

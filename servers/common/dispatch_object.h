@@ -59,7 +59,12 @@ class DispatchObject : public IDispatch {
   virtual bool CallMember(DISPID id, WORD flags, Call & call) = 0;  // false if there is none
   virtual DISPID FindMember(std::u16string_view name) const = 0;
 
+  // Whether what the object belongs to is no more; asked after a call that failed.
+  virtual bool HasGone() const { return false; }
+
  private:
+  HRESULT TellCurrent(EXCEPINFO * record) const;
+
   std::atomic<DWORD> m_nReferences = 1;
   std::shared_ptr<Spreadsheet> m_pSpreadsheet;
 };
@@ -100,6 +105,21 @@ class ObjectOf : public DispatchObject {
       if (IsSameName(member.name, name)) return member.id;
     return DISPID_UNKNOWN;
   }
+};
+
+// One over a part of a workbook, with which it goes.
+template <class Self, class Model>
+class ObjectOver : public ObjectOf<Self> {
+ public:
+  ObjectOver(std::shared_ptr<Spreadsheet> spreadsheet, std::shared_ptr<Model> model)
+      : ObjectOf<Self>(std::move(spreadsheet)), m_pModel(std::move(model))
+  {
+  }
+
+ protected:
+  bool HasGone() const final { return m_pModel->HasGone(); }
+
+  std::shared_ptr<Model> m_pModel;
 };
 
 }  // namespace servers

@@ -5,6 +5,7 @@
 // name that a sheet or chart can't have, a sentence where one is due, CO_E_OBJNOTCONNECTED for what was closed.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,10 +18,16 @@
 
 namespace servers {
 
-class Worksheet {
+class Part {
  public:
-  virtual ~Worksheet() = default;
+  virtual ~Part() = default;
 
+  // Whether it is no more; asked after a call that failed.
+  virtual bool HasGone() { return false; }
+};
+
+class Worksheet : public Part {
+ public:
   virtual std::u16string GetName() = 0;
   virtual void SetName(std::u16string_view name) = 0;
   virtual void Select() = 0;
@@ -34,19 +41,15 @@ class Worksheet {
   virtual void Write(Block const & block, GivenValues const & values) = 0;
 };
 
-class Chart {
+class Chart : public Part {
  public:
-  virtual ~Chart() = default;
-
   virtual std::u16string GetName() = 0;
   virtual void SetName(std::u16string_view name) = 0;
   virtual void Select() = 0;
 };
 
-class Book {
+class Book : public Part {
  public:
-  virtual ~Book() = default;
-
   virtual std::u16string GetFullName() = 0;  // the name alone of a workbook that has no file
   virtual void Activate() = 0;
   virtual void Close() = 0;  // what wasn't saved is lost
@@ -77,8 +80,9 @@ class Spreadsheet {
   // Called before each member of each object is carried out; the flag tells those that only look at cells.
   virtual void Enter(bool) {}
 
-  // What to tell of an exception that is being handled and is none of those that every server has.
-  virtual HRESULT TellCurrent(EXCEPINFO *) { return E_FAIL; }
+  // What to tell of an exception that is being handled and is none of those that every server has; hasGone asks whether what was
+  // called is no more.
+  virtual HRESULT TellCurrent(EXCEPINFO *, std::function<bool()> const &) { return E_FAIL; }
 
   // Whether nothing of the server is to be touched any more, not even to give it back, at the end of the process.
   virtual bool IsOutOfReach() const { return false; }

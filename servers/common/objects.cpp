@@ -15,12 +15,9 @@ constexpr WORD get = DISPATCH_PROPERTYGET;
 constexpr WORD put = DISPATCH_PROPERTYPUT;
 constexpr WORD method = DISPATCH_METHOD;
 
-class WorksheetObject : public ObjectOf<WorksheetObject> {
+class WorksheetObject : public ObjectOver<WorksheetObject, Worksheet> {
  public:
-  WorksheetObject(std::shared_ptr<Spreadsheet> spreadsheet, std::shared_ptr<Worksheet> sheet)
-      : ObjectOf(std::move(spreadsheet)), m_pSheet(std::move(sheet))
-  {
-  }
+  using ObjectOver::ObjectOver;
 
   static std::span<Member<WorksheetObject> const> Members()
   {
@@ -33,30 +30,25 @@ class WorksheetObject : public ObjectOf<WorksheetObject> {
   }
 
  private:
-  void GetName(Call & call) { call.ReturnText(m_pSheet->GetName()); }
-  void SetName(Call & call) { m_pSheet->SetName(call.GetText(0)); }
-  void Select(Call &) { m_pSheet->Select(); }
-  void UsedRange(Call & call) { call.Return(new RangeObject(GetSpreadsheet(), m_pSheet, m_pSheet->GetUsed())); }
+  void GetName(Call & call) { call.ReturnText(m_pModel->GetName()); }
+  void SetName(Call & call) { m_pModel->SetName(call.GetText(0)); }
+  void Select(Call &) { m_pModel->Select(); }
+  void UsedRange(Call & call) { call.Return(new RangeObject(GetSpreadsheet(), m_pModel, m_pModel->GetUsed())); }
 
   void Range(Call & call)
   {
     std::u16string const name = call.GetText(0);
     std::string const utf8 = FromWide(name);
     std::optional<Block> block = ReadBlockName(utf8);
-    if (!block) block = m_pSheet->FindNamed(name);
+    if (!block) block = m_pModel->FindNamed(name);
     if (!block) Refuse("There are no cells of the name \"" + utf8 + "\"");
-    call.Return(new RangeObject(GetSpreadsheet(), m_pSheet, *block));
+    call.Return(new RangeObject(GetSpreadsheet(), m_pModel, *block));
   }
-
-  std::shared_ptr<Worksheet> m_pSheet;
 };
 
-class ChartObject : public ObjectOf<ChartObject> {
+class ChartObject : public ObjectOver<ChartObject, Chart> {
  public:
-  ChartObject(std::shared_ptr<Spreadsheet> spreadsheet, std::shared_ptr<Chart> chart)
-      : ObjectOf(std::move(spreadsheet)), m_pChart(std::move(chart))
-  {
-  }
+  using ObjectOver::ObjectOver;
 
   static std::span<Member<ChartObject> const> Members()
   {
@@ -69,19 +61,14 @@ class ChartObject : public ObjectOf<ChartObject> {
   }
 
  private:
-  void GetName(Call & call) { call.ReturnText(m_pChart->GetName()); }
-  void SetName(Call & call) { m_pChart->SetName(call.GetText(0)); }
-  void Select(Call &) { m_pChart->Select(); }
-
-  std::shared_ptr<Chart> m_pChart;
+  void GetName(Call & call) { call.ReturnText(m_pModel->GetName()); }
+  void SetName(Call & call) { m_pModel->SetName(call.GetText(0)); }
+  void Select(Call &) { m_pModel->Select(); }
 };
 
-class WorksheetList : public ObjectOf<WorksheetList> {
+class WorksheetList : public ObjectOver<WorksheetList, Book> {
  public:
-  WorksheetList(std::shared_ptr<Spreadsheet> spreadsheet, std::shared_ptr<Book> book)
-      : ObjectOf(std::move(spreadsheet)), m_pBook(std::move(book))
-  {
-  }
+  using ObjectOver::ObjectOver;
 
   static std::span<Member<WorksheetList> const> Members()
   {
@@ -93,18 +80,13 @@ class WorksheetList : public ObjectOf<WorksheetList> {
   }
 
  private:
-  void Count(Call & call) { call.ReturnNumber(m_pBook->CountWorksheets()); }
-  void Add(Call & call) { call.Return(new WorksheetObject(GetSpreadsheet(), m_pBook->AddWorksheet())); }
-
-  std::shared_ptr<Book> m_pBook;
+  void Count(Call & call) { call.ReturnNumber(m_pModel->CountWorksheets()); }
+  void Add(Call & call) { call.Return(new WorksheetObject(GetSpreadsheet(), m_pModel->AddWorksheet())); }
 };
 
-class ChartList : public ObjectOf<ChartList> {
+class ChartList : public ObjectOver<ChartList, Book> {
  public:
-  ChartList(std::shared_ptr<Spreadsheet> spreadsheet, std::shared_ptr<Book> book)
-      : ObjectOf(std::move(spreadsheet)), m_pBook(std::move(book))
-  {
-  }
+  using ObjectOver::ObjectOver;
 
   static std::span<Member<ChartList> const> Members()
   {
@@ -116,18 +98,13 @@ class ChartList : public ObjectOf<ChartList> {
   }
 
  private:
-  void Count(Call & call) { call.ReturnNumber(m_pBook->CountCharts()); }
-  void Add(Call & call) { call.Return(new ChartObject(GetSpreadsheet(), m_pBook->AddChart())); }
-
-  std::shared_ptr<Book> m_pBook;
+  void Count(Call & call) { call.ReturnNumber(m_pModel->CountCharts()); }
+  void Add(Call & call) { call.Return(new ChartObject(GetSpreadsheet(), m_pModel->AddChart())); }
 };
 
-class BookObject : public ObjectOf<BookObject> {
+class BookObject : public ObjectOver<BookObject, Book> {
  public:
-  BookObject(std::shared_ptr<Spreadsheet> spreadsheet, std::shared_ptr<Book> book)
-      : ObjectOf(std::move(spreadsheet)), m_pBook(std::move(book))
-  {
-  }
+  using ObjectOver::ObjectOver;
 
   static std::span<Member<BookObject> const> Members()
   {
@@ -143,28 +120,26 @@ class BookObject : public ObjectOf<BookObject> {
  private:
   void Charts(Call & call)
   {
-    if (!call.Has(0)) return call.Return(new ChartList(GetSpreadsheet(), m_pBook));
-    call.Return(new ChartObject(GetSpreadsheet(), m_pBook->GetChart(call.GetIndex(0, m_pBook->CountCharts()))));
+    if (!call.Has(0)) return call.Return(new ChartList(GetSpreadsheet(), m_pModel));
+    call.Return(new ChartObject(GetSpreadsheet(), m_pModel->GetChart(call.GetIndex(0, m_pModel->CountCharts()))));
   }
 
   void Worksheets(Call & call)
   {
-    if (!call.Has(0)) return call.Return(new WorksheetList(GetSpreadsheet(), m_pBook));
-    call.Return(new WorksheetObject(GetSpreadsheet(), m_pBook->GetWorksheet(call.GetIndex(0, m_pBook->CountWorksheets()))));
+    if (!call.Has(0)) return call.Return(new WorksheetList(GetSpreadsheet(), m_pModel));
+    call.Return(new WorksheetObject(GetSpreadsheet(), m_pModel->GetWorksheet(call.GetIndex(0, m_pModel->CountWorksheets()))));
   }
 
   void Close(Call & call)
   {
-    if (call.Has(0) && call.GetFlag(0)) m_pBook->Save();
-    m_pBook->Close();
+    if (call.Has(0) && call.GetFlag(0)) m_pModel->Save();
+    m_pModel->Close();
   }
 
-  void FullName(Call & call) { call.ReturnText(m_pBook->GetFullName()); }
-  void Activate(Call &) { m_pBook->Activate(); }
-  void Save(Call &) { m_pBook->Save(); }
-  void SaveAs(Call & call) { m_pBook->SaveAs(call.GetText(0)); }
-
-  std::shared_ptr<Book> m_pBook;
+  void FullName(Call & call) { call.ReturnText(m_pModel->GetFullName()); }
+  void Activate(Call &) { m_pModel->Activate(); }
+  void Save(Call &) { m_pModel->Save(); }
+  void SaveAs(Call & call) { m_pModel->SaveAs(call.GetText(0)); }
 };
 
 class BookList : public ObjectOf<BookList> {

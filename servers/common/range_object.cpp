@@ -20,15 +20,15 @@ std::span<Member<RangeObject> const> RangeObject::Members()
 
 void RangeObject::GetValue(Call & call)
 {
-  if (m_Block.GetCells() == 1) return call.Return(m_pSheet->ReadCell({m_Block.firstRow, m_Block.firstColumn}));
+  if (m_Block.GetCells() == 1) return call.Return(m_pModel->ReadCell({m_Block.firstRow, m_Block.firstColumn}));
   MadeBlock values(m_Block);
-  m_pSheet->ReadBlock(m_Block, values);
+  m_pModel->ReadBlock(m_Block, values);
   call.Return(values.Detach());
 }
 
 void RangeObject::SetValue(Call & call)
 {
-  m_pSheet->Write(m_Block, GivenValues(call.Get(0), m_Block));
+  m_pModel->Write(m_Block, GivenValues(call.Get(0), m_Block));
 }
 
 void RangeObject::Count(Call & call)

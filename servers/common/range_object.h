@@ -7,13 +7,13 @@
 
 namespace servers {
 
-class RangeObject : public ObjectOf<RangeObject> {
+class RangeObject : public ObjectOver<RangeObject, Worksheet> {
  public:
   enum class Unit { Cells, Rows, Columns };
 
   RangeObject(std::shared_ptr<Spreadsheet> spreadsheet, std::shared_ptr<Worksheet> sheet, Block const & block,
               Unit unit = Unit::Cells)
-      : ObjectOf(std::move(spreadsheet)), m_pSheet(std::move(sheet)), m_Block(block), m_Unit(unit)
+      : ObjectOver(std::move(spreadsheet), std::move(sheet)), m_Block(block), m_Unit(unit)
   {
   }
   static std::span<Member<RangeObject> const> Members();
@@ -24,10 +24,9 @@ class RangeObject : public ObjectOf<RangeObject> {
   void Count(Call & call);
   void Row(Call & call) { call.ReturnNumber(m_Block.firstRow + uint64_t{1}); }
   void Column(Call & call) { call.ReturnNumber(m_Block.firstColumn + uint64_t{1}); }
-  void Rows(Call & call) { call.Return(new RangeObject(GetSpreadsheet(), m_pSheet, m_Block, Unit::Rows)); }
-  void Columns(Call & call) { call.Return(new RangeObject(GetSpreadsheet(), m_pSheet, m_Block, Unit::Columns)); }
+  void Rows(Call & call) { call.Return(new RangeObject(GetSpreadsheet(), m_pModel, m_Block, Unit::Rows)); }
+  void Columns(Call & call) { call.Return(new RangeObject(GetSpreadsheet(), m_pModel, m_Block, Unit::Columns)); }
 
-  std::shared_ptr<Worksheet> m_pSheet;
   Block m_Block;
   Unit m_Unit;
 };

@@ -11,6 +11,7 @@
 #include "failure.h"
 #include "office_spreadsheet.h"
 #include "office_text.h"
+#include "workbook_files.h"
 
 namespace office {
 namespace {
@@ -30,7 +31,14 @@ class OfficeWorksheet : public servers::Worksheet {
  public:
   OfficeWorksheet(Link & link, Sheet sheet) : m_Link(link), m_Sheet(std::move(sheet)) {}
 
-  std::u16string GetName() override { return std::u16string(ViewOf(Named()->getName())); }
+  bool HasGone() override { return IsClosed(m_Sheet.workbook); }
+
+  std::u16string GetName() override
+  {
+    rtl::OUString const name = Named()->getName();
+    if (name.isEmpty()) servers::Fail(CO_E_OBJNOTCONNECTED);  // only a sheet of a closed workbook has none
+    return std::u16string(ViewOf(name));
+  }
 
   // The office leaves a name that it refuses as it was, without a word.
   void SetName(std::u16string_view name) override
@@ -55,6 +63,7 @@ class OfficeWorksheet : public servers::Worksheet {
     } catch (css::lang::DisposedException const &) {
       throw;
     } catch (css::uno::RuntimeException const &) {
+      if (HasGone()) throw;
       return std::nullopt;
     }
   }
@@ -96,6 +105,7 @@ class OfficeChart : public servers::Chart {
   {
   }
 
+  bool HasGone() override { return IsClosed(m_Workbook); }
   std::u16string GetName() override { return std::u16string(ViewOf(m_pChart->name)); }
   void SetName(std::u16string_view name) override { m_Link.GetCharts().Rename(m_Workbook, *m_pChart, FromWide(name)); }
 

@@ -19,7 +19,7 @@ class OfficeSpreadsheet : public servers::Spreadsheet {
 
   // Tells an office that has gone by its code, and drops what was read ahead if a call may change cells.
   void Enter(bool isReading) override;
-  HRESULT TellCurrent(EXCEPINFO * record) override;
+  HRESULT TellCurrent(EXCEPINFO * record, std::function<bool()> const & hasGone) override;
   bool IsOutOfReach() const override { return Link::IsOutOfReach(); }
 
  private:

@@ -18,6 +18,7 @@ class OfficeBook : public servers::Book {
  public:
   OfficeBook(Link & link, Workbook const & workbook) : m_Link(link), m_Workbook(workbook) {}
 
+  bool HasGone() override { return IsClosed(m_Workbook); }
   std::u16string GetFullName() override { return std::u16string(ViewOf(NameOfWorkbook(m_Workbook))); }
 
   // Brings the workbook's window to the front; there is none in an office without a screen.
@@ -66,6 +67,14 @@ class OfficeBook : public servers::Book {
   Workbook m_Workbook;
 };
 
+// The office's own words, which may be no more than a place in its source.
+std::string sentenceOf(rtl::OUString const & message)
+{
+  std::string const refused = "The office refuses this";
+  if (message.isEmpty()) return refused;
+  return message.startsWith("at ") ? refused + " (" + ToUtf8(message) + ")" : ToUtf8(message);
+}
+
 }  // namespace
 
 Reference<css::container::XIndexAccess> SheetsOf(Workbook const & workbook)
@@ -90,11 +99,11 @@ std::shared_ptr<servers::Book> OfficeSpreadsheet::OpenBook(std::u16string_view p
 
 void OfficeSpreadsheet::Enter(bool isReading)
 {
-  if (IsOutOfReach() || m_pLink->IsBroken()) servers::Fail(serverUnavailable);
+  if (m_pLink->IsBroken() || Link::IsOutOfReach()) servers::Fail(serverUnavailable);
   if (!isReading) m_pLink->GetReadAhead().Drop();
 }
 
-HRESULT OfficeSpreadsheet::TellCurrent(EXCEPINFO * record)
+HRESULT OfficeSpreadsheet::TellCurrent(EXCEPINFO * record, std::function<bool()> const & hasGone)
 {
   try {
     throw;
@@ -102,7 +111,7 @@ HRESULT OfficeSpreadsheet::TellCurrent(EXCEPINFO * record)
     return m_pLink->HasBroken() ? serverUnavailable : CO_E_OBJNOTCONNECTED;
   } catch (css::uno::Exception const & exception) {
     if (m_pLink->HasBroken()) return serverUnavailable;
-    return TellSentence(*this, record, exception.Message.isEmpty() ? "The office refuses this" : ToUtf8(exception.Message));
+    return hasGone() ? CO_E_OBJNOTCONNECTED : TellSentence(*this, record, sentenceOf(exception.Message));
   } catch (...) {
     return E_FAIL;
   }

@@ -152,6 +152,16 @@ void CloseWorkbook(Link & link, Workbook const & workbook)
   close(workbook);
 }
 
+bool IsClosed(Workbook const & workbook)
+{
+  try {
+    storableOf(workbook)->hasLocation();
+    return false;
+  } catch (css::uno::Exception const &) {
+    return true;
+  }
+}
+
 rtl::OUString NameOfWorkbook(Workbook const & workbook)
 {
   Reference<css::frame::XStorable> const storable = storableOf(workbook);

@@ -23,6 +23,9 @@ void SaveWorkbookAs(Link & link, Workbook const & workbook, std::u16string_view 
 // Closes a workbook; changes that weren't saved are lost.
 void CloseWorkbook(Link & link, Workbook const & workbook);
 
+// Whether a workbook was closed, by whomever.
+bool IsClosed(Workbook const & workbook);
+
 // The full inside path, or the title of a workbook that has no file.
 rtl::OUString NameOfWorkbook(Workbook const & workbook);
 

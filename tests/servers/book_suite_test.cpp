@@ -109,13 +109,15 @@ TEST_P(BookSuite, RefusesWithTheFileAndTheReason)
   std::string const bytes = m_Folder.Read("good.xlsx");
   m_Folder.Write("cut.xlsx", bytes.substr(0, bytes.size() / 2));
   m_Folder.Write("garbage.xlsx", "PK\3\4 but no workbook");
+  m_Folder.Write("empty.xlsx", "");
   std::filesystem::create_directory(m_Folder.Path() / "folder.xlsx");
   struct Row {
     char const * file;
     char const * reason;
   };
-  for (Row const & row : {Row{"missing.xlsx", "No such file"}, Row{"none/missing.xlsx", "No such file"},
-                          Row{"folder.xlsx", "is no file"}, Row{"cut.xlsx", ""}, Row{"garbage.xlsx", ""}}) {
+  for (Row const & row :
+       {Row{"missing.xlsx", "No such file"}, Row{"none/missing.xlsx", "No such file"}, Row{"folder.xlsx", "is no file"},
+        Row{"cut.xlsx", ""}, Row{"garbage.xlsx", ""}, Row{"empty.xlsx", "is empty"}}) {
     std::string const told = WhatIsTold([&] { m_pServer->OpenBook(m_Folder.Name(row.file)); });
     EXPECT_NE(told.find(row.reason), std::string::npos) << row.file << ": " << told;
     EXPECT_NE(told.find(row.file), std::string::npos) << told;
@@ -124,13 +126,21 @@ TEST_P(BookSuite, RefusesWithTheFileAndTheReason)
   EXPECT_NE(saving("cut.xlsx").find("is there already"), std::string::npos);
   EXPECT_NE(saving("new.doc").find("format"), std::string::npos);
   EXPECT_NE(saving("none/new.xlsx").find("can't be written"), std::string::npos);
+  EXPECT_NE(saving((std::string(300, 'l') + ".xlsx").c_str()).find("File name too long"), std::string::npos);
   EXPECT_EQ(saving("good.xlsx"), "");
+  EXPECT_EQ(WhatIsTold([&] { m_pServer->OpenBook(CString()); }), "No file is named");
   GPWorkBook same = m_pServer->OpenBook(m_Folder.Name("good.xlsx"));
   EXPECT_EQ(Attached<GPWorkBooks>(m_pServer->Application().GetWorkBooks()).GetCount(), 1);
   GPWorkBook fresh = m_pServer->NewBook();
   EXPECT_NE(WhatIsTold([&] { fresh.Save(); }).find("no file yet"), std::string::npos);
+  GPWorkSheet sheet = SheetOf(fresh, 1);
+  auto sheets = Attached<GPWorkSheets>(fresh.GetWorkSheets());
+  auto charts = Attached<GPCharts>(fresh.GetCharts());
   fresh.Close(COleVariant(short{0}));
-  EXPECT_EQ(WhatIsTold([&] { fresh.GetFullName(); }), "800401FD");
+  for (std::function<void()> const & call : std::vector<std::function<void()>>{
+           [&] { fresh.GetFullName(); }, [&] { sheets.GetCount(); }, [&] { charts.Add(); }, [&] { sheet.GetName(); },
+           [&] { ValueOf(sheet, "A1"); }, [&] { ValueOf(sheet, "no name"); }})
+    EXPECT_EQ(WhatIsTold(call), "800401FD");
   EXPECT_EQ(WhatIsTold([&] { SheetOf(book, 2); }), "8002000B");
   EXPECT_EQ(WhatIsTold([&] { book.InvokeHelper(1, DISPATCH_METHOD, VT_EMPTY, nullptr, nullptr); }), "80020003");
   book.Close(COleVariant(short{0}));
