@@ -4,40 +4,58 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
-#include <iostream>
 
 #include <fmt/format.h>
 
 #include "tools/program.h"
 
-InputFile::InputFile(std::string const & name) : m_strName(ShownName(name)), m_pStream(name == "-" ? &std::cin : &m_File)
+InputFile::Buffer::Buffer(std::string const & name)
+    : m_strName(ShownName(name)), m_pFile(name == "-" ? std::make_unique<HostFile>(0) : std::make_unique<HostFile>())
 {
-  std::ios::sync_with_stdio(false);
-  if (name == "-") return;
-  std::error_code ignored;
-  if (std::filesystem::is_directory(name, ignored)) throw Failure(fmt::format("{}: is a folder; name a file", name));
-  errno = 0;
-  m_File.open(name, std::ios::binary);
-  if (!m_File.is_open()) throw Failure(fmt::format("{}: can't be opened: {}; check the name", name, std::strerror(errno)));
+  if (m_pFile->IsOpen()) return;
+  if (IsFolder(name)) throw Failure(fmt::format("{}: is a folder; name a file", name));
+  if (m_pFile->Open(name, zp::hostRead)) return;
+  throw Failure(fmt::format("{}: can't be opened: {}; check the name", name, std::strerror(errno)));
 }
+
+size_t InputFile::Buffer::Take(char * buffer, size_t count)
+{
+  long const got = m_pFile->Read(buffer, count);
+  if (got >= 0) return static_cast<size_t>(got);
+  m_nError = errno;
+  Fail();
+}
+
+void InputFile::Buffer::Fail() const
+{
+  throw Failure(fmt::format("{}: can't be read: {}", m_strName, std::strerror(m_nError)));
+}
+
+// A stream that meets the failure turns bad; others that read here let it pass.
+InputFile::Buffer::int_type InputFile::Buffer::underflow()
+{
+  size_t const count = Take(m_Piece.data(), m_Piece.size());
+  setg(m_Piece.data(), m_Piece.data(), m_Piece.data() + count);
+  return count > 0 ? traits_type::to_int_type(m_Piece[0]) : traits_type::eof();
+}
+
+InputFile::InputFile(std::string const & name) : m_strName(ShownName(name)), m_Buffer(name), m_Stream(&m_Buffer) {}
 
 std::string InputFile::ReadAll(size_t atMost, std::string const & what)
 {
   constexpr size_t pieceBytes = 0x10000;
   std::string bytes;
-  while (m_pStream->good() && bytes.size() <= atMost) {
+  for (size_t count = 1; count > 0 && bytes.size() <= atMost;) {
     size_t const former = bytes.size();
     bytes.resize(former + pieceBytes);
-    m_pStream->read(&bytes[former], pieceBytes);
-    bytes.resize(former + static_cast<size_t>(m_pStream->gcount()));
+    count = Read(&bytes[former], pieceBytes);
+    bytes.resize(former + count);
   }
-  RequireRead();
   if (bytes.size() <= atMost) return bytes;
   throw Failure(fmt::format("{}: has more than the {} bytes of {}", m_strName, atMost, what));
 }
 
 void InputFile::RequireRead() const
 {
-  if (m_pStream->bad()) throw Failure(fmt::format("{}: can't be read", m_strName));
+  if (m_Buffer.GetError() != 0) m_Buffer.Fail();
 }

@@ -4,82 +4,99 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <random>
+#include <utility>
 
 #include <fmt/format.h>
 #include <zpbase/platform/durable_file.h>
-#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
 
 namespace {
 
-constexpr size_t bufferBytes = 0x20000;
-
-std::string followLinks(std::string const & name)
-{
-  std::error_code error;
-  std::filesystem::path const target = std::filesystem::canonical(name, error);
-  return error ? name : target.string();
-}
+constexpr size_t pieceBytes = 0x20000;
 
 }  // namespace
 
-OutputFile::OutputFile(std::string const & name) : m_strName(name), m_strTarget(followLinks(name))
+OutputFile::OutputFile(std::string const & name) : m_strName(name)
 {
   if (name == "-") return;
-  std::error_code ignored;
-  bool const isDevice = FileExists(m_strTarget) && !std::filesystem::is_regular_file(m_strTarget, ignored);
-  if (!isDevice) m_strTemporary = fmt::format("{}.{:08x}.zp-part", m_strTarget, std::random_device()());
-  m_pFile.reset(std::fopen((isDevice ? m_strTarget : m_strTemporary).c_str(), isDevice ? "wb" : "wbx"));
-  if (!m_pFile) Fail(errno);
-  std::setvbuf(m_pFile.get(), nullptr, _IOFBF, bufferBytes);
-  if (!isDevice) TakeOver();
+  m_strTarget = FollowedName(name);
+  auto const former = StatusOf(m_strTarget);
+  m_bDevice = former && former->kind != zp::HostStatus::File;
+  std::string const beside = fmt::format("{}.{:08x}.zp-part", m_strTarget, std::random_device()());
+  unsigned int const isNew = m_bDevice ? 0U : zp::hostCreate | zp::hostNew;
+  if (!m_File.Open(m_bDevice ? m_strTarget : beside, zp::hostWrite | isNew)) Fail(errno);
+  if (m_bDevice) return;
+  if (!former || TakeOver(*former)) {
+    m_strTemporary = beside;
+    return;
+  }
+  int const error = errno;
+  DropFile(beside);
+  Fail(error);
 }
 
 OutputFile::~OutputFile()
 {
-  m_pFile.reset();
-  if (!m_strTemporary.empty()) std::remove(m_strTemporary.c_str());
+  m_File.Close();
+  if (!m_strTemporary.empty()) DropFile(m_strTemporary);
 }
 
 void OutputFile::Fail(int error) const
 {
-  throw Failure(fmt::format("{}: can't be written: {}{}", m_strName, std::strerror(error),
-                            m_strTemporary.empty() ? "" : "; nothing was changed"));
+  throw Failure(
+      fmt::format("{}: can't be written: {}{}", m_strName, std::strerror(error), m_bDevice ? "" : "; nothing was changed"));
 }
 
 void OutputFile::Write(std::string_view bytes)
 {
-  if (!m_pFile) return Print(bytes);
-  if (std::fwrite(bytes.data(), 1, bytes.size(), m_pFile.get()) != bytes.size()) Fail(errno);
+  m_nBytes += bytes.size();
+  if (!m_File.IsOpen()) return Print(bytes);
+  if (m_Gathered.size() + bytes.size() > pieceBytes) WriteGathered();
+  if (bytes.size() < pieceBytes)
+    m_Gathered.append(bytes);
+  else if (!m_File.Write(bytes))
+    Fail(errno);
+}
+
+void OutputFile::WriteGathered()
+{
+  if (!m_File.Write(m_Gathered)) Fail(errno);
+  m_Gathered.clear();
+}
+
+void OutputFile::Finish()
+{
+  if (!m_File.IsOpen()) return;
+  WriteGathered();
+  if (!m_File.Close()) Fail(errno);
+  if (m_strTemporary.empty()) return;
+  auto const status = StatusOf(m_strTemporary);
+  if (!status || static_cast<unsigned long long>(status->size) != m_nBytes) Fail(EIO);
 }
 
 void OutputFile::Commit()
 {
-  if (!m_pFile) return;
-  if (std::fclose(m_pFile.release()) != 0) Fail(errno);
+  Finish();
   if (m_strTemporary.empty()) return;
   int error = 0;
   bool const isMoved = MoveFileDurably(FromHostPath(m_strTemporary), FromHostPath(m_strTarget), &error);
-  if (!isMoved && FileExists(m_strTemporary)) Fail(error);
-  m_strTemporary.clear();
+  Removal const left = isMoved ? Removal::Missing : TryToRemove(m_strTemporary);
+  std::string const temporary = std::exchange(m_strTemporary, "");
   if (isMoved) return;
-  throw Failure(
-      fmt::format("{}: was written, but may not outlive a failure of the machine: {}", m_strName, std::strerror(error)));
+  if (left == Removal::Removed) Fail(error);
+  throw Failure(fmt::format("{}: {}: {}", m_strName,
+                            left == Removal::Missing ? "was written, but may not outlive a failure of the machine"
+                                                     : "may not have been replaced; the new one may still be " + temporary,
+                            std::strerror(error)));
 }
 
 // The former file's permissions, and its owner where that is allowed.
-void OutputFile::TakeOver() const
+bool OutputFile::TakeOver(zp::HostStatus const & former) const
 {
   zp::HostCalls const & host = zp::GetHostCalls();
-  zp::HostStatus former;
-  if (host.GetStatusOf(m_strTarget.c_str(), former) != 0) return;
-  int const file = host.Open(m_strTemporary.c_str(), zp::hostRead, 0);
-  if (file < 0) return;
-  bool const sameOwner = host.SetOwner(file, former.user, former.group) == 0;
-  host.SetMode(file, former.mode & (sameOwner ? 07777 : 0777));
-  host.Close(file);
+  bool const sameOwner = host.SetOwner(m_File.Get(), former.user, former.group) == 0;
+  return host.SetMode(m_File.Get(), former.mode & (sameOwner ? 07777 : 0777)) == 0;
 }

@@ -1,10 +1,10 @@
 // A file that is written piece by piece and takes its place whole, or not at all.
 #pragma once
 
-#include <cstdio>
-#include <memory>
 #include <string>
 #include <string_view>
+
+#include "tools/host_file.h"
 
 // name is a host name; "-" stands for standard output. A file that exists is replaced by Commit, at once, and keeps its
 // permissions; without Commit it stands as it was. A pipe or a device gets the pieces as they come. Failures are raised.
@@ -16,18 +16,23 @@ class OutputFile {
   OutputFile & operator=(OutputFile const &) = delete;
 
   void Write(std::string_view bytes);
+
+  // The bytes are in the file, and it has their length. Until Commit it can be read under the name.
+  void Finish();
+  std::string const & GetWrittenName() const { return m_strTemporary.empty() ? m_strTarget : m_strTemporary; }
+
   void Commit();
 
  private:
-  struct CloseFile {
-    void operator()(std::FILE * file) const { std::fclose(file); }
-  };
-
   [[noreturn]] void Fail(int error) const;
-  void TakeOver() const;
+  bool TakeOver(zp::HostStatus const & former) const;
+  void WriteGathered();
 
   std::string m_strName;
   std::string m_strTarget;     // what the name leads to
   std::string m_strTemporary;  // empty for a device and for standard output
-  std::unique_ptr<std::FILE, CloseFile> m_pFile;
+  bool m_bDevice = false;
+  std::string m_Gathered;
+  HostFile m_File;
+  unsigned long long m_nBytes = 0;  // that were given
 };

@@ -6,14 +6,13 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <memory>
 
 #include <fmt/format.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/terminal.h>
 
+#include "tools/input_file.h"
 #include "tools/output_file.h"
 #include "tools/shown_text.h"
 
@@ -24,19 +23,6 @@ volatile std::sig_atomic_t g_bInterrupted = 0;
 void noteInterrupt(int)
 {
   g_bInterrupted = 1;
-}
-
-struct CloseFile {
-  void operator()(std::FILE * file) const { std::fclose(file); }
-};
-
-std::string readAll(std::FILE * file, std::string const & name)
-{
-  std::string bytes;
-  char piece[0x10000];
-  for (size_t count = 0; (count = std::fread(piece, 1, sizeof piece, file)) > 0;) bytes.append(piece, count);
-  if (std::ferror(file) != 0) throw Failure(fmt::format("{}: can't be read: {}", name, std::strerror(errno)));
-  return bytes;
 }
 
 }  // namespace
@@ -81,12 +67,7 @@ void FlushOutput()
 
 std::string ReadWholeFile(std::string const & name)
 {
-  if (name == "-") return readAll(stdin, "standard input");
-  std::error_code ignored;
-  if (std::filesystem::is_directory(name, ignored)) throw Failure(fmt::format("{}: is a folder; name a file", name));
-  std::unique_ptr<std::FILE, CloseFile> const file(std::fopen(name.c_str(), "rb"));
-  if (!file) throw Failure(fmt::format("{}: can't be opened: {}; check the name", name, std::strerror(errno)));
-  return readAll(file.get(), name);
+  return InputFile(name).ReadAll();
 }
 
 void WriteWholeFile(std::string const & name, std::string_view bytes)
@@ -116,12 +97,6 @@ void FailOpening(std::string const & name, char const * what, CFileException con
 std::string ShownName(std::string const & file)
 {
   return file == "-" ? "standard input" : file;
-}
-
-bool FileExists(std::string const & name)
-{
-  std::error_code ignored;
-  return std::filesystem::exists(name, ignored);
 }
 
 std::string Describe(CException const & exception)

@@ -58,8 +58,6 @@ void WriteWholeFile(std::string const & name, std::string_view bytes);
 // "standard input" for "-".
 std::string ShownName(std::string const & file);
 
-bool FileExists(std::string const & name);
-
 // What a framework exception says, in one sentence without its point.
 std::string Describe(CException const & exception);
 

@@ -13,6 +13,7 @@
 #include "tools/drawing/dxf_report.h"
 #include "tools/drawing/file_names.h"
 #include "tools/drawing/record_names.h"
+#include "tools/host_file.h"
 #include "tools/json_output.h"
 #include "tools/program.h"
 #include "tools/progress.h"
@@ -203,10 +204,9 @@ std::vector<DxfTask> tasksOf(DxfOptions const & options)
   if (options.to.empty()) {
     if (options.files.size() != 2) throw Failure("name a metafile and a drawing, or a folder with --to", exitUsage);
     bool const readsBack = draws || options.stats;
-    std::error_code ignored;
     std::string const & output = options.files[1];
-    if (std::filesystem::is_directory(output, ignored)) throw Failure(output + ": is a folder; name it with --to", exitUsage);
-    bool const isRegular = output != "-" && (!FileExists(output) || std::filesystem::is_regular_file(output, ignored));
+    if (IsFolder(output)) throw Failure(output + ": is a folder; name it with --to", exitUsage);
+    bool const isRegular = output != "-" && (!FileExists(output) || IsRegularFile(output));
     if (readsBack && !isRegular) throw Failure("--stats, --svg and --png need a drawing that lies in a file", exitUsage);
     return {{options.files[0], output}};
   }

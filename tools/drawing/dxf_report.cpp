@@ -2,46 +2,25 @@
 
 #include "tools/drawing/dxf_report.h"
 
-#include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 
 #include <fmt/format.h>
 
+#include "tools/input_file.h"
 #include "tools/program.h"
 
 namespace {
 
 constexpr std::array<char const *, dxfKinds> keys = {"lines", "points", "circles", "arcs", "texts"};
 
-std::FILE * openFile(std::string const & name)
-{
-  if (name == "-") return stdin;
-  std::error_code ignored;
-  if (std::filesystem::is_directory(name, ignored)) throw Failure(fmt::format("{}: is a folder; name a drawing", name));
-  if (std::FILE * const file = std::fopen(name.c_str(), "rb")) return file;
-  throw Failure(fmt::format("{}: can't be opened: {}; check the name", name, std::strerror(errno)));
-}
-
-void closeFile(std::FILE * file)
-{
-  if (file != stdin) std::fclose(file);
-}
-
 }  // namespace
 
 DxfOpener OpenerOf(std::string const & file)
 {
   return [file] {
-    std::shared_ptr<std::FILE> const input(openFile(file), closeFile);
-    return [file, input](char * buffer, size_t size) {
-      size_t const count = std::fread(buffer, 1, size, input.get());
-      if (count == 0 && std::ferror(input.get()) != 0)
-        throw Failure(fmt::format("{}: can't be read: {}", file, std::strerror(errno)));
-      return count;
-    };
+    auto const input = std::make_shared<InputFile>(file);
+    return [input](char * buffer, size_t size) { return input->Read(buffer, size); };
   };
 }
 

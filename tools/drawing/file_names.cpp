@@ -11,6 +11,7 @@
 #include <zpbase/platform/file.h>
 #include <zpbase/platform/paths.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 
 namespace fs = std::filesystem;
@@ -58,8 +59,7 @@ std::vector<std::string> metafilesIn(std::string const & folder)
   std::vector<std::string> files;
   fs::directory_iterator entry(folder, error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    std::error_code ignored;
-    if (isMetafileName(entry->path()) && entry->is_regular_file(ignored)) files.push_back(entry->path().string());
+    if (isMetafileName(entry->path()) && IsRegularFile(entry->path().string())) files.push_back(entry->path().string());
   }
   if (error) throw Failure(fmt::format("{}: can't be read: {}", folder, error.message()));
   std::sort(files.begin(), files.end());
@@ -81,8 +81,7 @@ std::vector<DxfTask> TasksInto(std::string const & folder, std::vector<std::stri
     if (isNew) tasks.push_back({input, output});
   };
   for (std::string const & name : named) {
-    std::error_code ignored;
-    if (!fs::is_directory(name, ignored)) {
+    if (!IsFolder(name)) {
       add(name);
       continue;
     }

@@ -15,6 +15,7 @@
 #include <zpbase/platform/paths.h>
 #include <zpbase/platform/system_error.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 
 namespace {

@@ -12,6 +12,7 @@
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/paths.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 
 namespace {

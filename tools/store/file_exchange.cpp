@@ -4,13 +4,13 @@
 
 #include <array>
 #include <cstring>
-#include <filesystem>
 
 #include <fmt/format.h>
 #include <zpbase/platform/durable_file.h>
 #include <zpbase/platform/file.h>
 #include <zpbase/platform/paths.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 
 namespace {
@@ -44,14 +44,6 @@ void move(std::string const & from, std::string const & to)
   throw Failure(fmt::format("{}: can't take the name {}: {}", from, to, std::strerror(error)));
 }
 
-bool removeFile(std::string const & file)
-{
-  std::error_code error;
-  bool const removed = std::filesystem::remove(file, error);
-  if (error) throw Failure(fmt::format("{}: can't be removed: {}; remove it", file, error.message()));
-  return removed;
-}
-
 // From any step on. A file that stands beside both its new and its old form was put there by someone else.
 void exchange(std::string const & file)
 {
@@ -73,13 +65,13 @@ void finish(StoreNames const & names)
 {
   try {
     for (std::string const & file : filesOf(names)) exchange(file);
-    removeFile(markName(names));
+    RemoveFile(markName(names));
   } catch (Failure const & failure) {
     throw Failure(
         fmt::format("{}; the exchange of the store's files is begun: make that possible, and finish it with zp store compact",
                     failure.what()));
   }
-  for (std::string const & file : filesOf(names)) removeFile(oldName(file));
+  for (std::string const & file : filesOf(names)) RemoveFile(oldName(file));
 }
 
 }  // namespace
@@ -109,9 +101,9 @@ std::string TidyExchange(StoreNames const & names)
   bool undone = false;
   bool ended = false;
   for (std::string const & file : filesOf(names)) {
-    undone |= removeFile(newName(file));
-    undone |= removeFile(TemporaryName(file));
-    ended |= FileExists(file) && removeFile(oldName(file));
+    undone |= RemoveFile(newName(file));
+    undone |= RemoveFile(TemporaryName(file));
+    ended |= FileExists(file) && RemoveFile(oldName(file));
   }
   if (undone) return "what an interrupted command had begun was thrown away";
   return ended ? "the old files of a finished exchange were removed" : "";
@@ -119,9 +111,8 @@ std::string TidyExchange(StoreNames const & names)
 
 void DropExchange(StoreNames const & temporary)
 {
-  std::error_code ignored;
-  std::filesystem::remove(temporary.index, ignored);
-  std::filesystem::remove(temporary.record, ignored);
+  DropFile(temporary.index);
+  DropFile(temporary.record);
 }
 
 void SwapIn(StoreNames const & names)

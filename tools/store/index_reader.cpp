@@ -8,6 +8,7 @@
 #include <zpbase/platform/bytes.h>
 #include <zpbase/store.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 #include "tools/records/payload.h"
 

@@ -2,11 +2,10 @@
 
 #include "tools/store/open_store.h"
 
-#include <filesystem>
-
 #include <fmt/format.h>
 #include <zpbase/platform/paths.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 #include "tools/store/file_exchange.h"
 #include "tools/store/store_check.h"
@@ -16,13 +15,6 @@ namespace {
 constexpr unsigned int sharedMode = CFile::modeRead | CFile::shareDenyWrite;
 constexpr unsigned int ownMode = CFile::modeReadWrite | CFile::shareDenyWrite;
 constexpr unsigned int creating = CFile::modeCreate | CFile::modeNoTruncate;
-
-bool isEmpty(std::string const & file)
-{
-  std::error_code error;
-  auto const size = std::filesystem::file_size(file, error);
-  return error || size == 0;
-}
 
 bool lockForRemoval(CFile & file, std::string const & name)
 {
@@ -35,13 +27,16 @@ bool lockForRemoval(CFile & file, std::string const & name)
 OpenStore::NewFiles::~NewFiles()
 {
   if (!m_bWatched) return;
-  CFile record;
-  CFile index;
-  if (!lockForRemoval(record, m_Names.record) || !lockForRemoval(index, m_Names.index)) return;
-  if (!isEmpty(m_Names.record) || !isEmpty(m_Names.index)) return;
-  std::error_code ignored;
-  std::filesystem::remove(m_Names.index, ignored);
-  std::filesystem::remove(m_Names.record, ignored);
+  try {
+    CFile record;
+    CFile index;
+    if (!lockForRemoval(record, m_Names.record) || !lockForRemoval(index, m_Names.index)) return;
+    if (SizeOf(m_Names.record) > 0 || SizeOf(m_Names.index) > 0) return;
+    DropFile(m_Names.index);
+    DropFile(m_Names.record);
+  } catch (Failure const & failure) {
+    Tell(failure.what());
+  }
 }
 
 OpenStore::OpenStore(StoreNames const & names, StoreAccess access) : m_Names(names), m_Access(access), m_NewFiles(m_Names)
@@ -65,8 +60,8 @@ OpenStore::OpenStore(StoreNames const & names, StoreAccess access) : m_Names(nam
 void OpenStore::RequirePlainFiles() const
 {
   for (std::string const & file : {m_Names.record, m_Names.index}) {
-    std::error_code ignored;
-    if (!FileExists(file) || std::filesystem::is_regular_file(file, ignored)) continue;
+    auto const status = StatusOf(file);
+    if (!status || status->kind == zp::HostStatus::File) continue;
     throw Failure(fmt::format("{}: is no file but a folder, a pipe or a device; a store has two files", file));
   }
 }
@@ -161,10 +156,11 @@ void OpenStore::RequireUsableIndex()
 // its record file.
 void OpenStore::ReadTables()
 {
-  bool const isBlank = isEmpty(m_Names.record);
-  m_bNew = m_Access == StoreAccess::Create && isBlank && isEmpty(m_Names.index);
+  bool const isBlank = SizeOf(m_Names.record) == 0;
+  bool const hasIndex = SizeOf(m_Names.index) > 0;
+  m_bNew = m_Access == StoreAccess::Create && isBlank && !hasIndex;
   if (!m_bNew) RequireIndexFile();
-  if (!isBlank && isEmpty(m_Names.index)) FailEmptyIndex();
+  if (!isBlank && !hasIndex) FailEmptyIndex();
   if (isBlank && !m_bNew && !GetIndex().live.empty()) {
     throw Failure(fmt::format("{}: the record file is empty, but {} names records in it; bring the record file back",
                               m_Names.record, m_Names.index));

@@ -82,8 +82,8 @@ void printRowsAsJson(std::vector<ListRow> const & rows)
 
 std::vector<BYTE> readJsonRecord(InputFile & input, std::string const & file)
 {
+  std::istringstream text(input.ReadAll(mostJsonBytes, "a record told in JSON"));
   try {
-    std::istringstream text(input.ReadAll(mostJsonBytes, "a record told in JSON"));
     return RecordFromJson(ReadJson(text));
   } catch (Failure const & failure) {
     throw Failure(fmt::format("{}: {}; zp store show --json prints the form", ShownName(file), failure.what()));

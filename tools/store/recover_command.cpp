@@ -3,11 +3,11 @@
 #include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 
-#include <filesystem>
 #include <unordered_map>
 
 #include <fmt/format.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 #include "tools/progress.h"
 #include "tools/records/object_json.h"
@@ -212,9 +212,8 @@ StoreNames newStore(StoreNames const & from, std::string const & name)
 
 ExitStatus giveUp(StoreNames const & written)
 {
-  std::error_code ignored;
-  std::filesystem::remove(written.index, ignored);
-  std::filesystem::remove(written.record, ignored);
+  DropFile(written.index);
+  DropFile(written.record);
   return exitInterrupted;
 }
 

@@ -4,28 +4,24 @@
 #include "tools/store/store_backup.h"
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
 
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/paths.h>
 
+#include "tools/host_file.h"
+#include "tools/patience.h"
 #include "tools/program.h"
 
 namespace {
 
 constexpr unsigned int headerBytes = zp::BlockHeader::byteCount;
-constexpr auto patience = std::chrono::seconds(2);
-constexpr auto pause = std::chrono::milliseconds(2);
 
 bool openForRepair(CFile & file, std::string const & name)
 {
-  auto const end = std::chrono::steady_clock::now() + patience;
-  while (!file.Open(FromHostPath(name), CFile::modeReadWrite | CFile::shareDenyWrite)) {
-    if (std::chrono::steady_clock::now() >= end) return false;
-    std::this_thread::sleep_for(pause);
+  for (Patience patience; !patience.IsOver(); patience.Pause()) {
+    if (file.Open(FromHostPath(name), CFile::modeReadWrite | CFile::shareDenyWrite)) return true;
   }
-  return true;
+  return false;
 }
 
 // What is tried stands behind the file's end, where nothing else does.
@@ -69,8 +65,11 @@ void StoreBackup::Keep(int id)
 
 StoreBackup::Times StoreBackup::WriteTimes() const
 {
-  std::error_code ignored;
-  return {std::filesystem::last_write_time(m_Names.record, ignored), std::filesystem::last_write_time(m_Names.index, ignored)};
+  try {
+    return {{TimeOf(m_Names.record), TimeOf(m_Names.index)}};
+  } catch (Failure const &) {
+    return std::nullopt;
+  }
 }
 
 void StoreBackup::NoteClosed()
@@ -107,7 +106,8 @@ bool StoreBackup::Restore(size_t count, std::string & why) const
   try {
     CFile record;
     CFile index;
-    if (!openForRepair(record, m_Names.record) || !openForRepair(index, m_Names.index) || WriteTimes() != m_Closed) return false;
+    if (!openForRepair(record, m_Names.record) || !openForRepair(index, m_Names.index) || !m_Closed || WriteTimes() != m_Closed)
+      return false;
     why = whyNoRoom(record, count);
     RestoreBlocks(record);
     if (why.empty()) why = whyNoRoom(index, m_Index.size() + count);

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <array>
-#include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include <zpbase/platform/host_calls.h>
 
 #include "tools/store/block_survey.h"
 #include "tools/store/store_names.h"
@@ -26,9 +28,9 @@ class StoreBackup {
   bool Restore(size_t count, std::string & why) const;
 
  private:
-  using Times = std::array<std::filesystem::file_time_type, 2>;
+  using Times = std::optional<std::array<zp::HostTime, 2>>;
 
-  Times WriteTimes() const;
+  Times WriteTimes() const;  // none if the system can't say
   void RestoreBlocks(CFile & file) const;
   void RestoreIndex(CFile & file) const;
 

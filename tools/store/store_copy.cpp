@@ -2,12 +2,11 @@
 
 #include "tools/store/store_copy.h"
 
-#include <filesystem>
-
 #include <fmt/format.h>
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/paths.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 #include "tools/progress.h"
 #include "tools/store/file_exchange.h"
@@ -20,10 +19,7 @@ constexpr UINT pieceBytes = 0x100000;
 void requireNoLink(StoreNames const & names)
 {
   for (std::string const & file : {names.record, names.index}) {
-    std::error_code ignored;
-    if (std::filesystem::is_symlink(file, ignored)) {
-      throw Failure(fmt::format("{}: is a link; name the file that it leads to", file));
-    }
+    if (IsLink(file)) throw Failure(fmt::format("{}: is a link; name the file that it leads to", file));
   }
 }
 
@@ -60,7 +56,7 @@ void StoreCopy::Copy(CFile const & from, std::string const & fromName, std::stri
     if (!to.Open(FromHostPath(toName), CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite, &problem)) {
       throw Failure(fmt::format("{}: can't be written: {}", toName, Describe(problem)));
     }
-    std::filesystem::permissions(toName, std::filesystem::status(fromName).permissions());
+    TakePermissions(toName, fromName);
     std::vector<BYTE> piece(pieceBytes);
     Progress progress("copying", from.GetLength());
     ULONGLONG at = 0;
@@ -118,8 +114,7 @@ void StoreCopy::Check(size_t count, Other const & other)
 
 unsigned long long StoreCopy::GetSize() const
 {
-  std::error_code ignored;
-  return std::filesystem::file_size(m_New.record, ignored);
+  return SizeOf(m_New.record);
 }
 
 void StoreCopy::PutInPlace()

@@ -10,6 +10,7 @@
 #include <zpbase/config.h>
 #include <zpbase/platform/ascii.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 
 namespace {
@@ -92,15 +93,13 @@ StoreNames resolveStem(std::string const & stem)
 StoreNames ResolveStore(std::string const & name, std::string const & recordName)
 {
   if (!recordName.empty()) return {name, recordName};
-  std::filesystem::path const path(name);
-  std::string const written = path.extension().string();
+  std::string const written = std::filesystem::path(name).extension().string();
   std::string const stem = name.substr(0, name.size() - written.size());
   for (Pair const & pair : pairs) {
     if (zp::EqualsNoCase(written, pair.index())) return {name, besides(stem, pair.record(), written)};
     if (zp::EqualsNoCase(written, pair.record())) return {besides(stem, pair.index(), written), name};
   }
-  std::error_code ignored;
-  if (std::filesystem::is_regular_file(path, ignored)) {
+  if (IsRegularFile(name)) {
     throw Failure(fmt::format("{}: has no extension of a store's file; name its record file with --record", name), exitUsage);
   }
   return resolveStem(name);
@@ -109,8 +108,7 @@ StoreNames ResolveStore(std::string const & name, std::string const & recordName
 void RequireOtherFile(StoreNames const & names, std::string const & output)
 {
   for (std::string const & file : {names.index, names.record}) {
-    std::error_code ignored;
-    if (output == "-" || (output != file && !std::filesystem::equivalent(output, file, ignored))) continue;
+    if (output == "-" || (output != file && !LeadToOneFile(output, file))) continue;
     throw Failure(fmt::format("{}: is a file of the store itself; name another file to write", output), exitUsage);
   }
 }

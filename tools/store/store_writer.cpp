@@ -3,28 +3,17 @@
 #include "tools/store/store_writer.h"
 
 #include <algorithm>
-#include <chrono>
-#include <filesystem>
-#include <thread>
+#include <optional>
 
 #include <fmt/format.h>
 #include <zpbase/platform/paths.h>
 
+#include "tools/host_file.h"
+#include "tools/patience.h"
 #include "tools/program.h"
 #include "tools/store/store_check.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-constexpr auto lockPatience = std::chrono::seconds(2);
-constexpr auto lockPause = std::chrono::milliseconds(2);
-
-std::filesystem::file_time_type writeTimeOf(std::string const & file)
-{
-  std::error_code ignored;
-  return std::filesystem::last_write_time(file, ignored);
-}
 
 size_t hashOf(std::span<BYTE const> bytes)
 {
@@ -50,14 +39,14 @@ void StoreWriter::SetHeader(std::unique_ptr<CObject> header)
 bool StoreWriter::Apply(std::function<bool()> const & step)
 {
   bool wasTried = false;
-  for (auto const end = Clock::now() + lockPatience; !m_bLocked; std::this_thread::sleep_for(lockPause)) {
+  for (Patience patience; !m_bLocked; patience.Pause()) {
     CFileException problem;
     std::string const & record = m_Store.GetNames().record;
     bool const isFree = CFile().Open(FromHostPath(record), CFile::modeReadWrite | CFile::shareDenyWrite, &problem);
     if (isFree) m_bLocked = step();
     if (m_bLocked) return true;
     wasTried |= isFree;
-    if (Clock::now() < end) continue;
+    if (!patience.IsOver()) continue;
     if (!wasTried) FailOpening(record, "record file", problem);
     return false;
   }
@@ -117,13 +106,14 @@ std::string StoreWriter::FaultOnDisk()
   StoreNames const & names = m_Store.GetNames();
   std::string why;
   m_Store.Close();
-  auto const written = writeTimeOf(names.index);
-  for (auto const end = Clock::now() + lockPatience; Clock::now() < end; std::this_thread::sleep_for(lockPause)) {
+  std::optional<zp::HostTime> written;
+  for (Patience patience; !patience.IsOver(); patience.Pause()) {
     try {
+      if (!written) written = TimeOf(names.index);
       OpenStore store(names, StoreAccess::Look);
       CheckReport const report = CheckStore(store, CheckDepth::Blocks);
       if (!report.faults.empty()) return report.faults.front().text;
-      if (IsChanged(store) || writeTimeOf(names.index) != written) return "";
+      if (IsChanged(store) || TimeOf(names.index) != written) return "";
     } catch (Failure const & failure) {
       why = failure.what();
       continue;

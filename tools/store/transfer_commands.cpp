@@ -4,12 +4,12 @@
 #include "tools/store/store_arguments.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <functional>
 #include <unordered_map>
 
 #include <fmt/format.h>
 
+#include "tools/host_file.h"
 #include "tools/input_file.h"
 #include "tools/output_file.h"
 #include "tools/program.h"
@@ -114,6 +114,7 @@ Incoming readIncoming(std::string const & file)
   try {
     incoming = isJson ? readJson(stream) : readTable(stream, ShownName(file));
   } catch (Failure const & failure) {
+    input.RequireRead();
     if (!isJson) throw;
     throw Failure(fmt::format("{}: {}; nothing was stored", ShownName(file), failure.what()));
   }
@@ -171,13 +172,6 @@ Stored storeBeside(StoreNames const & names, Incoming const & incoming)
   return stored;
 }
 
-bool isThere(StoreNames const & names)
-{
-  std::error_code error;
-  auto const bytes = std::filesystem::file_size(names.record, error);
-  return !error && bytes > 0;
-}
-
 void printStored(bool json, StoreNames const & names, size_t stored, size_t replaced)
 {
   if (json) return Print(DumpJson(Json{{"stored", stored}, {"new", stored - replaced}, {"replaced", replaced}}, 2) + "\n");
@@ -225,7 +219,7 @@ struct ImportCommand : StoreArguments {
     InterruptGuard const guard;
     try {
       Stored const stored =
-          isThere(names) && !incoming.records.empty() ? storeBeside(names, incoming) : storeAnew(names, incoming);
+          SizeOf(names.record) > 0 && !incoming.records.empty() ? storeBeside(names, incoming) : storeAnew(names, incoming);
       printStored(json, names, stored.count, stored.replaced);
       return stored.isWhole ? exitDone : exitInterrupted;
     } catch (Interrupted const &) {

@@ -3,13 +3,13 @@
 #include "tools/text/text_copy.h"
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <random>
 
 #include <fmt/format.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 
 namespace {
@@ -42,28 +42,20 @@ size_t CompleteLineEnds(std::string & bytes)
 
 TemporaryTextFile::TemporaryTextFile(std::string_view content)
 {
+  constexpr unsigned int ownersAlone = 0600;
   std::error_code ignored;
   auto const folder = std::filesystem::temp_directory_path(ignored);
-  m_strName = ((ignored ? "/tmp" : folder) / "zp_text_XXXXXX").string();
-  int const handle = mkstemp(m_strName.data());
-  if (handle == -1) Fail();
-  std::FILE * const file = fdopen(handle, "wb");
-  bool const written = file != nullptr && std::fwrite(content.data(), 1, content.size(), file) == content.size();
-  bool const closed = file != nullptr && std::fclose(file) == 0;
-  if (written && closed) return;
+  m_strName = ((ignored ? "/tmp" : folder) / fmt::format("zp_text_{:08x}", std::random_device()())).string();
+  HostFile file;
+  bool const isOpen = file.Open(m_strName, zp::hostWrite | zp::hostCreate | zp::hostNew, ownersAlone);
+  if (isOpen && file.Write(content) && file.Close()) return;
   int const error = errno;
-  std::remove(m_strName.c_str());
-  errno = error;
-  Fail();
+  if (isOpen) DropFile(m_strName);
+  throw Failure(fmt::format("{}: a copy with CR LF line ends can't be written: {}; TMPDIR names another folder", m_strName,
+                            std::strerror(error)));
 }
 
 TemporaryTextFile::~TemporaryTextFile()
 {
-  std::remove(m_strName.c_str());
-}
-
-void TemporaryTextFile::Fail() const
-{
-  throw Failure(fmt::format("{}: a copy with CR LF line ends can't be written: {}; TMPDIR names another folder", m_strName,
-                            std::strerror(errno)));
+  DropFile(m_strName);
 }

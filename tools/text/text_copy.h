@@ -21,7 +21,5 @@ class TemporaryTextFile {
   std::string const & Name() const { return m_strName; }
 
  private:
-  [[noreturn]] void Fail() const;
-
   std::string m_strName;
 };

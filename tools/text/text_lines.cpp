@@ -2,22 +2,19 @@
 
 #include "tools/text/text_lines.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <filesystem>
-
 #include <fmt/format.h>
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/file.h>
 #include <zpbase/platform/paths.h>
 
+#include "tools/host_file.h"
+#include "tools/input_file.h"
 #include "tools/program.h"
 #include "tools/text/text_copy.h"
 
 namespace {
 
-constexpr unsigned long long mostBytes = 0x7FFFFFFF - 2;  // that ParseFile takes
+constexpr long long mostBytes = 0x7FFFFFFF - 2;  // that ParseFile takes
 
 [[noreturn]] void failTooLong(std::string const & name)
 {
@@ -26,14 +23,12 @@ constexpr unsigned long long mostBytes = 0x7FFFFFFF - 2;  // that ParseFile take
 
 void requireRegularFile(std::string const & name)
 {
-  std::error_code error;
-  auto const status = std::filesystem::status(name, error);
-  if (status.type() == std::filesystem::file_type::not_found)
-    throw Failure(fmt::format("{}: there is no such file; check the name", name));
-  if (is_directory(status)) throw Failure(fmt::format("{}: is a folder; name a file", name));
-  if (exists(status) && !is_regular_file(status))
+  auto const status = StatusOf(name);
+  if (!status) throw Failure(fmt::format("{}: there is no such file; check the name", name));
+  if (status->kind == zp::HostStatus::Folder) throw Failure(fmt::format("{}: is a folder; name a file", name));
+  if (status->kind != zp::HostStatus::File)
     throw Failure(fmt::format("{}: is no regular file; give a file's name, or - for standard input", name));
-  if (!error && std::filesystem::file_size(name, error) > mostBytes && !error) failTooLong(name);
+  if (status->size > mostBytes) failTooLong(name);
 }
 
 template <class Read>
@@ -43,16 +38,15 @@ std::string gather(Read read, std::string const & name)
   char piece[0x10000];
   for (size_t count = 0; (count = read(piece, sizeof piece)) > 0;) {
     bytes.append(piece, count);
-    if (bytes.size() > mostBytes) failTooLong(name);
+    if (bytes.size() > size_t{mostBytes}) failTooLong(name);
   }
   return bytes;
 }
 
 std::string readStandardInput(std::string const & name)
 {
-  std::string bytes = gather([](char * piece, size_t size) { return std::fread(piece, 1, size, stdin); }, name);
-  if (std::ferror(stdin) != 0) throw Failure(fmt::format("{}: can't be read: {}", name, std::strerror(errno)));
-  return bytes;
+  InputFile input("-");
+  return gather([&](char * piece, size_t size) { return input.Read(piece, size); }, name);
 }
 
 // The size that the system tells may be 0 for a file that has content, so the file is read to its end.
@@ -104,9 +98,8 @@ std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
     Tell(fmt::format("{}: {} in LF alone where ParseFile expects CR LF; a copy that has both was read", name,
                      lone == 1 ? "1 line ends" : fmt::format("{} lines end", lone)));
   }
-  std::error_code ignored;
-  bool const asItStands = !isPiped && !isMarked && lone == 0 && std::filesystem::file_size(options.file, ignored) == bytes.size();
-  if (asItStands) {
+  auto const status = isPiped || isMarked || lone != 0 ? std::nullopt : StatusOf(options.file);
+  if (status && static_cast<size_t>(status->size) == bytes.size()) {
     std::string().swap(bytes);
     return parse(options.file, name);
   }
@@ -117,7 +110,7 @@ std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
 
 std::unique_ptr<ParseFile> ParseCopy(std::string_view text, std::string const & name)
 {
-  if (text.size() > mostBytes) failTooLong(name);
+  if (text.size() > size_t{mostBytes}) failTooLong(name);
   InterruptGuard const guard;
   TemporaryTextFile const copy(text);
   auto file = parse(copy.Name(), name);

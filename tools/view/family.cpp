@@ -2,13 +2,13 @@
 
 #include "tools/commands.h"
 
-#include <filesystem>
 #include <memory>
 
 #include <fmt/format.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/terminal.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 #include "tools/view/report_application.h"
 #include "tools/view/report_html.h"
@@ -32,8 +32,7 @@ struct ViewCommand {
 
   ExitStatus Run() const
   {
-    std::error_code ignored;
-    if (std::filesystem::equivalent(file, html, ignored))
+    if (!html.empty() && html != "-" && LeadToOneFile(file, html))
       throw Failure(fmt::format("{}: is the report itself; name another file for the page", html), exitUsage);
     OpenReport(file, [this](OpenedReport const & report) { Show(report); });
     return exitDone;

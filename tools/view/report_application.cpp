@@ -3,7 +3,6 @@
 #include "tools/view/report_application.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
 
 #include <fmt/format.h>
@@ -15,6 +14,7 @@
 #include <zpbase/platform/paths.h>
 #include <zpbase/views.h>
 
+#include "tools/host_file.h"
 #include "tools/program.h"
 #include "tools/text/text_copy.h"
 
@@ -111,9 +111,9 @@ std::unique_ptr<TemporaryTextFile> copyOf(std::string const & file)
 
 void OpenReport(std::string const & file, std::function<void(OpenedReport const & report)> show)
 {
-  std::error_code ignored;
-  if (!FileExists(file)) throw Failure(fmt::format("{}: does not exist; check the name", file));
-  if (!std::filesystem::is_regular_file(file, ignored)) throw Failure(fmt::format("{}: is no file; name a text file", file));
+  auto const status = StatusOf(file);
+  if (!status) throw Failure(fmt::format("{}: does not exist; check the name", file));
+  if (status->kind != zp::HostStatus::File) throw Failure(fmt::format("{}: is no file; name a text file", file));
   std::unique_ptr<TemporaryTextFile> const copy = copyOf(file);
   ReportApplication app;
   ReportView::show = std::move(show);
