@@ -62,7 +62,9 @@ void AddCommands(CLI::App & app, int & status)
   for (AddFamily const add : familyTable) add(app, status);
 }
 
-int RunCommandLine(int argc, char const * const * argv)
+namespace {
+
+int run(int argc, char const * const * argv)
 {
   int status = exitDone;
   CLI::App app;
@@ -79,9 +81,19 @@ int RunCommandLine(int argc, char const * const * argv)
   } catch (CException * caught) {
     zp::ExceptionGuard const guard(caught);
     return fail(Describe(*caught), exitWanting);
-  } catch (std::bad_alloc const &) {
-    return fail("memory ran out; close other programs or work on smaller pieces", exitWanting);
-  } catch (std::exception const & error) {
-    return fail(error.what(), exitWanting);
   }
+}
+
+}  // namespace
+
+int RunCommandLine(int argc, char const * const * argv)
+{
+  try {
+    return run(argc, argv);
+  } catch (std::bad_alloc const &) {
+    TellMemoryRanOut();
+  } catch (std::exception const & error) {
+    Tell(error.what());
+  }
+  return exitWanting;
 }

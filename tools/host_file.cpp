@@ -118,7 +118,12 @@ bool RemoveFile(std::string const & name)
 void DropFile(std::string const & name)
 {
   if (TryToRemove(name) != Removal::Failed) return;
-  Tell(fmt::format("{}: was left behind and can't be removed: {}; remove it", name, std::strerror(errno)));
+  int const error = errno;
+  try {
+    Tell(fmt::format("{}: was left behind and can't be removed: {}; remove it", name, std::strerror(error)));
+  } catch (std::bad_alloc const &) {
+    TellMemoryRanOut();
+  }
 }
 
 bool HostFile::Open(std::string const & name, unsigned int how, unsigned int mode)

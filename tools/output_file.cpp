@@ -25,16 +25,11 @@ OutputFile::OutputFile(std::string const & name) : m_strName(name)
   m_strTarget = FollowedName(name);
   auto const former = StatusOf(m_strTarget);
   m_bDevice = former && former->kind != zp::HostStatus::File;
-  std::string const beside = fmt::format("{}.{:08x}.zp-part", m_strTarget, std::random_device()());
-  unsigned int const isNew = m_bDevice ? 0U : zp::hostCreate | zp::hostNew;
-  if (!m_File.Open(m_bDevice ? m_strTarget : beside, zp::hostWrite | isNew)) Fail(errno);
-  if (m_bDevice) return;
-  if (!former || TakeOver(*former)) {
-    m_strTemporary = beside;
-    return;
-  }
+  if (!m_bDevice) m_strTemporary = fmt::format("{}.{:08x}.zp-part", m_strTarget, std::random_device()());
+  if (!m_File.Open(GetWrittenName(), zp::hostWrite | (m_bDevice ? 0U : zp::hostCreate | zp::hostNew))) Fail(errno);
+  if (m_bDevice || !former || TakeOver(*former)) return;
   int const error = errno;
-  DropFile(beside);
+  DropFile(m_strTemporary);
   Fail(error);
 }
 

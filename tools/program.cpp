@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
+#include <zpbase/platform/paths.h>
 #include <zpbase/platform/terminal.h>
 
 #include "tools/input_file.h"
@@ -23,6 +24,15 @@ volatile std::sig_atomic_t g_bInterrupted = 0;
 void noteInterrupt(int)
 {
   g_bInterrupted = 1;
+}
+
+// The host's name in place of the inside one.
+void showHostName(std::string & sentence, CString const & name)
+{
+  std::string const inside = zp::TextToUtf8(name.View());
+  std::string host;
+  size_t const at = inside.empty() || !ToHostPath(name.View(), host) ? std::string::npos : sentence.find(inside);
+  if (at != std::string::npos) sentence.replace(at, inside.size(), host);
 }
 
 }  // namespace
@@ -55,7 +65,16 @@ void PrintShown(std::string_view lines)
 void Tell(std::string_view line)
 {
   std::fflush(stdout);
-  fmt::print(stderr, "zp: {}\n", Visible(line));
+  try {
+    fmt::print(stderr, "zp: {}\n", Visible(line));
+  } catch (std::bad_alloc const &) {
+    TellMemoryRanOut();
+  }
+}
+
+void TellMemoryRanOut()
+{
+  std::fputs("zp: memory ran out; close other programs or work on smaller pieces\n", stderr);
 }
 
 void FlushOutput()
@@ -104,6 +123,7 @@ std::string Describe(CException const & exception)
   char text[512];
   exception.GetErrorMessage(text, sizeof text);
   std::string sentence = zp::TextToUtf8(text);
+  if (auto const * const file = dynamic_cast<CFileException const *>(&exception)) showHostName(sentence, file->m_strFileName);
   while (!sentence.empty() && (sentence.back() == '.' || sentence.back() == '\n')) sentence.pop_back();
   return sentence.empty() ? "an unknown failure" : sentence;
 }

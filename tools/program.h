@@ -48,6 +48,9 @@ void FlushOutput();
 // One line of the program's own on standard error, with whatever names in it.
 void Tell(std::string_view line);
 
+// The line for memory that ran out, which needs none.
+void TellMemoryRanOut();
+
 // Whole files by their host names; "-" stands for standard input or output. A file that is written is replaced at once.
 std::string ReadWholeFile(std::string const & name);
 void WriteWholeFile(std::string const & name, std::string_view bytes);

@@ -51,7 +51,7 @@ class ZP_API CWinApp : public CWinThread {
   BOOL WriteProfileString(char const * section, char const * key, char const * value);
   BOOL WriteProfileBinary(char const * section, char const * key, BYTE const * bytes, UINT length);
 
-  // All settings that there are, in the store's order.
+  // All settings that there are, in the store's order. Raises CFileException where the store can't be read.
   std::vector<zp::Setting> ListSettings();
 
   // Document templates, which the application owns, in the order of their registration.

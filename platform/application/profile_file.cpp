@@ -5,6 +5,10 @@
 
 #include <algorithm>
 
+#include <zpbase/platform/exceptions.h>
+#include <zpbase/platform/paths.h>
+#include <zpbase/platform/system_error.h>
+
 namespace zp {
 namespace {
 
@@ -221,6 +225,9 @@ bool ProfileFile::RemoveSection(std::string_view section)
 void ProfileFile::List(std::function<void(std::string_view section, std::string_view key, std::string_view value)> const & visit)
 {
   m_Text.Refresh();
+  if (int const error = m_Text.GetError(); error != 0) {
+    AfxThrowFileException(CauseOfError(error), SystemErrorOfError(error), FromHostPath(m_Text.GetFile()));
+  }
   WalkProfile(m_Text.GetText(), [&](ProfileLine const & line) {
     if (line.kind != ProfileLine::Entry) return;
     auto const found = m_Values.find(NamePair{line.section, line.key});

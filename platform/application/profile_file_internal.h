@@ -37,7 +37,7 @@ class ProfileFile {
   bool Remove(std::string_view section, std::string_view key);
   bool RemoveSection(std::string_view section);  // with those below it; false for the empty one
 
-  // Every section, key and text in the file's order, each once.
+  // Every section, key and text in the file's order, each once. Raises CFileException for a file that can't be read.
   void List(std::function<void(std::string_view section, std::string_view key, std::string_view value)> const & visit);
 
  private:

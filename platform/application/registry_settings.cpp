@@ -1,6 +1,7 @@
 // Settings in the user's hive: the values of the key Software\company\application\section.
 
 #include <zpbase/platform/bytes.h>
+#include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/system_error.h>
 #include "platform/application/settings_back_end_internal.h"
 #include "platform/registry/hive_internal.h"
@@ -99,12 +100,16 @@ class RegistrySettings : public SettingsBackEnd {
   void AppendBelow(std::string const & above, std::vector<Setting> & settings) const
   {
     std::string_view name;
-    for (DWORD i = 0; GetUserHive().GetSubKey(PathOf(above), i, name) == ERROR_SUCCESS; ++i) {
+    LONG error;
+    for (DWORD i = 0; (error = GetUserHive().GetSubKey(PathOf(above), i, name)) == ERROR_SUCCESS; ++i) {
       std::string const section = above.empty() ? std::string(name) : above + '\\' + std::string(name);
       HiveValue const * value = nullptr;
       for (DWORD j = 0; GetUserHive().GetValue(PathOf(section), j, value) == ERROR_SUCCESS; ++j)
         settings.push_back({CString(section), CString(value->name), value->type, CString(value->data)});
       AppendBelow(section, settings);
+    }
+    if (error != ERROR_NO_MORE_ITEMS && error != ERROR_FILE_NOT_FOUND) {
+      AfxThrowFileException(CFileException::genericException, error);
     }
   }
 

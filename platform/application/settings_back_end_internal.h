@@ -28,6 +28,7 @@ class SettingsBackEnd {
   // The section and those below it, such as "Misc\\Sub" below "Misc". The empty section can't be removed.
   virtual bool RemoveSection(std::string_view section) = 0;
 
+  // Raises CFileException where the store can't be read.
   virtual std::vector<Setting> List() = 0;
 };
 

@@ -107,6 +107,7 @@ void WatchedText::Read()
     m_nError = now.kind == HostStatus::File ? ReadAll(m_Held.Get(), m_Text) : EINVAL;
   }
   if (m_nError == 0) return;
+  m_bKnown = false;
   m_Text.clear();
   m_Held.Close();
 }

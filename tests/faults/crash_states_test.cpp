@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <set>
 #include <unordered_set>
@@ -10,6 +11,7 @@
 #include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
 
+#include "tests/faults/ProgramInside.h"
 #include "tests/faults/recorded_session.h"
 #include "tests/support/TempFolder.h"
 #include "tools/program.h"
@@ -37,6 +39,8 @@ struct Tally {
   size_t kept = 0;
   size_t suspectOnly = 0;
   size_t mixed = 0;
+  size_t exchanged = 0;  // inside an exchange of the files
+  size_t marked = 0;     // of these, to be finished
 };
 
 class CrashStates : public testing::Test {
@@ -55,16 +59,7 @@ class CrashStates : public testing::Test {
     }
   }
 
-  Records Load(std::string const & stem) const
-  {
-    Records records;
-    GPDataFile store(FromHostPath(Names(stem).index), FromHostPath(Names(stem).record), CFile::modeRead, nullptr);
-    for (int id = 0; id <= newID; ++id) {
-      std::string bytes(store.GetRecLength(id), '\0');
-      if (!bytes.empty() && store.LoadRec(bytes.data(), static_cast<unsigned int>(bytes.size()), id) > 0) records[id] = bytes;
-    }
-    return records;
-  }
+  Records Load(std::string const & stem) const { return LoadRecords(Folder(), stem); }
 
   Records Recover(bool leaveSuspect) const
   {
@@ -81,7 +76,8 @@ class CrashStates : public testing::Test {
   RecordedSession m_Session;
   Tally m_Tally;
 
-  void TryState(CrashState const & state);
+  void TryState(CrashState state);
+  void CheckExchange(CrashState & state);
   void CheckReading(CrashState const & state, std::map<int, std::set<std::string>> const & versions);
   void CheckWriting(CrashState const & state, bool isSound);
   void CheckLibrary(CrashState const & state, Records const & kept);
@@ -111,20 +107,39 @@ Records untouched(RecordedSession const & session, size_t events)
   return records;
 }
 
-int idOfEvent(RecordedSession const & session, size_t event)
+SessionStep const & stepOfEvent(RecordedSession const & session, size_t event)
 {
-  int id = -1;
+  SessionStep const * found = nullptr;
   for (SessionStep const & step : session.steps) {
-    if (step.firstEvent <= event) id = step.id;
+    if (step.firstEvent <= event) found = &step;
   }
-  return id;
+  return *found;
+}
+
+// An exchange harms no record, whatever is lost of it.
+void addHarmed(CrashState & state, RecordedSession const & session, size_t event)
+{
+  int const id = stepOfEvent(session, event).id;
+  if (id != SessionStep::exchange) state.harmed.insert(id);
+}
+
+// How many of the last events may be lost: none that a later one has brought to the disk, nor one in front of such.
+size_t losable(std::vector<WriteEvent> const & all, size_t events)
+{
+  std::set<std::string> synced;  // the folder among them, without a name
+  for (size_t lost = 0; lost < std::min(events, window); ++lost) {
+    WriteEvent const & event = all[events - 1 - lost];
+    if (synced.contains(event.IsOfName() ? "" : event.file)) return lost;
+    if (event.kind == WriteEvent::Sync) synced.insert(event.file);
+  }
+  return std::min(events, window);
 }
 
 // Every state after so many events; each is given to use.
 template <class Use>
 void forEachState(RecordedSession const & session, size_t events, Use const & use)
 {
-  size_t const lost = std::min(events, window);
+  size_t const lost = losable(session.events, events);
   StoreImage base;
   for (size_t i = 0; i < events - lost; ++i) base.Apply(session.events[i]);
   for (unsigned int kept = 0; kept < 1U << lost; ++kept) {
@@ -135,7 +150,7 @@ void forEachState(RecordedSession const & session, size_t events, Use const & us
       if (!isLost)
         state.image.Apply(session.events[event]);
       else
-        state.harmed.insert(idOfEvent(session, event));
+        addHarmed(state, session, event);
     }
     use(state);
   }
@@ -143,7 +158,7 @@ void forEachState(RecordedSession const & session, size_t events, Use const & us
   WriteEvent const & last = session.events[events - 1];
   StoreImage before = base;
   for (size_t i = events - lost; i + 1 < events; ++i) before.Apply(session.events[i]);
-  auto const length = static_cast<LONGLONG>(before.bytes[static_cast<size_t>(last.file)].size());
+  auto const length = static_cast<LONGLONG>(before.files[last.file].size());
   std::set<size_t> cuts;
   for (LONGLONG at = (last.position / sectorBytes + 1) * sectorBytes; at < last.position + LONGLONG(last.bytes.size());
        at += sectorBytes)
@@ -152,7 +167,8 @@ void forEachState(RecordedSession const & session, size_t events, Use const & us
   for (size_t const cut : cuts) {
     if (cut == 0 || cut >= last.bytes.size()) continue;
     for (bool const isGrown : {false, true}) {  // the file's length may reach the disk before the bytes do
-      CrashState state = {before, events, {idOfEvent(session, events - 1)}, false, cut < zp::BlockHeader::byteCount};
+      CrashState state = {before, events, {}, false, cut < zp::BlockHeader::byteCount};
+      addHarmed(state, session, events - 1);
       WriteEvent torn = last;
       torn.bytes.resize(cut);
       if (isGrown) torn.bytes.resize(last.bytes.size(), '\0');
@@ -186,7 +202,8 @@ void CrashStates::CheckWriting(CrashState const & state, bool isSound)
   Records expected = isSound ? Load("a") : Records();
   expected[newID] = "new";
   int const status = RunSilently({"store", "put", Folder() + "/a", std::to_string(newID), Folder() + "/new"});
-  if (!isSound && state.image.exists[0] && !state.image.bytes[0].empty()) {
+  auto const record = state.image.files.find(recordFile);
+  if (!isSound && record != state.image.files.end() && !record->second.empty()) {
     EXPECT_EQ(status, 1);
     EXPECT_EQ(StoreImage::ReadFrom(Folder()), state.image);
   } else if (isSound) {
@@ -221,14 +238,33 @@ void CrashStates::CheckLibrary(CrashState const & state, Records const & kept)
   }
 }
 
-void CrashStates::TryState(CrashState const & state)
+// A step that exchanges the files has changed all or nothing, at the latest when the command that is named has ended it.
+void CrashStates::CheckExchange(CrashState & state)
 {
   state.image.WriteTo(Folder());
+  if (state.image.Has(exchangeMark)) {
+    ++m_Tally.marked;
+    EXPECT_EQ(RunSilently({"store", "compact", Folder() + "/a"}), 0);
+    state.image = StoreImage::ReadFrom(Folder());
+    EXPECT_FALSE(state.image.Has(exchangeMark));
+  }
+  auto const & commits = m_Session.commits;
+  auto const next = std::ranges::find_if(commits, [&](SessionCommit const & commit) { return commit.events >= state.events; });
+  if (next == commits.begin() || next == commits.end() || !state.harmed.empty()) return;
+  if (stepOfEvent(m_Session, state.events - 1).id != SessionStep::exchange) return;
+  ++m_Tally.exchanged;
+  Records const now = Load("a");
+  EXPECT_TRUE(now == next->records || now == std::prev(next)->records) << "an exchange is half done";
+}
+
+void CrashStates::TryState(CrashState state)
+{
+  CheckExchange(state);
   auto const versions = versionsOf(m_Session, state.events);
   bool const isSound = IsSound();
   m_Tally.sound += isSound ? 1 : 0;
   ++m_Tally.states;
-  if (!state.image.exists[0]) return;
+  if (!state.image.Has(recordFile)) return;
   Records const kept = Recover(true);
   Records const found = state.isPrefix ? kept : Recover(false);
   m_Tally.kept += kept.size();
@@ -249,6 +285,13 @@ void CrashStates::TryState(CrashState const & state)
   CheckLibrary(state, kept);
 }
 
+std::string keyOf(StoreImage const & image)
+{
+  std::string key;
+  for (auto const & [name, bytes] : image.files) key += name + '|' + bytes + '|';
+  return key;
+}
+
 TEST_F(CrashStates, LoseNothingCommittedAndKeepNothingThatNeverWas)
 {
   char const * const wanted = std::getenv("ZP_CRASH_STATES");
@@ -261,7 +304,7 @@ TEST_F(CrashStates, LoseNothingCommittedAndKeepNothingThatNeverWas)
     size_t const stride = wanted != nullptr ? 1 : 7;  // the few are spread over a session
     for (size_t events = 0; events <= m_Session.events.size() && m_Tally.states < most; events += stride) {
       forEachState(m_Session, events, [&](CrashState const & state) {
-        if (HasFailure() || !seen.insert(state.image.bytes[0] + '|' + state.image.bytes[1]).second) return;
+        if (HasFailure() || !seen.insert(keyOf(state.image)).second) return;
         SCOPED_TRACE("seed " + std::to_string(seed) + ", " + std::to_string(events) + " events" +
                      (state.isPrefix ? "" : ", some lost"));
         TryState(state);
@@ -269,8 +312,9 @@ TEST_F(CrashStates, LoseNothingCommittedAndKeepNothingThatNeverWas)
     }
   }
   EXPECT_GE(m_Tally.states, most);
-  std::printf("%zu states, %zu sound; %zu records kept, %zu suspect, %zu mixed from two writes\n", m_Tally.states, m_Tally.sound,
-              m_Tally.kept, m_Tally.suspectOnly, m_Tally.mixed);
+  std::printf("%zu states, %zu sound, %zu inside an exchange, %zu of them marked; ", m_Tally.states, m_Tally.sound,
+              m_Tally.exchanged, m_Tally.marked);
+  std::printf("%zu records kept, %zu suspect, %zu mixed from two writes\n", m_Tally.kept, m_Tally.suspectOnly, m_Tally.mixed);
 }
 
 }  // namespace

@@ -4,14 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 
 #include <zpbase/platform/exceptions.h>
 
 #include "tests/faults/AllocationFaults.h"
+#include "tests/faults/FaultPlaces.h"
 #include "tests/faults/Operations.h"
-#include "tests/support/HostFaults.h"
 
 namespace {
 
@@ -74,17 +72,6 @@ class Faults : public testing::TestWithParam<Operation> {
   // What is alive beside the live blocks of before.
   static long LeakedSince(long live) { return GetParam().leavesCache ? 0 : AllocationFaults::LiveBlocks() - live; }
 
-  // The places 1 to count, or an even sample of them.
-  static std::vector<int> PlacesOf(int count)
-  {
-    char const * const wanted = std::getenv("ZP_FAULTS");
-    bool const all = wanted != nullptr && std::strcmp(wanted, "all") == 0;
-    int const number = all ? count : std::min(count, sampled);
-    std::vector<int> places;
-    for (int i = 0; i < number; ++i) places.push_back(1 + static_cast<int>(static_cast<long>(count) * i / number));
-    return places;
-  }
-
   static void TearDownTestSuite() { std::printf("%ld tries\n", g_nTries); }
 
   State m_Before;
@@ -99,7 +86,7 @@ TEST_P(Faults, OfMemoryLeaveNothingHalfDone)
     AllocationFaults const faults(0, false);
     counted.act();
   }
-  for (int const n : PlacesOf(static_cast<int>(AllocationFaults::GetCount())))
+  for (int const n : PlacesOf(static_cast<int>(AllocationFaults::GetCount()), sampled))
     for (bool const forGood : {false, true}) {
       long const live = AllocationFaults::LiveBlocks();
       {
@@ -119,12 +106,9 @@ TEST_P(Faults, OfTheHostLeaveNothingLost)
     counted.act();
     count = none.GetCount();
   }
-  HostFault const faults[] = {{EIO},          {EIO, true}, {ENOSPC},           {ENOSPC, true},      {EACCES},
-                              {EACCES, true}, {EINTR},     {EIO, false, true}, {ENOSPC, true, true}};
-  for (HostFault const & fault : faults) {
-    for (int const n : PlacesOf(count)) {
-      auto const where = "host call " + std::to_string(n) + ", error " + std::to_string(fault.error) +
-                         (fault.forGood ? " for good" : "") + (fault.comesShort ? ", short" : "");
+  for (HostFault const & fault : hostFaults) {
+    for (int const n : PlacesOf(count, sampled)) {
+      auto const where = Told(n, fault);
       long const live = AllocationFaults::LiveBlocks();
       ExpectSound(actUnder(GetParam().prepare(), [&] { return HostFaults(n, fault); }), false, fault.forGood, where);
       EXPECT_EQ(LeakedSince(live), 0) << GetParam().name << " leaks at " << where;

@@ -1,9 +1,5 @@
 #include "tests/faults/recorded_session.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -11,44 +7,63 @@
 
 #include <zpbase/data.h>
 #include <zpbase/platform/archive.h>
+#include <zpbase/platform/bytes.h>
 #include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
 
-#include "tools/command_line.h"
+#include "tests/faults/ProgramInside.h"
 
 namespace {
 
-constexpr std::array<char const *, 2> fileNames = {"/a.SR", "/a.SI"};
-
-// Takes note of what is written to the two files while it lives.
+// Takes note of what happens to the files of one folder while it lives.
 class Recorder {
  public:
-  explicit Recorder(std::vector<WriteEvent> & events) : m_Kept(zp::GetHostCalls())
+  Recorder(std::string const & folder, std::vector<WriteEvent> & events) : m_Kept(zp::GetHostCalls())
   {
     g_Real = m_Kept;
     g_pEvents = &events;
+    g_strFolder = folder;
     g_Files.clear();
     zp::HostCalls & calls = zp::GetHostCalls();
     calls.Open = open;
     calls.Close = close;
+    calls.Write = write;
     calls.WriteAt = writeAt;
     calls.SetLength = setLength;
+    calls.Sync = sync;
+    calls.Rename = rename;
+    calls.Remove = remove;
   }
   ~Recorder() { zp::GetHostCalls() = m_Kept; }
   Recorder(Recorder const &) = delete;
   Recorder & operator=(Recorder const &) = delete;
 
  private:
+  struct OpenedFile {
+    std::string name;
+    LONGLONG position = 0;
+  };
+
+  // Whether the path leads to the folder or to one of the store's files in it; the name is empty for the folder.
+  static bool isOurs(std::string_view path, std::string & name)
+  {
+    name = path == g_strFolder ? "" : path.substr(path.rfind('/') + 1);
+    return path.starts_with(g_strFolder) && (name.empty() || name.starts_with("a."));
+  }
+  static void note(int file, WriteEvent::Kind kind, LONGLONG position, std::string bytes)
+  {
+    auto const found = g_Files.find(file);
+    if (found != g_Files.end()) g_pEvents->push_back({found->second.name, kind, position, std::move(bytes)});
+  }
   static int open(char const * path, unsigned int how, unsigned int mode)
   {
     bool const isNew = (how & zp::hostCreate) != 0 && !std::filesystem::exists(path);
     int const file = g_Real.Open(path, how, mode);
-    for (int i = 0; i < 2; ++i) {
-      if (file < 0 || !std::string_view(path).ends_with(fileNames[static_cast<size_t>(i)])) continue;
-      g_Files[file] = i;
-      if (isNew) g_pEvents->push_back({i, WriteEvent::Create, 0, ""});
-    }
+    std::string name;
+    if (file < 0 || !isOurs(path, name)) return file;
+    g_Files[file] = {name};
+    if (isNew) note(file, WriteEvent::Create, 0, "");
     return file;
   }
   static int close(int file)
@@ -56,24 +71,49 @@ class Recorder {
     g_Files.erase(file);
     return g_Real.Close(file);
   }
-  static long writeAt(int file, void const * bytes, size_t count, LONGLONG position)
+  static long write(int file, void const * bytes, size_t count)
   {
     if (auto const found = g_Files.find(file); found != g_Files.end()) {
-      g_pEvents->push_back({found->second, WriteEvent::Bytes, position, {static_cast<char const *>(bytes), count}});
+      note(file, WriteEvent::Bytes, found->second.position, {static_cast<char const *>(bytes), count});
+      found->second.position += static_cast<LONGLONG>(count);
     }
+    return g_Real.Write(file, bytes, count);
+  }
+  static long writeAt(int file, void const * bytes, size_t count, LONGLONG position)
+  {
+    note(file, WriteEvent::Bytes, position, {static_cast<char const *>(bytes), count});
     return g_Real.WriteAt(file, bytes, count, position);
   }
   static int setLength(int file, LONGLONG length)
   {
-    if (auto const found = g_Files.find(file); found != g_Files.end()) {
-      g_pEvents->push_back({found->second, WriteEvent::Length, length, ""});
-    }
+    note(file, WriteEvent::Length, length, "");
     return g_Real.SetLength(file, length);
+  }
+  static int sync(int file)
+  {
+    note(file, WriteEvent::Sync, 0, "");
+    return 0;
+  }
+  static int rename(char const * from, char const * to)
+  {
+    int const result = g_Real.Rename(from, to);
+    std::string name;
+    std::string target;
+    if (result == 0 && isOurs(from, name) && isOurs(to, target)) g_pEvents->push_back({name, WriteEvent::Rename, 0, target});
+    return result;
+  }
+  static int remove(char const * path)
+  {
+    int const result = g_Real.Remove(path);
+    std::string name;
+    if (result == 0 && isOurs(path, name)) g_pEvents->push_back({name, WriteEvent::Remove, 0, ""});
+    return result;
   }
 
   static inline zp::HostCalls g_Real;
   static inline std::vector<WriteEvent> * g_pEvents;
-  static inline std::map<int, int> g_Files;
+  static inline std::string g_strFolder;
+  static inline std::map<int, OpenedFile> g_Files;
 
   zp::HostCalls m_Kept;
 };
@@ -119,10 +159,11 @@ class Session {
   {
     constexpr int rounds = 4;
     constexpr int steps = 7;
-    Recorder const recorder(m_Result.events);
+    Recorder const recorder(m_strFolder, m_Result.events);
     m_Result.commits.push_back({0, {}});
     for (int round = 0; round < rounds; ++round) {
-      if (!m_bByProgram) m_pStore = std::make_unique<GPDataFile>(Name(1), Name(0), CFile::modeReadWrite, nullptr);
+      if (!m_bByProgram)
+        m_pStore = std::make_unique<GPDataFile>(Name(indexFile), Name(recordFile), CFile::modeReadWrite, nullptr);
       for (int step = 0; step < steps; ++step) {
         Step();
         if (m_bByProgram) Commit();
@@ -134,7 +175,7 @@ class Session {
   }
 
  private:
-  CString Name(size_t file) const { return FromHostPath(m_strFolder + fileNames[file]); }
+  CString Name(char const * file) const { return FromHostPath(m_strFolder + '/' + file); }
 
   void Commit() { m_Result.commits.push_back({m_Result.events.size(), m_Records}); }
 
@@ -144,7 +185,9 @@ class Session {
     constexpr size_t longest = 1400;
     int const id = static_cast<int>(m_Maker.Below(ids));
     auto const former = m_Records.find(id);
-    size_t const kind = m_Maker.Below(5);
+    size_t const kind = m_Maker.Below(m_bByProgram ? 7 : 5);
+    if (kind == 5) return Exchange({"store", "compact", m_strFolder + "/a"});
+    if (kind == 6 && !m_Records.empty()) return Import();
     if (former != m_Records.end() && kind == 0) return Delete(id);
     bool const isInPlace = former != m_Records.end() && kind == 1;
     Store(id, isInPlace ? m_Maker.Noise(former->second.size()) : m_Maker.Bytes(m_Maker.Below(longest) + 1));
@@ -172,6 +215,27 @@ class Session {
       m_pStore->DeleteRec(id);
   }
 
+  void Exchange(std::vector<std::string> const & arguments)
+  {
+    m_Result.steps.push_back({SessionStep::exchange, "", m_Result.events.size()});
+    RunSilently(arguments);
+  }
+
+  void Import()
+  {
+    std::string json;
+    for (int const id : {2, 20}) {
+      std::string const bytes = m_Maker.Noise(30);
+      std::string hex;
+      zp::AppendHex(hex, bytes);
+      json += std::string(json.empty() ? "" : ",") + R"({"id":)" + std::to_string(id) + R"(,"hex":")" + hex + "\"}";
+      m_Result.steps.push_back({id, bytes, m_Result.events.size()});
+      m_Records[id] = bytes;
+    }
+    std::ofstream(m_strFolder + "/in") << R"({"format":"zp-store-records","version":1,"records":[)" << json << "]}";
+    Exchange({"store", "import", m_strFolder + "/a", m_strFolder + "/in"});
+  }
+
   std::string m_strFolder;
   bool m_bByProgram;
   Maker m_Maker;
@@ -184,9 +248,13 @@ class Session {
 
 void StoreImage::Apply(WriteEvent const & event)
 {
-  auto const file = static_cast<size_t>(event.file);
-  exists[file] = true;
-  std::string & content = bytes[file];
+  if (event.kind == WriteEvent::Sync) return;
+  if (event.kind == WriteEvent::Remove || event.kind == WriteEvent::Rename) {
+    auto taken = files.extract(event.file);
+    if (taken && event.kind == WriteEvent::Rename) files[event.bytes] = std::move(taken.mapped());
+    return;
+  }
+  std::string & content = files[event.file];
   auto const position = static_cast<size_t>(event.position);
   if (event.kind == WriteEvent::Length) content.resize(position, '\0');
   if (event.kind != WriteEvent::Bytes) return;
@@ -196,22 +264,20 @@ void StoreImage::Apply(WriteEvent const & event)
 
 void StoreImage::WriteTo(std::string const & folder) const
 {
-  for (size_t i = 0; i < bytes.size(); ++i) {
-    std::string const name = folder + fileNames[i];
-    if (exists[i])
-      std::ofstream(name, std::ios::binary) << bytes[i];
-    else
-      std::filesystem::remove(name);
+  for (auto const & [name, bytes] : ReadFrom(folder).files) {
+    if (!files.contains(name)) std::filesystem::remove(folder + '/' + name);
   }
+  for (auto const & [name, bytes] : files) std::ofstream(folder + '/' + name, std::ios::binary) << bytes;
 }
 
 StoreImage StoreImage::ReadFrom(std::string const & folder)
 {
   StoreImage image;
-  for (size_t i = 0; i < image.bytes.size(); ++i) {
-    std::ifstream in(folder + fileNames[i], std::ios::binary);
-    image.exists[i] = in.is_open();
-    image.bytes[i].assign(std::istreambuf_iterator<char>(in), {});
+  for (auto const & entry : std::filesystem::directory_iterator(folder)) {
+    std::string const name = entry.path().filename();
+    if (!name.starts_with("a.")) continue;
+    std::ifstream in(entry.path(), std::ios::binary);
+    image.files[name].assign(std::istreambuf_iterator<char>(in), {});
   }
   return image;
 }
@@ -221,27 +287,15 @@ RecordedSession RecordSession(std::string const & folder, unsigned int seed, boo
   return Session(folder, seed, byProgram).Run();
 }
 
-Silence::Silence() : m_Kept{dup(1), dup(2)}
+Records LoadRecords(std::string const & folder, std::string const & stem)
 {
-  std::fflush(nullptr);
-  static int const nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-  dup2(nowhere, 1);
-  dup2(nowhere, 2);
-}
-
-Silence::~Silence()
-{
-  std::fflush(nullptr);
-  for (int i = 0; i < 2; ++i) {
-    dup2(m_Kept[static_cast<size_t>(i)], i + 1);
-    close(m_Kept[static_cast<size_t>(i)]);
+  constexpr int ids = 100;
+  std::string const path = folder + '/' + stem;
+  GPDataFile store(FromHostPath(path + ".SI"), FromHostPath(path + ".SR"), CFile::modeRead, nullptr);
+  Records records;
+  for (int id = 0; id < ids; ++id) {
+    std::string bytes(store.GetRecLength(id), '\0');
+    if (!bytes.empty() && store.LoadRec(bytes.data(), static_cast<unsigned int>(bytes.size()), id) > 0) records[id] = bytes;
   }
-}
-
-int RunSilently(std::vector<std::string> const & arguments)
-{
-  Silence const silence;
-  std::vector<char const *> texts = {"zp"};
-  for (std::string const & argument : arguments) texts.push_back(argument.c_str());
-  return RunCommandLine(static_cast<int>(texts.size()), texts.data());
+  return records;
 }

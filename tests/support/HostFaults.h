@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cerrno>
+#include <type_traits>
 
 #include <zpbase/platform/host_calls.h>
 
@@ -22,7 +23,7 @@ class HostFaults {
   HostFaults(int n, HostFault fault) : HostFaults(n, fault, nullptr)
   {
     Watch<&zp::HostCalls::Lock, &zp::HostCalls::GetStatusOf, &zp::HostCalls::SetTimesOf, &zp::HostCalls::SetModeOf,
-          &zp::HostCalls::Link, &zp::HostCalls::Remove>();
+          &zp::HostCalls::Link, &zp::HostCalls::Remove, &zp::HostCalls::GetStatusOfLink, &zp::HostCalls::ResolveLinks>();
   }
   ~HostFaults() { zp::GetHostCalls() = m_Kept; }
   HostFaults(HostFaults const &) = delete;
@@ -73,7 +74,10 @@ class HostFaults {
       if (!FailsNow()) return (g_Real.*entry)(args...);
       if constexpr (Watched::isClose) (g_Real.*entry)(args...);
       errno = g_Fault.error;
-      return g_Fault.comesShort && g_nLeft == 0 ? ComeShort(g_Real.*entry, args...) : Result(-1);
+      if constexpr (std::is_pointer_v<Result>)
+        return nullptr;
+      else
+        return g_Fault.comesShort && g_nLeft == 0 ? ComeShort(g_Real.*entry, args...) : Result(-1);
     }
     static constexpr bool isClose = [] {
       if constexpr (requires { entry == &zp::HostCalls::Close; }) return entry == &zp::HostCalls::Close;

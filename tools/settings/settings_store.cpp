@@ -11,6 +11,7 @@
 #include <zpbase/config.h>
 #include <zpbase/platform/bytes.h>
 #include <zpbase/platform/encoding.h>
+#include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/platform/system_error.h>
@@ -41,7 +42,13 @@ SettingsStore::SettingsStore(SettingsOptions const & options, Wanted wanted)
 
 std::vector<zp::Setting> SettingsStore::List(CString const & section)
 {
-  std::vector<zp::Setting> settings = m_App.ListSettings();
+  std::vector<zp::Setting> settings;
+  try {
+    settings = m_App.ListSettings();
+  } catch (CFileException * caught) {
+    zp::ExceptionGuard const guard(caught);
+    throw Failure(fmt::format("{}: can't be read: {}", m_strName, Describe(*caught)));
+  }
   if (!section.IsEmpty())
     std::erase_if(settings, [&](zp::Setting const & each) { return each.section.CompareNoCase(section) != 0; });
   return settings;

@@ -71,7 +71,29 @@ void finish(StoreNames const & names)
         fmt::format("{}; the exchange of the store's files is begun: make that possible, and finish it with zp store compact",
                     failure.what()));
   }
-  for (std::string const & file : filesOf(names)) RemoveFile(oldName(file));
+  for (std::string const & file : filesOf(names)) DropFile(oldName(file));
+}
+
+// After a failure on the way to the mark: says what there is to do. Another program that has seen the mark may be finishing the
+// exchange, so a mark that stands, or may stand, stays.
+std::string withdraw(StoreNames const & names)
+{
+  bool isMarked = true;
+  try {
+    isMarked = IsExchangeMarked(names);
+  } catch (Failure const &) {
+    return "the exchange of the store's files may have begun: end it with zp store compact";
+  }
+  if (isMarked) return "finish it with zp store compact";
+  for (std::string const & file : filesOf(names)) DropExchange({newName(file), TemporaryName(file)});
+  return "the store is as it was";
+}
+
+[[noreturn]] void failMarked(StoreNames const & names, CFileException const & problem)
+{
+  bool const isUsed = problem.m_cause == CFileException::sharingViolation || problem.m_cause == CFileException::lockViolation;
+  if (!isUsed) FailOpening(markName(names), nullptr, problem);
+  throw Failure(fmt::format("{}: the store is in use by another program; try again when that has ended", names.record));
 }
 
 }  // namespace
@@ -93,7 +115,7 @@ std::string TidyExchange(StoreNames const & names)
     CFile mark;
     CFileException problem;
     if (!mark.Open(FromHostPath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite, &problem)) {
-      throw Failure(fmt::format("{}: the store is in use by another program; try again when that has ended", names.record));
+      failMarked(names, problem);
     }
     finish(names);
     return "an interrupted exchange of the store's files was finished";
@@ -126,9 +148,13 @@ void SwapIn(StoreNames const & names)
       FailOpening(markName(names), nullptr, problem);
     }
   } catch (Failure const & failure) {
-    if (IsExchangeMarked(names)) throw Failure(fmt::format("{}; finish it with zp store compact", failure.what()));
-    for (std::string const & file : filesOf(names)) DropExchange({newName(file), TemporaryName(file)});
-    throw Failure(fmt::format("{}; the store is as it was", failure.what()));
+    throw Failure(fmt::format("{}; {}", failure.what(), withdraw(names)));
+  } catch (std::bad_alloc const &) {
+    throw Failure(fmt::format("{}: memory ran out; {}", names.record, withdraw(names)));
   }
-  finish(names);
+  try {
+    finish(names);
+  } catch (std::bad_alloc const &) {
+    finish(names);  // memory may be there again, and each step knows how far it came
+  }
 }

@@ -2,6 +2,8 @@
 
 #include "tools/store/open_store.h"
 
+#include <cstdio>
+
 #include <fmt/format.h>
 #include <zpbase/platform/paths.h>
 
@@ -18,7 +20,11 @@ constexpr unsigned int creating = CFile::modeCreate | CFile::modeNoTruncate;
 
 bool lockForRemoval(CFile & file, std::string const & name)
 {
-  return !FileExists(name) || file.Open(FromHostPath(name), ownMode);
+  CFileException problem;
+  if (!FileExists(name) || file.Open(FromHostPath(name), ownMode, &problem)) return true;
+  bool const isUsed = problem.m_cause == CFileException::sharingViolation || problem.m_cause == CFileException::lockViolation;
+  if (!isUsed) FailOpening(name, nullptr, problem);
+  return false;
 }
 
 }  // namespace
@@ -35,7 +41,9 @@ OpenStore::NewFiles::~NewFiles()
     DropFile(m_Names.index);
     DropFile(m_Names.record);
   } catch (Failure const & failure) {
-    Tell(failure.what());
+    Tell(fmt::format("{}; an empty store may be left behind: remove {} and {}", failure.what(), m_Names.index, m_Names.record));
+  } catch (std::bad_alloc const &) {
+    std::fputs("zp: memory ran out; an empty store may be left behind\n", stderr);
   }
 }
 
@@ -75,7 +83,7 @@ OpenStore::~OpenStore()
 void OpenStore::Close()
 {
   m_IndexFile.Abort();
-  if (m_pTables) m_pTables->Close();
+  m_pTables.reset();
 }
 
 // False for a file that isn't there.

@@ -49,7 +49,7 @@ class OpenStore {
   Survey TakeSurvey() { return std::move(m_Survey); }
   bool IsNew() const { return m_bNew; }
 
-  // Lets the store write its index, and closes it. Without this it happens at the end.
+  // Lets the store write its index, and lets it go. Without this it happens at the end.
   void Close();
 
  private:

@@ -3,6 +3,7 @@
 #include "tools/store/store_writer.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <optional>
 
 #include <fmt/format.h>
@@ -19,6 +20,12 @@ size_t hashOf(std::span<BYTE const> bytes)
 {
   return std::hash<std::string_view>()({reinterpret_cast<char const *>(bytes.data()), bytes.size()});
 }
+
+// What the store did without a word of its failure.
+class Unwritten : public Failure {
+ public:
+  using Failure::Failure;
+};
 
 }  // namespace
 
@@ -53,36 +60,86 @@ bool StoreWriter::Apply(std::function<bool()> const & step)
   return step();
 }
 
+// Whatever stops a change, and whatever is found wanting behind it, takes all back. bytes is how many more the files were to
+// take, so that what the system says to them is told as the reason; it is silent on writes that failed inside the store.
+void StoreWriter::Try(size_t bytes, std::function<void()> const & step)
+{
+  std::string what;
+  std::string reason;
+  try {
+    return step();
+  } catch (Unwritten const & failure) {
+    what = failure.what();
+    reason = ": a write failed or didn't last";
+  } catch (Failure const & failure) {
+    what = failure.what();
+  } catch (CException * caught) {
+    zp::ExceptionGuard const guard(caught);
+    what = fmt::format("{}: {}", m_Store.GetNames().record, Describe(*caught));
+  }
+  std::string why;
+  bool const isBack = TakeBack(bytes + zp::BlockHeader::byteCount, why);
+  throw Failure(fmt::format("{}{}; {}", what, why.empty() ? reason : ": " + why,
+                            isBack ? "the store is as it was" : "and it can't be undone: look with zp store check"));
+}
+
+bool StoreWriter::TakeBack(size_t bytes, std::string & why)
+{
+  CloseStore();
+  bool const isBack = m_Backup.Restore(bytes, why);
+  m_bEnded = true;
+  return isBack;
+}
+
+void StoreWriter::CloseStore()
+{
+  if (m_bClosed) return;
+  m_bClosed = true;
+  m_Store.Close();
+  m_Backup.NoteClosed();
+}
+
+StoreWriter::~StoreWriter()
+{
+  if (m_bEnded || m_Changes.empty()) return;
+  std::string why;
+  try {
+    if (TakeBack(0, why)) return;
+  } catch (std::bad_alloc const &) {
+    TellMemoryRanOut();
+  }
+  std::fputs("zp: what was begun can't be undone: look with zp store check\n", stderr);
+}
+
 // The store doesn't tell of every write that failed, so the record is read back.
+bool StoreWriter::IsStored(int id, std::span<BYTE const> bytes)
+{
+  std::vector<BYTE> stored(bytes.size());
+  auto const length = static_cast<unsigned int>(bytes.size());
+  return m_Store.GetTables().LoadRec(stored.data(), length, id) == length &&
+         std::equal(bytes.begin(), bytes.end(), stored.begin());
+}
+
 void StoreWriter::Store(int id, std::span<BYTE const> bytes)
 {
-  m_Backup.Keep(id);
-  GPDataFile & tables = m_Store.GetTables();
-  auto const length = static_cast<unsigned int>(bytes.size());
-  std::vector<BYTE> stored(bytes.size());
-  bool const isStored = Apply([&] { return tables.StoreRec(bytes.data(), length, id) != 0; }) &&
-                        tables.LoadRec(stored.data(), length, id) == length &&
-                        std::equal(bytes.begin(), bytes.end(), stored.begin());
-  if (!isStored) Undo(fmt::format("record {} of {} can't be stored", id, Counted(bytes.size(), "byte")), bytes.size());
-  m_Changes[id] = {bytes.size(), hashOf(bytes)};
+  Try(bytes.size(), [&] {
+    m_Backup.Keep(id);
+    m_Changes[id] = {bytes.size(), hashOf(bytes)};
+    auto const length = static_cast<unsigned int>(bytes.size());
+    if (Apply([&] { return m_Store.GetTables().StoreRec(bytes.data(), length, id) != 0; }) && IsStored(id, bytes)) return;
+    throw Unwritten(
+        fmt::format("{}: record {} of {} can't be stored", m_Store.GetNames().record, id, Counted(bytes.size(), "byte")));
+  });
 }
 
 void StoreWriter::Delete(int id)
 {
-  m_Backup.Keep(id);
-  if (!Apply([&] { return m_Store.GetTables().DeleteRec(id) != 0; })) Undo(fmt::format("record {} can't be deleted", id), 0);
-  m_Changes[id] = {0, 0};
-}
-
-void StoreWriter::Undo(std::string const & what, size_t bytes)
-{
-  m_Store.Close();
-  m_Backup.NoteClosed();
-  std::string why;
-  bool const isRestored = m_Backup.Restore(bytes + zp::BlockHeader::byteCount, why);
-  throw Failure(fmt::format("{}: {}: {}; {}", m_Store.GetNames().record, what,
-                            why.empty() ? "a write failed or didn't last" : why,
-                            isRestored ? "the store is as it was" : "and it can't be undone: look with zp store check"));
+  Try(0, [&] {
+    m_Backup.Keep(id);
+    m_Changes[id] = {0, 0};
+    if (Apply([&] { return m_Store.GetTables().DeleteRec(id) != 0; })) return;
+    throw Unwritten(fmt::format("{}: record {} can't be deleted", m_Store.GetNames().record, id));
+  });
 }
 
 // Whether the index has what was changed here, and the blocks hold it.
@@ -101,32 +158,36 @@ bool StoreWriter::IsChanged(OpenStore & store) const
 }
 
 // The next program may have been let in meanwhile: it has looked at the store itself, and may have changed the same records.
-std::string StoreWriter::FaultOnDisk()
+void StoreWriter::LookAtDisk()
 {
   StoreNames const & names = m_Store.GetNames();
   std::string why;
-  m_Store.Close();
+  CloseStore();
   std::optional<zp::HostTime> written;
-  for (Patience patience; !patience.IsOver(); patience.Pause()) {
+  for (Patience patience; !patience.IsOver(); Patience::Pause()) {
+    std::string fault = "what was stored isn't there";
     try {
       if (!written) written = TimeOf(names.index);
       OpenStore store(names, StoreAccess::Look);
       CheckReport const report = CheckStore(store, CheckDepth::Blocks);
-      if (!report.faults.empty()) return report.faults.front().text;
-      if (IsChanged(store) || TimeOf(names.index) != written) return "";
+      if (report.faults.empty() && (IsChanged(store) || TimeOf(names.index) != written)) return;
+      if (!report.faults.empty()) fault = report.faults.front().text;
     } catch (Failure const & failure) {
       why = failure.what();
       continue;
     }
-    throw Failure(fmt::format("{}: what was stored isn't there: look with zp store check", names.record));
+    throw Unwritten(fmt::format("{}: {}", names.record, fault));
   }
   throw Failure(fmt::format("{}: what was stored can't be looked at: {}", names.record, why));
 }
 
 void StoreWriter::Close()
 {
-  if (m_Changes.empty()) return m_Store.Close();
   size_t most = 0;
   for (auto const & [id, change] : m_Changes) most = std::max(most, change.length);
-  if (std::string const fault = FaultOnDisk(); !fault.empty()) Undo(fault, most);
+  if (m_Changes.empty())
+    m_Store.Close();
+  else
+    Try(most, [&] { LookAtDisk(); });
+  m_bEnded = true;
 }

@@ -14,6 +14,11 @@ class StoreWriter {
   // access is Change or Create. Tells on standard error of an exchange that was finished first.
   StoreWriter(StoreNames const & names, StoreAccess access);
 
+  // What was changed is undone unless Close has come to its end.
+  ~StoreWriter();
+  StoreWriter(StoreWriter const &) = delete;
+  StoreWriter & operator=(StoreWriter const &) = delete;
+
   bool IsNew() const { return m_Store.IsNew(); }
   bool Has(int id) { return m_Store.GetTables().GetRecLength(id) > 0; }
 
@@ -32,13 +37,18 @@ class StoreWriter {
     size_t hash;
   };
 
+  void Try(size_t bytes, std::function<void()> const & step);
   bool Apply(std::function<bool()> const & step);
-  std::string FaultOnDisk();
+  bool IsStored(int id, std::span<BYTE const> bytes);
+  void CloseStore();
+  void LookAtDisk();
   bool IsChanged(OpenStore & store) const;
-  [[noreturn]] void Undo(std::string const & what, size_t bytes);
+  bool TakeBack(size_t bytes, std::string & why);
 
   OpenStore m_Store;
   StoreBackup m_Backup;
   bool m_bLocked = false;           // whether the store has locked the record file
+  bool m_bClosed = false;           // from then on others may have changed the store
+  bool m_bEnded = false;            // what was changed is to stay, or was taken back
   std::map<int, Change> m_Changes;  // by id
 };
