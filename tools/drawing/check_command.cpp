@@ -46,7 +46,7 @@ void CheckDrawings(DxfOptions const & options, int & status)
       print(file, inspection);
     if (!draws) continue;
     RefuseOverwriting({file}, {pictures.svg, pictures.png});
-    DxfPictures(file, inspection.GetCover(), pictures).Write();
+    DxfPictures(file, inspection.GetCover(), pictures).Replace();
   }
   if (options.json) Print(DumpJson(all, 2) + "\n");
 }

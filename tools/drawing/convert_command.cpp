@@ -70,7 +70,7 @@ Result convert(DxfTask const & task, DxfOptions const & options)
   std::unique_ptr<DxfPictures> pictures;
   if (draws) pictures = std::make_unique<DxfPictures>(file.GetWrittenName(), result.inspection->GetCover(), names);
   file.Replace();
-  if (pictures) pictures->Write();
+  if (pictures) pictures->Replace();
   return result;
 }
 

@@ -29,19 +29,19 @@ double roomOf(DxfEntity const & text)
 
 class Painter {
  public:
-  Painter(DxfReader const & reader, DxfCover const & cover, PictureFormat format)
+  Painter(DxfReader const & reader, DxfCover const & cover, PictureFormat format, Picture::Pass pass)
       : m_Reader(reader),
         m_Cover(cover),
         m_dScale((largerSide - 2 * margin) / std::max({cover.Width(), cover.Height(), 1e-9})),
-        m_Picture(format, cover.Width() * m_dScale + 2 * margin, cover.Height() * m_dScale + 2 * margin)
+        m_Picture(format, cover.Width() * m_dScale + 2 * margin, cover.Height() * m_dScale + 2 * margin, std::move(pass))
   {
   }
 
   void Draw(DxfEntity const & entity);
-  std::string Finish()
+  void Finish()
   {
     DrawGathered();
-    return m_Picture.Finish();
+    m_Picture.Finish();
   }
 
  private:
@@ -195,10 +195,10 @@ void DxfCover::AddFrame(std::array<double, 4> const & frame)
   AddPoint(right, top);
 }
 
-std::string DrawDxf(DxfOpener const & open, DxfCover const & cover, PictureFormat format)
+void DrawDxf(DxfOpener const & open, DxfCover const & cover, PictureFormat format, Picture::Pass pass)
 {
   DxfReader reader(open());
-  Painter painter(reader, cover, format);
+  Painter painter(reader, cover, format, std::move(pass));
   reader.Read([&](DxfEntity const & entity) { painter.Draw(entity); });
-  return painter.Finish();
+  painter.Finish();
 }

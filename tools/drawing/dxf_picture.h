@@ -33,5 +33,5 @@ class DxfCover {
   double m_dTop = 0;
 };
 
-// The picture's bytes: the covered part, with its larger side of a fixed length.
-std::string DrawDxf(DxfOpener const & open, DxfCover const & cover, PictureFormat format);
+// Gives pass the bytes of a picture: the covered part, with its larger side of a fixed length.
+void DrawDxf(DxfOpener const & open, DxfCover const & cover, PictureFormat format, Picture::Pass pass);

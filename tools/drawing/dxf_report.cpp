@@ -65,14 +65,20 @@ nlohmann::json DxfInspection::ProblemsAsJson() const
   return all;
 }
 
-DxfPictures::DxfPictures(std::string const & file, DxfCover const & cover, PictureNames const & names) : m_Names(names)
+DxfPictures::DxfPictures(std::string const & file, DxfCover const & cover, PictureNames const & names)
 {
-  if (!names.svg.empty()) m_Svg = DrawDxf(OpenerOf(file), cover, PictureFormat::Svg);
-  if (!names.png.empty()) m_Png = DrawDxf(OpenerOf(file), cover, PictureFormat::Png);
+  if (!names.svg.empty()) Draw(file, cover, PictureFormat::Svg, names.svg);
+  if (!names.png.empty()) Draw(file, cover, PictureFormat::Png, names.png);
 }
 
-void DxfPictures::Write() const
+void DxfPictures::Draw(std::string const & file, DxfCover const & cover, PictureFormat format, std::string const & name)
 {
-  if (!m_Names.svg.empty()) WriteWholeFile(m_Names.svg, m_Svg);
-  if (!m_Names.png.empty()) WriteWholeFile(m_Names.png, m_Png);
+  OutputFile & output = *m_Outputs.emplace_back(std::make_unique<OutputFile>(name));
+  DrawDxf(OpenerOf(file), cover, format, [&output](std::string_view piece) { output.Write(piece); });
+  output.Finish();
+}
+
+void DxfPictures::Replace()
+{
+  for (auto const & output : m_Outputs) output->Commit();
 }

@@ -1,12 +1,15 @@
 // What was read back of a drawing, for people and machines, and its pictures.
 #pragma once
 
+#include <memory>
 #include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
 #include "tools/drawing/dxf_picture.h"
 #include "tools/drawing/dxf_reader.h"
+#include "tools/output_file.h"
 
 // The bytes of a file, "-" for standard input, which can be opened once. Raises Failure where it can't be opened or read.
 DxfOpener OpenerOf(std::string const & file);
@@ -30,7 +33,7 @@ class DxfInspection {
   DxfCover m_Cover;
 };
 
-// The pictures that are asked for: each is made whole before one is written.
+// The pictures that are asked for: each is written whole before one takes its place.
 struct PictureNames {
   std::string svg;
   std::string png;
@@ -39,10 +42,10 @@ class DxfPictures {
  public:
   // Draws the file.
   DxfPictures(std::string const & file, DxfCover const & cover, PictureNames const & names);
-  void Write() const;
+  void Replace();
 
  private:
-  PictureNames m_Names;
-  std::string m_Svg;
-  std::string m_Png;
+  void Draw(std::string const & file, DxfCover const & cover, PictureFormat format, std::string const & name);
+
+  std::vector<std::unique_ptr<OutputFile>> m_Outputs;
 };

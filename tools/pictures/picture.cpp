@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 #include <cairo/cairo-svg.h>
 #include <cairo/cairo.h>
@@ -34,28 +35,25 @@ double sideOf(double length)
   return std::isfinite(length) ? std::clamp(std::ceil(length), 1.0, Picture::largestSide) : 1.0;
 }
 
-cairo_status_t appendBytes(void * bytes, unsigned char const * data, unsigned int length)
+cairo_status_t passOn(void * outlet, unsigned char const * data, unsigned int length)
 {
+  auto & [pass, failure] = *static_cast<Picture::Outlet *>(outlet);
   try {
-    static_cast<std::string *>(bytes)->append(reinterpret_cast<char const *>(data), length);
+    pass({reinterpret_cast<char const *>(data), length});
     return CAIRO_STATUS_SUCCESS;
-  } catch (std::bad_alloc const &) {
-    return CAIRO_STATUS_NO_MEMORY;
+  } catch (...) {
+    failure = std::current_exception();
+    return CAIRO_STATUS_WRITE_ERROR;
   }
 }
 
-cairo_surface_t * newSurface(PictureFormat format, double width, double height, std::string & bytes)
+cairo_surface_t * newSurface(PictureFormat format, double width, double height, Picture::Outlet & outlet)
 {
   if (format == PictureFormat::Png)
     return cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(width), static_cast<int>(height));
-  cairo_surface_t * const surface = cairo_svg_surface_create_for_stream(appendBytes, &bytes, width, height);
+  cairo_surface_t * const surface = cairo_svg_surface_create_for_stream(passOn, &outlet, width, height);
   cairo_svg_surface_set_document_unit(surface, CAIRO_SVG_UNIT_PX);
   return surface;
-}
-
-void require(cairo_status_t status)
-{
-  if (status != CAIRO_STATUS_SUCCESS) throw Failure(std::string("the picture can't be drawn: ") + cairo_status_to_string(status));
 }
 
 double radians(double degrees)
@@ -112,9 +110,10 @@ void Picture::Release::operator()(_cairo_surface * surface) const
   cairo_surface_destroy(surface);
 }
 
-Picture::Picture(PictureFormat format, double width, double height)
+Picture::Picture(PictureFormat format, double width, double height, Pass pass)
     : m_Format(format),
-      m_Surface(newSurface(format, sideOf(width), sideOf(height), m_Bytes)),
+      m_Outlet{std::move(pass)},
+      m_Surface(newSurface(format, sideOf(width), sideOf(height), m_Outlet)),
       m_Context(cairo_create(m_Surface.get()))
 {
   cairo_set_source_rgb(m_Context.get(), 1, 1, 1);
@@ -196,11 +195,17 @@ void Picture::Stroke(double width, Rgb color, std::span<double const> dashes)
   cairo_stroke(m_Context.get());
 }
 
-std::string Picture::Finish()
+void Picture::RequireSuccess(int status) const
 {
-  require(cairo_status(m_Context.get()));
-  if (m_Format == PictureFormat::Png) require(cairo_surface_write_to_png_stream(m_Surface.get(), appendBytes, &m_Bytes));
+  if (m_Outlet.failure) std::rethrow_exception(m_Outlet.failure);
+  if (status == CAIRO_STATUS_SUCCESS) return;
+  throw Failure(std::string("the picture can't be drawn: ") + cairo_status_to_string(static_cast<cairo_status_t>(status)));
+}
+
+void Picture::Finish()
+{
+  RequireSuccess(cairo_status(m_Context.get()));
+  if (m_Format == PictureFormat::Png) RequireSuccess(cairo_surface_write_to_png_stream(m_Surface.get(), passOn, &m_Outlet));
   cairo_surface_finish(m_Surface.get());
-  require(cairo_surface_status(m_Surface.get()));
-  return std::move(m_Bytes);
+  RequireSuccess(cairo_surface_status(m_Surface.get()));
 }

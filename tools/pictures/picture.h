@@ -2,9 +2,12 @@
 // right, y downwards, and the ground is white. This room alone knows the drawing library.
 #pragma once
 
+#include <exception>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 
 struct _cairo;
 struct _cairo_surface;
@@ -19,8 +22,16 @@ class Picture {
  public:
   static constexpr double largestSide = 10000;  // of either format
 
-  // Sides under 1 and over largestSide are brought into these bounds.
-  Picture(PictureFormat format, double width, double height);
+  using Pass = std::function<void(std::string_view piece)>;
+
+  // The way out of the drawing library, which no exception may take.
+  struct Outlet {
+    Pass pass;
+    std::exception_ptr failure = nullptr;
+  };
+
+  // Sides under 1 and over largestSide are brought into these bounds. The file's bytes go to pass, at the latest with Finish.
+  Picture(PictureFormat format, double width, double height, Pass pass);
   ~Picture();
   Picture(Picture const &) = delete;
   Picture & operator=(Picture const &) = delete;
@@ -40,11 +51,12 @@ class Picture {
   void AddArc(double x, double y, double radius, double startAngle, double endAngle);
   void Stroke(double width, Rgb color, std::span<double const> dashes = {});  // lengths drawn and left out in turn
 
-  // The file's bytes; nothing can be drawn after it. Raises Failure where the picture couldn't be made.
-  std::string Finish();
+  // Nothing can be drawn after it. Raises Failure where the picture couldn't be made, or what pass has raised.
+  void Finish();
 
  private:
   void Choose(Rgb color);
+  void RequireSuccess(int status) const;
 
   struct Release {
     void operator()(_cairo * context) const;
@@ -52,7 +64,7 @@ class Picture {
   };
 
   PictureFormat m_Format;
-  std::string m_Bytes;
+  Outlet m_Outlet;
   std::unique_ptr<_cairo_surface, Release> m_Surface;
   std::unique_ptr<_cairo, Release> m_Context;
 };

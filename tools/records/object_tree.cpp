@@ -60,35 +60,45 @@ class TreeWriter {
  public:
   explicit TreeWriter(std::function<void(std::string_view)> const & pass) : m_pfnPass(pass) {}
 
-  void Write(std::string const & head, std::string const & indent, CObject const * object)
+  // mark stands in front of the object's own line, below in front of those under it, both behind what those above have.
+  void Write(std::string_view mark, std::string_view below, CObject const * object)
   {
-    if (object == nullptr) return m_pfnPass(head + nullText + "\n");
+    if (object == nullptr) return m_pfnPass(fmt::format("{}{}{}\n", m_strIndent, mark, nullText));
+    size_t const former = m_strIndent.size();
     if (isContainer(*object) || object->IsKindOf(RUNTIME_CLASS(GPa)))
-      Branches(head, indent, *object);
+      Branches(mark, below, *object);
     else
-      Leaf(head, indent, Json::parse(ObjectToJson(object)));
+      Leaf(mark, below, Json::parse(ObjectToJson(object)));
+    m_strIndent.resize(former);
   }
 
  private:
-  void Branches(std::string const & head, std::string const & indent, CObject const & object)
+  void Branches(std::string_view mark, std::string_view below, CObject const & object)
   {
     std::vector<CObject const *> const elements = elementsOf(object);
-    Json json = {{"class", object.GetRuntimeClass()->m_lpszClassName}};
-    if (!isContainer(object)) json["data_id"] = static_cast<GPa const &>(object).GetDataID();
-    Line(head, json, isContainer(object) ? Counted(elements.size(), "item") : "");
-    for (size_t i = 0; i < elements.size(); ++i) {
-      bool const isLast = i + 1 == elements.size();
-      Write(indent + (isLast ? "└─" : "├─"), indent + (isLast ? "  " : "│ "), elements[i]);
+    BranchLine(mark, object, elements.size());
+    m_strIndent += below;
+    for (CObject const * const & element : elements) {
+      bool const isLast = &element == &elements.back();
+      Write(isLast ? "└─" : "├─", isLast ? "  " : "│ ", element);
     }
   }
 
-  void Leaf(std::string const & head, std::string const & indent, Json const & object)
+  void BranchLine(std::string_view mark, CObject const & object, size_t count)
   {
-    Line(head, object, summaryOf(object, meaningOf(object)));
+    Json json = {{"class", object.GetRuntimeClass()->m_lpszClassName}};
+    if (!isContainer(object)) json["data_id"] = static_cast<GPa const &>(object).GetDataID();
+    Line(mark, json, isContainer(object) ? Counted(count, "item") : "");
+  }
+
+  void Leaf(std::string_view mark, std::string_view below, Json const & object)
+  {
+    Line(mark, object, summaryOf(object, meaningOf(object)));
+    m_strIndent += below;
     if (object.contains("decoded"))
-      Numbers(indent, object["decoded"]);
+      Numbers(object["decoded"]);
     else if (object.contains("area"))
-      Area(indent, object);
+      Area(object);
   }
 
   static DataMeaning const * meaningOf(Json const & object)
@@ -96,8 +106,9 @@ class TreeWriter {
     return object.contains("data_id") ? FindDataMeaning(object["data_id"].get<unsigned int>()) : nullptr;
   }
 
-  void Line(std::string const & head, Json const & object, std::string const & summary)
+  void Line(std::string_view mark, Json const & object, std::string const & summary)
   {
+    std::string const head = m_strIndent + std::string(mark);
     std::string const name = object["class"];
     if (!object.contains("data_id")) return m_pfnPass(head + name + (summary.empty() ? "" : "  " + summary) + "\n");
     DataMeaning const * const meaning = meaningOf(object);
@@ -107,28 +118,29 @@ class TreeWriter {
     m_pfnPass(line + "\n");
   }
 
-  void Numbers(std::string const & indent, Json const & decoded)
+  void Numbers(Json const & decoded)
   {
     for (auto const & [name, value] : decoded.items()) {
       if (name == "layout") continue;
       if (!value.is_array()) {
-        m_pfnPass(fmt::format("{}{:>9}{} = {}\n", indent, "", name, textOf(value)));
+        m_pfnPass(fmt::format("{}{:>9}{} = {}\n", m_strIndent, "", name, textOf(value)));
         continue;
       }
       for (size_t i = 0; i < value.size(); ++i) {
-        m_pfnPass(fmt::format("{}{:>9}{} = {}\n", indent, "", i + 1, textOf(value[i])));
+        m_pfnPass(fmt::format("{}{:>9}{} = {}\n", m_strIndent, "", i + 1, textOf(value[i])));
       }
     }
   }
 
-  void Area(std::string const & indent, Json const & object)
+  void Area(Json const & object)
   {
     std::vector<BYTE> bytes;
     FromHex(object["area"].get_ref<std::string const &>(), bytes);
-    m_pfnPass(HexDump(bytes, indent + "         "));
+    m_pfnPass(HexDump(bytes, m_strIndent + "         "));
   }
 
   std::function<void(std::string_view)> const & m_pfnPass;
+  std::string m_strIndent;  // in front of every line below the object that is being written
 };
 
 }  // namespace

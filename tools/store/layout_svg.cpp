@@ -123,7 +123,8 @@ std::string LayoutToSvg(StoreLayout const & layout, std::string const & title)
   unsigned long long const rowBytes = rowBytesOf(layout);
   unsigned long long const rows = (layout.bytes + rowBytes - 1) / rowBytes;
   double const legendY = top + static_cast<double>(rows) * rowStep + 24;
-  Picture picture(PictureFormat::Svg, pageWidth, legendY + 20);
+  std::string bytes;
+  Picture picture(PictureFormat::Svg, pageWidth, legendY + 20, [&bytes](std::string_view piece) { bytes += piece; });
   picture.DrawText(left, 26, title, titleSize, black);
   picture.DrawText(left, 48,
                    fmt::format("{} bytes, {} records, {} free blocks; compaction would win {} bytes, {:.1f}%", layout.bytes,
@@ -135,5 +136,6 @@ std::string LayoutToSvg(StoreLayout const & layout, std::string const & title)
   }
   for (LayoutArea const & area : mergedAreas(layout, rowBytes)) drawArea(picture, area, rowBytes);
   drawLegend(picture, layout, legendY);
-  return picture.Finish();
+  picture.Finish();
+  return bytes;
 }
