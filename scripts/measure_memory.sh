@@ -68,7 +68,7 @@ mkdir -p s/nested && mv nested.S? s/nested/
 head -c 4000000 /dev/zero >zeros.SR
 head -c 4000000 /dev/urandom >noise.SR
 head -c 4000000 /dev/zero | tr '\0' '\1' >ones.SR
-repeated 400000 '1 2\n' >lines
+repeated 400000 '1 2\n' >pairs
 repeated 2000000 '\n' >blank
 repeated 2000000 , >commas
 repeated 200000 'a=1\n' >keys.ini
@@ -108,7 +108,7 @@ for file in zeros ones noise; do
     : >$file.SI
   done
 done
-for file in lines blank commas noise.SR; do
+for file in pairs blank commas noise.SR; do
   for command in lines columns numbers; do measure $file one/text text $command @; done
   measure $file one/text view @ --plain
   measure $file one/text view @ --html out
