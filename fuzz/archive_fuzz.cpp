@@ -1,5 +1,5 @@
-// Any bytes as an archive: one object of any class, and the content of each container. What could be loaded is stored, loaded
-// once more and stored again, which must give the same bytes.
+// Any bytes as an archive, or one built from them: one object of any class, and the content of each container. What could be
+// loaded is stored, loaded once more and stored again, which must give the same bytes.
 
 #include <cstdint>
 #include <cstdlib>
@@ -8,6 +8,8 @@
 
 #include <zpbase/data.h>
 #include <zpbase/platform/archive.h>
+
+#include "fuzz/structured_input.h"
 
 namespace {
 
@@ -109,7 +111,13 @@ void tryDataArray(Bytes const & bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
 {
-  Bytes const bytes(data, data + size);
+  FuzzInput input({reinterpret_cast<char const *>(data), size});
+  Bytes bytes(data, data + size);
+  if (input.IsStructured()) {
+    ArchiveBytes built(input);
+    built.Object();
+    bytes.assign(built.Get().begin(), built.Get().end());
+  }
   tryObject(bytes);
   tryContainer<GPObArray>(bytes);
   tryContainer<GPObList>(bytes);

@@ -1,5 +1,5 @@
-// Any bytes as a metafile: what zp dxf makes of it is a whole drawing that reads back without a fault, in the size that its
-// records need. And any bytes as a drawing: reading it ends, with one look the same as the other.
+// Any bytes as a metafile, or one built from them: what zp dxf makes of it is a whole drawing that reads back without a fault, in
+// the size that its records need. And any bytes as a drawing: reading it ends, with one look the same as the other.
 
 #include <cstdint>
 #include <cstdlib>
@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/structured_input.h"
 #include "tools/drawing/conversion.h"
 #include "tools/drawing/dxf_picture.h"
 #include "tools/drawing/dxf_reader.h"
@@ -59,9 +60,9 @@ Seen look(std::string_view drawing)
   return seen;
 }
 
-void convert(uint8_t const * data, size_t size)
+void convert(std::string_view bytes)
 {
-  HMETAFILE const metafile = SetMetaFileBitsEx(static_cast<UINT>(size), data);
+  HMETAFILE const metafile = SetMetaFileBitsEx(static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE const *>(bytes.data()));
   if (metafile == nullptr) return;
   MemoryDrawing drawing;
   Conversion const conversion = ConvertMetafile(metafile, drawing, {});
@@ -69,7 +70,7 @@ void convert(uint8_t const * data, size_t size)
   constexpr size_t headSize = 3000;
   constexpr size_t mostOfWord = 200;     // a point of two words becomes a line
   constexpr size_t mostOfRecord = 2000;  // eight arcs, or four lines and eight arcs
-  require(drawing.m_Bytes.size() <= headSize + size * mostOfWord + conversion.records * mostOfRecord);
+  require(drawing.m_Bytes.size() <= headSize + bytes.size() * mostOfWord + conversion.records * mostOfRecord);
   require(look(drawing.m_Bytes).faults == 0);
 }
 
@@ -83,7 +84,13 @@ void read(std::string_view bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
 {
-  convert(data, size);
-  read({reinterpret_cast<char const *>(data), size});
+  std::string_view const bytes(reinterpret_cast<char const *>(data), size);
+  FuzzInput input(bytes);
+  if (input.IsStructured()) {
+    convert(metafileOf(input));
+  } else {
+    convert(bytes);
+    read(bytes);
+  }
   return 0;
 }

@@ -1,5 +1,5 @@
-// Any bytes as a metafile, replayed into DXF: the walk ends, its records stay inside the bytes, and what comes out is in
-// proportion to them and made of whole pairs of lines, as far as the texts let it.
+// Any bytes as a metafile, or one built from them, replayed into DXF: the walk ends, its records stay inside the bytes, and what
+// comes out is in proportion to them and made of whole pairs of lines, as far as the texts let it.
 
 #include <stdlib.h>
 
@@ -9,6 +9,8 @@
 
 #include <zpbase/drawing.h>
 #include <zpbase/store.h>
+
+#include "fuzz/structured_input.h"
 
 namespace {
 
@@ -56,6 +58,12 @@ int replay(HDC dc, HANDLETABLE * table, METARECORD * record, int objects, LPARAM
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
 {
+  FuzzInput input({reinterpret_cast<char const *>(data), size});
+  std::string const built = input.IsStructured() ? metafileOf(input) : std::string();
+  if (!built.empty()) {
+    data = reinterpret_cast<uint8_t const *>(built.data());
+    size = built.size();
+  }
   HMETAFILE const metafile = SetMetaFileBitsEx(static_cast<UINT>(size), data);
   if (metafile == nullptr) return 0;
   CheckedFile file;

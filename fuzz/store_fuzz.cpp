@@ -1,5 +1,5 @@
 // Any bytes as a record store: an index file and a record file are opened, walked, read, changed, compacted, closed and opened
-// again. The first two bytes of an input are the length of its index file; the rest behind that is the record file.
+// again.
 
 #include <stdlib.h>
 
@@ -13,12 +13,13 @@
 #include <zpbase/store.h>
 
 #include "fuzz/scratch_folder.h"
+#include "fuzz/structured_input.h"
 
 namespace {
 
-void write(std::string const & name, char const * data, size_t size)
+void write(std::string const & name, std::string const & bytes)
 {
-  std::ofstream(name, std::ios::binary).write(data, static_cast<std::streamsize>(size));
+  std::ofstream(name, std::ios::binary) << bytes;
 }
 
 void walk(CString const & records)
@@ -79,13 +80,11 @@ void work(CString const & index, CString const & records)
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
 {
-  if (size < 2) return 0;
-  auto const * const bytes = reinterpret_cast<char const *>(data + 2);
-  size_t const indexSize = std::min(static_cast<size_t>(data[0] | data[1] << 8), size - 2);
+  StoreFiles const files = storeFilesOf({reinterpret_cast<char const *>(data), size});
   std::string const index = scratchFolder() + "/a.si";
   std::string const records = scratchFolder() + "/a.sr";
-  write(index, bytes, indexSize);
-  write(records, bytes + indexSize, size - 2 - indexSize);
+  write(index, files.index);
+  write(records, files.records);
   walk(FromHostPath(records));
   work(FromHostPath(index), FromHostPath(records));
   return 0;

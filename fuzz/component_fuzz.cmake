@@ -1,0 +1,1 @@
+target_link_libraries(component_fuzz PRIVATE zp_tools)

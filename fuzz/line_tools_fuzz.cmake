@@ -1,0 +1,1 @@
+target_link_libraries(line_tools_fuzz PRIVATE zp_tools)

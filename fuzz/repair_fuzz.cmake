@@ -1,0 +1,1 @@
+target_link_libraries(repair_fuzz PRIVATE zp_tools)
