@@ -40,8 +40,8 @@ crash_states() {
 fuzz() {
   local seconds=${ZP_FUZZ_SECONDS:-60} corpus=$scratch/$1
   mkdir "$corpus"
-  if ! "build/fuzz/fuzz/$1" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=20 -print_final_stats=1 -close_fd_mask=2 \
-    -artifact_prefix="build/fuzz/" "$corpus" "fuzz/seeds/$1" >"build/fuzz/$1.log" 2>&1; then
+  if ! ASAN_OPTIONS=malloc_context_size=2 "build/fuzz/fuzz/$1" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=20 \
+    -print_final_stats=1 -close_fd_mask=2 -artifact_prefix="build/fuzz/" "$corpus" "fuzz/seeds/$1" >"build/fuzz/$1.log" 2>&1; then
     tail -n 60 "build/fuzz/$1.log"
     return 1
   fi

@@ -14,18 +14,18 @@ void removeAll()
 
 bool store(std::string const & stem, std::string const & file)
 {
-  return runZp({"store", "import", pathOf(stem), pathOf(file)}) == exitDone;
+  return runStore({"import", pathOf(stem), pathOf(file)}) == exitDone;
 }
 
 // What was stored is stored once more from its export.
 void goRound(bool isTable)
 {
   auto const records = recordsOf("a");
-  require(runZp({"store", "export", "--json", pathOf("a"), pathOf("json")}) == exitDone);
+  require(runStore({"export", "--json", pathOf("a"), pathOf("json")}) == exitDone);
   require(store("b", "json") && recordsOf("b") == records);
-  require(runZp({"store", "export", "--json", pathOf("b"), pathOf("again")}) == exitDone && readFile("again") == readFile("json"));
+  require(runStore({"export", "--json", pathOf("b"), pathOf("again")}) == exitDone && readFile("again") == readFile("json"));
 
-  int const told = runZp({"store", "export", pathOf("a"), pathOf("table")});
+  int const told = runStore({"export", pathOf("a"), pathOf("table")});
   require(!isTable || told == exitDone);
   require(store("c", "table"));
   if (!isFile("c.SR")) return;
@@ -45,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
   require(isStored || (!isFile("a.SI") && !isFile("a.SR")));
   if (!isStored || !isFile("a.SR")) return 0;
   bool const isTable = bytes[bytes.find_first_not_of(" \t\r\n")] != '{';
-  require(runZp({"store", "check", pathOf("a")}) == exitDone || !isTable);
+  require(runStore({"check", pathOf("a")}) == exitDone || !isTable);
   goRound(isTable);
   return 0;
 }

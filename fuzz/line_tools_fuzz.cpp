@@ -28,7 +28,7 @@ void text(unsigned int choice)
     std::vector<std::string> words = {"text", command};
     words.insert(words.end(), options.begin(), options.end());
     if (!last.empty()) words.push_back(last);
-    int const status = runZp(words);
+    int const status = runCommand(AddTextCommands, words);
     require(isPlain(readFile("out"), "\n"));
     return status;
   };
@@ -47,10 +47,10 @@ void text(unsigned int choice)
 
 void view()
 {
-  int const status = runZp({"view", pathOf("in")});
+  int const status = runCommand(AddViewCommands, {"view", pathOf("in")});
   std::string const shown = readFile("out");
   require(isPlain(shown, "\n\f"));
-  require(runZp({"view", pathOf("in"), "--html", "-"}) == status);
+  require(runCommand(AddViewCommands, {"view", pathOf("in"), "--html", "-"}) == status);
   std::string const page = readFile("out");
   require(isPlain(page, "\n"));
   if (status != exitDone) return;

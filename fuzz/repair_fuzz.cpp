@@ -11,13 +11,13 @@ namespace {
 void recover(StoreFiles const & files, bool leaveSuspect, bool isSound)
 {
   removeFiles({"b.SI", "b.SR"});
-  std::vector<std::string> command = {"store", "recover", "--list", pathOf("a"), "--to", pathOf("b")};
+  std::vector<std::string> command = {"recover", "--list", pathOf("a"), "--to", pathOf("b")};
   if (leaveSuspect) command.emplace_back("--leave-suspect");
-  int const status = runZp(command);
+  int const status = runStore(command);
   require(readFile("a.SI") == files.index && readFile("a.SR") == files.records);
   if (isSound) require(status == exitDone || files.records.empty());
   if (!isFile("b.SR")) return;
-  if (leaveSuspect) require(runZp({"store", "check", pathOf("b")}) == exitDone);
+  if (leaveSuspect) require(runStore({"check", pathOf("b")}) == exitDone);
   auto const records = recordsOf("b");
   if (isSound) require(records == recordsOf("a"));
   for (auto const & [id, bytes] : records) require(files.records.find(bytes) != std::string::npos);
@@ -29,21 +29,21 @@ void change()
   auto records = recordsOf("a");
   int const id = records.empty() ? 1 : records.begin()->first;
   writeFile("in", "other bytes");
-  require(runZp({"store", "put", pathOf("a"), std::to_string(id), pathOf("in")}) == exitDone);
+  require(runStore({"put", pathOf("a"), std::to_string(id), pathOf("in")}) == exitDone);
   records[id] = "other bytes";
-  require(recordsOf("a") == records && runZp({"store", "compact", pathOf("a")}) == exitDone);
-  require(recordsOf("a") == records && runZp({"store", "check", pathOf("a")}) == exitDone);
+  require(recordsOf("a") == records && runStore({"compact", pathOf("a")}) == exitDone);
+  require(recordsOf("a") == records && runStore({"check", pathOf("a")}) == exitDone);
 }
 
 // Whatever they say, they end and leave the files alone, or sound.
 void look(StoreFiles const & files)
 {
-  runZp({"store", "list", pathOf("a")});
-  runZp({"store", "show", pathOf("a"), "1"});
-  runZp({"store", "map", pathOf("a"), "--svg", pathOf("map.svg")});
-  runZp({"store", "export", "--json", "--skip", pathOf("a"), pathOf("json")});
+  runStore({"list", pathOf("a")});
+  runStore({"show", pathOf("a"), "1"});
+  runStore({"map", pathOf("a"), "--svg", pathOf("map.svg")});
+  runStore({"export", "--json", "--skip", pathOf("a"), pathOf("json")});
   require(readFile("a.SI") == files.index && readFile("a.SR") == files.records);
-  if (runZp({"store", "compact", pathOf("a")}) == exitDone) require(runZp({"store", "check", pathOf("a")}) == exitDone);
+  if (runStore({"compact", pathOf("a")}) == exitDone) require(runStore({"check", pathOf("a")}) == exitDone);
 }
 
 }  // namespace
@@ -53,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const * data, size_t size)
   StoreFiles const files = storeFilesOf({reinterpret_cast<char const *>(data), size});
   writeFile("a.SI", files.index);
   writeFile("a.SR", files.records);
-  bool const isSound = runZp({"store", "check", "--json", pathOf("a")}) == exitDone;
+  bool const isSound = runStore({"check", "--json", pathOf("a")}) == exitDone;
   recover(files, true, isSound);
   recover(files, false, isSound);
   if (isSound)

@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -14,12 +15,12 @@
 #include <string_view>
 #include <vector>
 
+#include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
 
 #include "fuzz/scratch_folder.h"
-#include "tools/command_line.h"
-#include "tools/program.h"
+#include "tools/commands.h"
 
 inline void require(bool holds)
 {
@@ -52,19 +53,35 @@ inline void removeFiles(std::initializer_list<std::string> names)
   for (std::string const & name : names) unlink(pathOf(name).c_str());
 }
 
-// Runs zp and gives its status, which is never that of a wrong use. What it prints goes into the file "out".
-inline int runZp(std::vector<std::string> words)
+// Runs a command of the family that add brings, and gives its status, which is never that of a wrong use. What it prints goes
+// into the file "out".
+inline int runCommand(void (*add)(CLI::App & app, int & status), std::vector<std::string> words)
 {
   static bool const isRedirected = std::freopen(pathOf("out").c_str(), "w", stdout) != nullptr;
   require(isRedirected && std::fflush(stdout) == 0 && ftruncate(STDOUT_FILENO, 0) == 0);
   std::rewind(stdout);
-  words.insert(words.begin(), "zp");
-  std::vector<char const *> arguments;
-  for (std::string const & word : words) arguments.push_back(word.c_str());
-  int const status = RunCommandLine(static_cast<int>(arguments.size()), arguments.data());
+  CLI::App app;
+  int status = exitDone;
+  add(app, status);
+  std::reverse(words.begin(), words.end());
+  try {
+    app.parse(words);
+  } catch (Failure const & failure) {
+    Tell(failure.what());
+    status = failure.GetStatus();
+  } catch (CException * caught) {
+    zp::ExceptionGuard const guard(caught);
+    status = exitWanting;
+  }
   std::fflush(stdout);
   require(status == exitDone || status == exitWanting);
   return status;
+}
+
+inline int runStore(std::vector<std::string> words)
+{
+  words.insert(words.begin(), "store");
+  return runCommand(AddStoreCommands, std::move(words));
 }
 
 // The records of a store by the library, without those whose bytes aren't there.

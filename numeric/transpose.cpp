@@ -4,22 +4,21 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 #if defined(__x86_64__)
 #include <emmintrin.h>
 #endif
 
-#include "numeric/transpose_internal.h"
-
 namespace {
 
 constexpr std::size_t side = 8;
 
-using Pair = double __attribute__((vector_size(16), aligned(8), may_alias));
+using Pair = double __attribute__((vector_size(16)));
 
 void storeCached(double * to, Pair const & pair)
 {
-  *reinterpret_cast<Pair *>(to) = pair;
+  std::memcpy(to, &pair, sizeof pair);
 }
 
 #if defined(__x86_64__)

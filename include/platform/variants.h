@@ -68,6 +68,7 @@ struct tagVARIANT {
   WORD wReserved2;
   WORD wReserved3;
   union {
+    CY cyVal;  // none is wider: what clears the first member clears them all
     int8_t cVal;
     BYTE bVal;
     int16_t iVal;
@@ -78,7 +79,6 @@ struct tagVARIANT {
     UINT uintVal;
     float fltVal;
     double dblVal;
-    CY cyVal;
     DATE date;
     VARIANT_BOOL boolVal;
     HRESULT scode;

@@ -63,6 +63,21 @@ std::string numbers()
   return bytesOf(all);
 }
 
+// So large that its JSON is tried piece by piece.
+std::string large()
+{
+  GPObArray all;
+  auto * const items = new GPDataList;
+  items->AddTail(new GPs(1, CString('x', 9000)));
+  auto * const list = new GPObList;
+  list->AddTail(items);
+  auto * const array = new GPDataArray;
+  array->AddData(new GPa(5, new GPObArray));
+  for (CObject * const each : {static_cast<CObject *>(list), static_cast<CObject *>(array), static_cast<CObject *>(nullptr)})
+    all.Add(each);
+  return bytesOf(all);
+}
+
 TEST_F(StoreTool, JsonGivesBackEveryRecordBitForBit)
 {
   Records const records = {{0, hardCollection()},
@@ -72,16 +87,21 @@ TEST_F(StoreTool, JsonGivesBackEveryRecordBitForBit)
                            {7, FromHex("FF FF 01 00 03 00 \"GPw\" 05 00")},                    // cut
                            {8, FromHex("FF FF 01 00 03 00 \"GPs\" 05 00 FF FE FF 01 41 00")},  // a wide text
                            {9, bytesOf(GPw(1, 2)) + "tail"},
+                           {10, large()},
                            {32767, "x"}};
   Store(records);
   ASSERT_EQ(Zp("export a --json all.json").status, 0);
   ProgramRun const run = Zp("import b all.json");
-  EXPECT_EQ(run.out, "8 records stored in b.SR: 8 new, 0 replaced\n") << run.err;
+  EXPECT_EQ(run.out, "9 records stored in b.SR: 9 new, 0 replaced\n") << run.err;
   EXPECT_EQ(Load("b"), records);
   EXPECT_EQ(m_Folder.Read("b.SI"), m_Folder.Read("a.SI"));
   Zp("export b --json again.json");
-  EXPECT_EQ(m_Folder.Read("again.json"), m_Folder.Read("all.json"));
-  EXPECT_NE(m_Folder.Read("all.json").find("\"value\": \"nan:7ff0000000000123\""), std::string::npos);
+  std::string const json = m_Folder.Read("all.json");
+  EXPECT_EQ(m_Folder.Read("again.json"), json);
+  EXPECT_NE(json.find("\"value\": \"nan:7ff0000000000123\""), std::string::npos);
+  size_t raw = 0;
+  for (size_t at = 0; (at = json.find("\"hex\"", at)) != std::string::npos; ++at) ++raw;
+  EXPECT_EQ(raw, 6U) << "all others have a form of their own";
 }
 
 TEST_F(StoreTool, TableGivesBackComponentsBitForBit)
