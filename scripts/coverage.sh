@@ -34,10 +34,15 @@ cd "$OLDPWD"
 
 llvm-profdata-14 merge -sparse "$coverage"/counts/*.profraw -o "$coverage/counts.profdata"
 cov() { llvm-cov-14 "$1" "$coverage/libzpbase.so" -instr-profile="$coverage/counts.profdata" "${@:2}"; }
-for folder in $folders "$folders"; do
-  cov report $folder | awk -v name="$folder" '/^TOTAL/ {
-    printf "%-12s %6d lines %6.2f %%   %6d branches %6.2f %%\n", name ~ / / ? "library" : name, $8, $10, $11, $13 }'
-done
-cov show -show-branches=count $folders >"$coverage/shown.txt"
-awk '/^\/.*:$/ { file = $0 } /^ +[0-9]+\| +0\|/ { print file $0 }' "$coverage/shown.txt" >"$coverage/lines.txt"
-awk '/^\/.*:$/ { file = $0 } /Branch \(.*(True|False): 0[],]/ { print file $0 }' "$coverage/shown.txt" >"$coverage/branches.txt"
+cov report | awk -v folders="$folders" 'BEGIN { count = split(folders, names, " ") }
+  { for (i = 1; i <= count; ++i) if ($1 ~ "(^|/)" names[i] "/[^/]" && $1 !~ "zpbase|resources/[a-z_]*strings")
+      { lines[i] += $8; lines[0] += $8; missed[i] += $9; missed[0] += $9
+        branches[i] += $11; branches[0] += $11; unseen[i] += $12; unseen[0] += $12 } }
+  function share(part, all) { return all ? 100 * (1 - part / all) : 100 }
+  END { names[0] = "library"
+    for (i = 1; i <= count + 1; ++i) { k = i % (count + 1)
+      printf "%-12s %6d lines %6.2f %%   %6d branches %6.2f %%\n", names[k], lines[k], share(missed[k], lines[k]),
+        branches[k], share(unseen[k], branches[k]) } }'
+cov show -show-branches=count -ignore-filename-regex=zpbase >"$coverage/shown.txt"
+awk '/^[^ ].*:$/ { file = $0 } /^ +[0-9]+\| +0\|/ { print file $0 }' "$coverage/shown.txt" >"$coverage/lines.txt"
+awk '/^[^ ].*:$/ { file = $0 } /Branch \(.*(True|False): 0[],]/ { print file $0 }' "$coverage/shown.txt" >"$coverage/branches.txt"

@@ -8,8 +8,8 @@
 
 A fault is an operator turned, a statement removed, a bound moved or a constant changed, in one line of the area's .cpp files: `library`
 (platform and the folders) or `tools` (tools and store). The places are drawn evenly over all that there are; a fault that doesn't compile
-is drawn anew. The tests of the fault's folder run first, the others only when those passed; a program that outlives its time has caught
-the fault. Each fault becomes one line of JSON in the log. --again LOG plants the missed faults of an earlier run once more.
+is drawn anew. The tests of the fault's folder run first, then the others and the seeds of the fuzz targets; a program that outlives its
+time has caught the fault. A log that exists is gone on with. Each fault becomes one line of JSON in the log. --again LOG plants the missed faults of an earlier run once more.
 
 The checkout is written to: use a clone. Exit status: 0 done, 1 the tests fail without a fault, 2 used wrongly.
 """
@@ -30,7 +30,7 @@ import time
 LIBRARY = "platform foundation store data numeric text config messages drawing views spreadsheet system".split()
 AREAS = {"library": LIBRARY, "tools": ["tools", "store"]}
 MOST_SECONDS = 1200  # of a test program without a fault
-BUILD_SECONDS = 300
+BUILD_SECONDS = 3600
 MEMORY_BYTES = 8 << 30
 
 # (kind, what is looked for, what it becomes). Operators stand between blanks, as the formatter sets them.
@@ -44,6 +44,7 @@ PATTERNS += [("operator", re.compile(r"(?<=[(&| ])!(?=[\w(])"), ""),
              ("bound", re.compile(r"(?<=[<>]= )(?=\w)"), "1 + "),
              ("constant", re.compile(r"\btrue\b"), "false"), ("constant", re.compile(r"\bfalse\b"), "true"),
              ("constant", re.compile(r"(?<![\w.'])(?:0x[0-9A-Fa-f]+|\d+)(?![\w.'])"), None)]
+TOOL_TESTS = ("tests/test_tools", "tests/test_roads", "tests/test_faults")
 LINE_ENDS = (";", "{", "}", ")", "\x01", ":", "else")
 STATEMENT = re.compile(r"^\s+(?!using |static_assert|#|//|friend |extern |class |struct )[^\s].*;\s*$")
 
@@ -84,7 +85,8 @@ def balanced(line):
 class Planter:
     def __init__(self, root, build):
         self.root, self.build = root, build
-        self.tests = sorted(p.name for p in (build / "tests").glob("test_*") if os.access(p, os.X_OK) and p.is_file())
+        programs = [*(build / "tests").glob("test_*"), *(build / "fuzz").glob("*_fuzz")]
+        self.tests = sorted(str(p.relative_to(build)) for p in programs if os.access(p, os.X_OK) and p.is_file())
         self.seconds = {}
 
     def measure(self):
@@ -108,7 +110,8 @@ class Planter:
         output = os.path.join(scratch, "output")
         try:
             with open(output, "wb") as sink:
-                run = subprocess.Popen([self.build / "tests" / name, "--gtest_brief=1"], cwd=scratch, stdout=sink,
+                argument = self.root / "fuzz/seeds" / pathlib.Path(name).name if name.startswith("fuzz/") else "--gtest_brief=1"
+                run = subprocess.Popen([self.build / name, argument], cwd=scratch, stdout=sink,
                                        stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL, start_new_session=True,
                                        env=dict(os.environ, TMPDIR=scratch, GTEST_CATCH_EXCEPTIONS="1"), preexec_fn=bounded)
                 try:
@@ -130,8 +133,15 @@ class Planter:
             shutil.rmtree(scratch, ignore_errors=True)
 
     def order(self, folder):
-        first = [name for name in (f"test_{folder}", "test_tools" if folder == "store" else "") if name in self.tests]
-        return first + [name for name in self.tests if name not in first]
+        """The programs that see the folder, those of its own first."""
+        seen = [name for name in self.tests if folder != "tools" or name in TOOL_TESTS or name.startswith("fuzz/")]
+        own = [f"tests/test_{folder}", *(["tests/test_tools"] if folder == "store" else [])]
+        return sorted(seen, key=lambda name: name not in own)
+
+    def look(self, name, folder):
+        """What fails of a program, which is linked anew first if it holds the folder's objects itself."""
+        holds = folder == "tools" and name not in ("tests/test_tools", "tests/test_roads")
+        return ["doesn't link"] if holds and not self.ninja(name) else self.run_test(name)
 
     def try_fault(self, fault):
         """True when a test caught it, with its name; False when none did; None when it doesn't compile."""
@@ -145,10 +155,9 @@ class Planter:
         entry = {"file": path, "line": number + 1, "kind": kind, "was": line.strip(), "is": lines[number].strip(), "fault": fault}
         try:
             file.write_text("\n".join(lines), encoding="utf-8")
-            if not self.ninja(*(["zp", "test_faults"] if folder == "tools" else ["zpbase"])):
+            if not self.ninja("zp" if folder == "tools" else "zpbase"):
                 return None
-            tests = ["test_tools", "test_roads", "test_faults"] if folder == "tools" else self.order(folder)
-            failed = next((failed for name in tests if (failed := self.run_test(name))), [])
+            failed = next((failed for name in self.order(folder) if (failed := self.look(name, folder))), [])
             return dict(entry, caught=bool(failed), by=failed[0] if failed else "")
         finally:
             file.write_bytes(source)
@@ -214,9 +223,14 @@ def main():
         print("these fail without a fault:", *failing, sep="\n  ")
         return 1
     entries, started = [], time.monotonic()
+    if options.log.exists() and not options.again:
+        entries = [json.loads(line) for line in options.log.read_text(encoding="utf-8").splitlines()]
+    tried = {tuple(entry["fault"]) for entry in entries}
     for fault in chosen(root, options):
         if not options.again and len(entries) == options.count:
             break
+        if fault in tried:
+            continue
         entry = planter.try_fault(fault)
         if entry is None:
             continue
@@ -225,7 +239,7 @@ def main():
             log.write(json.dumps(entry) + "\n")
         print(f"{len(entries)} {'caught' if entry['caught'] else 'MISSED'} {entry['file']}:{entry['line']} {entry['is']}  {entry['by']}",
               flush=True)
-    planter.ninja("zp", "zpbase", *(["test_faults"] if "test_faults" in planter.tests else []))
+    planter.ninja("all")
     summary(entries)
     print(f"{time.monotonic() - started:.0f} s")
     return 0

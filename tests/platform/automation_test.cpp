@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
+#include <utility>
 
 #include <zpbase/platform/automation.h>
 #include <zpbase/platform/exceptions.h>
@@ -30,6 +31,85 @@ LONG codeOf(char const * progId)
   BOOL const made = driver.CreateDispatch(progId, &problem);
   EXPECT_EQ(made != FALSE, problem.m_sc == S_OK);
   return problem.m_sc;
+}
+
+// Gives each call's last argument back.
+struct Echo final : IDispatch {
+  HRESULT QueryInterface(IID const &, void ** object) override
+  {
+    *object = this;
+    return AddRef(), S_OK;
+  }
+  DWORD AddRef() override { return ++m_nCount; }
+  DWORD Release() override { return --m_nCount; }
+  HRESULT GetTypeInfoCount(UINT *) override { return E_NOTIMPL; }
+  HRESULT GetTypeInfo(UINT, LCID, ITypeInfo **) override { return E_NOTIMPL; }
+  HRESULT GetIDsOfNames(IID const &, char16_t **, UINT, LCID, DISPID *) override { return E_NOTIMPL; }
+  HRESULT Invoke(DISPID, IID const &, LCID, WORD, DISPPARAMS * params, VARIANT * result, EXCEPINFO *, UINT *) override
+  {
+    return VariantCopy(result, params->rgvarg);
+  }
+  DWORD m_nCount = 1;
+};
+
+template <class Result, class Argument>
+Result echoed(COleDispatchDriver & driver, BYTE kind, Argument argument, VARTYPE type)
+{
+  BYTE const parameters[] = {kind, 0};
+  Result result{};
+  driver.InvokeHelper(7, DISPATCH_METHOD, type, &result, parameters, argument);
+  return result;
+}
+
+TEST(DispatchDriver, PassesAndGivesEveryKind)
+{
+  Echo echo;
+  COleDispatchDriver driver(&echo, FALSE);
+  EXPECT_EQ(echoed<BYTE>(driver, VT_UI1, 200, VT_UI1), 200);
+  EXPECT_EQ(echoed<short>(driver, VT_I2, -5, VT_I2), -5);
+  EXPECT_EQ(echoed<short>(driver, VT_BOOL, 7, VT_BOOL), VARIANT_TRUE);
+  EXPECT_EQ(echoed<int>(driver, VT_I4, -70000, VT_I4), -70000);
+  EXPECT_EQ(echoed<int>(driver, VT_ERROR, 9, VT_ERROR), 9);
+  EXPECT_EQ(echoed<float>(driver, VT_R4, 1.5, VT_R4), 1.5F);
+  EXPECT_EQ(echoed<double>(driver, VT_R8, -2.5, VT_R8), -2.5);
+  EXPECT_EQ(echoed<double>(driver, VT_DATE, 3.0, VT_DATE), 3.0);
+  EXPECT_EQ(echoed<CY>(driver, VT_R8, 1.25, VT_CY).int64, 12500);
+  EXPECT_EQ(echoed<CString>(driver, VT_BSTR, u"wide", VT_BSTR), "wide");
+  EXPECT_EQ(echoed<CString>(driver, VT_BSTR, static_cast<char16_t const *>(nullptr), VT_BSTR), "");
+  EXPECT_EQ(echoed<CString>(driver, VT_BSTRA, "narrow", VT_BSTR), "narrow");
+  COleVariant const number(4.5);
+  EXPECT_EQ(echoed<double>(driver, VT_VARIANT, static_cast<VARIANT const *>(&number), VT_R8), 4.5);
+  EXPECT_EQ(echoed<VARIANT>(driver, VT_I2, 3, VT_VARIANT).iVal, 3);
+  EXPECT_EQ(echoed<IDispatch *>(driver, VT_DISPATCH, static_cast<IDispatch *>(&echo), VT_DISPATCH), &echo);
+  EXPECT_EQ(echoed<IUnknown *>(driver, VT_UNKNOWN, static_cast<IUnknown *>(&echo), VT_UNKNOWN), &echo);
+  EXPECT_EQ(echoed<IDispatch *>(driver, VT_UNKNOWN, static_cast<IUnknown *>(&echo), VT_DISPATCH), &echo);
+  EXPECT_EQ(echo.m_nCount, 4U) << "what is given is held";
+  for (auto const & [kind, type] : {std::pair(BYTE{VT_CY}, VT_I4), std::pair(BYTE{VT_I2}, VARTYPE{99})}) {
+    try {
+      echoed<int>(driver, kind, 1, type);
+      FAIL();
+    } catch (COleException * raised) {
+      zp::ExceptionGuard const guard(raised);
+      EXPECT_EQ(raised->m_sc, DISP_E_BADVARTYPE);
+    }
+  }
+}
+
+TEST(DispatchDriver, CountsItsHolders)
+{
+  Echo echo;
+  {
+    COleDispatchDriver driver(&echo);
+    COleDispatchDriver copy(driver);
+    EXPECT_EQ(echo.m_nCount, 2U);
+    COleDispatchDriver other;
+    other = copy;
+    other = *&other;
+    EXPECT_EQ(echo.m_nCount, 3U);
+    other.AttachDispatch(copy.DetachDispatch());
+    EXPECT_EQ(echo.m_nCount, 2U);
+  }
+  EXPECT_EQ(echo.m_nCount, 0U);
 }
 
 TEST(AutomationServers, TheFirstKeepsAnIdentifierAndAClass)

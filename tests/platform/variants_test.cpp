@@ -99,6 +99,14 @@ TEST(Variants, ChangeByThePublishedRules)
       {real(922337203685477.0), VT_CY, of(VT_CY, 9223372036854770000)},
       {real(1e15), VT_CY, overflow},
       {of(VT_CY, 25000), VT_I2, i2(2)},
+      {of(VT_I1, 0xFD), VT_R8, real(-3)},
+      {COleVariant(BYTE{200}), VT_I2, i2(200)},
+      {of(VT_UI2, 65535), VT_I4, COleVariant(65535)},
+      {of(VT_UI4, 0xFFFFFFFF), VT_R8, real(4294967295.0)},
+      {COleVariant(1.5f), VT_I2, i2(2)},
+      {real(-4), VT_I1, of(VT_I1, 0xFC)},
+      {real(128), VT_I1, overflow},
+      {real(65535), VT_UI2, of(VT_UI2, 65535)},
       // Texts of numbers.
       {real(3), VT_BSTR, text("3")},
       {real(0.1), VT_BSTR, text("0.1")},
@@ -115,6 +123,7 @@ TEST(Variants, ChangeByThePublishedRules)
       {date(45000), VT_BSTR, text("03/15/2023")},
       {date(0.5), VT_BSTR, text("12:00:00")},
       {date(-1.25), VT_BSTR, text("12/29/1899 06:00:00")},
+      {date(1.9999999), VT_BSTR, text("01/01/1900")},
       {date(1e7), VT_BSTR, overflow},
       // Numbers of texts.
       {text(" -1.5e3\t"), VT_R8, real(-1500)},
