@@ -55,8 +55,9 @@ CFile * CMemFile::Duplicate() const
 ULONGLONG CMemFile::Seek(LONGLONG offset, UINT from)
 {
   size_t const origin = from == begin ? 0 : from == current ? m_nPosition : m_nFileSize;
-  LONGLONG const position = static_cast<LONGLONG>(origin) + offset;
-  if (position < 0) AfxThrowFileException(CFileException::badSeek);
+  LONGLONG position;
+  if (__builtin_add_overflow(static_cast<LONGLONG>(origin), offset, &position) || position < 0)
+    AfxThrowFileException(CFileException::badSeek);
   return m_nPosition = static_cast<size_t>(position);
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <functional>
 #include <utility>
 
@@ -79,6 +80,7 @@ TEST(File, RefusesWhatItHasNot)
   EXPECT_EQ(memory.GetPosition(), 2U);
   EXPECT_EQ(failureOf([&] { file.Seek(-1, CFile::begin); }).first, CFileException::badSeek);
   EXPECT_EQ(failureOf([&] { memory.Seek(-3, CFile::current); }).first, CFileException::badSeek);
+  EXPECT_EQ(failureOf([&] { memory.Seek(INT64_MAX, CFile::current); }).first, CFileException::badSeek);
   EXPECT_EQ(failureOf([&] { file.LockRange(0, 1); }).second, ERROR_LOCK_VIOLATION);
   EXPECT_EQ(failureOf([&] { file.UnlockRange(0, 1); }).second, ERROR_NOT_LOCKED);
   EXPECT_EQ(failureOf([&] { memory.Duplicate(); }).first, CFileException::genericException);
