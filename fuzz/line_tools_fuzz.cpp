@@ -15,6 +15,15 @@ bool isPlain(std::string_view text, std::string_view allowed)
   });
 }
 
+// A line of one missing value can't be told from a blank one.
+std::string withoutBlankLines(std::string const & csv)
+{
+  std::string kept;
+  for (char const c : csv)
+    if (c != '\n' || (!kept.empty() && kept.back() != '\n')) kept += c;
+  return kept;
+}
+
 void text(unsigned int choice)
 {
   std::vector<std::string> options = {pathOf("in")};
@@ -42,7 +51,7 @@ void text(unsigned int choice)
   writeFile("csv", csv);
   options = {pathOf("csv"), "--delimiter", "comma"};
   run("numbers", "");
-  require(readFile("out") == csv);
+  require(withoutBlankLines(readFile("out")) == withoutBlankLines(csv));
 }
 
 void view()

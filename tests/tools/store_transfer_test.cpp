@@ -66,15 +66,16 @@ std::string numbers()
 // So large that its JSON is tried piece by piece.
 std::string large()
 {
-  GPObArray all;
+  GPObList all;
   auto * const items = new GPDataList;
   items->AddTail(new GPs(1, CString('x', 9000)));
-  auto * const list = new GPObList;
-  list->AddTail(items);
-  auto * const array = new GPDataArray;
-  array->AddData(new GPa(5, new GPObArray));
-  for (CObject * const each : {static_cast<CObject *>(list), static_cast<CObject *>(array), static_cast<CObject *>(nullptr)})
-    all.Add(each);
+  auto * const data = new GPDataArray;
+  data->AddData(new GPa(5, new GPObArray));
+  auto * const array = new GPObArray;
+  array->Add(items);
+  array->Add(nullptr);
+  all.AddTail(array);
+  all.AddTail(data);
   return bytesOf(all);
 }
 
