@@ -69,6 +69,7 @@ TEST(SystemFacts, OfTheHostAreOfTheNTFamily)
 TEST(SystemFacts, NameLanguagesInTwentyFiveCharacters)
 {
   CString name;
+  for (unsigned int id = 0x0401; id <= 0x0421; ++id) EXPECT_EQ(VerLanguageNameA(id, name), 25u) << id;
   EXPECT_EQ(VerLanguageNameA(0x0409, name), 25u);
   EXPECT_EQ(name, "U.S. English             ");
   EXPECT_EQ(VerLanguageNameA(0x0414, name), 25u);

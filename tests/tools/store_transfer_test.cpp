@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <memory>
+#include <sstream>
 
 #include <zpbase/numeric.h>
 #include <zpbase/platform/archive.h>
@@ -113,6 +114,51 @@ TEST_F(StoreTool, TableGivesBackComponentsBitForBit)
   EXPECT_EQ(m_Folder.Read("b.SR"), m_Folder.Read("a.SR"));
   EXPECT_EQ(Zp("export b").out, m_Folder.Read("a.csv"));
   EXPECT_EQ(Zp("import b a.csv").out, "37 records stored in b.SR: 0 new, 37 replaced\n");
+}
+
+TEST_F(StoreTool, EachColumnHasTheItemOfItsName)
+{
+  struct Item {
+    char const * column;
+    int id;
+  };
+  Item const items[] = {{"name", 1},
+                        {"formula", 2},
+                        {"cas", 3},
+                        {"mw_kg_per_kmol", 10},
+                        {"tb_K", 11},
+                        {"tc_K", 12},
+                        {"pc_Pa", 13},
+                        {"vc_m3_per_kmol", 14},
+                        {"omega", 15},
+                        {"tm_K", 16},
+                        {"hf_J_per_kmol", 17},
+                        {"dipole_C_m", 18},
+                        {"rho_liq_eq", 40},
+                        {"sigma_eq", 41},
+                        {"p_vap_eq", 42},
+                        {"h_vap_eq", 43},
+                        {"cp_liq_eq", 44},
+                        {"mu_liq_eq", 45},
+                        {"mu_vap_eq", 46},
+                        {"k_liq_eq", 47},
+                        {"k_vap_eq", 48},
+                        {"rho_sol_eq", 49}};
+  std::string head = "id";
+  std::string row = "5";
+  std::string ids;
+  for (Item const & item : items) {
+    head += std::string(",") + item.column;
+    row += ",7";
+    ids += " " + std::to_string(item.id);
+  }
+  ASSERT_EQ(Zp("import a -", head + "\n" + row + "\n").status, 0);
+  std::string told;
+  std::istringstream lines(Zp("show a 5 --json").out);
+  for (std::string line; std::getline(lines, line);)
+    if (size_t const at = line.find("\"data_id\": "); at != std::string::npos)
+      told += " " + std::to_string(std::stoi(line.substr(at + 11)));
+  EXPECT_EQ(told, ids);
 }
 
 TEST_F(StoreTool, TableKeepsQuotesMarksAndCoefficientsOfZero)

@@ -1,1 +1,0 @@
-target_link_libraries(component_fuzz PRIVATE zp_tools)

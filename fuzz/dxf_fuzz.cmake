@@ -1,1 +1,0 @@
-target_link_libraries(dxf_fuzz PRIVATE zp_tools)

@@ -1,1 +1,0 @@
-target_link_libraries(line_tools_fuzz PRIVATE zp_tools)

@@ -1,1 +1,0 @@
-target_link_libraries(repair_fuzz PRIVATE zp_tools)
