@@ -153,4 +153,30 @@ TEST(Automation, CallsMembersByTheirNames)
   EXPECT_EQ(ids[1], DISPID_UNKNOWN);
 }
 
+class Picture : public CScrollView {
+ protected:
+  void OnDraw(CDC *) override {}
+};
+
+TEST(ScrollViews, ShiftWhatTheyDrawToTheirPlaceInThePicture)
+{
+  Picture view;
+  view.SetScrollSizes(MM_TEXT, CSize(100, 50));
+  struct Row {
+    POINT wanted;
+    POINT place;
+  };
+  for (Row const & row : {Row{{30, 20}, {30, 20}}, Row{{-1, 60}, {0, 50}}, Row{{101, -7}, {100, 0}}}) {
+    view.ScrollToPosition(row.wanted);
+    EXPECT_TRUE(view.GetScrollPosition().x == row.place.x && view.GetScrollPosition().y == row.place.y);
+    CDC dc;
+    view.OnPrepareDC(&dc);
+    POINT drawn = row.place;
+    dc.LPtoDP(&drawn);
+    EXPECT_TRUE(drawn.x == 0 && drawn.y == 0) << drawn.x << " " << drawn.y;
+  }
+  view.SetScrollSizes(MM_TEXT, CSize(10, 10));
+  EXPECT_TRUE(view.GetScrollPosition().x == 0 && view.GetScrollPosition().y == 0);
+}
+
 }  // namespace

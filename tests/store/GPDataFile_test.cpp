@@ -563,4 +563,35 @@ TEST_F(Store, TakesAnIndexThatCannotBeLookedAtForNoNewStore)
   EXPECT_EQ(folder.Read("a.si"), index);
 }
 
+TEST(IndexEntries, AreObjectsThatCompareByIdAndCapacity)
+{
+  GPActiveRec live;
+  live.m_nFilePos = 0x01020304;
+  live.m_nRecID = 7;
+  live.m_nRecLen = 65535;
+  GPEmptyRec hole;
+  hole.m_nFilePos = 9;
+  hole.m_nBlockSize = 40;
+  CMemFile file;
+  {
+    CArchive ar(&file, CArchive::store);
+    live.Serialize(ar);
+    hole.Serialize(ar);
+  }
+  file.SeekToBegin();
+  GPActiveRec sameLive;
+  GPEmptyRec sameHole;
+  CArchive ar(&file, CArchive::load);
+  sameLive.Serialize(ar);
+  sameHole.Serialize(ar);
+  EXPECT_TRUE(sameLive.m_nFilePos == 0x01020304 && sameLive.m_nRecID == 7 && sameLive.m_nRecLen == 65535);
+  EXPECT_TRUE(sameHole.m_nFilePos == 9 && sameHole.m_nBlockSize == 40);
+  EXPECT_EQ(file.GetLength(), GPActiveRec::streamBytes + GPEmptyRec::streamBytes);
+  sameLive.m_nRecID = 4;
+  sameHole.m_nBlockSize = 50;
+  EXPECT_EQ(live.Compare(&sameLive) * 100 + hole.Compare(&sameHole), 290);
+  EXPECT_NE(live.Compare(&hole), 0);
+  EXPECT_NE(hole.Compare(&live), 0);
+}
+
 }  // namespace
