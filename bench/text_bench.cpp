@@ -81,6 +81,22 @@ void WholeRoad(benchmark::State & state)
   count(state);
 }
 
+void WholeRoadByLines(benchmark::State & state)
+{
+  data();
+  for (auto _ : state) {
+    double sum = 0.0;
+    ParseFile file(data().path);
+    while (file.ReadLine() != -1) {
+      double values[columns];
+      int const count = file.GetNext_Doubles(values, columns);
+      for (int i = 0; i < count; ++i) sum += values[i];
+    }
+    benchmark::DoNotOptimize(sum);
+  }
+  count(state);
+}
+
 void LinesAlone(benchmark::State & state)
 {
   data();
@@ -191,6 +207,7 @@ void ManyColumns(benchmark::State & state)
 BENCHMARK(FastFloatLoop)->Unit(benchmark::kMillisecond);
 #endif
 BENCHMARK(WholeRoad)->Unit(benchmark::kMillisecond);
+BENCHMARK(WholeRoadByLines)->Unit(benchmark::kMillisecond);
 BENCHMARK(LinesAlone)->Unit(benchmark::kMillisecond);
 BENCHMARK(TextToDoubleLoop)->Unit(benchmark::kMillisecond);
 BENCHMARK(FromCharsLoop)->Unit(benchmark::kMillisecond);

@@ -11,6 +11,7 @@
 
 #include "foundation.h"
 #include "job_folders.h"
+#include "platform/memory_pages.h"
 #include "platform/registry.h"
 #include "platform/security.h"
 #include "store.h"
@@ -55,6 +56,10 @@ class ZP_API ParseString : public CString {
   long GetNextLong();  // 32 bits, wrapped
   int GetNextInt();
   double GetNext_Double();
+
+  // Puts the values of the next tokens into out, at most count of them, as so many calls of GetNext_Double would give them; only
+  // the end of the text stops it earlier. Gives how many there were; what stands behind them in out is left alone.
+  int GetNext_Doubles(double * out, int count);
   float GetNextFloat();
   int DiscardNextToken();  // 0 at the end
 
@@ -96,8 +101,12 @@ class ZP_API ParseString : public CString {
  private:
   void Init(ParseString const & other);
   bool InitParsing() const { return m_nOffset < GetLength(); }
-  size_t BehindDelimeters(std::string_view text, size_t offset) const;
+  char const * BehindDelimeters(char const * p, char const * last) const;
+  char const * EndOfToken(char const * p, char const * last) const;
   std::string_view ParseToken();
+  void NoteToken(char const * start, char const * end);
+  double TakeDouble();
+  double FinishDouble(char const * token, uint64_t mantissa, int64_t exponent, ptrdiff_t length, char const * end);
   int GetToken(CString & token);
   bool GetToken(std::string_view & token);
   int FindNextQuotes(int honourEscape);
@@ -165,7 +174,7 @@ class ZP_API ParseFile : public ParseString {
   void CountLine();
 
   GPFile m_File;
-  std::unique_ptr<char[]> m_pContent;  // each CR has become a zero byte
+  zp::PageBlock m_Content;  // each CR has become a zero byte
   DWORD m_nContentLength = 0;
   DWORD m_nReadPos = 0;
   int m_nCurLine = 0;

@@ -9,7 +9,6 @@
 #include <emmintrin.h>
 #endif
 
-#include <zpbase/platform/memory_pages.h>
 #include <zpbase/platform/system_error.h>
 #include <zpbase/platform/windows.h>
 
@@ -75,23 +74,23 @@ void ParseFile::LoadContent()
   ULONGLONG const length = m_File.GetLength();
   if (length > maxFileLength) AfxThrowFileException(CFileException::genericException, -1, m_File.GetFilePath());
   if (length != 0) {
-    m_pContent = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(length) + 2);
-    zp::PreferLargePages(m_pContent.get(), static_cast<size_t>(length));
-    m_nContentLength = m_File.Read(m_pContent.get(), static_cast<UINT>(length));
+    m_Content = zp::PageBlock(static_cast<size_t>(length) + 2);
+    m_nContentLength = m_File.Read(m_Content.Get(), static_cast<UINT>(length));
   }
   m_File.Close();
-  if (m_nContentLength != 0 && m_pContent[m_nContentLength - 1] == substitute) --m_nContentLength;
+  char * const content = m_Content.Get();
+  if (m_nContentLength != 0 && content[m_nContentLength - 1] == substitute) --m_nContentLength;
   if (m_nContentLength == 0) return;
-  char const lastByte = m_pContent[m_nContentLength - 1];
+  char const lastByte = content[m_nContentLength - 1];
   if (lastByte == carriageReturn || lastByte == lineFeed) return;
-  m_pContent[m_nContentLength++] = carriageReturn;
-  m_pContent[m_nContentLength++] = lineFeed;
+  content[m_nContentLength++] = carriageReturn;
+  content[m_nContentLength++] = lineFeed;
 }
 
 // Every line end becomes a zero byte, and the line behind it starts after the LFs and SUBs that belong to the line end.
 void ParseFile::InitLineOffsets()
 {
-  char * const first = m_pContent.get();
+  char * const first = m_Content.Get();
   char * const last = first + m_nContentLength;
   auto const endLine = [this, first, last](char * end) {
     *end++ = '\0';
@@ -136,7 +135,7 @@ int ParseFile::ReadLine()
     return -1;
   }
   CountLine();
-  char const * const content = m_pContent.get();
+  char const * const content = m_Content.Get();
   DWORD const next = m_LineOffsets[static_cast<size_t>(m_nCurLine)];
   DWORD end = next - 1;
   while (content[end] != '\0') --end;
@@ -154,7 +153,7 @@ int ParseFile::ParseLine()
   bool ended = false;
   DWORD position = m_nReadPos;
   for (; position != m_nContentLength; ++position) {
-    char const c = m_pContent[position];
+    char const c = m_Content.Get()[position];
     if (belongsToLineEnd(c)) continue;
     if (ended || (c != '\0' && count == line.size())) break;
     if (c == '\0') {

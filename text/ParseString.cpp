@@ -3,6 +3,7 @@
 #include <zpbase/text.h>
 
 #include <zpbase/platform/ascii.h>
+#include <zpbase/platform/number_reader.h>
 #include <zpbase/platform/number_text.h>
 
 #include "text/tabs_internal.h"
@@ -105,27 +106,37 @@ void ParseString::NoteDelimeters()
   m_bNumbersAreTokens = m_strDelimeters.View().find_first_of(numberCharacters) == std::string_view::npos;
 }
 
-// The first place from offset on that isn't a delimiter, or is one too many.
-inline size_t ParseString::BehindDelimeters(std::string_view text, size_t offset) const
+// The first place from p on that isn't a delimiter, or is one too many.
+inline char const * ParseString::BehindDelimeters(char const * p, char const * last) const
 {
-  for (int count = 0; offset < text.size() && count != m_nDelimeterLimit && IsDelimeter(text[offset]); ++count) ++offset;
-  return offset;
+  for (int count = 0; IsDelimeter(*p) && p != last && count != m_nDelimeterLimit; ++count) ++p;
+  return p;
+}
+
+inline char const * ParseString::EndOfToken(char const * p, char const * last) const
+{
+  while (!IsDelimeter(*p) && p != last) ++p;
+  return p;
 }
 
 void ParseString::DiscardDelimeters()
 {
-  m_nOffset = static_cast<int>(BehindDelimeters(View(), static_cast<size_t>(m_nOffset)));
+  if (InitParsing())
+    m_nOffset = static_cast<int>(BehindDelimeters(GetString() + m_nOffset, GetString() + GetLength()) - GetString());
+}
+
+inline void ParseString::NoteToken(char const * start, char const * end)
+{
+  m_nTokenStart = static_cast<int>(start - GetString());
+  m_nOffset = static_cast<int>(end - GetString());
 }
 
 std::string_view ParseString::ParseToken()
 {
-  std::string_view const text = View();
-  auto const start = static_cast<size_t>(m_nOffset);
-  size_t end = start;
-  while (end < text.size() && !IsDelimeter(text[end])) ++end;
-  m_nTokenStart = m_nOffset;
-  m_nOffset = static_cast<int>(end);
-  return text.substr(start, end - start);
+  char const * const start = GetString() + m_nOffset;
+  char const * const end = EndOfToken(start, GetString() + GetLength());
+  NoteToken(start, end);
+  return {start, static_cast<size_t>(end - start)};
 }
 
 bool ParseString::GetToken(std::string_view & token)
@@ -155,21 +166,40 @@ int ParseString::GetNextInt()
   return static_cast<int>(GetNextLong());
 }
 
-// The number's end is the token's when a delimiter or the end of the text follows it. That saves looking for the token's end
-// beforehand; it takes that no delimiter stands inside a number, and white space isn't skipped for being in front of one.
+// A number's end is its token's when a delimiter or the end of the text follows it. That saves looking for the token's end
+// beforehand; it takes that no delimiter stands inside a number, and white space isn't passed over for being in front of one.
+inline double ParseString::TakeDouble()
+{
+  char const * const last = GetString() + GetLength();
+  char const * const token = BehindDelimeters(GetString() + m_nOffset, last);
+  zp::Decimal const decimal = zp::GatherDecimal(token, zp::TerminatedEnd{});
+  if (!m_bNumbersAreTokens || !decimal.isExact) [[unlikely]]
+    return FinishDouble(token, decimal.mantissa, decimal.exponent, decimal.length, decimal.end);
+  NoteToken(token, EndOfToken(decimal.end, last));
+  return zp::ExactValue(token, decimal);
+}
+
 double ParseString::GetNext_Double()
 {
-  if (!InitParsing()) return 0.0;
-  std::string_view const text = View();
-  size_t const start = BehindDelimeters(text, static_cast<size_t>(m_nOffset));
-  m_nOffset = static_cast<int>(start);
-  if (!m_bNumbersAreTokens || zp::IsWhite(text.data()[start])) return zp::TextToDouble(ParseToken());
-  zp::NumberText const number = zp::ReadNumber(text.data() + start);
-  auto end = static_cast<size_t>(number.end - text.data());
-  while (end < text.size() && !IsDelimeter(text[end])) ++end;
-  m_nTokenStart = static_cast<int>(start);
-  m_nOffset = static_cast<int>(end);
-  return number.value;
+  return InitParsing() ? TakeDouble() : 0.0;
+}
+
+// What TakeDouble gives of a token at which these were gathered, when they aren't its exact number.
+double ParseString::FinishDouble(char const * token, uint64_t mantissa, int64_t exponent, ptrdiff_t length, char const * end)
+{
+  char const * const last = GetString() + GetLength();
+  bool const isInside = !m_bNumbersAreTokens || zp::IsWhite(*token);
+  char const * const tokenEnd = EndOfToken(token, last);
+  NoteToken(token, tokenEnd);
+  if (isInside) return zp::TextToDouble({token, static_cast<size_t>(tokenEnd - token)});
+  return zp::FinishNumber(token, nullptr, {.mantissa = mantissa, .exponent = exponent, .length = length, .end = end}).value;
+}
+
+int ParseString::GetNext_Doubles(double * out, int count)
+{
+  int i = 0;
+  for (; i < count && InitParsing(); ++i) out[i] = TakeDouble();
+  return i;
 }
 
 float ParseString::GetNextFloat()

@@ -103,6 +103,7 @@ struct HostCalls {
   // The system.
   bool (*GetVersion)(_OSVERSIONINFOA & version);
   int (*UseLargePages)(void * pages, size_t size);  // a hint; both in whole large pages of 2 MB
+  int (*OfferPages)(void * pages, size_t size);     // a hint: their content may go, until they are written anew
 };
 
 ZP_API HostCalls & GetHostCalls();

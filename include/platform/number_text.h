@@ -11,15 +11,6 @@ namespace zp {
 // The number at the start of text as atof reads it in the C locale, 0 where there is none; used gets the characters taken.
 ZP_API double TextToDouble(std::string_view text, size_t * used = nullptr);
 
-// A number at the start of a text, and the place behind it: the start where there is none.
-struct NumberText {
-  double value;
-  char const * end;
-};
-
-// As above, of a text that ends in a zero.
-ZP_API NumberText ReadNumber(char const * text);
-
 // The number at the start of text as atoi and atol read it, modulo 2^32.
 ZP_API int TextToInt(std::string_view text);
 

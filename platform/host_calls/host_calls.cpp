@@ -228,6 +228,11 @@ int useLargePages(void * pages, size_t size)
   return madvise(pages, size, MADV_HUGEPAGE);
 }
 
+int offerPages(void * pages, size_t size)
+{
+  return madvise(pages, size, MADV_FREE);
+}
+
 }  // namespace
 
 HostCalls & GetHostCalls()
@@ -272,6 +277,7 @@ HostCalls & GetHostCalls()
       .LocalTime = localTime,
       .GetVersion = HostVersion,
       .UseLargePages = useLargePages,
+      .OfferPages = offerPages,
   };
   return calls;
 }

@@ -1,6 +1,6 @@
 // Reading numbers from text by the rules of the C locale. A real number's digits are gathered in one pass; most values are then
-// exact in one operation, the others go through the standard library, and only what atof alone accepts (hexadecimal, infinities,
-// NaNs) or what leaves the range of doubles goes to the host's strtod.
+// exact in one operation, and the nearest double to the others is told by what was gathered. More than 19 digits may need the
+// standard library, and what atof alone accepts (hexadecimal, infinities, NaNs) needs the host.
 
 #include <zpbase/platform/number_text.h>
 
@@ -12,57 +12,15 @@
 #include <string>
 
 #include <zpbase/platform/ascii.h>
+#include <zpbase/platform/number_reader.h>
+
+#include "platform/string/decimal_internal.h"
 
 namespace zp {
 
 namespace {
 
-// Powers that a double holds exactly: 10^22 = 2^22 * 5^22, and 5^22 < 2^53.
-constexpr double exactPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                  1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr int64_t maxExactPower = 22;
-constexpr uint64_t maxExactInteger = uint64_t{1} << 53;
 constexpr ptrdiff_t maxGatheredDigits = 19;  // as many as 64 bits always hold
-constexpr int64_t maxExponent = 1'000'000'000'000'000;
-
-// Where a text ends: behind its view, or at any character that no number has, such as its terminating zero. The second saves a
-// comparison for each character.
-struct ViewEnd {
-  char const * last;
-  bool IsAt(char const * p) const { return p == last; }
-};
-struct TerminatedEnd {
-  bool IsAt(char const *) const { return false; }
-};
-
-// Takes the digits at p into mantissa, which wraps when there are too many of them. One at a time: the ends of the digits of
-// like numbers are foreseen by the processor, which then works on several numbers at once.
-template <class End>
-inline char const * gatherDigits(char const * p, End end, uint64_t & mantissa)
-{
-  for (; !end.IsAt(p); ++p) {
-    unsigned int const digit = static_cast<unsigned char>(*p) - unsigned{'0'};
-    if (digit > 9) break;
-    mantissa = mantissa * 10 + digit;
-  }
-  return p;
-}
-
-// The exponent behind an 'e' at p, if digits follow; otherwise p stays.
-template <class End>
-inline char const * gatherExponent(char const * p, End end, int64_t & exponent)
-{
-  char const * q = p + 1;
-  bool const negative = !end.IsAt(q) && *q == '-';
-  if (!end.IsAt(q) && (*q == '-' || *q == '+')) ++q;
-  if (end.IsAt(q) || !IsDigit(*q)) return p;
-  int64_t value = 0;
-  for (; !end.IsAt(q) && IsDigit(*q); ++q) {
-    if (value < maxExponent) value = value * 10 + (*q - '0');
-  }
-  exponent += negative ? -value : value;
-  return q;
-}
 
 bool belongsToSpecial(char c)
 {
@@ -70,89 +28,103 @@ bool belongsToSpecial(char c)
 }
 
 // What the host makes of the unsigned number at p; an end of p where there is none.
-template <class End>
-[[gnu::noinline]] NumberText hostValue(char const * p, End end)
+NumberText hostValue(char const * p, char const * last)
 {
   static locale_t const cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
   char const * stop = p;
-  while (!end.IsAt(stop) && belongsToSpecial(*stop)) ++stop;
+  while (stop != last && belongsToSpecial(*stop)) ++stop;
   std::string const copy(p, stop);
   char * copyEnd = nullptr;
   double const value = strtod_l(copy.c_str(), &copyEnd, cLocale);
   return {value, p + (copyEnd - copy.c_str())};
 }
 
-// The number that is known to stand from p to last.
-[[gnu::noinline]] NumberText libraryValue(char const * p, char const * last)
+// The first digits that count of those from p to end, as many as 64 bits hold, in mantissa; exponent, that of the last digit,
+// becomes theirs. False if a digit that was left out isn't 0.
+bool takeLeadingDigits(char const * p, char const * end, uint64_t & mantissa, int64_t & exponent)
 {
-  double value = 0.0;
-  if (std::from_chars(p, last, value).ec == std::errc()) return {value, last};
-  return hostValue(p, ViewEnd{last});
+  ptrdiff_t digits = 0;
+  bool isAll = true;
+  for (; p != end && (*p == '.' || IsDigit(*p)); ++p) {
+    if (*p == '.' || (*p == '0' && digits == 0)) continue;
+    if (digits < maxGatheredDigits) {
+      mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
+      ++digits;
+    } else {
+      isAll = isAll && *p == '0';
+      ++exponent;
+    }
+  }
+  return isAll;
 }
 
-// An integer of at most 2^53; the host converts signed ones faster.
-double asDouble(uint64_t mantissa)
-{
-  return static_cast<double>(static_cast<int64_t>(mantissa));
-}
-
-// A text without digits: an infinity, a NaN or nothing.
-template <class End>
-NumberText specialValue(char const * p, End end)
-{
-  bool const mayBeSpecial = !end.IsAt(p) && ((*p | 0x20) == 'i' || (*p | 0x20) == 'n');
-  return mayBeSpecial ? hostValue(p, end) : NumberText{0.0, p};
-}
-
-// The unsigned number at p; an end of p where there is none.
-template <class End>
-inline NumberText unsignedValue(char const * p, End end)
+// The number from p to end, which has more digits than 64 bits surely hold. Those left out decide where the leading ones lie
+// within them of the middle between two doubles.
+double valueOfMany(char const * p, int64_t exponent, char const * end)
 {
   uint64_t mantissa = 0;
-  int64_t exponent = 0;
-  char const * q = gatherDigits(p, end, mantissa);
-  ptrdiff_t digits = q - p;
-  if (!end.IsAt(q) && *q == '.') {
-    char const * const fraction = q + 1;
-    q = gatherDigits(fraction, end, mantissa);
-    exponent = fraction - q;
-    digits += q - fraction;
-  }
-  if (digits == 0) return specialValue(p, end);
-  if (!end.IsAt(q)) {
-    int const letter = *q | 0x20;
-    if (letter == 'e') q = gatherExponent(q, end, exponent);
-    if (letter == 'x' && q - p == 1 && mantissa == 0) return hostValue(p, end);
-  }
-  if (digits > maxGatheredDigits || mantissa > maxExactInteger) return libraryValue(p, q);
-  if (exponent <= 0 && exponent >= -maxExactPower) return {asDouble(mantissa) / exactPowers[-exponent], q};
-  if (exponent > 0 && exponent <= maxExactPower) return {asDouble(mantissa) * exactPowers[exponent], q};
-  return libraryValue(p, q);
+  bool const isAll = takeLeadingDigits(p, end, mantissa, exponent);
+  double const value = NearestDouble(mantissa, exponent);
+  if (isAll || value == NearestDouble(mantissa + 1, exponent)) return value;
+  double exact = 0.0;
+  if (std::from_chars(p, end, exact).ec == std::errc()) return exact;
+  return hostValue(p, end).value;
 }
 
-template <class End>
-inline NumberText signedValue(char const * first, End end)
+// The unsigned number at p, whose first character is the point.
+NumberText fraction(char const * p, ViewEnd end)
 {
-  char const * p = first;
-  while (!end.IsAt(p) && IsWhite(*p)) ++p;
-  bool const negative = !end.IsAt(p) && *p == '-';
-  if (!end.IsAt(p) && (*p == '-' || *p == '+')) ++p;
-  NumberText const number = unsignedValue(p, end);
-  if (number.end == p) return {0.0, first};
-  return {negative ? -number.value : number.value, number.end};
+  uint64_t mantissa = 0;
+  char const * q = detail::gatherDigits(p + 1, end, mantissa);
+  if (q == p + 1) return {0.0, p};
+  bool const isMany = q - p > maxGatheredDigits;
+  int64_t exponent = p + 1 - q;
+  if (!end.IsAt(q) && (*q | 0x20) == 'e') q = detail::gatherExponent(q, end, exponent);
+  return {isMany ? valueOfMany(p, exponent, q) : NearestDouble(mantissa, exponent), q};
+}
+
+// The unsigned number at p, which no digit begins or which looks hexadecimal; an end of p where there is none.
+NumberText specialNumber(char const * p, char const * last)
+{
+  if (p == last) return {0.0, p};
+  if (*p == '.') return fraction(p, ViewEnd{last});
+  bool const mayBeSpecial = *p == '0' || (*p | 0x20) == 'i' || (*p | 0x20) == 'n';
+  return mayBeSpecial ? hostValue(p, last) : NumberText{0.0, p};
+}
+
+bool looksHexadecimal(Decimal const & decimal, char const * last)
+{
+  return decimal.length == 1 && decimal.mantissa == 0 && decimal.end != last && (*decimal.end | 0x20) == 'x';
+}
+
+NumberText unsignedNumber(char const * p, char const * last, Decimal const & decimal)
+{
+  if (decimal.length == 0 || looksHexadecimal(decimal, last)) return specialNumber(p, last);
+  bool const isMany = decimal.length > maxGatheredDigits;
+  return {isMany ? valueOfMany(p, decimal.exponent, decimal.end) : NearestDouble(decimal.mantissa, decimal.exponent),
+          decimal.end};
 }
 
 }  // namespace
 
-NumberText ReadNumber(char const * text)
+NumberText FinishNumber(char const * first, char const * last, Decimal decimal)
 {
-  return signedValue(text, TerminatedEnd{});
+  if (first == last) return {0.0, first};
+  char const * const p = first + (*first == '-' || *first == '+');
+  NumberText const number = unsignedNumber(p, last, decimal);
+  if (number.end == p) return {0.0, first};
+  return {*first == '-' ? -number.value : number.value, number.end};
 }
 
 double TextToDouble(std::string_view text, size_t * used)
 {
-  NumberText const number = signedValue(text.data(), ViewEnd{text.data() + text.size()});
-  if (used != nullptr) *used = static_cast<size_t>(number.end - text.data());
+  char const * first = text.data();
+  ViewEnd const end{first + text.size()};
+  while (!end.IsAt(first) && IsWhite(*first)) ++first;
+  Decimal const decimal = GatherDecimal(first, end);
+  NumberText const number =
+      decimal.isExact ? NumberText{ExactValue(first, decimal), decimal.end} : FinishNumber(first, end.last, decimal);
+  if (used != nullptr) *used = number.end == first ? 0 : static_cast<size_t>(number.end - text.data());
   return number.value;
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -32,7 +33,7 @@ TEST(TextToDouble, AgreesWithTheHostOnOddTexts)
   // clang-format off
   for (char const * text : {
       "", " ", "-", "+", ".", "-.", "+-1", "--1", "e5", ".e5", "1", "-0", "-0.0", "1.", ".5", "-.5", "5.e3", "1e", "1e+", "1e-",
-      "1e5", "1E+05x", "1.5.2", "12a", " \t\n\v\f\r 7", "\b7", "1,5", "1 2", "0x", "0xg", "0x1", "0X1.8p3", "-0x.8", "0x1p",
+      "1e5", "1E+05x", "1.5.2", "12a", " \t\n\v\f\r 7", "\b7", "1,5", "1 2", "0x", "0.x1", ".0x", "00.x", "0e1x", "0xg", "0x1", "0X1.8p3", "-0x.8", "0x1p",
       "0x.", "0x1p-1080", "00x1", "inf", "INFINITY", "infinite", "-inf", "in", "nan", "-nan", "NAN(12ab)", "nan(", "nan(a b)",
       "nano", "1e308", "1.8e308", "-1e400", "1e-400", "4.9e-324", "2.4e-324", "2.5e-324", "2.2250738585072011e-308",
       "1e99999999999999999999", "0e99999999999999999999", "-1e-99999999999999999999", "9007199254740992", "9007199254740993",
@@ -75,6 +76,32 @@ TEST(TextToDouble, AgreesWithTheHostOnPrintedNumbersAndOnJunk)
     for (size_t length = random() % 30; text.size() < length;) text += letters[random() % letters.size()];
     expectLikeHost(text);
   }
+}
+
+// Texts around the middle between a random double and the next one, where a single digit far behind decides: the middle itself,
+// cut at 17 to 25 digits, and a last digit more. Subnormal ones and such near the ends of the range are among them.
+TEST(TextToDouble, RoundsLikeTheStandardLibraryNearTheMiddleBetweenTwoDoubles)
+{
+  std::mt19937_64 random(11);
+  for (int i = 0; i < 20000; ++i) {
+    uint64_t const exponent = i % 4 == 0 ? random() % 3 : i % 4 == 1 ? 2043 + random() % 4 : 960 + random() % 130;
+    auto const value = std::bit_cast<double>(exponent << 52 | random() >> 12);
+    auto const next = std::bit_cast<double>(std::bit_cast<uint64_t>(value) + 1);
+    long double const middle = (static_cast<long double>(value) + static_cast<long double>(next)) / 2;
+    char exact[1200];
+    PlainLocale const plain;
+    std::string const whole(exact, static_cast<size_t>(std::snprintf(exact, sizeof exact, "%.800Le", middle)));
+    size_t const letter = whole.find('e');
+    for (std::string const & digits :
+         {whole.substr(0, letter), whole.substr(0, 18 + random() % 9), whole.substr(0, letter) + "1"}) {
+      std::string const text = digits + whole.substr(letter);
+      double expected = 0.0;
+      std::from_chars(text.data(), text.data() + text.size(), expected);
+      ASSERT_EQ(std::bit_cast<uint64_t>(zp::TextToDouble(text)), std::bit_cast<uint64_t>(expected)) << text;
+    }
+  }
+  for (int i = 0; i < 100000; ++i)
+    expectLikeHost(std::to_string(random() >> random() % 64) + "e" + std::to_string(static_cast<int>(random() % 700) - 350));
 }
 
 TEST(TextToInt, ReadsLikeAtoiAndWrapsAt32Bits)

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
 #include <cstdlib>
 #include <random>
@@ -121,10 +122,20 @@ TEST(ParseString, DoublesAreThoseOfTheirTokens)
     char const * const delimiters = sets[random() % 10];
     ParseString byToken = withDelimeters(text.c_str(), delimiters, random() % 2 != 0 ? -1 : 1);
     ParseString byValue = byToken;
+    ParseString byLine = byToken;
+    std::array<double, 30> values;
+    values.fill(-7.0);
+    size_t count = static_cast<size_t>(byLine.GetNext_Doubles(values.data(), static_cast<int>(random() % 8)));
+    count += static_cast<size_t>(byLine.GetNext_Doubles(values.data() + count, 22));
+    ASSERT_EQ(byLine.GetNext_Doubles(values.data() + count, 1), 0);
+    ASSERT_EQ(values[count], -7.0);
+    size_t place = 0;
     CString token;
     while (byToken.GetNextString(token) != -1) {
       uint64_t const expected = std::bit_cast<uint64_t>(strtodInC(token));
       ASSERT_EQ(std::bit_cast<uint64_t>(byValue.GetNext_Double()), expected) << '"' << text << "\" cut at '" << delimiters << "'";
+      ASSERT_LT(place, count);
+      ASSERT_EQ(std::bit_cast<uint64_t>(values[place++]), expected) << '"' << text << "\" cut at '" << delimiters << "'";
       ASSERT_STREQ(byValue, byToken) << text;
       ParseString valueStart = byValue;
       ParseString tokenStart = byToken;
@@ -132,6 +143,10 @@ TEST(ParseString, DoublesAreThoseOfTheirTokens)
       tokenStart.RestoreToken();
       ASSERT_STREQ(valueStart, tokenStart) << text;
     }
+    ASSERT_EQ(place, count);
+    byValue.RestoreToken();
+    byLine.RestoreToken();
+    ASSERT_STREQ(byLine, byValue) << text;
   }
 }
 
