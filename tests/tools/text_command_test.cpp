@@ -7,6 +7,8 @@
 #include <sys/wait.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <random>
 
 #include "tests/support/TempFolder.h"
 
@@ -140,6 +142,28 @@ TEST(TextCommand, PrintsNumbersWithNothingLost)
        "298,-0.05,4000,5,-0,1.5,.12345678901234567E-04\n"},
       {"1e-400 1.23456789e-320 1e22 0e5\r\n", "numbers f", 0, "1e-400,1.23456789e-320,1e+22,0\n"},
   });
+}
+
+// Numbers of few digits go to their shortest form without a double.
+TEST(TextCommand, PrintsTheShortestFormThatADoubleHas)
+{
+  std::mt19937_64 random(5);
+  std::string text;
+  std::string expected;
+  for (int i = 0; i < 20000; ++i) {
+    std::string number = std::to_string(random() % 1'000'000'000 >> random() % 30);
+    number.insert(random() % number.size() + 1, ".").append(random() % 3, '0');
+    int const exponent = static_cast<int>(random() % 29) - 20;
+    if (random() % 2 != 0) number += "e" + std::to_string(exponent > 5 ? exponent + 14 : exponent);
+    if (random() % 3 == 0) number.insert(0, "-");
+    text += number + "\r\n";
+    char shortest[40];
+    std::snprintf(shortest, sizeof shortest, "%.15g\n", std::strtod(number.c_str(), nullptr));
+    expected += shortest;
+  }
+  TempFolder const folder;
+  folder.Write("f", text);
+  EXPECT_EQ(runText(folder, "numbers f").output, expected);
 }
 
 TEST(TextCommand, TakesNothingElseForANumber)

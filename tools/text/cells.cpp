@@ -4,22 +4,28 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <charconv>
 #include <cmath>
 #include <iterator>
 
 #include <fmt/format.h>
-#include <zpbase/platform/ascii.h>
 #include <zpbase/platform/number_text.h>
 
+#include "tools/text/character_set.h"
 #include "tools/text/text_lines.h"
 
 namespace {
 
 constexpr int surelyHeldDigits = DBL_DIG;
 
+constexpr CharacterSet blanks(" \t\n\v\f\x1A");
+constexpr CharacterSet pointNumbers("0123456789+-.eEdD");
+constexpr CharacterSet commaNumbers("0123456789+-,eEdD");
+constexpr CharacterSet otherForms("dD,");
+
 bool isBlank(char c)
 {
-  return c == ' ' || (c >= '\t' && c <= '\f') || c == '\x1A';
+  return blanks.Has(c);
 }
 
 bool isDelimiter(char c, char delimiter)
@@ -55,17 +61,60 @@ size_t endOfCell(std::string_view line, size_t first, char delimiter)
   return end;
 }
 
+// The significant digits of a number, and how many of them stand in front of its point.
+struct Digits {
+  explicit Digits(zp::Decimal const & number)
+  {
+    char const * end = std::to_chars(text, std::end(text), number.mantissa).ptr;
+    point = static_cast<int>(end - text + number.exponent);
+    while (end - text > 1 && end[-1] == '0') --end;
+    count = static_cast<int>(end - text);
+  }
+
+  char text[20];
+  int count;
+  int point;
+};
+
+// As a double of at most 15 digits is written in its shortest form, which has those digits: places as they stand, or an exponent
+// where the first digit stands for less than 10^-4 or at least 10^16.
+void appendShortest(std::string & csv, zp::Decimal const & number, bool negative)
+{
+  Digits const digits(number);
+  auto const count = static_cast<size_t>(digits.count);
+  if (negative) csv += '-';
+  if (number.mantissa == 0) {
+    csv += '0';
+  } else if (digits.point < -3 || digits.point > 16) {
+    csv += digits.text[0];
+    if (count > 1) csv.append(1, '.').append(digits.text + 1, count - 1);
+    fmt::format_to(std::back_inserter(csv), "e{:+03}", digits.point - 1);
+  } else if (digits.point <= 0) {
+    csv.append("0.000", static_cast<size_t>(2 - digits.point)).append(digits.text, count);
+  } else {
+    auto const whole = static_cast<size_t>(digits.point);
+    csv.append(digits.text, std::min(whole, count));
+    if (whole >= count) csv.append(whole - count, '0');
+    if (whole < count) csv.append(1, '.').append(digits.text + whole, count - whole);
+  }
+}
+
 }  // namespace
 
+// Most cells are numbers that a delimiter follows: reading them tells where they end.
 void CutCells(std::string_view line, char delimiter, std::vector<Cell> & cells)
 {
   cells.clear();
+  char const * const text = line.data();
   for (size_t place = 0;; ++place) {
     size_t const first = firstNotBlank(line, place, delimiter);
     if (first == line.size() && delimiter == blankDelimiter) return;
-    place = endOfCell(line, first, delimiter);
-    std::string_view const text = TrimBlanks(line.substr(first, place - first));
-    cells.push_back({text, static_cast<int>(first) + 1});
+    zp::Decimal number = zp::GatherDecimal(text + first, zp::ViewEnd{text + line.size()});
+    place = number.isExact ? static_cast<size_t>(number.end - text) : first;
+    number.isExact = number.isExact && (place == line.size() || isDelimiter(line[place], delimiter));
+    if (!number.isExact) place = endOfCell(line, first, delimiter);
+    std::string_view const cell = line.substr(first, place - first);
+    cells.push_back({number.isExact ? cell : TrimBlanks(cell), static_cast<int>(first) + 1, number});
     if (place == line.size()) return;
   }
 }
@@ -76,28 +125,27 @@ std::string_view WithoutQuotes(std::string_view text)
   return isQuoted ? TrimBlanks(text.substr(1, text.size() - 2)) : text;
 }
 
-bool NumberReader::HasNumberCharacters(std::string_view text) const
-{
-  char const point = m_bDecimalComma ? ',' : '.';
-  return std::all_of(text.begin(), text.end(), [point](char c) {
-    return zp::IsDigit(c) || c == '+' || c == '-' || c == point || (c | 0x20) == 'e' || (c | 0x20) == 'd';
-  });
-}
-
 std::string_view NumberReader::InPlainForm(std::string_view text)
 {
-  if (text.find_first_of("dD,") == std::string_view::npos) return text;
+  if (std::none_of(text.begin(), text.end(), [](char c) { return otherForms.Has(c); })) return text;
   m_strPlain = text;
   for (char & c : m_strPlain) c = c == ',' ? '.' : (c | 0x20) == 'd' ? 'E' : c;
   return m_strPlain;
 }
 
-bool NumberReader::Read(std::string_view cell)
+bool NumberReader::Read(Cell const & cell)
 {
-  m_Text = WithoutQuotes(cell);
+  m_Number = cell.number;
+  m_Number.isExact = m_Number.isExact && !m_bDecimalComma;
+  m_Text = m_Number.isExact ? cell.text : WithoutQuotes(cell.text);
+  return m_Number.isExact || ReadText();
+}
+
+bool NumberReader::ReadText()
+{
   m_dValue = 0.0;
   if (m_Text.empty()) return true;
-  if (!HasNumberCharacters(m_Text)) return false;
+  if (!(m_bDecimalComma ? commaNumbers : pointNumbers).HasAll(m_Text)) return false;
   m_Text = InPlainForm(m_Text);
   size_t used = 0;
   m_dValue = zp::TextToDouble(m_Text, &used);
@@ -120,7 +168,9 @@ bool NumberReader::IsHeldByDouble() const
 void NumberReader::AppendTo(std::string & csv) const
 {
   if (IsMissing()) return;
-  if (IsHeldByDouble()) {
+  if (m_Number.isExact) {
+    appendShortest(csv, m_Number, m_Text.front() == '-');
+  } else if (IsHeldByDouble()) {
     fmt::format_to(std::back_inserter(csv), "{}", m_dValue);
   } else {
     csv += m_Text.substr(m_Text.front() == '+');

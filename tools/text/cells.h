@@ -5,9 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include <zpbase/platform/number_reader.h>
+
 struct Cell {
   std::string_view text;  // without white space around it
   int column;             // of its first character, or of its delimiter if it is empty, from 1
+  zp::Decimal number;     // exact if the whole cell is such a number with a point
 };
 
 constexpr char blankDelimiter = ' ';  // blanks and tabs in any mixture
@@ -25,19 +28,20 @@ class NumberReader {
   explicit NumberReader(bool decimalComma) : m_bDecimalComma(decimalComma) {}
 
   // False if the cell is no number and not empty.
-  bool Read(std::string_view cell);
+  bool Read(Cell const & cell);
   bool IsMissing() const { return m_Text.empty(); }
 
   // The last cell's number in the shortest form that gives the same double; as it stands if it has more digits than a double.
   void AppendTo(std::string & csv) const;
 
  private:
-  bool HasNumberCharacters(std::string_view text) const;
+  bool ReadText();
   std::string_view InPlainForm(std::string_view text);
   bool IsHeldByDouble() const;
 
   bool m_bDecimalComma;
   std::string m_strPlain;
   std::string_view m_Text;  // of the last cell, in plain form
-  double m_dValue = 0.0;
+  zp::Decimal m_Number;     // its number, if that is exact
+  double m_dValue = 0.0;    // otherwise
 };

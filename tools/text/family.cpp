@@ -113,25 +113,43 @@ ExitStatus showColumns(TextOptions const & options)
   return found.numeric > 0 ? exitDone : exitWanting;
 }
 
-std::string csvLine(NumberReader & reader, std::vector<Cell> const & cells)
-{
-  std::string line;
-  for (Cell const & cell : cells) {
-    if (&cell != &cells.front()) line += ',';
-    reader.Read(cell.text);
-    reader.AppendTo(line);
+// Lines of CSV on their way to standard output, in pieces large enough to be written as they are.
+class CsvOutput {
+ public:
+  explicit CsvOutput(bool decimalComma) : m_Reader(decimalComma) {}
+
+  void Add(std::vector<Cell> const & cells)
+  {
+    for (Cell const & cell : cells) {
+      if (&cell != &cells.front()) m_strPiece += ',';
+      m_Reader.Read(cell);
+      m_Reader.AppendTo(m_strPiece);
+    }
+    m_strPiece += '\n';
+    if (m_strPiece.size() >= pieceBytes) Flush();
   }
-  return line + '\n';
-}
+
+  void Flush()
+  {
+    Print(m_strPiece);
+    m_strPiece.clear();
+  }
+
+ private:
+  static constexpr size_t pieceBytes = 0x10000;
+
+  NumberReader m_Reader;
+  std::string m_strPiece;
+};
 
 ExitStatus showNumbers(TextOptions const & options)
 {
   TextLines text(options, PassesOf(options));
   char const delimiter = ChooseDelimiter(text, options);
   if (IsTerminal(standardOutput)) text.EndProgress();
-  NumberReader reader(options.decimalComma);
-  TextSurvey const found =
-      SurveyLines(text, delimiter, options, [&](std::vector<Cell> const & cells) { Print(csvLine(reader, cells)); });
+  CsvOutput csv(options.decimalComma);
+  TextSurvey const found = SurveyLines(text, delimiter, options, [&](std::vector<Cell> const & cells) { csv.Add(cells); });
+  csv.Flush();
   FlushOutput();
   ReportMisfits(stderr, options, found);
   if (found.numeric == 0) throw Failure(WhyNone(text, options, found));

@@ -71,7 +71,7 @@ bool isNumbers(std::string_view cell)
   for (char const delimiter : {blankDelimiter, ';', '\t'}) {
     CutCells(cell, delimiter, parts);
     bool const areNumbers =
-        std::all_of(parts.begin(), parts.end(), [&](Cell const & part) { return reader.Read(part.text) && !reader.IsMissing(); });
+        std::all_of(parts.begin(), parts.end(), [&](Cell const & part) { return reader.Read(part) && !reader.IsMissing(); });
     if (areNumbers && parts.size() > 1) return true;
   }
   return false;

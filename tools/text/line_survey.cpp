@@ -31,7 +31,7 @@ class LineReader {
     CutCells(line, delimiter, m_Cells);
     m_nNumbers = 0;
     for (Cell const & cell : m_Cells) {
-      if (!m_Numbers.Read(cell.text)) return &cell;
+      if (!m_Numbers.Read(cell)) return &cell;
       m_nNumbers += !m_Numbers.IsMissing();
     }
     return nullptr;
@@ -46,7 +46,7 @@ class LineReader {
     CutCells(line, delimiter, m_Cells);
     auto const hasSeveral = [](Cell const & cell) { return HintFor(cell.text, false) == Hint::MixedDelimiters; };
     if (m_Cells.size() < 2 || std::any_of(m_Cells.begin(), m_Cells.end(), hasSeveral)) return 0;
-    auto const isNumber = [&](Cell const & cell) { return m_Numbers.Read(cell.text) && !m_Numbers.IsMissing(); };
+    auto const isNumber = [&](Cell const & cell) { return m_Numbers.Read(cell) && !m_Numbers.IsMissing(); };
     return static_cast<int>(std::count_if(m_Cells.begin(), m_Cells.end(), isNumber));
   }
 

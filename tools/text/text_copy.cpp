@@ -22,22 +22,25 @@ bool isLoneLineFeed(std::string_view bytes, size_t place)
 
 }  // namespace
 
-size_t CompleteLineEnds(std::string & bytes)
+size_t CountLoneLineFeeds(std::string_view bytes)
 {
   size_t lone = 0;
-  for (size_t place = bytes.find('\n'); place != std::string::npos; place = bytes.find('\n', place + 1))
+  for (size_t place = bytes.find('\n'); place != std::string_view::npos; place = bytes.find('\n', place + 1))
     lone += isLoneLineFeed(bytes, place);
-  if (lone == 0) return 0;
+  return lone;
+}
+
+std::string WithLineEnds(std::string_view bytes, size_t lone)
+{
   std::string complete;
   complete.reserve(bytes.size() + lone);
   size_t taken = 0;
-  for (size_t place = bytes.find('\n'); place != std::string::npos; place = bytes.find('\n', place + 1)) {
+  for (size_t place = bytes.find('\n'); place != std::string_view::npos; place = bytes.find('\n', place + 1)) {
     if (!isLoneLineFeed(bytes, place)) continue;
     complete.append(bytes, taken, place - taken).append("\r\n");
     taken = place + 1;
   }
-  bytes = complete.append(bytes, taken);
-  return lone;
+  return complete.append(bytes, taken);
 }
 
 TemporaryTextFile::TemporaryTextFile(std::string_view content)

@@ -7,8 +7,9 @@
 // What a text in UTF-8 may begin with to say so.
 inline constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
-// Gives each LF without a CR one; the result is how many there were.
-size_t CompleteLineEnds(std::string & bytes);
+// The LFs without a CR, and the text in which each has one.
+size_t CountLoneLineFeeds(std::string_view bytes);
+std::string WithLineEnds(std::string_view bytes, size_t lone);
 
 // A file with a name of its own for as long as this lives. Raises Failure if it can't be written.
 class TemporaryTextFile {

@@ -2,14 +2,19 @@
 
 #include "tools/text/text_lines.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include <fmt/format.h>
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/file.h>
+#include <zpbase/platform/memory_pages.h>
 #include <zpbase/platform/paths.h>
 
 #include "tools/host_file.h"
 #include "tools/input_file.h"
 #include "tools/program.h"
+#include "tools/text/character_set.h"
 #include "tools/text/text_copy.h"
 
 namespace {
@@ -31,33 +36,61 @@ void requireRegularFile(std::string const & name)
   if (status->size > mostBytes) failTooLong(name);
 }
 
-template <class Read>
-std::string gather(Read read, std::string const & name)
-{
-  std::string bytes;
-  char piece[0x10000];
-  for (size_t count = 0; (count = read(piece, sizeof piece)) > 0;) {
-    bytes.append(piece, count);
-    if (bytes.size() > size_t{mostBytes}) failTooLong(name);
-  }
-  return bytes;
-}
+// Bytes as they come, in a block that grows.
+class Content {
+ public:
+  explicit Content(size_t expected) : m_Block(expected + leastRoom), m_nCapacity(expected + leastRoom) {}
 
-std::string readStandardInput(std::string const & name)
+  std::string_view View() const { return {m_Block.Get() + m_nSkipped, m_nSize - m_nSkipped}; }
+  void RemovePrefix(size_t count) { m_nSkipped += count; }
+
+  // Takes what read gives until that is nothing. read is given a place and how many bytes it may take.
+  template <class Read>
+  void Gather(Read read, std::string const & name)
+  {
+    for (size_t count = 0; (count = read(m_Block.Get() + m_nSize, m_nCapacity - m_nSize)) > 0;) {
+      m_nSize += count;
+      if (m_nSize > size_t{mostBytes}) failTooLong(name);
+      if (m_nCapacity - m_nSize < leastRoom) grow();
+    }
+  }
+
+ private:
+  static constexpr size_t leastRoom = 0x10000;
+
+  void grow()
+  {
+    zp::PageBlock larger(2 * m_nCapacity);
+    std::memcpy(larger.Get(), m_Block.Get(), m_nSize);
+    m_Block = std::move(larger);
+    m_nCapacity *= 2;
+  }
+
+  zp::PageBlock m_Block;
+  size_t m_nCapacity;
+  size_t m_nSize = 0;
+  size_t m_nSkipped = 0;
+};
+
+Content readStandardInput(std::string const & name)
 {
   InputFile input("-");
-  return gather([&](char * piece, size_t size) { return input.Read(piece, size); }, name);
+  Content content(0);
+  content.Gather([&](char * place, size_t room) { return input.Read(place, room); }, name);
+  return content;
 }
 
 // The size that the system tells may be 0 for a file that has content, so the file is read to its end.
-std::string readFile(std::string const & name)
+Content readFile(std::string const & name)
 {
   requireRegularFile(name);
   try {
     CFile file;
     CFileException problem;
     if (!file.Open(FromHostPath(name), CFile::modeRead | CFile::shareDenyWrite, &problem)) FailOpening(name, nullptr, problem);
-    return gather([&](char * piece, size_t size) -> size_t { return file.Read(piece, static_cast<UINT>(size)); }, name);
+    Content content(static_cast<size_t>(std::min<ULONGLONG>(file.GetLength(), mostBytes)));
+    content.Gather([&](char * place, size_t room) -> size_t { return file.Read(place, static_cast<UINT>(room)); }, name);
+    return content;
   } catch (CFileException * caught) {
     zp::ExceptionGuard const guard(caught);
     throw Failure(fmt::format("{}: can't be read: {}", name, Describe(*caught)));
@@ -88,22 +121,25 @@ std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
 {
   std::string const name = options.Name();
   bool const isPiped = options.file == "-";
-  std::string bytes = isPiped ? readStandardInput(name) : readFile(options.file);
-  if (isWide(bytes)) throw Failure(fmt::format("{}: is UTF-16 text; convert it, as by iconv -f UTF-16 -t WINDOWS-1252", name));
-  bool const isMarked = bytes.starts_with(utf8Mark);
-  if (isMarked) bytes.erase(0, utf8Mark.size());
+  std::optional<Content> content(isPiped ? readStandardInput(name) : readFile(options.file));
+  if (isWide(content->View()))
+    throw Failure(fmt::format("{}: is UTF-16 text; convert it, as by iconv -f UTF-16 -t WINDOWS-1252", name));
+  bool const isMarked = content->View().starts_with(utf8Mark);
+  if (isMarked) content->RemovePrefix(utf8Mark.size());
+  std::string_view const bytes = content->View();
   isEmpty = bytes.empty();
-  size_t const lone = CompleteLineEnds(bytes);
+  size_t const lone = CountLoneLineFeeds(bytes);
   if (lone != 0) {
     Tell(fmt::format("{}: {} in LF alone where ParseFile expects CR LF; a copy that has both was read", name,
                      lone == 1 ? "1 line ends" : fmt::format("{} lines end", lone)));
+    std::string const complete = WithLineEnds(bytes, lone);
+    content.reset();
+    return ParseCopy(complete, name);
   }
-  auto const status = isPiped || isMarked || lone != 0 ? std::nullopt : StatusOf(options.file);
-  if (status && static_cast<size_t>(status->size) == bytes.size()) {
-    std::string().swap(bytes);
-    return parse(options.file, name);
-  }
-  return ParseCopy(bytes, name);
+  auto const status = isPiped || isMarked ? std::nullopt : StatusOf(options.file);
+  if (!status || static_cast<size_t>(status->size) != bytes.size()) return ParseCopy(bytes, name);
+  content.reset();
+  return parse(options.file, name);
 }
 
 }  // namespace
@@ -120,10 +156,10 @@ std::unique_ptr<ParseFile> ParseCopy(std::string_view text, std::string const & 
 
 std::string_view TrimBlanks(std::string_view text)
 {
-  constexpr std::string_view blanks = " \t\f\v\n\r\x1A";
-  size_t const first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+  constexpr CharacterSet blanks(" \t\f\v\n\r\x1A");
+  while (!text.empty() && blanks.Has(text.front())) text.remove_prefix(1);
+  while (!text.empty() && blanks.Has(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 TextLines::TextLines(TextOptions const & options, int passes)

@@ -98,7 +98,10 @@ std::unique_ptr<TemporaryTextFile> copyOf(std::string const & file)
   std::string bytes = ReadWholeFile(file);
   bool isOther = bytes.starts_with(utf8Mark);
   if (isOther) bytes.erase(0, utf8Mark.size());
-  isOther |= CompleteLineEnds(bytes) != 0;
+  if (size_t const lone = CountLoneLineFeeds(bytes); lone != 0) {
+    bytes = WithLineEnds(bytes, lone);
+    isOther = true;
+  }
   bool const isAscii = std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
   if (CString text; !isAscii && zp::Utf8ToText(bytes, text)) {
     bytes = text.View();
