@@ -67,49 +67,58 @@ bool WatchedText::IsHeldUnchanged() const
 
 void WatchedText::Refresh()
 {
-  if (!IsHeldUnchanged() && Look()) m_Changed();
+  Look();
+  Settle();
 }
 
-// Follows the name; true if the text was read anew.
-bool WatchedText::Look()
+void WatchedText::Settle()
 {
+  if (m_bDue) m_Changed();
+  m_bDue = false;
+}
+
+// Follows the name, and reads the text anew if the file may have become another. Most often only its time couldn't tell that it
+// hasn't, and the text is the same.
+void WatchedText::Look()
+{
+  if (IsHeldUnchanged()) return;
   HostStatus now;
-  if (GetHostCalls().GetStatusOf(m_strFile.c_str(), now) != 0) {
-    now = {};
+  bool const isThere = GetHostCalls().GetStatusOf(m_strFile.c_str(), now) == 0;
+  if (isThere) {
+    m_nLooked = GetHostCalls().SteadyClock();
+    if (m_bKnown && IsUnchanged(now)) return;
+  } else {
     m_nError = SaysMissing(errno) ? 0 : errno;
-    bool const wasThere = m_Stamp.file != 0;
-    m_Stamp = now;
+    m_Stamp = {};
     m_bKnown = false;
     m_Held.Close();
-    m_Text.clear();
-    return wasThere;
   }
-  m_nLooked = GetHostCalls().SteadyClock();
-  if (m_bKnown && IsUnchanged(now)) return false;
-  Read();
-  return true;
+  std::string text = isThere ? Read() : std::string();
+  if (text == m_Text) return;
+  m_Text = std::move(text);
+  m_bDue = true;
 }
 
 // Opening can't wait for the writer of a pipe, and only a regular file has a whole text.
-void WatchedText::Read()
+std::string WatchedText::Read()
 {
-  m_Text.clear();
   m_Held = Descriptor(GetHostCalls().Open(m_strFile.c_str(), hostRead | hostNoWait, 0));
   if (m_Held.Get() < 0) {
     m_nError = errno;
     m_bKnown = false;
-    return;
+    return {};
   }
   HostStatus now;
+  std::string text;
   m_nError = GetHostCalls().GetStatus(m_Held.Get(), now) != 0 ? errno : 0;
   if (m_nError == 0) {
     Remember(now);
-    m_nError = now.kind == HostStatus::File ? ReadAll(m_Held.Get(), m_Text) : EINVAL;
+    m_nError = now.kind == HostStatus::File ? ReadAll(m_Held.Get(), text) : EINVAL;
   }
-  if (m_nError == 0) return;
+  if (m_nError == 0) return text;
   m_bKnown = false;
-  m_Text.clear();
   m_Held.Close();
+  return {};
 }
 
 int WatchedText::Replace(FolderLock const & lock, std::string const & hostFile, std::string text)
@@ -117,25 +126,29 @@ int WatchedText::Replace(FolderLock const & lock, std::string const & hostFile, 
   int const error = ReplaceLockedFile(lock, hostFile, text);
   if (error != 0) return error;
   m_Text = std::move(text);
+  m_bDue = true;
   m_Held = Descriptor(GetHostCalls().Open(hostFile.c_str(), hostRead, 0));
   m_nLooked = GetHostCalls().SteadyClock();
   HostStatus now;
   if (GetHostCalls().GetStatus(m_Held.Get(), now) == 0) Remember(now);
-  m_Changed();
   return 0;
 }
 
 // A file that can't be read isn't replaced: its content would be lost.
-int WatchedText::Change(std::function<bool(std::string & changed)> const & edit)
+int WatchedText::Change(std::function<bool(std::string & changed)> const & edit, std::function<bool()> const & settle)
 {
   std::string const target = FollowLinks(m_strFile);
   if (int const error = makeFoldersFor(target); error != 0) return error;
   FolderLock const lock(target);
   if (lock.GetError() != 0) return lock.GetError();
-  Refresh();
+  Look();
   if (m_nError != 0) return m_nError;
   std::string changed;
-  return edit(changed) && changed != m_Text ? Replace(lock, target, std::move(changed)) : 0;
+  if (!edit(changed) || changed == m_Text) return 0;
+  bool const wasDue = m_bDue;
+  int const error = Replace(lock, target, std::move(changed));
+  if (error == 0) m_bDue = wasDue || !settle();
+  return error;
 }
 
 }  // namespace zp

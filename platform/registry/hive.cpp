@@ -152,13 +152,16 @@ LONG Hive::GetValue(std::string_view path, DWORD index, HiveValue const *& value
 }
 
 template <class Edit>
-LONG Hive::Change(Edit edit)
+LONG Hive::Change(Edit edit, std::function<bool()> const & settle)
 {
   LONG result = ERROR_SUCCESS;
-  int const error = m_Text.Change([&](std::string & changed) {
-    result = IsRegistryText(m_Text.GetText()) ? edit(changed) : ERROR_NOT_REGISTRY_FILE;
-    return result == ERROR_SUCCESS;
-  });
+  int const error = m_Text.Change(
+      [&](std::string & changed) {
+        m_Text.Settle();
+        result = IsRegistryText(m_Text.GetText()) ? edit(changed) : ERROR_NOT_REGISTRY_FILE;
+        return result == ERROR_SUCCESS;
+      },
+      settle);
   return error != 0 ? SystemErrorOfError(error) : result;
 }
 
@@ -172,16 +175,52 @@ std::string Hive::WithKey(std::string_view path) const
   return text;
 }
 
-std::string Hive::WithValue(std::string_view path, std::string_view name, DWORD type, std::string_view data) const
+std::string Hive::WithValue(std::string_view path, std::string_view name, DWORD type, std::string_view data,
+                            ValueLines & changed) const
 {
   Key const * const key = FindOwnKey(path);
   std::string text = key != nullptr ? std::string(m_Text.GetText()) : WithKey(path);
-  std::string const lines = RegistryValueText(name, type, data, lineEndOf(text));
-  if (key == nullptr) return text + lines;
+  changed.lines = RegistryValueText(name, type, data, lineEndOf(text));
+  if (key == nullptr) return text + changed.lines;
   auto const found = key->values.find(ToLower(name));
-  if (found != key->values.end()) return text.replace(found->second.begin, found->second.end - found->second.begin, lines);
-  bool const cut = text[key->addAt - 1] != '\n';
-  return text.insert(key->addAt, cut ? std::string(lineEndOf(text)) + lines : lines);
+  bool const isThere = found != key->values.end();
+  changed.begin = isThere ? found->second.begin : key->addAt;
+  changed.removed = isThere ? found->second.end - found->second.begin : 0;
+  changed.isAll = isThere || text[key->addAt - 1] == '\n';
+  if (!changed.isAll) changed.lines.insert(0, lineEndOf(text));
+  return text.replace(changed.begin, changed.removed, changed.lines);
+}
+
+// Moves what the index knows of the text behind a change.
+void Hive::Shift(size_t from, size_t removed, size_t added)
+{
+  size_t const by = added - removed;  // modulo the range of places
+  for (auto & [folded, key] : m_Keys) {
+    if (key.addAt > from) key.addAt += by;
+    for (auto & [lower, value] : key.values) {
+      if (value.begin >= from + removed) value.begin += by;
+      if (value.end > from) value.end += by;
+    }
+  }
+}
+
+// Puts one value's new lines into the index, as reading all of the text anew would.
+bool Hive::Settle(std::string_view path, ValueLines const & changed)
+{
+  auto const found = m_Keys.find(folded(path));
+  if (!changed.isAll || found == m_Keys.end()) return false;
+  Key & key = found->second;
+  Shift(changed.begin, changed.removed, changed.lines.size());
+  if (changed.removed == 0) key.addAt = changed.begin + changed.lines.size();
+  WalkRegistryText("[key]\n" + changed.lines, [&](RegistryLine const & line) {
+    if (line.kind != RegistryLine::Value) return;
+    auto const [place, isNew] = key.values.try_emplace(ToLower(line.name));
+    HiveValue & value = place->second;
+    if (!isNew) m_Values.erase(NamePair{key.path, value.name});
+    value = {line.name, line.type, line.data, changed.begin, changed.begin + changed.lines.size()};
+    m_Values.emplace(NamePair{key.path, value.name}, &value);
+  });
+  return true;
 }
 
 LONG Hive::CreateKey(std::string_view path)
@@ -195,10 +234,12 @@ LONG Hive::CreateKey(std::string_view path)
 LONG Hive::SetValue(std::string_view path, std::string_view name, DWORD type, std::string_view data)
 {
   if (!FitsRegistryLine(name)) return ERROR_INVALID_PARAMETER;
-  return Change([&](std::string & changed) {
-    changed = WithValue(path, name, type, data);
+  ValueLines lines;
+  auto const edit = [&](std::string & changed) {
+    changed = WithValue(path, name, type, data, lines);
     return ERROR_SUCCESS;
-  });
+  };
+  return Change(edit, [&] { return Settle(path, lines); });
 }
 
 LONG Hive::DeleteValue(std::string_view path, std::string_view name)

@@ -46,6 +46,13 @@ class Hive {
     size_t addAt = 0;                         // where a new value's line belongs
     std::map<std::string, HiveValue> values;  // by name in lower case
   };
+  // The lines of one value that take the place of removed characters of the text, if that is all that has changed.
+  struct ValueLines {
+    bool isAll = false;
+    size_t begin = 0;
+    size_t removed = 0;
+    std::string lines;
+  };
   // By path in lower case with a control character for each backslash, so that what lies below a key follows it at once.
   using Keys = std::map<std::string, Key, std::less<>>;
 
@@ -54,10 +61,14 @@ class Hive {
   void IndexLine(RegistryLine const & line);
   bool HasKey(std::string const & folded) const;
   Key const * FindOwnKey(std::string_view path) const;
-  std::string WithValue(std::string_view path, std::string_view name, DWORD type, std::string_view data) const;
+  std::string WithValue(std::string_view path, std::string_view name, DWORD type, std::string_view data,
+                        ValueLines & changed) const;
   std::string WithKey(std::string_view path) const;
+  bool Settle(std::string_view path, ValueLines const & changed);
+  void Shift(size_t from, size_t removed, size_t added);
   template <class Edit>
-  LONG Change(Edit edit);
+  LONG Change(
+      Edit edit, std::function<bool()> const & settle = [] { return false; });
 
   WatchedText m_Text;
   Keys m_Keys;

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <zpbase/platform/application.h>
@@ -158,6 +160,46 @@ TEST_F(Registry, RightsHandlesAndNamesAreChecked)
   EXPECT_EQ(Set("two\nlines", REG_SZ, "\0"s), ERROR_INVALID_PARAMETER);
   EXPECT_EQ(RegCreateKeyExA(m_Key, "a\nb", 0, nullptr, 0, KEY_READ, nullptr, &below, nullptr), ERROR_INVALID_PARAMETER);
   EXPECT_EQ(m_Folder.Read("user.reg"), "REGEDIT4\r\n[HKEY_CURRENT_USER\\K]\r\n");
+}
+
+// What a write leaves in memory must be what reading the file anew gives: each hive is compared with one under another name.
+TEST_F(Registry, WritesAreKnownAsIfTheFileHadBeenReadAnew)
+{
+  std::mt19937 random(17);
+  m_Folder.Write(
+      "user.reg",
+      "REGEDIT4\n[HKEY_CURRENT_USER\\A]\n\"n1\"=\"one\"\n[HKEY_CURRENT_USER\\B]\n\"N1\"=\"x\"\n; remark\n\"n1\"=\"y\"\n"
+      "[HKEY_CURRENT_USER\\A]\n\"n2\"=-\n[-HKEY_CURRENT_USER\\B\\C]\n[HKEY_CURRENT_USER\\B\\C]\n@=\"last\"");
+  char const * const keys[] = {"A", "B", "B\\C", "D"};
+  char const * const names[] = {"n1", "N1", "n2", "", "q\"\\", "n3"};
+  std::string const data[] = {"\0"s, "text\0"s, std::string(60, 'b'), "\1\2\3\4"s, "two\nlines\0"s};
+  auto const all = [&] {
+    std::string values;
+    for (char const * key : keys) {
+      if (RegOpenKeyExA(HKEY_CURRENT_USER, key, 0, KEY_ALL_ACCESS, &m_Key) != ERROR_SUCCESS) continue;
+      for (char const * name : names) values += Query(name) + '|';
+      char name[40];
+      for (DWORD i = 0, size = sizeof name; RegEnumValueA(m_Key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0; ++i)
+        values += std::string(name, size) + ' ', size = sizeof name;
+      RegCloseKey(std::exchange(m_Key, nullptr));
+    }
+    return values;
+  };
+  for (int i = 0; i < 300; ++i) {
+    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, keys[random() % 4], 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &m_Key, nullptr), 0);
+    if (random() % 6 == 0) {
+      RegDeleteValueA(m_Key, names[random() % 6]);
+    } else {
+      ASSERT_EQ(Set(names[random() % 6], REG_SZ + static_cast<DWORD>(random() % 4), data[random() % 5]), ERROR_SUCCESS);
+    }
+    RegCloseKey(std::exchange(m_Key, nullptr));
+    if (i % 6 != 5) continue;
+    std::string const known = all();
+    m_Folder.Write("other.reg", m_Folder.Read("user.reg"));
+    setenv("ZP_USER_HIVE", (m_Folder.Path() / "other.reg").c_str(), 1);
+    ASSERT_EQ(known, all()) << m_Folder.Read("user.reg");
+    setenv("ZP_USER_HIVE", (m_Folder.Path() / "user.reg").c_str(), 1);
+  }
 }
 
 TEST_F(Registry, AnotherFormIsLeftAlone)
