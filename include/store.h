@@ -200,6 +200,7 @@ namespace zp {
 class ActiveTable;
 class BlockPositions;
 class FreeTable;
+class RecordImage;
 struct ActiveEntry;
 struct FreeBlock;
 struct Place;
@@ -277,6 +278,10 @@ class ZP_API BlockChain {
 // free where it should be, or reaches into its neighbour is left alone, and the record goes to another place. A write that fails
 // ends in a warning, and the record that was there before stays, except that bytes of the same length, or that fit no smaller
 // block, go over the old ones. An operation that raises leaves records and tables as they were, except where it says otherwise.
+//
+// While the record file is open under its lock, what is loaded again and again comes from memory, of which it takes 64 MiB at
+// most; a record that was stored is read from the file once more. So a device that fails later doesn't raise for records that are
+// in memory by then, and what a program without locks writes into the file may not be seen.
 class ZP_API GPDataFile : public CObject {
  public:
   // Opens the store; newHeader makes the header object of a new one, null stands for a plain GPObject. accessMode are the
@@ -341,6 +346,9 @@ class ZP_API GPDataFile : public CObject {
   void DropTables();
   int OpenRecFile(unsigned int flags);
   int OpenForStoring();
+  void DropImage();
+  bool LoadFromImage(ULONGLONG position, void * buffer, UINT count);
+  bool WriteBytes(ULONGLONG position, void const * bytes, UINT count);
   bool ReadHeader(DWORD position, zp::BlockHeader & header);
   bool HasBlock(zp::ActiveEntry & entry);
   bool IsFreeBlock(zp::FreeBlock const & block);
@@ -375,4 +383,6 @@ class ZP_API GPDataFile : public CObject {
   std::unique_ptr<zp::BlockPositions> m_pPositions;  // made when first needed
   ULONGLONG m_nRecFileLength = 0;                    // while the record file is open: where the last block ends
   bool m_bTail = false;                              // a write that failed may have left bytes behind it
+  std::unique_ptr<zp::RecordImage> m_pImage;         // once records were loaded often from a file that is locked
+  unsigned int m_nReads = 0;                         // before that
 };

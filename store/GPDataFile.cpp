@@ -3,10 +3,12 @@
 
 #include <zpbase/store.h>
 
+#include <new>
 #include <utility>
 
 #include <zpbase/messages.h>
 
+#include "store/record_image_internal.h"
 #include "store/store_internal.h"
 
 GPDataFile::GPDataFile(CString const & indexFile, CString const & recFile, unsigned int accessMode, CObject * (*newHeader)())
@@ -106,6 +108,7 @@ void GPDataFile::CloseRecFile()
 {
   if (!m_RecFile.IsOpen()) return;
   if (m_bTail) CutTail();
+  DropImage();
   try {
     m_RecFile.Close();
   } catch (CFileException * problem) {
@@ -156,7 +159,14 @@ int GPDataFile::OpenRecFile(unsigned int flags)
   }
   m_bTail = false;
   m_pPositions.reset();
+  DropImage();
   return 1;
+}
+
+void GPDataFile::DropImage()
+{
+  m_pImage.reset();
+  m_nReads = 0;
 }
 
 // A record file that can't be created shows in the first access.
@@ -168,13 +178,24 @@ int GPDataFile::OpenForStoring()
   return 1;
 }
 
+// False where the record is to be read from the file.
+bool GPDataFile::LoadFromImage(ULONGLONG position, void * buffer, UINT count)
+{
+  if (m_pImage == nullptr) {
+    if (!m_RecFile.IsLocked() || ++m_nReads <= zp::RecordImage::readsBefore) return false;
+    m_pImage.reset(new (std::nothrow) zp::RecordImage(m_RecFile));
+  }
+  return m_pImage != nullptr && m_pImage->Read(position, buffer, count);
+}
+
 unsigned int GPDataFile::LoadRec(void * buffer, unsigned int size, int id)
 {
   zp::ActiveEntry const * const entry = m_pActiveRecs != nullptr ? m_pActiveRecs->Find(id) : nullptr;
   if (entry == nullptr || entry->length == 0 || size < entry->length || entry->position > zp::maxBlockPosition) return 0;
   if (!m_RecFile.IsOpen() && (m_RecFile.IsEmpty() || !OpenRecFile(m_nAccessMode))) return 0;
   UINT const length = entry->length;
-  return m_RecFile.ReadAt(ULONGLONG{entry->position} + zp::headerBytes, buffer, length) == length ? length : 0;
+  ULONGLONG const payload = ULONGLONG{entry->position} + zp::headerBytes;
+  return LoadFromImage(payload, buffer, length) || m_RecFile.ReadAt(payload, buffer, length) == length ? length : 0;
 }
 
 CObject * GPDataFile::LoadObj(int id)

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <bitset>
 
+#include "store/record_image_internal.h"
 #include "store/store_internal.h"
 
 namespace {
@@ -118,6 +119,7 @@ int GPDataFile::DegasRecFile()
 {
   if (m_pActiveRecs == nullptr || !m_RecFile.Exists()) return 0;
   if (!m_RecFile.IsOpen() && !OpenRecFile(CFile::modeReadWrite)) return 0;
+  DropImage();
   std::unique_ptr<zp::ActiveTable> active = SurveyChain();
   if (active == nullptr) return 0;
   auto free = std::make_unique<zp::FreeTable>();

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <utility>
 
+#include "store/record_image_internal.h"
 #include "store/store_internal.h"
 
 // The header of the block at position; false unless the block ends inside the file and in front of the next known one.
@@ -71,7 +72,14 @@ bool GPDataFile::WriteBlock(void const * data, unsigned int length, int id, zp::
   BYTE bytes[zp::headerBytes + zp::maxRecordLength];
   zp::BlockHeader{static_cast<WORD>(id), false, static_cast<WORD>(length), block.capacity}.Write(bytes);
   std::memcpy(bytes + zp::headerBytes, data, length);
-  return m_RecFile.WriteRecord(block.position, bytes, zp::headerBytes + length) != 0;
+  return WriteBytes(block.position, bytes, zp::headerBytes + length);
+}
+
+// The image forgets first: what a write that fails has left isn't known.
+bool GPDataFile::WriteBytes(ULONGLONG position, void const * bytes, UINT count)
+{
+  if (m_pImage != nullptr) m_pImage->Forget(position, count);
+  return m_RecFile.WriteRecord(position, bytes, count) != 0;
 }
 
 // What came short is cut back; if it can't be, it is tried again with the next block and at the close.
@@ -89,6 +97,7 @@ bool GPDataFile::Append(void const * data, unsigned int length, int id)
 
 void GPDataFile::CutTail()
 {
+  if (m_pImage != nullptr) m_pImage->ForgetFrom(m_nRecFileLength);
   try {
     m_RecFile.SetLength(m_nRecFileLength);
     m_bTail = false;
@@ -101,7 +110,7 @@ bool GPDataFile::MarkFree(DWORD position, int id)
 {
   BYTE mark[2];
   zp::WriteLittle(mark, static_cast<WORD>(id | zp::BlockHeader::freeMark));
-  return m_RecFile.WriteRecord(position, mark, sizeof mark) != 0;
+  return WriteBytes(position, mark, sizeof mark);
 }
 
 // A free block whose write failed is marked as free again: its header may have been written.

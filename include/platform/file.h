@@ -87,6 +87,10 @@ class ZP_API CFile : public CObject {
   UINT ReadAt(ULONGLONG position, void * buffer, UINT count) const;
   void WriteAt(ULONGLONG position, void const * buffer, UINT count);
 
+  // True while the file is open under the lock that its share flags asked for, so that no program that takes locks writes to it.
+  // False under shareDenyNone, on a file system that has no locks, and for what is no regular file.
+  bool IsLocked() const { return m_bLocked && m_hFile != hFileNull; }
+
   BOOL GetStatus(CFileStatus & status) const;
   static BOOL GetStatus(char const * name, CFileStatus & status);
 
@@ -110,6 +114,7 @@ class ZP_API CFile : public CObject {
   void RequireOpen() const;
 
   ULONGLONG m_nPosition = 0;
+  bool m_bLocked = false;
 };
 
 // A file in memory. Built with a growth step it owns its block, which grows in such steps and at least to twice its size;

@@ -61,25 +61,33 @@ int untilDone(Call call)
   return result;
 }
 
-// Opens and locks path and tells what it leads to; a descriptor that isn't open, with errno set, on failure. A file that was
-// replaced before the lock was had is opened anew.
-zp::Descriptor openLocked(char const * path, UINT flags, zp::HostStatus & status)
+struct OpenedFile {
+  zp::Descriptor file;  // not open, with errno set, on failure
+  zp::HostStatus status = {};
+  bool isLocked = false;
+};
+
+// Opens and locks path and tells what it leads to. A file that was replaced before the lock was had is opened anew.
+OpenedFile openLocked(char const * path, UINT flags)
 {
   zp::HostCalls const & host = zp::GetHostCalls();
   unsigned int const create = (flags & CFile::modeCreate) != 0 ? unsigned{zp::hostCreate} : 0;
   auto const lock = lockOf(flags);
   for (int i = 0; i < openTries; ++i) {
-    zp::Descriptor file(untilDone([&] { return host.Open(path, hostAccess(flags) | create, newFileMode); }));
-    if (!file.IsOpen() || host.GetStatus(file.Get(), status) != 0) return {};
-    if (status.kind == zp::HostStatus::Folder) {
+    OpenedFile opened{zp::Descriptor(untilDone([&] { return host.Open(path, hostAccess(flags) | create, newFileMode); }))};
+    int const file = opened.file.Get();
+    if (!opened.file.IsOpen() || host.GetStatus(file, opened.status) != 0) return {};
+    if (opened.status.kind == zp::HostStatus::Folder) {
       errno = EISDIR;
       return {};
     }
     // Only a lock that another holds refuses the file; a file system without locks is no sharing violation.
-    if (lock && untilDone([&] { return host.Lock(file.Get(), *lock); }) != 0 && errno == EWOULDBLOCK) return {};
-    if (!lock || status.kind != zp::HostStatus::File) return file;
-    int const stays = leadsTo(path, status);
-    if (stays > 0) return file;
+    bool const isLocked = lock && untilDone([&] { return host.Lock(file, *lock); }) == 0;
+    if (lock && !isLocked && errno == EWOULDBLOCK) return {};
+    if (!lock || opened.status.kind != zp::HostStatus::File) return opened;
+    opened.isLocked = isLocked;
+    int const stays = leadsTo(path, opened.status);
+    if (stays > 0) return opened;
     if (stays < 0) return {};
   }
   errno = EWOULDBLOCK;
@@ -87,15 +95,15 @@ zp::Descriptor openLocked(char const * path, UINT flags, zp::HostStatus & status
 }
 
 // The lock comes first, then the truncation: a refused open leaves the file as it is.
-zp::Descriptor openAndTruncate(char const * path, UINT flags)
+OpenedFile openAndTruncate(char const * path, UINT flags)
 {
-  zp::HostStatus status;
-  zp::Descriptor file = openLocked(path, flags, status);
+  OpenedFile opened = openLocked(path, flags);
   bool const truncate = (flags & CFile::modeCreate) != 0 && (flags & CFile::modeNoTruncate) == 0;
-  if (!file.IsOpen() || !truncate || status.kind != zp::HostStatus::File) return file;
-  if (zp::GetHostCalls().GetStatus(file.Get(), status) == 0 && status.size == 0) return file;
-  if (untilDone([&] { return zp::GetHostCalls().SetLength(file.Get(), 0); }) != 0) return {};
-  return file;
+  if (!opened.file.IsOpen() || !truncate || opened.status.kind != zp::HostStatus::File) return opened;
+  int const file = opened.file.Get();
+  if (zp::GetHostCalls().GetStatus(file, opened.status) == 0 && opened.status.size == 0) return opened;
+  if (untilDone([&] { return zp::GetHostCalls().SetLength(file, 0); }) != 0) return {};
+  return opened;
 }
 
 }  // namespace
@@ -131,7 +139,9 @@ BOOL CFile::Open(char const * name, UINT flags, CFileException * problem)
   m_bDuplicated = false;
   std::string hostPath;
   bool const valid = ToHostPath(m_strFileName.View(), hostPath);
-  m_hFile = valid ? openAndTruncate(hostPath.c_str(), flags).Take() : hFileNull;
+  OpenedFile opened = valid ? openAndTruncate(hostPath.c_str(), flags) : OpenedFile();
+  m_hFile = opened.file.Take();
+  m_bLocked = opened.isLocked;
   if (m_hFile == hFileNull && problem != nullptr) {
     zp::FileFailure const failure = zp::FailureOfName(valid ? errno : ENOTDIR, hostPath);
     problem->m_cause = failure.cause;
@@ -149,6 +159,7 @@ CFile * CFile::Duplicate() const
   if (copy->m_hFile < 0) Fail(errno);
   copy->m_strFileName = m_strFileName;
   copy->m_nPosition = m_nPosition;
+  copy->m_bLocked = m_bLocked;
   copy->m_bDuplicated = m_bDuplicated = true;
   return copy.release();
 }
