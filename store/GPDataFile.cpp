@@ -3,6 +3,7 @@
 
 #include <zpbase/store.h>
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -10,6 +11,13 @@
 
 #include "store/record_image_internal.h"
 #include "store/store_internal.h"
+
+namespace {
+
+constexpr ULONGLONG largestKeptIndex = 0x1000000;  // bytes
+constexpr UINT leastBuffer = 0x10000;
+
+}  // namespace
 
 GPDataFile::GPDataFile(CString const & indexFile, CString const & recFile, unsigned int accessMode, CObject * (*newHeader)())
     : m_strIndexFile(indexFile), m_strRecFile(recFile), m_RecFile(recFile), m_pfnNewHeader(newHeader)
@@ -66,13 +74,18 @@ int GPDataFile::Open(unsigned int accessMode)
   return 1;
 }
 
+// The tables stay in the bytes as they were read, unless these are so many that no index of records is likely to be theirs.
 int GPDataFile::LoadIndexFile()
 {
   GPFile file(m_strIndexFile);
   if (file.IsEmpty()) return 0;
   file.Open(CFile::modeRead);
-  CArchive ar(&file, CArchive::load, 0x10000);
-  zp::StoreIndex index = zp::ReadIndex(ar);
+  ULONGLONG const length = file.GetLength();
+  bool const isWhole = length <= largestKeptIndex;
+  UINT const size = isWhole ? std::max(static_cast<UINT>(length), leastBuffer) : leastBuffer;
+  auto const buffer = std::make_shared_for_overwrite<BYTE[]>(size);
+  CArchive ar(&file, CArchive::load, static_cast<int>(size), buffer.get());
+  zp::StoreIndex index = zp::ReadIndex(ar, isWhole ? buffer : nullptr);
   ar.Close();
   file.Close();
   m_pHeader = index.header.release();
@@ -144,8 +157,8 @@ unsigned int GPDataFile::GetNextRecID() const
 
 unsigned int GPDataFile::GetRecLength(int id) const
 {
-  zp::ActiveEntry const * const entry = m_pActiveRecs != nullptr ? m_pActiveRecs->Find(id) : nullptr;
-  return entry != nullptr ? entry->length : 0;
+  zp::ActiveEntry entry;
+  return m_pActiveRecs != nullptr && m_pActiveRecs->Look(id, entry) ? entry.length : 0;
 }
 
 int GPDataFile::OpenRecFile(unsigned int flags)
@@ -190,11 +203,12 @@ bool GPDataFile::LoadFromImage(ULONGLONG position, void * buffer, UINT count)
 
 unsigned int GPDataFile::LoadRec(void * buffer, unsigned int size, int id)
 {
-  zp::ActiveEntry const * const entry = m_pActiveRecs != nullptr ? m_pActiveRecs->Find(id) : nullptr;
-  if (entry == nullptr || entry->length == 0 || size < entry->length || entry->position > zp::maxBlockPosition) return 0;
+  zp::ActiveEntry entry;
+  if (m_pActiveRecs == nullptr || !m_pActiveRecs->Look(id, entry)) return 0;
+  if (entry.length == 0 || size < entry.length || entry.position > zp::maxBlockPosition) return 0;
   if (!m_RecFile.IsOpen() && (m_RecFile.IsEmpty() || !OpenRecFile(m_nAccessMode))) return 0;
-  UINT const length = entry->length;
-  ULONGLONG const payload = ULONGLONG{entry->position} + zp::headerBytes;
+  UINT const length = entry.length;
+  ULONGLONG const payload = ULONGLONG{entry.position} + zp::headerBytes;
   return LoadFromImage(payload, buffer, length) || m_RecFile.ReadAt(payload, buffer, length) == length ? length : 0;
 }
 

@@ -45,7 +45,7 @@ std::unique_ptr<zp::ActiveTable> GPDataFile::SurveyChain() const
   if (chain.GetState() != zp::BlockChain::State::AtEnd || chain.GetFileLength() > zp::maxBlockPosition) return nullptr;
   std::sort(entries.begin(), entries.end(), byID);
   auto active = std::make_unique<zp::ActiveTable>();
-  for (zp::ActiveEntry const & entry : entries) active->Append(entry.id, entry.length, entry.position, entry.capacity);
+  for (zp::ActiveEntry const & entry : entries) active->Append(entry);
   return active;
 }
 

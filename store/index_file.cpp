@@ -13,8 +13,6 @@
 
 #include "store/store_internal.h"
 
-#include <algorithm>
-
 #include <zpbase/platform/archive_parts.h>
 
 IMPLEMENT_SERIAL(GPActiveRec, GPObject, 1)
@@ -30,31 +28,28 @@ Entry const * entryOf(GPObject const * object)
   return object->IsKindOf(RUNTIME_CLASS(Entry)) ? static_cast<Entry const *>(object) : nullptr;
 }
 
-// Reads a container of the class given, whose elements are new objects of exactly the class Entry. The usual ones, of a class
-// that came before and with their bytes in the archive's buffer, are taken in runs. expect gets their count, take the bytes of
-// each.
-template <class Container, class Entry, class Expect, class Take>
-void readEntries(CArchive & ar, Expect expect, Take take)
+// Reads a container of the class given, whose elements are new objects of exactly the class that the table stores. The usual
+// ones, of a class that came before and with their bytes in the archive's buffer, are taken in runs.
+template <class Container, class Table>
+void readEntries(CArchive & ar, zp::IndexBytes const & buffer, Table & table)
 {
+  using Entry = typename Table::Stored;
   zp::ArchiveParts parts(ar);
   if (parts.ReadClass(RUNTIME_CLASS(Container)) == nullptr) AfxThrowArchiveException(CArchiveException::badClass);
   parts.MapObjects(1);
-  constexpr size_t entryBytes = Entry::streamBytes;
   DWORD count = ar.ReadCount();
   ar.RequireBytes(count * tagBytes);
-  expect(count);
   while (count > 0) {
     BYTE const * bytes = nullptr;
-    size_t const run = parts.ReadRun(RUNTIME_CLASS(Entry), entryBytes, count, bytes);
-    for (size_t i = 0; i < run; ++i) take(bytes + i * (entryBytes + tagBytes));
+    size_t run = parts.ReadRun(RUNTIME_CLASS(Entry), Entry::streamBytes, count, bytes);
+    if (run == 0) {
+      if (parts.ReadClass(nullptr) != RUNTIME_CLASS(Entry)) AfxThrowArchiveException(CArchiveException::badClass);
+      parts.MapObjects(1);
+      bytes = parts.ReadInPlace(Entry::streamBytes);
+      run = 1;
+    }
+    table.Append(buffer, bytes, run);
     count -= static_cast<DWORD>(run);
-    if (run > 0) continue;
-    if (parts.ReadClass(nullptr) != RUNTIME_CLASS(Entry)) AfxThrowArchiveException(CArchiveException::badClass);
-    parts.MapObjects(1);
-    BYTE single[entryBytes];
-    ar.EnsureRead(single, entryBytes);
-    take(single);
-    --count;
   }
 }
 
@@ -100,27 +95,14 @@ int GPEmptyRec::Compare(GPObject const * other) const
 
 namespace zp {
 
-// A count reserves no more room than there are ids; entries out of order are kept as they stand.
-StoreIndex ReadIndex(CArchive & ar)
+StoreIndex ReadIndex(CArchive & ar, IndexBytes const & buffer)
 {
   StoreIndex index;
   index.header.reset(ar.ReadOwnedObject(nullptr));
   index.active = std::make_unique<ActiveTable>();
   index.free = std::make_unique<FreeTable>();
-  ActiveTable & active = *index.active;
-  FreeTable & free = *index.free;
-  readEntries<GPObArray, GPActiveRec>(
-      ar, [&](DWORD count) { active.Reserve(static_cast<int>(std::min<DWORD>(count, maxRecordID))); },
-      [&](BYTE const * bytes) {
-        active.Append(ReadLittle<short>(bytes + GPActiveRec::idOffset), ReadLittle<WORD>(bytes + GPActiveRec::lengthOffset),
-                      ReadLittle<DWORD>(bytes + GPActiveRec::positionOffset), ActiveEntry::unknown);
-      });
-  readEntries<GPObList, GPEmptyRec>(
-      ar, [](DWORD) {},
-      [&](BYTE const * bytes) {
-        free.Append(
-            {ReadLittle<DWORD>(bytes + GPEmptyRec::positionOffset), ReadLittle<WORD>(bytes + GPEmptyRec::capacityOffset), false});
-      });
+  readEntries<GPObArray>(ar, buffer, *index.active);
+  readEntries<GPObList>(ar, buffer, *index.free);
   return index;
 }
 

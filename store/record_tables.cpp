@@ -4,8 +4,32 @@
 
 #include <algorithm>
 #include <bit>
+#include <new>
 
 namespace zp {
+namespace {
+
+constexpr size_t mostIds = maxRecordID + 1;
+constexpr int looksBefore = 16;      // into bytes, and
+constexpr int looksForEntries = 32;  // one more for so many entries, before a table is made
+
+// GPObArray::BSearch, probe by probe: out of order it misses what that would miss. The place of id, or -1.
+template <class IdAt>
+int probe(int count, int id, IdAt idAt)
+{
+  for (int low = 0, high = count - 1; low <= high;) {
+    int const index = (low + high) / 2;
+    int const found = idAt(index);
+    if (found == id) return index;
+    if (id > found)
+      low = index + 1;
+    else
+      high = index - 1;
+  }
+  return -1;
+}
+
+}  // namespace
 
 void NumberSet::Erase(size_t number)
 {
@@ -48,11 +72,55 @@ int NumberSet::AtOrBelow(size_t number) const
   return static_cast<int>(word * 64) + 63 - std::countl_zero(m_Words[word]);
 }
 
-void ActiveTable::Reserve(int highest)
+void ActiveTable::Append(IndexBytes const & owner, BYTE const * first, size_t count)
 {
-  auto const wanted = static_cast<size_t>(highest) + 1;
-  if (wanted <= m_nRoom) return;
-  size_t const room = std::min<size_t>(std::max({wanted, 2 * m_nRoom, size_t{64}}), maxRecordID + 1);
+  bool const isKept = static_cast<size_t>(m_nCount) == m_Kept.GetCount();
+  if (isKept && m_Kept.Extend(owner, first, count)) {
+    m_nCount += static_cast<int>(count);
+    return;
+  }
+  if (!m_Kept.IsEmpty()) Make();
+  for (size_t i = 0; i < count; ++i) Append(FromStream(first + i * m_Kept.distance));
+}
+
+void ActiveTable::Append(ActiveEntry const & entry)
+{
+  if (m_bAsRead || entry.id <= m_nLastAppended) return AppendAsRead(entry);
+  m_nLastAppended = entry.id;
+  ++m_nCount;
+  PlaceOf(entry.id) = entry;
+}
+
+// A table in place of the bytes.
+void ActiveTable::Make()
+{
+  ActiveTable made;
+  made.Reserve(std::min(m_Kept.GetCount(), mostIds));
+  ForEach([&](ActiveEntry const & entry) { made.Append(entry); });
+  *this = std::move(made);
+}
+
+// Many looks are worth a table, if there is memory for it.
+bool ActiveTable::LookInKept(int id, ActiveEntry & entry)
+{
+  if (++m_nLooks > looksBefore + m_nCount / looksForEntries) {
+    m_nLooks = 0;
+    try {
+      Make();
+      return Look(id, entry);
+    } catch (std::bad_alloc const &) {
+    }
+  }
+  int const index = probe(m_nCount, id, [&](int at) { return FromStream(m_Kept.At(static_cast<size_t>(at))).id; });
+  if (index >= 0) entry = FromStream(m_Kept.At(static_cast<size_t>(index)));
+  return index >= 0;
+}
+
+// Room for so many ids from 0 on, so that appending doesn't grow the table again and again.
+void ActiveTable::Reserve(size_t count)
+{
+  if (count <= m_nRoom) return;
+  size_t const room = std::min<size_t>(std::max({count, 2 * m_nRoom, size_t{64}}), mostIds);
   auto grown = std::make_unique_for_overwrite<ActiveEntry[]>(room);
   std::copy_n(m_ByID.get(), m_nRoom, grown.get());
   m_ByID = std::move(grown);
@@ -72,19 +140,10 @@ void ActiveTable::AppendAsRead(ActiveEntry const & entry)
   ++m_nCount;
 }
 
-// GPObArray::BSearch, probe by probe: out of order it misses what that would miss.
 ActiveEntry * ActiveTable::FindAsRead(int id)
 {
-  for (int low = 0, high = m_nCount - 1; low <= high;) {
-    int const index = (low + high) / 2;
-    ActiveEntry & entry = m_AsRead[static_cast<size_t>(index)];
-    if (entry.id == id) return &entry;
-    if (id > entry.id)
-      low = index + 1;
-    else
-      high = index - 1;
-  }
-  return nullptr;
+  int const index = probe(m_nCount, id, [&](int at) { return m_AsRead[static_cast<size_t>(at)].id; });
+  return index >= 0 ? &m_AsRead[static_cast<size_t>(index)] : nullptr;
 }
 
 ActiveEntry & ActiveTable::Add(int id, unsigned int length)
@@ -113,15 +172,37 @@ void ActiveTable::Remove(ActiveEntry const & entry)
 int ActiveTable::GetFirstID() const
 {
   if (m_nCount == 0) return 0;
+  if (!m_Kept.IsEmpty()) return FromStream(m_Kept.At(0)).id;
   return m_bAsRead ? m_AsRead.front().id : m_Ids.AtOrAbove(0);
 }
 
 int ActiveTable::GetLastID() const
 {
   if (m_nCount == 0) return 0;
+  if (!m_Kept.IsEmpty()) return FromStream(m_Kept.At(m_Kept.GetCount() - 1)).id;
   return m_bAsRead ? m_AsRead.back().id : m_Ids.AtOrBelow(maxRecordID);
 }
 
+void FreeTable::Append(IndexBytes const & owner, BYTE const * first, size_t count)
+{
+  bool const isKept = static_cast<size_t>(m_nCount) == m_Kept.GetCount();
+  if (isKept && m_Kept.Extend(owner, first, count)) {
+    m_nCount += static_cast<int>(count);
+    return;
+  }
+  if (!m_Kept.IsEmpty()) Make();
+  for (size_t i = 0; i < count; ++i) Append(FromStream(first + i * m_Kept.distance));
+}
+
+void FreeTable::Make()
+{
+  FreeTable made;
+  made.m_Nodes.reserve(m_Kept.GetCount());
+  ForEach([&](FreeBlock const & block) { made.Append(block); });
+  *this = std::move(made);
+}
+
+// A block that is smaller than the last leaves the table in the form as read.
 void FreeTable::Append(FreeBlock block)
 {
   if (!m_bAsRead && block.capacity >= m_nLastAppended) {
@@ -142,6 +223,7 @@ void FreeTable::Append(FreeBlock block)
 
 void FreeTable::ReserveOne(unsigned int capacity)
 {
+  if (!m_Kept.IsEmpty()) Make();
   auto const makeRoom = [](auto & table) {
     if (table.size() == table.capacity()) table.reserve(2 * table.size() + 1);
   };
@@ -176,8 +258,9 @@ void FreeTable::Add(FreeBlock block)
 }
 
 // The head of the queue of the smallest capacity that fits is the block that an ordered list would be searched for.
-bool FreeTable::GetBestFit(unsigned int length, FreeBlock & block) const
+bool FreeTable::GetBestFit(unsigned int length, FreeBlock & block)
 {
+  if (!m_Kept.IsEmpty()) Make();
   if (m_bAsRead) {
     auto const fit = FindAsRead(length);
     if (fit == m_AsRead.end()) return false;

@@ -21,6 +21,9 @@ class ZP_API ArchiveParts {
   // 0 when none lies ready in that form. The bytes stay valid until the next read.
   size_t ReadRun(CRuntimeClass const * record, size_t objectBytes, size_t atMost, BYTE const *& objects);
 
+  // Takes the next count bytes, which lie in the buffer until the next read; raises endOfFile.
+  BYTE const * ReadInPlace(size_t count);
+
   // Writes the tag of a new object of the class, counted.
   void WriteClass(CRuntimeClass const * record);
 

@@ -3,6 +3,7 @@
 #include <zpbase/platform/archive_parts.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/archive/archive_internal.h"
 
@@ -39,6 +40,13 @@ size_t ArchiveParts::ReadRun(CRuntimeClass const * record, size_t objectBytes, s
   ar.m_pCur += count * stride;
   ar.m_Identities->AddGap(count);
   return count;
+}
+
+BYTE const * ArchiveParts::ReadInPlace(size_t count)
+{
+  CArchive & ar = m_Archive;
+  if (!ar.IsLoading() || static_cast<size_t>(ar.m_pMax - ar.m_pCur) < count) ar.FillBuffer(static_cast<UINT>(count));
+  return std::exchange(ar.m_pCur, ar.m_pCur + count);
 }
 
 void ArchiveParts::WriteClass(CRuntimeClass const * record)
