@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr ULONGLONG largestKeptIndex = 0x1000000;  // bytes
+constexpr ULONGLONG largestKeptIndex = 0x400000;  // bytes
 constexpr UINT leastBuffer = 0x10000;
 
 }  // namespace

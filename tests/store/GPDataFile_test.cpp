@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <chrono>
 #include <map>
-#include <random>
 #include <thread>
 #include <utility>
 
@@ -133,33 +132,6 @@ TEST_F(Store, TakesTheFirstFreedOfTheSmallestBlocksThatFit)
   EXPECT_EQ(folder.Read("a.sr").substr(24, 11), FromHex("05 00 03 00 08 00 \"12345\""));
   Put(*store, 5, std::string(101, 'h'));  // fits nowhere: to the end
   EXPECT_EQ(folder.Read("a.sr").size(), 144u + 107u);
-}
-
-TEST_F(Store, AgreesWithALiteralModelOverRandomWork)
-{
-  std::mt19937 random(7);
-  std::map<int, std::string> model;
-  auto store = Open();
-  for (int step = 0; step < 4000; ++step) {
-    int const id = static_cast<int>(random() % 60);
-    if (random() % 3 == 0) {
-      EXPECT_EQ(store->DeleteRec(id), model.erase(id) != 0) << step;
-    } else {
-      model[id] = std::string(1 + random() % 40, static_cast<char>('a' + step % 26));
-      EXPECT_EQ(Put(*store, id, model[id]), 1) << step;
-    }
-    if (step % 500 == 0) {
-      store->Close();
-      store->Open(CFile::modeReadWrite);
-    }
-    if (step % 1300 == 1299) {
-      EXPECT_EQ(store->DegasRecFile(), 1);
-    }
-    ASSERT_EQ(store->GetLastRecID(), model.empty() ? 0u : static_cast<unsigned int>(model.rbegin()->first));
-    ASSERT_EQ(store->GetFirstRecID(), model.empty() ? 0u : static_cast<unsigned int>(model.begin()->first));
-  }
-  ASSERT_EQ(store->GetRecCount(), static_cast<int>(model.size()));
-  for (auto const & [id, bytes] : model) EXPECT_EQ(Get(*store, id), bytes);
 }
 
 TEST_F(Store, KeepsObjectsOfAnyClass)
