@@ -350,6 +350,7 @@ class ZP_API GPDataFile : public CObject {
   bool LoadFromImage(ULONGLONG position, void * buffer, UINT count);
   bool WriteBytes(ULONGLONG position, void const * bytes, UINT count);
   bool ReadHeader(DWORD position, zp::BlockHeader & header);
+  bool ReadKnownHeader(DWORD position, zp::BlockHeader & header);
   bool HasBlock(zp::ActiveEntry & entry);
   bool IsFreeBlock(zp::FreeBlock const & block);
   bool FindFree(unsigned int length, zp::FreeBlock & block);

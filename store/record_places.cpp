@@ -13,18 +13,24 @@
 #include "store/record_image_internal.h"
 #include "store/store_internal.h"
 
-// The header of the block at position; false unless the block ends inside the file and in front of the next known one.
+// The header at position; false where the file holds none.
 bool GPDataFile::ReadHeader(DWORD position, zp::BlockHeader & header)
 {
-  ULONGLONG const payload = ULONGLONG{position} + zp::headerBytes;
-  if (position > zp::maxBlockPosition || payload > m_nRecFileLength) return false;
+  if (position > zp::maxBlockPosition || ULONGLONG{position} + zp::headerBytes > m_nRecFileLength) return false;
   BYTE bytes[zp::headerBytes];
   if (m_RecFile.ReadAt(position, bytes, sizeof bytes) != sizeof bytes) return false;
   header = zp::BlockHeader::Read(bytes);
+  return true;
+}
+
+// As above for a block that the index tells of; false also unless it ends inside the file and in front of the next known one.
+bool GPDataFile::ReadKnownHeader(DWORD position, zp::BlockHeader & header)
+{
+  if (!ReadHeader(position, header)) return false;
   if (m_pPositions == nullptr) {
     m_pPositions = std::make_unique<zp::BlockPositions>(*m_pActiveRecs, *m_pEmptyRecs, m_nRecFileLength);
   }
-  return payload + header.capacity <= m_pPositions->EndFor(position);
+  return ULONGLONG{position} + zp::headerBytes + header.capacity <= m_pPositions->EndFor(position);
 }
 
 // True when the block at the entry's place is that of the record.
@@ -32,7 +38,7 @@ bool GPDataFile::HasBlock(zp::ActiveEntry & entry)
 {
   if (entry.capacity != zp::ActiveEntry::unknown) return true;
   zp::BlockHeader header;
-  if (!ReadHeader(entry.position, header) || header.isFree) return false;
+  if (!ReadKnownHeader(entry.position, header) || header.isFree) return false;
   if (header.id != static_cast<WORD>(entry.id) || header.capacity < entry.length) return false;
   entry.capacity = header.capacity;
   return true;
@@ -43,7 +49,7 @@ bool GPDataFile::IsFreeBlock(zp::FreeBlock const & block)
 {
   if (block.isSeen) return true;
   zp::BlockHeader header;
-  return ReadHeader(block.position, header) && header.isFree && header.capacity == block.capacity;
+  return ReadKnownHeader(block.position, header) && header.isFree && header.capacity == block.capacity;
 }
 
 // The smallest free block that fits. One that the record file doesn't know as free is forgotten: writing there could destroy a

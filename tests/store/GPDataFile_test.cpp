@@ -332,6 +332,24 @@ TEST_F(Store, LeavesABlockAsItWasWhenItCannotBeWrittenOrFreed)
   EXPECT_EQ(folder.Read("a.sr").substr(18), FromHex("05 00 01 00 01 00 \"5\""));
 }
 
+// Over a record whose block the index didn't tell of.
+TEST_F(Store, TellsTheLengthThatAWriteWhichCameShortHasLeft)
+{
+  Put(*Open(), 1, "ABCD");
+  auto const store = Open();
+  Put(*store, 1, "ABC");
+  Put(*store, 2, "a new record");
+  {
+    KeptHost const kept;
+    zp::GetHostCalls().WriteAt = [](int file, void const * buffer, size_t count, LONGLONG position) {
+      g_Real.WriteAt(file, buffer, 8, position);
+      return writeNothing(file, buffer, count, position);
+    };
+    EXPECT_EQ(Put(*store, 2, "shorter"), 1);
+  }
+  EXPECT_EQ(Get(*store, 2), "shnew r");
+}
+
 TEST_F(Store, FindsPlacesForTheRecordsOfAFileThatCouldNotBeCreated)
 {
   GPDataFile store(folder.Name("a.si"), folder.Name("none\\a.sr"), CFile::modeReadWrite, nullptr);
