@@ -1,5 +1,7 @@
 // The record store's operations, each on a store with live records and free blocks.
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 
 #include <zpbase/store.h>
@@ -125,6 +127,27 @@ Operation onObject()
   return operation;
 }
 
+// So often that they come from memory, before and after one of them is stored. What is loaded is right, or nothing.
+Operation onManyLoads()
+{
+  return onStore("load records again and again", [](GPDataFile & store) {
+    for (int i = 0; i < 60; ++i) {
+      if (i == 40) put(store, 3, textOf(3));
+      int const id = 1 + i % 3;
+      std::string const bytes = get(store, id);
+      EXPECT_TRUE(bytes == textOf(id) || bytes.empty()) << id << " is '" << bytes << "'";
+    }
+  });
+}
+
+// A write that came short and a mark that fails leave the block with the record's header.
+Operation onFreeBlock()
+{
+  Operation operation = onStore("a new record in a free block", [](GPDataFile & store) { put(store, 9, "12345678"); });
+  operation.mayBeTornForGood = {"9"};
+  return operation;
+}
+
 Operation onNewStore()
 {
   auto prepare = [] {
@@ -147,7 +170,8 @@ std::vector<Operation> StoreOperations()
       onNewStore(),
       onStore("open and close", [](GPDataFile &) {}),
       onStore("load a record", [](GPDataFile & store) { get(store, 3); }),
-      onStore("a new record in a free block", [](GPDataFile & store) { put(store, 9, "12345678"); }),
+      onManyLoads(),
+      onFreeBlock(),
       onStore("a new record at the end", [](GPDataFile & store) { put(store, 9, std::string(60, 'n')); }),
       onStore("a record of the same length", [](GPDataFile & store) { put(store, 3, std::string(16, 'n')); }, {"3"}),
       onStore("a shorter record in its block", [](GPDataFile & store) { put(store, 3, std::string(9, 'n')); }, {"3"}),

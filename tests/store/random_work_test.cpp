@@ -390,6 +390,10 @@ TEST(RandomWork, FollowsTheEndOfTheFile)
   Host::g_nReads = 0;
   for (int i = 0; i < 9; ++i) EXPECT_EQ(get(store, 4) + get(store, 3), "newXY" + FromHex("04 00 03 00 03 00") + "n");
   EXPECT_EQ(Host::g_nReads, 2);
+  for (int const id : {5, 6}) put(store, id, std::string(3000, 'x'));
+  Host::g_nReads = 0;
+  for (int i = 0; i < 9; ++i) EXPECT_EQ(get(store, 5), std::string(3000, 'x'));
+  EXPECT_LE(Host::g_nReads, 2);
 }
 
 TEST(RandomWork, TakesNoMoreMemoryThanItMay)
