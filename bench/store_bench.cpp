@@ -9,6 +9,7 @@
 #include <iterator>
 #include <memory>
 
+#include <zpbase/data.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
 
@@ -190,14 +191,22 @@ void limitDelete(benchmark::State & state)
   limitOver(state, [](Limit & limit, int id) { limit.Mark(id); });
 }
 
+// A store as it is left behind, with a quarter of as many free blocks if wanted.
+void leave(Scratch const & scratch, Records const & records, bool hasFreeBlocks)
+{
+  Store store(scratch);
+  fill(store, records);
+  if (!hasFreeBlocks) return;
+  for (size_t i = 1; i <= records.order.size() / 4; ++i)
+    store.Put(records.order[i], records.Data(0), 2001 + static_cast<unsigned int>(i % 1000));  // longer than all
+}
+
+template <bool hasFreeBlocks>
 void storeReopen(benchmark::State & state)
 {
   Records const records(static_cast<int>(state.range(0)));
   Scratch const scratch;
-  {
-    Store store(scratch);
-    fill(store, records);
-  }
+  leave(scratch, records, hasFreeBlocks);
   char buffer[2048];
   for (auto _ : state) {
     Store store(scratch);
@@ -205,14 +214,12 @@ void storeReopen(benchmark::State & state)
   }
 }
 
+template <bool hasFreeBlocks>
 void limitReopen(benchmark::State & state)
 {
   Records const records(static_cast<int>(state.range(0)));
   Scratch const scratch;
-  {
-    Store store(scratch);
-    fill(store, records);
-  }
+  leave(scratch, records, hasFreeBlocks);
   size_t const size = std::filesystem::file_size(scratch.File("b.si"));
   char buffer[2048];
   for (auto _ : state) {
@@ -224,6 +231,85 @@ void limitReopen(benchmark::State & state)
     benchmark::DoNotOptimize(pread(data, buffer, records.Length(records.order[0]), 6));
     close(data);
   }
+}
+
+// Every record once, from a store that was just opened.
+void storeOpenAndGetAll(benchmark::State & state)
+{
+  Records const records(static_cast<int>(state.range(0)));
+  Scratch const scratch;
+  leave(scratch, records, false);
+  char buffer[2048];
+  for (auto _ : state) {
+    Store store(scratch);
+    for (int const id : records.order) benchmark::DoNotOptimize(store.Get(id, buffer, sizeof buffer));
+  }
+  count(state);
+}
+
+// Twenty items of data, as a component has them.
+GPDataArray makeComponent()
+{
+  GPDataArray component;
+  component.LoadStringData(1, "Water");
+  component.LoadStringData(2, "H2O");
+  for (WORD id = 3; id <= 20; ++id) component.LoadFloatData(id, 1.5 * id);
+  return component;
+}
+
+GPDataFile openForObjects(Scratch const & scratch)
+{
+  return GPDataFile(Store::Name(scratch, "o.si"), Store::Name(scratch, "o.sr"), CFile::modeReadWrite, nullptr);
+}
+
+void storeStoreObj(benchmark::State & state)
+{
+  Scratch const scratch;
+  GPDataArray const component = makeComponent();
+  GPDataFile store = openForObjects(scratch);
+  for (auto _ : state)
+    for (int id = 0; id < state.range(0); ++id) store.StoreObj(&component, id);
+  count(state);
+}
+
+void storeLoadObj(benchmark::State & state)
+{
+  Scratch const scratch;
+  GPDataArray const component = makeComponent();
+  GPDataFile store = openForObjects(scratch);
+  for (int id = 0; id < state.range(0); ++id) store.StoreObj(&component, id);
+  for (auto _ : state)
+    for (int id = 0; id < state.range(0); ++id) delete store.LoadObj(id);
+  count(state);
+}
+
+// The bytes of such an object alone, over and over.
+template <class Call>
+void limitOfObjects(benchmark::State & state, Call call)
+{
+  Scratch const scratch;
+  GPDataArray const component = makeComponent();
+  GPDataFile store = openForObjects(scratch);
+  store.StoreObj(&component, 0);
+  std::vector<char> bytes(store.GetRecLength(0) + 6);
+  int const file = open(scratch.File("limit").c_str(), O_RDWR | O_CREAT | O_TRUNC, 0666);
+  for (int id = 0; id < state.range(0); ++id)
+    if (pwrite(file, bytes.data(), bytes.size(), static_cast<off_t>(bytes.size()) * id) < 0) abort();
+  for (auto _ : state)
+    for (int id = 0; id < state.range(0); ++id)
+      benchmark::DoNotOptimize(call(file, bytes.data(), bytes.size(), static_cast<off_t>(bytes.size()) * id));
+  close(file);
+  count(state);
+}
+
+void limitStoreObj(benchmark::State & state)
+{
+  limitOfObjects(state, [](int file, char const * bytes, size_t size, off_t at) { return pwrite(file, bytes, size, at); });
+}
+
+void limitLoadObj(benchmark::State & state)
+{
+  limitOfObjects(state, [](int file, char * bytes, size_t size, off_t at) { return pread(file, bytes, size, at); });
 }
 
 #define ZP_STORE_BENCH(function) BENCHMARK(function)->Arg(1000)->Arg(32000)->Unit(benchmark::kMillisecond)
@@ -239,8 +325,15 @@ ZP_STORE_BENCH(limitGet);
 ZP_STORE_BENCH(limitOverwrite);
 ZP_STORE_BENCH(limitDelete);
 ZP_PEER_BENCH(Store);
-ZP_STORE_BENCH(limitReopen);
-ZP_STORE_BENCH(storeReopen);
+ZP_STORE_BENCH(limitReopen<false>);
+ZP_STORE_BENCH(storeReopen<false>);
+ZP_STORE_BENCH(limitReopen<true>);
+ZP_STORE_BENCH(storeReopen<true>);
+ZP_STORE_BENCH(storeOpenAndGetAll);
+ZP_STORE_BENCH(limitStoreObj);
+ZP_STORE_BENCH(storeStoreObj);
+ZP_STORE_BENCH(limitLoadObj);
+ZP_STORE_BENCH(storeLoadObj);
 
 #ifdef ZP_HAVE_SQLITE
 ZP_PEER_BENCH(bench::Sqlite);
