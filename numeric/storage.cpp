@@ -7,12 +7,15 @@
 #include <new>
 #include <utility>
 
+#include <zpbase/platform/memory_pages.h>
+
 namespace zp {
 
 namespace {
 
 constexpr std::size_t cacheLine = 64;
-constexpr std::size_t smallBlock = 128;  // bytes below which the allocator's own alignment serves
+constexpr std::size_t smallBlock = 128;                   // bytes below which the allocator's own alignment serves
+constexpr std::size_t largeBlock = std::size_t{4} << 20;  // bytes from which small pages cost more than the filling
 
 }  // namespace
 
@@ -23,8 +26,9 @@ DoubleBlock::DoubleBlock(std::size_t count) : m_nCount(count)
   std::size_t const bytes = count * sizeof(double);
   std::size_t const alignment = bytes < smallBlock ? sizeof(double) : cacheLine;
   m_pBlock = std::make_unique_for_overwrite<unsigned char[]>(bytes + alignment - sizeof(double));
+  if (bytes >= largeBlock) PreferLargePages(m_pBlock.get(), bytes);
   auto const address = reinterpret_cast<std::uintptr_t>(m_pBlock.get());
-  m_pData = reinterpret_cast<double *>(m_pBlock.get() + (alignment - address % alignment) % alignment);
+  m_pData = reinterpret_cast<double *>(m_pBlock.get() + (-address & (alignment - 1)));
 }
 
 DoubleBlock::DoubleBlock(DoubleBlock const & other) : DoubleBlock(other.Count())
