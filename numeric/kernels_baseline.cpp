@@ -2,6 +2,7 @@
 
 #include "numeric/kernels_internal.h"
 
+#include <type_traits>
 #include <utility>
 
 namespace {
@@ -14,6 +15,6 @@ constexpr std::size_t laneBytes = 16;
 
 namespace zp {
 
-constinit KernelTable const baselineKernels = laneKernels;
+constinit KernelTable const baselineKernels = laneKernels<void>;
 
 }  // namespace zp

@@ -81,29 +81,50 @@ void combineScalar(T * out, T const * a, T b, std::size_t n)
   for (; i < n; ++i) out[i] = apply<operation, T>(a[i], b);
 }
 
+inline double magnitude(double value)
+{
+  return __builtin_fabs(value);
+}
+
+inline Lanes<double> magnitude(Lanes<double> const & values)
+{
+  return reinterpret_cast<Lanes<double>>(reinterpret_cast<Lanes<std::uint64_t>>(values) & ~(std::uint64_t{1} << 63));
+}
+
 // A comparison with a NaN is false, so a NaN never replaces what was found.
 template <class V>
 inline V larger(V const & value, V const & found)
 {
-  V const magnitude = value < 0.0 ? -value : value;
-  return found < magnitude ? magnitude : found;
+  return value > found ? value : found;
 }
 
+template <std::size_t distance, std::size_t... lane>
+inline double largestLane(Lanes<double> const & lanes, std::index_sequence<lane...> all)
+{
+  Lanes<double> const found = larger<Lanes<double>>(__builtin_shufflevector(lanes, lanes, (lane ^ distance)...), lanes);
+  if constexpr (distance == 1) return found[0];
+  if constexpr (distance > 1) return largestLane<distance / 2>(found, all);
+}
+
+// Few elements are done one by one before lanes are filled. The last lanes reach back over elements that were seen already.
 double largestMagnitude(double const * values, std::size_t n)
 {
-  constexpr std::size_t width = laneCount<double>;
-  Lanes<double> found[4] = {};
+  constexpr std::size_t width = laneWidth;
   std::size_t i = 0;
+  if (n < 16) {
+    double largest = 0.0;
+    for (; i < n; ++i) largest = larger(magnitude(values[i]), largest);
+    return largest;
+  }
+  Lanes<double> found[4] = {};
   for (; i + 4 * width <= n; i += 4 * width) {
 #pragma GCC unroll 4
-    for (std::size_t part = 0; part < 4; ++part) found[part] = larger(load(values + i + part * width), found[part]);
+    for (std::size_t part = 0; part < 4; ++part) found[part] = larger(magnitude(load(values + i + part * width)), found[part]);
   }
-  double largest = 0.0;
-  for (Lanes<double> const & part : found) {
-    for (std::size_t lane = 0; lane < width; ++lane) largest = larger(double(part[lane]), largest);
-  }
-  for (; i < n; ++i) largest = larger(values[i], largest);
-  return largest;
+  for (; i + width <= n; i += width) found[0] = larger(magnitude(load(values + i)), found[0]);
+  found[1] = larger(magnitude(load(values + n - width)), found[1]);
+  found[0] = larger(larger(found[0], found[1]), larger(found[2], found[3]));
+  return largestLane<width / 2>(found[0], std::make_index_sequence<width>());
 }
 
 template <class T>

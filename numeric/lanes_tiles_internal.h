@@ -11,12 +11,6 @@ constexpr std::size_t tileCols = 2 * laneWidth;
 constexpr std::size_t blockInner = 256;  // terms in one go: a strip takes 16 kB with lanes of 32 bytes
 constexpr std::size_t blockRows = 96;    // rows of packed panels: 192 kB
 
-struct ProductShape {
-  std::size_t rows;
-  std::size_t inner;
-  std::size_t cols;
-};
-
 // A part of the left operand: element (row, term) lies at data[row * rowStep + term * termStep].
 struct LeftPart {
   double const * data;
@@ -124,37 +118,6 @@ __attribute__((noinline)) void packedProduct(double * out, double const * a, dou
         RightPart const right = packStrip(strip, b + term * shape.cols + col, shape.cols, terms, cols);
         addPackedColumn(out + row * shape.cols + col, shape.cols, panels, right, terms, term == 0, rows, cols);
       }
-    }
-  }
-}
-
-// The tiles below one strip with the left operand where it lies; the rows that don't fill a tile are packed.
-void addDirectColumn(double * out, double const * a, RightPart strip, ProductShape const & shape, std::size_t term,
-                     std::size_t terms, std::size_t cols)
-{
-  bool const begin = term == 0;
-  std::size_t const fullRows = cols == tileCols ? shape.rows - shape.rows % tileRows : 0;
-  for (std::size_t row = 0; row < fullRows; row += tileRows) {
-    addTile(out + row * shape.cols, shape.cols, {a + row * shape.inner + term, shape.inner, 1}, strip, terms, begin);
-  }
-  double panel[tileRows * blockInner];
-  for (std::size_t row = fullRows; row < shape.rows; row += tileRows) {
-    std::size_t const rows = shape.rows - row < tileRows ? shape.rows - row : tileRows;
-    packPanels(panel, a + row * shape.inner + term, shape.inner, rows, terms);
-    addEdgeTile(out + row * shape.cols, shape.cols, {panel, 1, tileRows}, strip, terms, begin, rows, cols);
-  }
-}
-
-void directProduct(double * out, double const * a, double const * b, ProductShape const & shape)
-{
-  double strip[blockInner * tileCols];
-  for (std::size_t term = 0; term < shape.inner; term += blockInner) {
-    std::size_t const terms = shape.inner - term < blockInner ? shape.inner - term : blockInner;
-    for (std::size_t col = 0; col < shape.cols; col += tileCols) {
-      std::size_t const cols = shape.cols - col < tileCols ? shape.cols - col : tileCols;
-      double const * from = b + term * shape.cols + col;
-      RightPart const right = cols == tileCols ? RightPart{from, shape.cols} : packStrip(strip, from, shape.cols, terms, cols);
-      addDirectColumn(out + col, a, right, shape, term, terms, cols);
     }
   }
 }
