@@ -44,24 +44,29 @@ struct KernelTable {
   void (*vectorMatrix)(double * out, double const * v, double const * m, std::size_t rows, std::size_t cols);
 };
 
-enum class InstructionSet { baseline, avx2, avx512 };
+// The first three are all in lanes of one width. The other two are what processors with AVX-512 use: each kernel in lanes of 64
+// or of 32 bytes, as its size makes the one or the other quicker on those that work on 64 bytes at once, and on those that take
+// them in two halves.
+enum class KernelSet { baseline, avx2, avx512, wholeLanes, halvedLanes };
 
-// The table of an instruction set, or null when the machine lacks it.
-ZP_API KernelTable const * FindKernels(InstructionSet set);
+// The table of a set, or null when the machine lacks its instructions. All give the same bits.
+ZP_API KernelTable const * FindKernels(KernelSet set);
 
 // Null before the first use. Threads that race for that find the same.
 extern constinit std::atomic<KernelTable const *> g_pKernels;
 KernelTable const & ChooseKernels();
 
-// The table for this machine: the widest instruction set that the processor and the system offer.
+// The table for this machine, told by what the processor says of itself.
 inline KernelTable const & GetKernels()
 {
   KernelTable const * const kernels = g_pKernels.load(std::memory_order_relaxed);
   return kernels ? *kernels : ChooseKernels();
 }
 
-// Makes GetKernels answer with the given instruction set; 0, and no change, when the machine lacks it.
-ZP_API int UseInstructionSet(InstructionSet set);
+// Makes GetKernels answer with the given set, for tests and benchmarks; 0, and no change, when the machine lacks it. Without a
+// set the machine's own choice is back at the next use.
+ZP_API int UseKernels(KernelSet set);
+ZP_API void UseKernels();
 
 extern KernelTable const baselineKernels;
 #if defined(__x86_64__)

@@ -1,8 +1,10 @@
-// Products and element-wise kernels: the same bits as the plain loop for every instruction set of the machine, at every place
-// where tiles, panels, strips and lanes begin and end.
+// Products and element-wise kernels: the same bits as the plain loop for every set of kernels that the machine has, at every
+// place where tiles, panels, strips and lanes begin and end.
 
 #include <gtest/gtest.h>
 
+#include <cfenv>
+#include <cmath>
 #include <cstring>
 #include <type_traits>
 
@@ -11,16 +13,13 @@
 
 namespace {
 
-class Kernels : public testing::TestWithParam<zp::InstructionSet> {
+class Kernels : public testing::TestWithParam<zp::KernelSet> {
  protected:
   void SetUp() override
   {
-    if (!zp::UseInstructionSet(GetParam())) GTEST_SKIP() << "this machine lacks it";
+    if (!zp::UseKernels(GetParam())) GTEST_SKIP() << "this machine lacks it";
   }
-  void TearDown() override
-  {
-    for (int widest = 0; widest < 3; ++widest) zp::UseInstructionSet(static_cast<zp::InstructionSet>(widest));
-  }
+  void TearDown() override { zp::UseKernels(); }
 };
 
 // Every step is rounded and stored before the next.
@@ -52,6 +51,25 @@ TEST_P(Kernels, ProductsEqualThePlainLoop)
   }
 }
 
+// Off the boundary of the lanes, with infinities and NaNs among the numbers.
+TEST_P(Kernels, SmallProductsEqualThePlainLoopAndReachNoFurther)
+{
+  for (int rows : {2, 3, 5, 8, 9, 17, 20}) {
+    for (int cols : {2, 3, 4, 5, 7, 8, 9, 12, 16, 17, 23, 25, 30}) {
+      int const inner = cols % 7 + 1;
+      GPMatrix a = randomMatrix(rows, inner, 6);
+      GPMatrix b = randomMatrix(inner, cols, 7);
+      a(rows - 1, 0) = rows % 2 ? infinity : quietNan;
+      b(inner - 1, cols - 1) = -0.0;
+      std::vector<double> left = elementsOf(a), out(static_cast<std::size_t>(rows * cols) + 2, 42.0);
+      left.insert(left.begin(), 0.0);
+      zp::FindKernels(GetParam())->product(&out[1], &left[1], b.ArrayPtr(), rows, inner, cols);
+      EXPECT_TRUE(GPMatrix(rows, cols, &out[1]) == plainProduct(a, b)) << rows << " x " << cols;
+      EXPECT_EQ(out.front() + out.back(), 84.0);
+    }
+  }
+}
+
 TEST_P(Kernels, ProductsOfNothingAreZeros)
 {
   EXPECT_TRUE(GPMatrix(2, 0) * GPMatrix(0, 3) == GPMatrix(2, 3));
@@ -74,7 +92,7 @@ TEST_P(Kernels, VectorProductsEqualThePlainLoop)
 
 TEST_P(Kernels, SumsBeginAtPositiveZeroAndCarryInfinitiesAndNans)
 {
-  for (int n : {1, 8, 9, 130}) {
+  for (int n : {1, 3, 5, 8, 9, 130}) {
     GPMatrix a(n, n, -0.0);
     GPMatrix b(n, n, 1.0);
     EXPECT_TRUE(a * b == GPMatrix(n, n, 0.0)) << n;  // 0.0 + -0.0
@@ -85,6 +103,22 @@ TEST_P(Kernels, SumsBeginAtPositiveZeroAndCarryInfinitiesAndNans)
     EXPECT_TRUE(std::isnan(product(n - 1, 0)));
     for (int j = 1; j < n; ++j) EXPECT_EQ(product(n - 1, j), infinity);
     for (int i = 0; i < n - 1; ++i) EXPECT_EQ(product(i, 0), n - 1.0);
+    std::feclearexcept(FE_INVALID);
+    EXPECT_TRUE(GPMatrix(n, n, infinity) * GPMatrix(n, n, 1.0) == GPMatrix(n, n, infinity));
+    EXPECT_FALSE(std::fetestexcept(FE_INVALID)) << "zeros where the operands have none, " << n;
+  }
+}
+
+TEST_P(Kernels, PivotsEqualThePlainLoop)
+{
+  for (int n : {0, 1, 7, 15, 16, 17, 31, 33, 64, 99, 999, 1003, 1030}) {
+    GPVector values = randomVector(n, 8);
+    for (int at = n; at > 0 && at > n - 20; --at) {
+      double plain = 0.0;
+      for (int i = 0; i < n; ++i) plain = std::fmax(plain, std::fabs(values[i]));
+      EXPECT_EQ(values.GetPivot(), plain) << n;
+      values[at - 1] = at % 3 == 0 ? -quietNan : at % 3 == 1 ? -1e9 - at : 1e9 + at;
+    }
   }
 }
 
@@ -134,7 +168,8 @@ TEST_P(Kernels, ElementwiseKernelsReachEveryElementAndNoFurther)
   expectElementwise(table.words.multiplyScalar, product);
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryInstructionSet, Kernels,
-                         testing::Values(zp::InstructionSet::baseline, zp::InstructionSet::avx2, zp::InstructionSet::avx512));
+INSTANTIATE_TEST_SUITE_P(EverySet, Kernels,
+                         testing::Values(zp::KernelSet::baseline, zp::KernelSet::avx2, zp::KernelSet::avx512,
+                                         zp::KernelSet::wholeLanes, zp::KernelSet::halvedLanes));
 
 }  // namespace
