@@ -41,6 +41,25 @@ struct ZP_API CRuntimeClass {
 
 ZP_API void AfxClassInit(CRuntimeClass * record);
 
+namespace zp {
+
+class StoredObjects;
+
+// What a storing archive leaves in an object to know it again; no part of its value, so a copy has none.
+class ArchiveMark {
+ public:
+  ArchiveMark() = default;
+  ArchiveMark(ArchiveMark const &) noexcept {}
+  ArchiveMark & operator=(ArchiveMark const &) noexcept { return *this; }
+  ~ArchiveMark() = default;
+
+ private:
+  friend class StoredObjects;
+  DWORD m_nMark = 0;
+};
+
+}  // namespace zp
+
 // Root of everything that has a run-time class.
 class ZP_API CObject {
  public:
@@ -60,6 +79,10 @@ class ZP_API CObject {
   CObject() = default;
   CObject(CObject const &) = default;
   CObject & operator=(CObject const &) = default;
+
+ private:
+  friend class zp::StoredObjects;
+  mutable zp::ArchiveMark m_Mark;
 };
 
 #define RUNTIME_CLASS(class_name) (class_name::GetThisClass())

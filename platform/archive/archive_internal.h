@@ -66,6 +66,43 @@ class IdentityTable {
   uintptr_t m_nLastRegion = 0;
 };
 
+// The objects that an archive has stored, with their indexes. One archive of the process at a time leaves the index in the object
+// itself, and proves it by its list of objects: a mark that an earlier archive left leads to nothing there, or to another object.
+// An archive that finds another one at that keeps a table of addresses instead. So an object that nobody changes may go through
+// archives of several threads at once: one of them alone touches marks, and the next one that may sees what it left.
+class StoredObjects {
+ public:
+  StoredObjects() = default;
+  StoredObjects(StoredObjects const &) = delete;
+  StoredObjects & operator=(StoredObjects const &) = delete;
+  ~StoredObjects();
+
+  // The object's index, which becomes candidate, above all that were given, if the object is new.
+  DWORD FindOrInsert(CObject const * object, DWORD candidate)
+  {
+    if (m_Way == Way::undecided) Decide();
+    if (m_Way == Way::table) return m_Table.FindOrInsert(object, candidate);
+    DWORD & mark = object->m_Mark.m_nMark;
+    if (mark < candidate && mark / chunkSize < m_Chunks.size() && PlaceOf(mark) == object) return mark;
+    if (candidate / chunkSize >= m_Chunks.size()) AddChunk();
+    PlaceOf(candidate) = object;
+    mark = candidate;
+    return candidate;
+  }
+
+ private:
+  enum class Way { undecided, marks, table };
+  static constexpr size_t chunkSize = 1024;
+
+  CObject const *& PlaceOf(DWORD index) { return m_Chunks[index / chunkSize][index % chunkSize]; }
+  void Decide();
+  void AddChunk() { m_Chunks.push_back(std::make_unique<CObject const *[]>(chunkSize)); }
+
+  Way m_Way = Way::undecided;
+  std::vector<std::unique_ptr<CObject const *[]>> m_Chunks;  // by index; null at that of a class
+  IdentityTable m_Table;
+};
+
 // An entry of a loading archive: an object, a class (marked in the lowest bit of its address), or 0 for an object that failed and
 // can't be referred to.
 using LoadedEntry = uintptr_t;
@@ -76,7 +113,7 @@ struct CArchive::Identities {
   static constexpr DWORD maxIndex = 0x3FFFFFFE;
 
   DWORD given = 0;  // indexes given out so far, storing
-  zp::IdentityTable stored;
+  zp::StoredObjects stored;
   zp::IdentityTable storedClasses;
   struct KnownClass {
     CRuntimeClass const * record;
@@ -99,7 +136,12 @@ struct CArchive::Identities {
   void AddGap(size_t count);
 
   // The index of a class that is being stored; behind given for one that is new.
-  DWORD IndexOfClass(CRuntimeClass const * record);
+  DWORD IndexOfClass(CRuntimeClass const * record)
+  {
+    KnownClass & known = recentClasses[reinterpret_cast<uintptr_t>(record) / sizeof(CRuntimeClass) % std::size(recentClasses)];
+    if (known.record != record) known = {record, storedClasses.FindOrInsert(record, given + 1)};
+    return known.index;
+  }
 
   void Enter(CObject * object);
   void ForgetObjectsFrom(size_t entry);

@@ -11,6 +11,7 @@
 #include <zpbase/platform/archive.h>
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <iterator>
 
@@ -21,6 +22,9 @@ namespace {
 using zp::ArchiveTag;
 
 constexpr size_t maxClassName = 63;
+
+// The one that marks objects, or null.
+constinit std::atomic<zp::StoredObjects const *> g_pMarking = nullptr;
 
 bool isClass(zp::LoadedEntry entry)
 {
@@ -69,14 +73,18 @@ IdentityTable::Leaf & IdentityTable::LeafOf(uintptr_t region)
   return *slot.leaf;
 }
 
-}  // namespace zp
-
-DWORD CArchive::Identities::IndexOfClass(CRuntimeClass const * record)
+void StoredObjects::Decide()
 {
-  KnownClass & known = recentClasses[reinterpret_cast<uintptr_t>(record) / sizeof(CRuntimeClass) % std::size(recentClasses)];
-  if (known.record != record) known = {record, storedClasses.FindOrInsert(record, given + 1)};
-  return known.index;
+  StoredObjects const * nobody = nullptr;
+  m_Way = g_pMarking.compare_exchange_strong(nobody, this, std::memory_order_acquire) ? Way::marks : Way::table;
 }
+
+StoredObjects::~StoredObjects()
+{
+  if (m_Way == Way::marks) g_pMarking.store(nullptr, std::memory_order_release);
+}
+
+}  // namespace zp
 
 void CArchive::Identities::Enter(CObject * object)
 {
@@ -141,7 +149,8 @@ void CArchive::WriteObject(CObject const * object)
   }
   Identities & known = *m_Identities;
   CRuntimeClass const * const record = object->GetRuntimeClass();
-  DWORD const candidate = std::max(known.IndexOfClass(record), known.given) + 1;
+  DWORD const classIndex = known.IndexOfClass(record);
+  DWORD const candidate = std::max(classIndex, known.given) + 1;
   DWORD const index = known.stored.FindOrInsert(object, candidate);
   if (index != candidate) {
     if (index < ArchiveTag::big)
@@ -153,7 +162,12 @@ void CArchive::WriteObject(CObject const * object)
   if (record->m_wSchema == 0xFFFF) Fail(CArchiveException::badClass);
   if (m_nDepth >= maxDepth) Fail(CArchiveException::badIndex);
   Nesting const nesting(m_nDepth);
-  WriteClass(record);
+  if (classIndex <= std::min<DWORD>(known.given, ArchiveTag::big - 1) && known.given < Identities::maxIndex) {
+    *this << static_cast<WORD>(ArchiveTag::classBit | classIndex);
+    ++known.given;
+  } else {
+    WriteClass(record);
+  }
   const_cast<CObject *>(object)->Serialize(*this);
 }
 

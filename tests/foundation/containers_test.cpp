@@ -272,7 +272,7 @@ TEST(GPObject, ComparesByAddressAndNeverAsEqual)
   EXPECT_EQ(objects[0].Compare(&objects[0]), 0);
   EXPECT_LT(objects[0].Compare(&objects[2]), 0);
   EXPECT_GT(objects[2].Compare(&objects[0]), 0);
-  EXPECT_EQ(objects[0].Compare(&objects[2]), -2);
+  EXPECT_EQ(objects[0].Compare(&objects[2]), -static_cast<int>(2 * sizeof(GPObject) / sizeof(void *)));
   EXPECT_EQ(objects[0].Clone(), nullptr);
 }
 

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
+#include <random>
+#include <thread>
 #include <tuple>
 #include <vector>
 
@@ -165,6 +168,68 @@ TEST(Archive, UsesLargeIndexesPast7FFE)
     EXPECT_EQ(ar.ReadObject(nullptr), back[0].get());
   };
   EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::none);
+}
+
+// Beside a plain map of what was written: alone, again in another order, while another archive has its marks in the same objects,
+// and on two threads at once. A copy or an assignment takes no mark along.
+TEST(Archive, KnowsObjectsAgainWhicheverArchiveMarkedThem)
+{
+  std::vector<GPObject> objects(3000);
+  std::vector<GPObject> copies;
+  struct Writer {
+    CMemFile file;
+    CArchive archive{&file, CArchive::store};
+    std::mt19937 random;
+    std::map<GPObject const *, int> known;
+    std::string expected;
+
+    void Write(GPObject const & object)
+    {
+      archive << &object;
+      int const next = static_cast<int>(known.size()) + 2;
+      auto const [place, isNew] = known.emplace(&object, next);
+      if (isNew)
+        expected += next == 2 ? objectHead : FromHex("01 80");
+      else
+        expected += {static_cast<char>(place->second & 0xFF), static_cast<char>(place->second >> 8)};
+    }
+    void WriteSome(std::vector<GPObject> const & from, int count)
+    {
+      for (; count > 0; --count) Write(from[random() % from.size()]);
+    }
+    void ExpectBytes()
+    {
+      archive.Flush();
+      std::string written(static_cast<size_t>(file.GetLength()), '\0');
+      file.SeekToBegin();
+      file.Read(written.data(), static_cast<UINT>(written.size()));
+      EXPECT_TRUE(written == expected);
+    }
+  };
+  for (unsigned int seed : {1U, 2U}) {
+    Writer first, second;
+    first.random.seed(seed);
+    for (int turn = 0; turn < 4; ++turn) {
+      first.WriteSome(objects, 1000);
+      second.WriteSome(objects, 1000);
+    }
+    copies = objects;
+    objects[0] = objects[1];
+    first.WriteSome(copies, 1000);
+    first.WriteSome(objects, 1000);
+    first.ExpectBytes();
+    second.ExpectBytes();
+  }
+  auto const storeMany = [&objects] {
+    for (int i = 0; i < 20; ++i) {
+      Writer writer;
+      writer.WriteSome(objects, 500);
+      writer.ExpectBytes();
+    }
+  };
+  std::thread other(storeMany);
+  storeMany();
+  other.join();
 }
 
 TEST(Archive, TellsTheCauseOfEachDamage)
