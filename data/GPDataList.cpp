@@ -54,11 +54,15 @@ GPData * GPDataList::GetData(GPData * key)
   return nullptr;
 }
 
+// Compare goes by data id first, so it is asked among equal ids alone; a null item stands before all ids.
 GPData * GPDataList::AddData(GPData * item)
 {
+  int const id = item != nullptr ? static_cast<int>(item->GetDataID()) : -1;
   for (POSITION next = GetHeadPosition(); next != nullptr;) {
     POSITION const here = next;
-    if (GPData const * const element = GetNextData(next); element != nullptr && element->Compare(item) > 0) {
+    GPData const * const element = GetNextData(next);
+    int const others = element != nullptr ? static_cast<int>(element->GetDataID()) : -1;
+    if (others > id || (others >= 0 && others == id && element->Compare(item) > 0)) {
       InsertBefore(here, item);
       return item;
     }
