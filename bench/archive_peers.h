@@ -2,8 +2,10 @@
 
 #pragma once
 
+#include <istream>
 #include <memory>
-#include <sstream>
+#include <ostream>
+#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -82,24 +84,34 @@ inline PeerItems makePeerItems(int count)
   return items;
 }
 
-template <class Out, class In>
-struct StreamPeer {
-  static std::string Store(PeerItems const & items)
+// Appends to a text that stays, as a user would have it who counts copies.
+class TextSink : public std::streambuf {
+ public:
+  explicit TextSink(std::string & out) : m_Out(out) {}
+
+ protected:
+  std::streamsize xsputn(char const * from, std::streamsize count) override
   {
-    std::ostringstream stream;
-    {
-      Out ar(stream);
-      ar << items;
-    }
-    return stream.str();
+    m_Out.append(from, static_cast<size_t>(count));
+    return count;
   }
-  static PeerItems Load(std::string const & bytes)
+  int_type overflow(int_type c) override
   {
-    std::istringstream stream(bytes);
-    PeerItems items;
-    In ar(stream);
-    ar >> items;
-    return items;
+    m_Out.push_back(traits_type::to_char_type(c));
+    return c;
+  }
+
+ private:
+  std::string & m_Out;
+};
+
+// Reads a text where it lies.
+class TextSource : public std::streambuf {
+ public:
+  explicit TextSource(std::string const & text)
+  {
+    char * const from = const_cast<char *>(text.data());
+    setg(from, from, from + text.size());
   }
 };
 
@@ -107,14 +119,17 @@ struct StreamPeer {
 struct Cereal {
   static std::string Store(PeerItems const & items)
   {
-    std::ostringstream stream;
+    std::string bytes;
+    TextSink sink(bytes);
+    std::ostream stream(&sink);
     cereal::BinaryOutputArchive ar(stream);
     ar(items);
-    return stream.str();
+    return bytes;
   }
   static PeerItems Load(std::string const & bytes)
   {
-    std::istringstream stream(bytes);
+    TextSource source(bytes);
+    std::istream stream(&source);
     PeerItems items;
     cereal::BinaryInputArchive ar(stream);
     ar(items);
@@ -123,7 +138,24 @@ struct Cereal {
 };
 #endif
 #ifdef ZP_HAVE_BOOST
-struct Boost : StreamPeer<boost::archive::binary_oarchive, boost::archive::binary_iarchive> {
+struct Boost {
+  static std::string Store(PeerItems const & items)
+  {
+    std::string bytes;
+    TextSink sink(bytes);
+    boost::archive::binary_oarchive ar(sink);
+    ar << items;
+    return bytes;
+  }
+  static PeerItems Load(std::string const & bytes)
+  {
+    TextSource source(bytes);
+    PeerItems items;
+    boost::archive::binary_iarchive ar(source);
+    ar >> items;
+    return items;
+  }
+
   template <class Kind>
   static bool Register()
   {

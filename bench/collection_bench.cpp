@@ -1,10 +1,12 @@
 // Keyed collections of 10, 100 and 1,000 items: adding in random order, finding, loading and unloading values. Beside them a
 // std::map from id to a variant as the peer, and a plain sorted vector of such pairs as the limit. Each figure is for all items.
+// The list is there to be compared with the array. Storing and loading is that of a whole collection, as an object in memory.
 //
 //   collection_bench --benchmark_repetitions=7 --benchmark_report_aggregates_only
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <numeric>
 #include <random>
 #include <string>
@@ -15,6 +17,7 @@
 #include <benchmark/benchmark.h>
 
 #include <zpbase/data.h>
+#include <zpbase/platform/archive.h>
 
 namespace {
 
@@ -29,7 +32,7 @@ std::vector<Id> shuffledIds(benchmark::State const & state)
   return ids;
 }
 
-// The system's collection.
+// The system's collections.
 struct Collection {
   GPDataArray m_Items;
 
@@ -41,6 +44,18 @@ struct Collection {
     double value;
     m_Items.UnloadFloatData(value, id);
     return value;
+  }
+};
+
+struct List {
+  GPDataList m_Items;
+
+  void Add(Id id, float value) { m_Items.AddData(new GPf(id, value)); }
+  bool Find(Id id) { return m_Items.GetData(id) != nullptr; }
+  void Load(Id id, double value)
+  {
+    m_Items.DeleteData(id);
+    Add(id, static_cast<float>(value));
   }
 };
 
@@ -95,7 +110,7 @@ void walk(benchmark::State & state, Step step)
 template <class Items>
 void find(benchmark::State & state)
 {
-  walk<Items>(state, [](Items const & items, Id id) { benchmark::DoNotOptimize(items.Find(id)); });
+  walk<Items>(state, [](Items & items, Id id) { benchmark::DoNotOptimize(items.Find(id)); });
 }
 
 template <class Items>
@@ -108,6 +123,43 @@ template <class Items>
 void unload(benchmark::State & state)
 {
   walk<Items>(state, [](Items const & items, Id id) { benchmark::DoNotOptimize(items.Unload(id)); });
+}
+
+template <class Items>
+void fill(Items & items, int count)
+{
+  for (int i = 0; i < count; ++i) items.m_Items.AddData(new GPf(static_cast<Id>(i), 1.5F));
+}
+
+template <class Items>
+void store(benchmark::State & state)
+{
+  Items items;
+  fill(items, static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    CMemFile file;
+    CArchive archive(&file, CArchive::store);
+    archive.WriteObject(&items.m_Items);
+    archive.Close();
+    benchmark::DoNotOptimize(file.GetLength());
+  }
+}
+
+template <class Items>
+void restore(benchmark::State & state)
+{
+  Items items;
+  fill(items, static_cast<int>(state.range(0)));
+  CMemFile file;
+  CArchive archive(&file, CArchive::store);
+  archive.WriteObject(&items.m_Items);
+  archive.Close();
+  for (auto _ : state) {
+    file.SeekToBegin();
+    CArchive from(&file, CArchive::load);
+    std::unique_ptr<CObject> const loaded(from.ReadObject(nullptr));
+    benchmark::DoNotOptimize(loaded.get());
+  }
 }
 
 }  // namespace
@@ -125,4 +177,11 @@ BENCHMARK(load<Collection>) ZP_SIZES;
 BENCHMARK(unload<SortedVector>) ZP_SIZES;
 BENCHMARK(unload<Map>) ZP_SIZES;
 BENCHMARK(unload<Collection>) ZP_SIZES;
+BENCHMARK(add<List>) ZP_SIZES->Arg(10000);
+BENCHMARK(find<List>) ZP_SIZES;
+BENCHMARK(load<List>) ZP_SIZES;
+BENCHMARK(store<Collection>)->Arg(20);
+BENCHMARK(store<List>)->Arg(20);
+BENCHMARK(restore<Collection>)->Arg(20);
+BENCHMARK(restore<List>)->Arg(20);
 BENCHMARK_MAIN();

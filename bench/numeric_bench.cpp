@@ -2,6 +2,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
@@ -18,7 +19,8 @@ namespace {
 
 using bench::NumericWay;
 
-int const matrixSizes[] = {8, 64, 256, 1024};
+int const matrixSizes[] = {3, 5, 8, 10, 20, 64, 256, 1024};
+constexpr int largeVector = 10000000;
 int const vectorSizes[] = {10, 1000, 1000000};
 constexpr int transposeSize = 2000;
 
@@ -130,6 +132,33 @@ void addVectorWork(int size, std::vector<NumericWay const *> const & ways)
       [&work, n] { benchmark::DoNotOptimize(bench::plainLoops.dotProduct(work.a.ArrayPtr(), work.ones.ArrayPtr(), n)); });
 }
 
+// A result in fresh memory, beside the same work in place.
+void addLargeSums(std::vector<NumericWay const *> const & ways)
+{
+  auto & work = *new VectorWork(largeVector);
+  add("a + b", "ours", largeVector, [&work] { benchmark::DoNotOptimize((work.a + work.ones).ArrayPtr()); });
+  add("a + b", "ours, a += b", largeVector, [&work] { work.a += work.ones; });
+  for (auto const * way : ways) {
+    add("a + b", (std::string(way->name) + ", a += b").c_str(), largeVector,
+        [&work, way] { way->add(work.a.ArrayPtr(), work.ones.ArrayPtr(), static_cast<std::size_t>(largeVector)); });
+  }
+}
+
+void addPivots(int size)
+{
+  auto & work = *new VectorWork(size);
+  add("pivot", "ours", size, [&work] { benchmark::DoNotOptimize(work.a.GetPivot()); });
+  add("pivot", "plain", size, [&work] {
+    double largest = 0.0;
+    double const * const values = work.a.ArrayPtr();
+    for (int i = 0; i < work.a.GetSize(); ++i) {
+      double const magnitude = std::fabs(values[i]);
+      if (largest < magnitude) largest = magnitude;
+    }
+    benchmark::DoNotOptimize(largest);
+  });
+}
+
 void addTranspose(std::vector<NumericWay const *> const & ways)
 {
   auto & work = *new MatrixWork(transposeSize);
@@ -212,6 +241,8 @@ int main(int argc, char ** argv)
   auto const ways = peers();
   for (int size : matrixSizes) addMatrixWork(size, ways);
   for (int size : vectorSizes) addVectorWork(size, ways);
+  addLargeSums(ways);
+  for (int size : {16, 1000}) addPivots(size);
   addTranspose(ways);
   for (int size : vectorSizes) addSorts(size);
   for (int size : vectorSizes) addSets(size);
