@@ -1,6 +1,11 @@
 // The platform's scalar types, at the widths that every record and stream of the system relies on, and the export mark.
 #pragma once
 
+#if __cplusplus < 202002L
+#error "zpbase needs C++20: compile with -std=c++20 or later"
+#include <zpbase needs C++20>  // ends the compilation here, before a page of what follows from it
+#endif
+
 #include <cstddef>
 #include <cstdint>
 
