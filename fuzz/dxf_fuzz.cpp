@@ -77,7 +77,10 @@ void convert(std::string_view bytes)
 void read(std::string_view bytes)
 {
   Seen const seen = look(bytes);
-  if (seen.entities < 1000) require(!DrawDxf(openerOf(bytes), seen.cover, PictureFormat::Svg).empty());
+  if (seen.entities >= 1000) return;
+  bool isDrawn = false;
+  DrawDxf(openerOf(bytes), seen.cover, PictureFormat::Svg, [&](std::string_view piece) { isDrawn |= !piece.empty(); });
+  require(isDrawn);
 }
 
 }  // namespace
