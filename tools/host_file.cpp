@@ -143,7 +143,8 @@ bool HostFile::Write(std::string_view bytes)
 {
   while (!bytes.empty()) {
     long const written = untilDone([&] { return zp::GetHostCalls().Write(m_nFile, bytes.data(), bytes.size()); });
-    if (written < 0) return false;
+    if (written == 0) errno = EIO;
+    if (written <= 0) return false;
     bytes.remove_prefix(static_cast<size_t>(written));
   }
   return true;
