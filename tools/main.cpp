@@ -1,8 +1,31 @@
 // The program zp.
 
+#include <zpbase/platform/host_calls.h>
+
 #include "tools/command_line.h"
+
+namespace {
+
+// A standard stream that was closed gets a descriptor that can't be used either, so that no file gets its number and what is told
+// doesn't go into a store.
+void holdStandardStreams()
+{
+  constexpr int lastStandard = 2;
+  zp::HostCalls const & host = zp::GetHostCalls();
+  char const * const nothing = "/dev/null";
+  int file = host.Open(nothing, zp::hostWrite, 0);
+  if (file > 0) {
+    host.Close(file);
+    file = 0;
+  }
+  while (file >= 0 && file <= lastStandard) file = host.Open(nothing, zp::hostRead, 0);
+  if (file > lastStandard) host.Close(file);
+}
+
+}  // namespace
 
 int main(int argc, char ** argv)
 {
+  holdStandardStreams();
   return RunCommandLine(argc, argv);
 }

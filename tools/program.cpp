@@ -66,7 +66,8 @@ void Tell(std::string_view line)
 {
   std::fflush(stdout);
   try {
-    fmt::print(stderr, "zp: {}\n", Visible(line));
+    std::string const shown = fmt::format("zp: {}\n", Visible(line));
+    std::fwrite(shown.data(), 1, shown.size(), stderr);
   } catch (std::bad_alloc const &) {
     TellMemoryRanOut();
   }

@@ -28,7 +28,7 @@ Progress::Progress(std::string label, unsigned long long total)
 
 Progress::~Progress()
 {
-  if (m_bDrawn) fmt::print(stderr, "\r\033[K");
+  if (m_bDrawn) std::fputs("\r\033[K", stderr);
 }
 
 void Progress::Reach(unsigned long long done)
@@ -43,7 +43,7 @@ void Progress::Draw(unsigned long long done)
   unsigned long long const total = std::max(m_nTotal, 1ULL);
   unsigned long long const share = std::min(done, total) * 100 / total;
   unsigned long long const filled = share * barWidth / 100;
-  fmt::print(stderr, "\r\033[K{} [{:<{}}] {:3}%", m_strLabel, std::string(filled, '#'), barWidth, share);
+  std::fputs(fmt::format("\r\033[K{} [{:<{}}] {:3}%", m_strLabel, std::string(filled, '#'), barWidth, share).c_str(), stderr);
   std::fflush(stderr);
   m_bDrawn = true;
 }

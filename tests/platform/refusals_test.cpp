@@ -36,7 +36,7 @@ TEST(Refusals, OfArraysOfVariants)
   ASSERT_NE(block, nullptr);
   for (SAFEARRAY const * refused :
        {SafeArrayCreate(VT_I4, 1, bounds), SafeArrayCreate(VT_VARIANT, 0, bounds), SafeArrayCreate(VT_VARIANT, 2, nullptr),
-        SafeArrayCreate(VT_VARIANT, 1, none), SafeArrayCreate(VT_VARIANT, 2, many), SafeArrayCreate(VT_VARIANT, 0xFFFF, bounds)})
+        SafeArrayCreate(VT_VARIANT, 1, none), SafeArrayCreate(VT_VARIANT, 2, many), SafeArrayCreate(VT_VARIANT, 0x10000, bounds)})
     EXPECT_EQ(refused, nullptr);
   LONG bound = 7;
   void * data = nullptr;

@@ -3,6 +3,8 @@
 
 #include <sys/stat.h>
 
+#include <cstdlib>
+
 #include "tests/tools/store_fixture.h"
 
 namespace {
@@ -202,6 +204,34 @@ TEST_F(StoreTool, NothingSteersATerminal)
   Zp("export a a.json --json");
   Zp("import b a.json");
   EXPECT_EQ(Load("b"), Load("a"));
+}
+
+// What is closed can't take a file's number: nothing told goes into the store, and nothing printed is lost silently.
+TEST_F(StoreTool, ClosedStreamsEndInAStatus)
+{
+  Store({{1, "x"}});
+  Store({{1, "x"}, {2, "y"}}, "b");
+  Patch("b.SR", 0, "\x09");
+  struct Closed {
+    char const * arguments;
+    int status;
+  };
+  for (Closed const & closed : {
+           Closed{"list a >&-", 1},
+           Closed{"list a 2>&-", 0},
+           Closed{"put a 2 - <&-", 1},
+           Closed{"delete a 7 2>&-", 1},
+           Closed{"delete a 7 2>/dev/full", 1},
+           Closed{"put a 2 2>&- >&-", 0},
+           Closed{"get a 7 <&- 2>&- >&-", 1},
+           Closed{"export b out --json --skip 2>&-", 0},
+       }) {
+    std::string const line =
+        "cd '" + m_Folder.Path().string() + "' && printf y | " ZP_BINARY_DIR "/tools/zp store " + closed.arguments;
+    EXPECT_EQ(WEXITSTATUS(std::system(line.c_str())), closed.status) << closed.arguments;
+  }
+  EXPECT_EQ(Load(), (Records{{1, "x"}, {2, "y"}}));
+  EXPECT_EQ(m_Folder.Read("out").find("zp:"), std::string::npos);
 }
 
 }  // namespace

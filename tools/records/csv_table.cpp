@@ -23,6 +23,7 @@ class CsvReader {
   CsvReader(std::string const & name, Take const & take) : m_Name(name), m_pfnTake(take)
   {
     if (csv_init(&m_Parser, CSV_STRICT | CSV_STRICT_FINI) != 0) throw std::bad_alloc();
+    csv_set_blk_size(&m_Parser, pieceBytes);  // by which its field grows
   }
   ~CsvReader() { csv_free(&m_Parser); }
   CsvReader(CsvReader const &) = delete;
