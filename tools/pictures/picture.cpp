@@ -148,8 +148,8 @@ void Picture::DrawText(double x, double y, std::string const & text, double size
   cairo_select_font_face(m_Context.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
   cairo_set_font_size(m_Context.get(), size);
   cairo_text_extents_t extents = {};
-  if (side == TextSide::Right) cairo_text_extents(m_Context.get(), shown.c_str(), &extents);
-  cairo_move_to(m_Context.get(), x - extents.x_advance, y);
+  if (side != TextSide::Left) cairo_text_extents(m_Context.get(), shown.c_str(), &extents);
+  cairo_move_to(m_Context.get(), side == TextSide::Middle ? x - extents.x_advance / 2 : x - extents.x_advance, y);
   cairo_show_text(m_Context.get(), shown.c_str());
   cairo_new_path(m_Context.get());
 }

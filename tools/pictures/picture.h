@@ -16,7 +16,7 @@ enum class PictureFormat { Svg, Png };
 
 using Rgb = unsigned int;  // 0xRRGGBB
 
-enum class TextSide { Left, Right };  // the end of a text that stands at its place
+enum class TextSide { Left, Middle, Right };  // the part of a text that stands at its place
 
 class Picture {
  public:

@@ -19,4 +19,5 @@ void AddStoreCommands(CLI::App & app, int & status)
   AddCompactCommand(*family, status);
   AddRecoverCommand(*family, status);
   AddMapCommand(*family, status);
+  AddCurveCommands(*family, status);
 }

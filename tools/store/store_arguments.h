@@ -22,3 +22,4 @@ void AddCheckCommand(CLI::App & family, int & status);
 void AddCompactCommand(CLI::App & family, int & status);
 void AddRecoverCommand(CLI::App & family, int & status);
 void AddMapCommand(CLI::App & family, int & status);
+void AddCurveCommands(CLI::App & family, int & status);  // eval, plot

@@ -1,0 +1,178 @@
+// Correlations as numbers and pictures: zp store eval and plot.
+
+#include <cmath>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/tools/store_fixture.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+struct Published {
+  char const * column;
+  int id;
+  double at[3];  // K
+  double values[3];
+  double tolerance;  // of the values
+};
+
+class Curves : public StoreTool {
+ protected:
+  std::vector<double> Eval(int id, std::string const & property, std::string const & temperatures)
+  {
+    ProgramRun const run = Zp("eval a " + std::to_string(id) + " " + property + " " + temperatures + " --json");
+    std::vector<double> values;
+    if (run.out.empty()) return values;
+    Json const result = Json::parse(run.out);
+    for (Json const & point : result["values"]) values.push_back(point["value"].is_null() ? NAN : double{point["value"]});
+    return values;
+  }
+
+  void ExpectPublished(Published const & published)
+  {
+    std::string temperatures;
+    for (double const t : published.at) temperatures += std::to_string(t) + " ";
+    std::vector<double> const values = Eval(published.id, published.column, temperatures);
+    ASSERT_EQ(values.size(), 3U) << published.column << " of " << published.id;
+    for (size_t i = 0; i < 3; ++i) {
+      EXPECT_NEAR(values[i] / published.values[i], 1, published.tolerance)
+          << published.column << " of " << published.id << " at " << published.at[i];
+    }
+  }
+};
+
+// Saturated densities, in mass, and pressures of water, methane and nitrogen: NIST Chemistry WebBook, fluid properties. Ethanol:
+// CRC Handbook of Chemistry and Physics. Ideal gas heat capacities: NIST-JANAF tables; ethanol: TRC tables.
+TEST_F(Curves, OfTheExamplesAreThePublishedOnes)
+{
+  ASSERT_EQ(Zp("import a " ZP_SOURCE_DIR "/examples/components.csv").status, 0);
+  for (Published const & published : {
+           Published{"rho_liq", 4, {300, 350, 400}, {996.51 / 18.0153, 973.70 / 18.0153, 937.49 / 18.0153}, 0.01},
+           Published{"rho_liq", 7, {100, 120, 150}, {438.89 / 16.0428, 409.90 / 16.0428, 357.90 / 16.0428}, 0.01},
+           Published{"rho_liq", 17, {293.15, 313.15, 333.15}, {789.4 / 46.069, 772.2 / 46.069, 754.1 / 46.069}, 0.01},
+           Published{"rho_liq", 1, {70, 80, 100}, {838.51 / 28.0134, 793.94 / 28.0134, 688.95 / 28.0134}, 0.01},
+           Published{"antoine", 4, {350, 373.15, 400}, {41682, 101420, 245770}, 0.02},
+           Published{"antoine", 7, {100, 120, 150}, {34376, 191430, 1.0400e6}, 0.04},
+           Published{"antoine", 17, {293.15, 313.15, 333.15}, {5850, 17900, 47000}, 0.02},
+           Published{"antoine", 1, {70, 80, 100}, {38545, 136870, 778270}, 0.02},
+           Published{"cp_ig", 4, {300, 500, 1000}, {33596, 35226, 41268}, 0.03},
+           Published{"cp_ig", 7, {300, 500, 1000}, {35708, 46342, 71795}, 0.03},
+           Published{"cp_ig", 17, {300, 500, 1000}, {65700, 95300, 141500}, 0.03},
+           Published{"cp_ig", 1, {300, 500, 1000}, {29125, 29580, 32697}, 0.003},
+       })
+    ExpectPublished(published);
+}
+
+// Coefficients of Perry's Chemical Engineers' Handbook, 8th edition, section 2, against the values of the NIST Chemistry WebBook.
+TEST_F(Curves, OfTheDesignInstitutesFormsAreThePublishedOnes)
+{
+  m_Folder.Write(
+      "in.csv",
+      "id,tc_K,p_vap_eq,p_vap_A,p_vap_B,p_vap_C,p_vap_D,p_vap_E,cp_liq_eq,cp_liq_A,cp_liq_B,cp_liq_C,cp_liq_D,cp_liq_E,"
+      "mu_vap_eq,mu_vap_A,mu_vap_B,mu_vap_C,h_vap_eq,h_vap_A,h_vap_B,h_vap_C,h_vap_D,rho_liq_eq,rho_liq_A,rho_liq_B,"
+      "rho_liq_C,rho_liq_D,rho_liq_E,k_vap_eq,k_vap_A,k_vap_B,k_vap_C,k_vap_D,k_vap_E\n"
+      "4,647.096,101,73.649,-7258.2,-7.3037,4.1653e-6,2,100,276370,-2090.1,8.125,-0.014116,9.3701e-6,,,,,"
+      "106,52053000,0.3199,-0.212,0.25795,116,17.863,58.606,-95.396,213.89,-141.26,107,33363,26790,2610.5,8896,1169\n"
+      "7,190.564,101,39.205,-1324.4,-3.4366,3.1019e-5,2,114,65.708,38883,-257.95,614.07,,,,,,,,,,,,,,,,,107,33298,79933,"
+      "2086.9,41602,991.96\n"
+      "17,514,101,73.304,-7122.3,-7.1424,2.8853e-6,2,,,,,,,,,,,,,,,,,,,,,,107,49200,145770,1662.8,93900,744.7\n"
+      "1,126.2,101,58.282,-1084.1,-8.3144,0.044127,1,,,,,,,102,6.5592e-7,0.6081,54.714,,,,,,,,,,,,107,29105,8614.9,1701.6,"
+      "103.47,909.79\n");
+  ProgramRun const imported = Zp("import a in.csv");
+  ASSERT_EQ(imported.status, 0) << imported.err;
+  for (Published const & published : {
+           Published{"p_vap", 4, {300, 350, 400}, {3536.8, 41682, 245770}, 0.003},
+           Published{"p_vap", 7, {100, 120, 150}, {34376, 191430, 1.0400e6}, 0.002},
+           Published{"p_vap", 17, {298.15, 313.15, 333.15}, {7870, 17900, 47000}, 0.01},
+           Published{"p_vap", 1, {70, 80, 100}, {38545, 136870, 778270}, 0.001},
+           Published{"h_vap", 4, {300, 373.15, 500}, {2437.3e3 * 18.0153, 2256.4e3 * 18.0153, 1827.3e3 * 18.0153}, 0.005},
+           Published{"rho_liq", 4, {300, 350, 400}, {996.51 / 18.0153, 973.70 / 18.0153, 937.49 / 18.0153}, 0.005},
+           Published{"cp_liq", 4, {300, 330, 350}, {4180.6 * 18.0153, 4185.0 * 18.0153, 4194.5 * 18.0153}, 0.005},
+           Published{"cp_liq", 7, {100, 120, 150}, {3408 * 16.0428, 3593 * 16.0428, 4070 * 16.0428}, 0.02},
+           Published{"mu_vap", 1, {250, 300, 400}, {15.43e-6, 17.89e-6, 22.22e-6}, 0.02},
+           Published{"k_vap", 4, {300, 500, 1000}, {33596, 35226, 41268}, 0.001},
+           Published{"k_vap", 7, {300, 500, 1000}, {35708, 46342, 71795}, 0.02},
+           Published{"k_vap", 1, {300, 500, 1000}, {29125, 29580, 32697}, 0.001},
+       })
+    ExpectPublished(published);
+}
+
+// The other forms at 2 K with the coefficients 0.5, 0.3, 0.2, 0.1 and 0.05, reckoned elsewhere.
+TEST_F(Curves, KnowEachForm)
+{
+  struct Row {
+    int equation;
+    double value;
+  };
+  Row const rows[] = {{1, 0.5},      {2, 1.1},      {3, 1.9},        {4, 2.7},        {5, 3.5},
+                      {11, 1.64872}, {12, 3.00417}, {13, 6.68589},   {14, 14.8797},   {15, 33.1155},
+                      {16, 2.617},   {17, 4.98169}, {103, 0.748931}, {104, 0.675488}, {115, 3.32387}};
+  std::string table = "id,sigma_eq,sigma_A,sigma_B,sigma_C,sigma_D,sigma_E\n";
+  for (Row const & row : rows)
+    table += std::to_string(row.equation) + "," + std::to_string(row.equation) + ",0.5,0.3,0.2,0.1,0.05\n";
+  m_Folder.Write("in.csv", table);
+  ASSERT_EQ(Zp("import a in.csv").status, 0);
+  for (Row const & row : rows) {
+    std::vector<double> const values = Eval(row.equation, "sigma", "2");
+    ASSERT_EQ(values.size(), 1U) << row.equation;
+    EXPECT_NEAR(values[0] / row.value, 1, 1e-5) << row.equation;
+  }
+}
+
+TEST_F(Curves, AreTablesAndPictures)
+{
+  m_Folder.Write("in.csv",
+                 "id,name,tc_K,tm_K,rho_liq_eq,rho_liq_A,rho_liq_B,sigma_eq,sigma_A,cp_ig_A\n"
+                 "1,Flat,400,100,2,0,0.5,777,1,9\n2,Steep,500,,2,0,1,,,\n3,,,,106,1,2,,,\n");
+  ASSERT_EQ(Zp("import a in.csv").status, 0);
+  EXPECT_EQ(Zp("eval a 1 rho_liq 50 100:120:10 400").out,
+            "Flat: rho_liq = A + B T\n"
+            "     T [K]  rho_liq [kmol/m3]\n"
+            "        50                 25  outside\n"
+            "       100                 50\n"
+            "       110                 55\n"
+            "       120                 60\n"
+            "       400                200\n"
+            "inside is 100 to 400 K\n");
+  ProgramRun const plot = Zp("plot a 1 2 --property rho_liq --from 50.5 --to 600.5 --svg p.svg --png p.png --term");
+  EXPECT_EQ(plot.status, 0) << plot.err;
+  EXPECT_EQ(plot.out.substr(0, 24), "liquid density [kmol/m3]");
+  for (char const * const line :
+       {"        500 |", "             *  Flat\n", "             +  Steep\n", "200        300", "   ....", "+++ "})
+    EXPECT_NE(plot.out.find(line), std::string::npos) << line << "\n" << plot.out;
+  EXPECT_EQ(m_Folder.Read("p.png").substr(0, 4), "\x89PNG");
+  std::string const svg = m_Folder.Read("p.svg");
+  EXPECT_NE(svg.find("stroke-dasharray"), std::string::npos);
+  EXPECT_EQ(svg.find("NaN"), std::string::npos);
+
+  struct Refusal {
+    char const * arguments;
+    int status;
+    char const * says;
+  };
+  for (Refusal const & refusal : {
+           Refusal{"eval a 1 rho 300", 2, "zp: rho: is no property with a curve; there are antoine, cp_ig, rho_liq"},
+           Refusal{"eval a 2 sigma 300", 1, "record 2: has no sigma; it has rho_liq"},
+           Refusal{"eval a 1 sigma 300", 1, "record 1: sigma has equation 777, which isn't known here; known are 1, 2,"},
+           Refusal{"eval a 3 rho_liq 300", 1, "needs the critical temperature, which the component doesn't tell"},
+           Refusal{"eval a 1 rho_liq -5", 2, "-5: is no temperature in K between 0 and 100000"},
+           Refusal{"eval a 1 rho_liq 1:2", 2, "1:2: is no temperature"},
+           Refusal{"eval a 1 rho_liq 1:9e4:0.1", 2, "more than 100000 temperatures"},
+           Refusal{"eval a 9 rho_liq 300", 1, "9"},
+           Refusal{"plot a 2 --property sigma", 1, "record 2: has no sigma"},
+           Refusal{"plot a 1 --from 300 --to 200", 2, "no temperatures lie between 300 and 200 K"},
+           Refusal{"plot a 1 --png a.SR", 2, "is a file of the store itself"},
+       }) {
+    ProgramRun const run = Zp(refusal.arguments);
+    EXPECT_EQ(run.status, refusal.status) << refusal.arguments;
+    EXPECT_NE(run.err.find(refusal.says), std::string::npos) << refusal.arguments << "\n" << run.err;
+  }
+  ProgramRun const partly = Zp("plot a 1");
+  EXPECT_EQ(partly.status, 0);
+  EXPECT_NE(partly.err.find("sigma has equation 777, which isn't known here"), std::string::npos);
+  EXPECT_NE(partly.out.find("ideal gas heat capacity [J/(kmol K)]\n"), std::string::npos);
+}
+
+}  // namespace

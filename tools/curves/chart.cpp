@@ -1,0 +1,140 @@
+// What a chart shows.
+
+#include "tools/curves/chart.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include <fmt/format.h>
+
+namespace {
+
+constexpr double logarithmicFrom = 50;  // largest over least value
+constexpr TemperatureRange unknownRange = {200, 1000};
+constexpr double lowestOfCritical = 0.4;  // where the melting point isn't known
+
+double nextNiceStep(double step)
+{
+  double const power = std::pow(10, std::floor(std::log10(step)));
+  for (double const factor : {1.0, 2.0, 5.0}) {
+    if (factor * power >= step * (1 - 1e-9)) return factor * power;
+  }
+  return 10 * power;
+}
+
+std::vector<double> linearTicks(double from, double to, int atMost)
+{
+  std::vector<double> ticks;
+  double const step = nextNiceStep((to - from) / atMost);
+  for (double number = std::ceil(from / step - 1e-9); number * step <= to + step * 1e-9; ++number)
+    ticks.push_back(number * step + 0.0);  // no -0
+  return ticks;
+}
+
+std::vector<double> decadeTicks(double from, double to, int atMost)
+{
+  std::vector<double> ticks;
+  int const first = static_cast<int>(std::ceil(std::log10(from) - 1e-9));
+  int const last = static_cast<int>(std::floor(std::log10(to) + 1e-9));
+  int const step = std::max(1, (last - first + atMost) / atMost);
+  for (int power = first; power <= last; power += step) ticks.push_back(std::pow(10, power));
+  return ticks;
+}
+
+ChartAxis linearAxis(double from, double to, int ticks)
+{
+  return {from, to, false, linearTicks(from, to, ticks)};
+}
+
+// The values' bounds, with a little room: those inside of the curves' ranges, else all.
+ChartAxis axisOf(std::vector<std::vector<ChartPoint>> const & curves)
+{
+  double bounds[2][2] = {{INFINITY, -INFINITY}, {INFINITY, -INFINITY}};  // least and largest, inside and of all
+  for (auto const & curve : curves) {
+    for (ChartPoint const & point : curve) {
+      for (int which = point.isOutside ? 1 : 0; which < 2; ++which) {
+        bounds[which][0] = std::min(bounds[which][0], point.value);
+        bounds[which][1] = std::max(bounds[which][1], point.value);
+      }
+    }
+  }
+  auto [least, largest] = bounds[bounds[0][0] <= bounds[0][1] ? 0 : 1];
+  constexpr int ticks = 6;
+  if (!(least <= largest)) return linearAxis(0, 1, ticks);
+  if (least > 0 && largest / least > logarithmicFrom) return {least, largest, true, decadeTicks(least, largest, ticks)};
+  double room = 0.05 * (largest - least);
+  if (!(room > 0)) room = least == 0 ? 1 : 0.05 * std::abs(least);
+  if (!std::isfinite(room)) return linearAxis(0, 1, ticks);
+  return linearAxis(least - room, largest + room, ticks);
+}
+
+std::vector<ChartPoint> sample(Curve const & curve, TemperatureRange const & shown, int samples)
+{
+  std::vector<ChartPoint> points;
+  for (int i = 0; i < samples; ++i) {
+    double const temperature = shown.from + (shown.to - shown.from) * i / (samples - 1);
+    double const value = curve.At(temperature).value_or(NAN);
+    points.push_back({temperature, value, curve.IsOutside(temperature)});
+  }
+  return points;
+}
+
+ChartLine lineOf(std::vector<ChartPoint> const & points, ChartAxis const & axis)
+{
+  ChartLine line;
+  bool isOpen = false;
+  for (ChartPoint const & point : points) {
+    bool const isShown = axis.from <= point.value && point.value <= axis.to;
+    if (isShown && !isOpen) line.emplace_back();
+    if (isShown) line.back().push_back(point);
+    isOpen = isShown;
+  }
+  return line;
+}
+
+}  // namespace
+
+double ChartAxis::ShareOf(double number) const
+{
+  if (isLogarithmic) return std::log(number / from) / std::log(to / from);
+  return (number - from) / (to - from);
+}
+
+std::string Chart::GetTitle() const
+{
+  bool const hasUnit = *property->unit != '\0';
+  return hasUnit ? fmt::format("{} [{}]", property->label, property->unit) : property->label;
+}
+
+TemperatureRange RangeToShow(std::vector<Curve> const & curves)
+{
+  TemperatureRange shown = {INFINITY, 0};
+  for (Curve const & curve : curves) {
+    if (!curve.range) continue;
+    double const from = curve.range->from > 0 ? curve.range->from : lowestOfCritical * curve.range->to;
+    shown = {std::min(shown.from, from), std::max(shown.to, curve.range->to)};
+  }
+  return shown.from < shown.to ? shown : unknownRange;
+}
+
+Chart MakeChart(std::vector<Curve> const & curves, TemperatureRange const & shown, int samples)
+{
+  constexpr int temperatureTicks = 8;
+  Chart chart;
+  chart.property = curves.front().property;
+  chart.temperature = linearAxis(shown.from, shown.to, temperatureTicks);
+  std::vector<std::vector<ChartPoint>> points;
+  for (Curve const & curve : curves) points.push_back(sample(curve, shown, samples));
+  chart.value = axisOf(points);
+  for (size_t i = 0; i < curves.size(); ++i) {
+    chart.names.push_back(curves[i].facts.name);
+    chart.lines.push_back(lineOf(points[i], chart.value));
+  }
+  return chart;
+}
+
+std::string TickText(double tick)
+{
+  return fmt::format("{:.6g}", tick);
+}

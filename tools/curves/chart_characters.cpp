@@ -1,0 +1,80 @@
+// A chart in characters.
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+#include <fmt/format.h>
+
+#include "tools/curves/chart.h"
+
+namespace {
+
+constexpr std::string_view marks = "*+xo#@%&";
+constexpr int labelWidth = 12;
+
+class Cells {
+ public:
+  Cells(int columns, int rows) : m_nRows(rows), m_Lines(static_cast<size_t>(rows), std::string(static_cast<size_t>(columns), ' '))
+  {
+  }
+
+  // x and y are shares of the width and the height, from the left and from below.
+  void Put(double x, double y, char mark)
+  {
+    auto const columns = static_cast<double>(m_Lines[0].size());
+    auto const column = static_cast<size_t>(std::clamp(std::floor(x * columns), 0.0, columns - 1));
+    m_Lines[RowOf(y)][column] = mark;
+  }
+  size_t RowOf(double y) const
+  {
+    return static_cast<size_t>(std::clamp(std::floor((1 - y) * m_nRows), 0.0, static_cast<double>(m_nRows - 1)));
+  }
+  std::vector<std::string> const & GetLines() const { return m_Lines; }
+
+ private:
+  int m_nRows;
+  std::vector<std::string> m_Lines;
+};
+
+std::string temperatureLine(Chart const & chart, int columns)
+{
+  std::string line(static_cast<size_t>(columns), ' ');
+  size_t free = 0;
+  for (double const tick : chart.temperature.ticks) {
+    std::string const text = TickText(tick);
+    auto const place = static_cast<size_t>(chart.temperature.ShareOf(tick) * (columns - 1));
+    size_t const start = std::min(place - std::min(place, text.size() / 2), line.size() - std::min(line.size(), text.size()));
+    if (start < free || start + text.size() > line.size()) continue;
+    line.replace(start, text.size(), text);
+    free = start + text.size() + 1;
+  }
+  return line.substr(0, line.find_last_not_of(' ') + 1);
+}
+
+}  // namespace
+
+std::string ChartInCharacters(Chart const & chart, int columns, int rows)
+{
+  int const width = columns - labelWidth - 2;
+  Cells cells(width, rows);
+  for (size_t i = 0; i < chart.lines.size(); ++i) {
+    for (auto const & piece : chart.lines[i]) {
+      for (ChartPoint const & point : piece)
+        cells.Put(chart.temperature.ShareOf(point.temperature), chart.value.ShareOf(point.value),
+                  point.isOutside ? '.' : marks[i % marks.size()]);
+    }
+  }
+  std::vector<std::string> labels(static_cast<size_t>(rows));
+  for (double const tick : chart.value.ticks) labels[cells.RowOf(chart.value.ShareOf(tick))] = TickText(tick);
+  std::string text = fmt::format("{}\n", chart.GetTitle());
+  for (size_t row = 0; row < labels.size(); ++row) {
+    std::string const line = fmt::format("{:>{}} |{}", labels[row], labelWidth, cells.GetLines()[row]);
+    text += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
+  }
+  text += fmt::format("{:>{}} +{}\n", "", labelWidth, std::string(static_cast<size_t>(width), '-'));
+  text += fmt::format("{:>{}}  {}  T [K]\n", "", labelWidth, temperatureLine(chart, width - 7));
+  for (size_t i = 0; i < chart.names.size(); ++i)
+    text += fmt::format("{:>{}} {}  {}\n", "", labelWidth, marks[i % marks.size()], chart.names[i]);
+  return text;
+}
