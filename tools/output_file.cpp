@@ -9,7 +9,6 @@
 
 #include <fmt/format.h>
 #include <zpbase/platform/durable_file.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/program.h"
 
@@ -77,7 +76,7 @@ void OutputFile::Commit()
   Finish();
   if (m_strTemporary.empty()) return;
   int error = 0;
-  bool const isMoved = MoveFileDurably(FromHostPath(m_strTemporary), FromHostPath(m_strTarget), &error);
+  bool const isMoved = MoveFileDurably(InsidePath(m_strTemporary), InsidePath(m_strTarget), &error);
   Removal const left = isMoved ? Removal::Missing : TryToRemove(m_strTemporary);
   std::string const temporary = std::exchange(m_strTemporary, "");
   if (isMoved) return;

@@ -5,11 +5,14 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include <fmt/format.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/platform/terminal.h>
 
@@ -85,6 +88,15 @@ void FlushOutput()
   }
 }
 
+CString InsidePath(std::string const & hostName)
+{
+  if (hostName.find('\\') == std::string::npos) return FromHostPath(hostName);
+  if (hostName.starts_with('/')) return CString(hostName);
+  std::unique_ptr<char, decltype(&std::free)> const folder(zp::GetHostCalls().CurrentFolder(), &std::free);
+  if (folder) return CString(fmt::format("{}/{}", folder.get(), hostName));
+  throw Failure(fmt::format("{}: the folder that it is in can't be found: {}", hostName, std::strerror(errno)));
+}
+
 std::string ReadWholeFile(std::string const & name)
 {
   return InputFile(name).ReadAll();
@@ -95,6 +107,12 @@ void WriteWholeFile(std::string const & name, std::string_view bytes)
   OutputFile file(name);
   file.Write(bytes);
   file.Commit();
+}
+
+void FailCreating(std::string const & name, char const * what, CFileException const & problem)
+{
+  if (problem.m_cause != CFileException::accessDenied) FailOpening(name, what, problem);
+  throw Failure(fmt::format("{}: the {} can't be created: permission denied; check the folder", name, what));
 }
 
 void FailOpening(std::string const & name, char const * what, CFileException const & problem)

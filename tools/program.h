@@ -51,11 +51,16 @@ void Tell(std::string_view line);
 // The line for memory that ran out, which needs none.
 void TellMemoryRanOut();
 
+// The library's name for a file that the user names. A backslash in it, which the library would take for the mark between two
+// names, is kept by naming the file from the host's root on. Raises Failure where that takes a folder that is gone.
+CString InsidePath(std::string const & hostName);
+
 // Whole files by their host names; "-" stands for standard input or output. A file that is written is replaced at once.
 std::string ReadWholeFile(std::string const & name);
 void WriteWholeFile(std::string const & name, std::string_view bytes);
 
-// Why a file couldn't be opened, with what to do; what is its kind, such as "index file", or null.
+// Why a file couldn't be opened or made, with what to do; what is its kind, such as "index file", or null where it isn't made.
+[[noreturn]] void FailCreating(std::string const & name, char const * what, CFileException const & problem);
 [[noreturn]] void FailOpening(std::string const & name, char const * what, CFileException const & problem);
 
 // "standard input" for "-".

@@ -72,6 +72,7 @@ constexpr Misuse misuses[] = {
     {"import a .", 1, "zp: .: is a folder; name a file\n"},
     {"get b 1", 1, "zp: b.SR: there is no such record file beside b.SI; bring it back or move the index file away\n"},
     {"get c 1", 1, "zp: c.SI: there is no such index file beside c.SR; make a new one with zp store recover\n"},
+    {"import /sys/a plain.csv", 1, "zp: /sys/a.SR: the record file can't be created: permission denied; check the folder\n"},
     {"list plain.txt", 2, "zp: plain.txt: has no extension of a store's file; name its record file with --record\n"},
 };
 
@@ -80,6 +81,7 @@ TEST_F(StoreTool, TellsWhatIsUsedWronglyInOneLine)
   m_Folder.Write("b.SI", "");
   m_Folder.Write("c.SR", "");
   m_Folder.Write("plain.txt", "");
+  m_Folder.Write("plain.csv", "id,name\n1,x\n");
   for (Misuse const & misuse : misuses) {
     ProgramRun const run = Zp(misuse.arguments);
     EXPECT_EQ(run.status, misuse.status) << misuse.arguments;
@@ -89,6 +91,19 @@ TEST_F(StoreTool, TellsWhatIsUsedWronglyInOneLine)
   Store({{1, "x"}});
   EXPECT_EQ(Zp("get a 1 /dev/full").err, "zp: /dev/full: can't be written: No space left on device\n");
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+TEST_F(StoreTool, TakesOddNames)
+{
+  for (std::string const name : {"a\\b", "a\\\\b.x", "x\ny", "\xC3\xA9 \xE6\x97\xA5", "C:z", "\"", "a\\n.SI"}) {
+    std::string const quoted = "'" + name + "'";
+    EXPECT_EQ(Zp("put " + quoted + " 7", name).err, "");
+    EXPECT_EQ(Zp("put " + quoted + " 8", "more").err, "");
+    EXPECT_EQ(Zp("delete " + quoted + " 8").err + Zp("compact " + quoted).err, "");
+    EXPECT_EQ(Zp("get " + quoted + " 7").out, name);
+  }
+  EXPECT_TRUE(m_Folder.Has("a\\b.SR"));
+  EXPECT_FALSE(m_Folder.Has("a"));
 }
 
 }  // namespace

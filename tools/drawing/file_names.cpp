@@ -9,7 +9,6 @@
 #include <fmt/format.h>
 #include <zpbase/platform/ascii.h>
 #include <zpbase/platform/file.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/host_file.h"
 #include "tools/program.h"
@@ -44,7 +43,7 @@ NamesByPlace::const_iterator findFile(NamesByPlace const & names, std::string co
 {
   if (!hasLinks(place)) return names.find(place);
   return std::find_if(names.begin(), names.end(), [&](auto const & entry) {
-    return entry.first == place || zp::IsSameFile(FromHostPath(place), FromHostPath(entry.first));
+    return entry.first == place || zp::IsSameFile(InsidePath(place), InsidePath(entry.first));
   });
 }
 

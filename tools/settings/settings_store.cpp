@@ -13,7 +13,6 @@
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/known_places.h>
-#include <zpbase/platform/paths.h>
 #include <zpbase/platform/system_error.h>
 
 #include "tools/host_file.h"
@@ -110,7 +109,7 @@ void SettingsStore::UseProfile(SettingsOptions const & options, Wanted wanted)
   m_strFile = m_strName;
   bool const mustBeThere = wanted == Wanted::ToRead && !options.profile.empty();
   if (mustBeThere || FileExists(m_strName)) ReadWholeFile(m_strName);
-  m_App.SetProfileFile(FromHostPath(m_strName));
+  m_App.SetProfileFile(InsidePath(m_strName));
 }
 
 bool IsTextType(DWORD type)

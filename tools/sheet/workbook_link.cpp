@@ -10,7 +10,6 @@
 #include <zpbase/config.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/host_file.h"
 #include "tools/program.h"
@@ -71,7 +70,7 @@ std::vector<std::string> namesOf(long count, Fetch const & fetch)
 
 COleVariant insidePathOf(std::string const & name)
 {
-  return COleVariant(FromHostPath(std::filesystem::absolute(name).string()));
+  return COleVariant(InsidePath(std::filesystem::absolute(name).string()));
 }
 
 }  // namespace

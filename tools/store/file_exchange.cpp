@@ -8,7 +8,6 @@
 #include <fmt/format.h>
 #include <zpbase/platform/durable_file.h>
 #include <zpbase/platform/file.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/host_file.h"
 #include "tools/program.h"
@@ -114,7 +113,7 @@ std::string TidyExchange(StoreNames const & names)
   if (IsExchangeMarked(names)) {
     CFile mark;
     CFileException problem;
-    if (!mark.Open(FromHostPath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite, &problem)) {
+    if (!mark.Open(InsidePath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite, &problem)) {
       failMarked(names, problem);
     }
     finish(names);
@@ -144,7 +143,7 @@ void SwapIn(StoreNames const & names)
     for (std::string const & file : filesOf(names)) move(TemporaryName(file), newName(file));
     WriteWholeFile(markName(names), markText);
     CFileException problem;
-    if (!mark.Open(FromHostPath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite, &problem)) {
+    if (!mark.Open(InsidePath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite, &problem)) {
       FailOpening(markName(names), nullptr, problem);
     }
   } catch (Failure const & failure) {

@@ -5,7 +5,6 @@
 #include <cstdio>
 
 #include <fmt/format.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/host_file.h"
 #include "tools/program.h"
@@ -21,7 +20,7 @@ constexpr unsigned int creating = CFile::modeCreate | CFile::modeNoTruncate;
 bool lockForRemoval(CFile & file, std::string const & name)
 {
   CFileException problem;
-  if (!FileExists(name) || file.Open(FromHostPath(name), ownMode, &problem)) return true;
+  if (!FileExists(name) || file.Open(InsidePath(name), ownMode, &problem)) return true;
   bool const isUsed = problem.m_cause == CFileException::sharingViolation || problem.m_cause == CFileException::lockViolation;
   if (!isUsed) FailOpening(name, nullptr, problem);
   return false;
@@ -91,9 +90,10 @@ bool OpenStore::OpenRecordFile(unsigned int furtherMode)
 {
   CFileException problem;
   unsigned int const mode = (m_Access == StoreAccess::Look ? sharedMode : ownMode) | furtherMode;
-  if (m_RecordFile.Open(FromHostPath(m_Names.record), mode, &problem)) return true;
-  if (problem.m_cause != CFileException::fileNotFound) FailOpening(m_Names.record, "record file", problem);
-  return false;
+  if (m_RecordFile.Open(InsidePath(m_Names.record), mode, &problem)) return true;
+  if (problem.m_cause == CFileException::fileNotFound) return false;
+  if ((furtherMode & CFile::modeCreate) != 0) FailCreating(m_Names.record, "record file", problem);
+  FailOpening(m_Names.record, "record file", problem);
 }
 
 // During an exchange the record file may be on its way from one name to the other: then its mark stands. If that is gone, the
@@ -118,8 +118,9 @@ void OpenStore::LockIndexFile()
   unsigned int const access = isWritten ? CFile::modeReadWrite : CFile::modeRead;
   unsigned int const mode = m_bNew ? ownMode | creating : access | CFile::shareExclusive;
   CFileException problem;
-  if (m_IndexFile.Open(FromHostPath(m_Names.index), mode, &problem)) return;
+  if (m_IndexFile.Open(InsidePath(m_Names.index), mode, &problem)) return;
   if (m_Access == StoreAccess::Replace && problem.m_cause == CFileException::fileNotFound) return;
+  if (m_bNew) FailCreating(m_Names.index, "index file", problem);
   FailOpening(m_Names.index, "index file", problem);
 }
 
@@ -176,7 +177,7 @@ void OpenStore::ReadTables()
   LockIndexFile();
   m_IndexFile.Close();
   try {
-    m_pTables = std::make_unique<GPDataFile>(FromHostPath(m_Names.index), FromHostPath(m_Names.record), ownMode, nullptr);
+    m_pTables = std::make_unique<GPDataFile>(InsidePath(m_Names.index), InsidePath(m_Names.record), ownMode, nullptr);
   } catch (CException * caught) {
     zp::ExceptionGuard const guard(caught);
     RequireUsableIndex();

@@ -6,7 +6,6 @@
 #include <algorithm>
 
 #include <zpbase/platform/exceptions.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/host_file.h"
 #include "tools/patience.h"
@@ -19,7 +18,7 @@ constexpr unsigned int headerBytes = zp::BlockHeader::byteCount;
 bool openForRepair(CFile & file, std::string const & name)
 {
   for (Patience patience; !patience.IsOver(); patience.Pause()) {
-    if (file.Open(FromHostPath(name), CFile::modeReadWrite | CFile::shareDenyWrite)) return true;
+    if (file.Open(InsidePath(name), CFile::modeReadWrite | CFile::shareDenyWrite)) return true;
   }
   return false;
 }
@@ -57,7 +56,7 @@ void StoreBackup::Keep(int id)
   if (found == m_Blocks.end() || m_Payloads.contains(found->second)) return;
   CFile file;
   CFileException problem;
-  if (!file.Open(FromHostPath(m_Names.record), CFile::modeRead | CFile::shareDenyNone, &problem)) {
+  if (!file.Open(InsidePath(m_Names.record), CFile::modeRead | CFile::shareDenyNone, &problem)) {
     FailOpening(m_Names.record, "record file", problem);
   }
   m_Payloads.emplace(found->second, ReadPayload(file, m_Before.blocks[found->second].block));

@@ -4,7 +4,6 @@
 
 #include <fmt/format.h>
 #include <zpbase/platform/exceptions.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/host_file.h"
 #include "tools/program.h"
@@ -31,7 +30,7 @@ StoreCopy::StoreCopy(OpenStore & old, CheckReport const & report)
   requireNoLink(old.GetNames());
   CFile index;
   CFileException problem;
-  if (!index.Open(FromHostPath(old.GetNames().index), CFile::modeRead | CFile::shareDenyNone, &problem)) {
+  if (!index.Open(InsidePath(old.GetNames().index), CFile::modeRead | CFile::shareDenyNone, &problem)) {
     FailOpening(old.GetNames().index, "index file", problem);
   }
   try {
@@ -53,7 +52,7 @@ void StoreCopy::Copy(CFile const & from, std::string const & fromName, std::stri
   CFile to;
   try {
     CFileException problem;
-    if (!to.Open(FromHostPath(toName), CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite, &problem)) {
+    if (!to.Open(InsidePath(toName), CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite, &problem)) {
       throw Failure(fmt::format("{}: can't be written: {}", toName, Describe(problem)));
     }
     TakePermissions(toName, fromName);
@@ -81,7 +80,7 @@ void StoreCopy::Differ(std::string const & how) const
 void StoreCopy::Change(std::function<void(GPDataFile & tables)> const & change)
 {
   try {
-    GPDataFile tables(FromHostPath(m_New.index), FromHostPath(m_New.record), CFile::modeReadWrite, nullptr);
+    GPDataFile tables(InsidePath(m_New.index), InsidePath(m_New.record), CFile::modeReadWrite, nullptr);
     change(tables);
     tables.Close();
   } catch (CException * caught) {

@@ -7,7 +7,6 @@
 #include <optional>
 
 #include <fmt/format.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/host_file.h"
 #include "tools/patience.h"
@@ -49,7 +48,7 @@ bool StoreWriter::Apply(std::function<bool()> const & step)
   for (Patience patience; !m_bLocked; patience.Pause()) {
     CFileException problem;
     std::string const & record = m_Store.GetNames().record;
-    bool const isFree = CFile().Open(FromHostPath(record), CFile::modeReadWrite | CFile::shareDenyWrite, &problem);
+    bool const isFree = CFile().Open(InsidePath(record), CFile::modeReadWrite | CFile::shareDenyWrite, &problem);
     if (isFree) m_bLocked = step();
     if (m_bLocked) return true;
     wasTried |= isFree;

@@ -9,7 +9,6 @@
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/file.h>
 #include <zpbase/platform/memory_pages.h>
-#include <zpbase/platform/paths.h>
 
 #include "tools/host_file.h"
 #include "tools/input_file.h"
@@ -87,7 +86,7 @@ Content readFile(std::string const & name)
   try {
     CFile file;
     CFileException problem;
-    if (!file.Open(FromHostPath(name), CFile::modeRead | CFile::shareDenyWrite, &problem)) FailOpening(name, nullptr, problem);
+    if (!file.Open(InsidePath(name), CFile::modeRead | CFile::shareDenyWrite, &problem)) FailOpening(name, nullptr, problem);
     Content content(static_cast<size_t>(std::min<ULONGLONG>(file.GetLength(), mostBytes)));
     content.Gather([&](char * place, size_t room) -> size_t { return file.Read(place, static_cast<UINT>(room)); }, name);
     return content;
@@ -109,7 +108,7 @@ bool isWide(std::string_view bytes)
 std::unique_ptr<ParseFile> parse(std::string const & hostName, std::string const & name)
 {
   try {
-    return std::make_unique<ParseFile>(FromHostPath(hostName));
+    return std::make_unique<ParseFile>(InsidePath(hostName));
   } catch (CFileException * caught) {
     zp::ExceptionGuard const guard(caught);
     FailOpening(name, nullptr, *caught);

@@ -11,7 +11,6 @@
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/message_map.h>
-#include <zpbase/platform/paths.h>
 #include <zpbase/views.h>
 
 #include "tools/host_file.h"
@@ -121,7 +120,7 @@ void OpenReport(std::string const & file, std::function<void(OpenedReport const 
   ReportApplication app;
   ReportView::show = std::move(show);
   try {
-    if (BrowseFile(FromHostPath(copy ? copy->Name() : file), noSuchFileID) == 0)
+    if (BrowseFile(InsidePath(copy ? copy->Name() : file), noSuchFileID) == 0)
       throw Failure(fmt::format("{}: can't be shown", file));
   } catch (CFileException * caught) {
     zp::ExceptionGuard const guard(caught);
