@@ -64,15 +64,20 @@ struct Misuse {
 constexpr Misuse misuses[] = {
     {"", 2, "zp: A subcommand is required; see zp store --help\n"},
     {"list", 2, "zp: STORE is required; see zp store list --help\n"},
-    {"show a", 2, "zp: ID is required; see zp store show --help\n"},
-    {"show a 40000", 2, "zp: ID: Value 40000 not in range 0 to 32767; see zp store show --help\n"},
+    {"show a", 2, "zp: IDS is required; see zp store show --help\n"},
+    {"get a 40000", 2, "zp: ID: Value 40000 not in range 0 to 32767; see zp store get --help\n"},
+    {"show a 1,40000", 2,
+     "zp: IDS: \"40000\" is no id from 0 to 32767, nor a range of them such as 1-5; see zp store show --help\n"},
+    {"delete a 5-", 2, "zp: IDS: \"5-\" is no id from 0 to 32767, nor a range of them such as 1-5; see zp store delete --help\n"},
+    {"delete a 5-4", 2, "zp: IDS: \"5-4\" is a range that ends before it begins; see zp store delete --help\n"},
+    {"list a b --record c", 2, "zp: --record: belongs to one store, and several are named\n"},
+    {"import /sys/a plain.csv", 1, "zp: /sys/a.SR: the record file can't be created: permission denied; check the folder\n"},
     {"list a", 1, "zp: a.SR: there is no such record file; check the name\n"},
     {"list none/a", 1, "zp: none/a.SR: there is no such record file; check the name\n"},
     {"import a none.csv", 1, "zp: none.csv: can't be opened: No such file or directory; check the name\n"},
     {"import a .", 1, "zp: .: is a folder; name a file\n"},
     {"get b 1", 1, "zp: b.SR: there is no such record file beside b.SI; bring it back or move the index file away\n"},
     {"get c 1", 1, "zp: c.SI: there is no such index file beside c.SR; make a new one with zp store recover\n"},
-    {"import /sys/a plain.csv", 1, "zp: /sys/a.SR: the record file can't be created: permission denied; check the folder\n"},
     {"list plain.txt", 2, "zp: plain.txt: has no extension of a store's file; name its record file with --record\n"},
 };
 
@@ -104,6 +109,19 @@ TEST_F(StoreTool, TakesOddNames)
   }
   EXPECT_TRUE(m_Folder.Has("a\\b.SR"));
   EXPECT_FALSE(m_Folder.Has("a"));
+}
+
+TEST_F(StoreTool, RangesOfIdsMeanTheRecordsThatThereAre)
+{
+  Store({{1, "a"}, {3, "b"}, {5, "c"}, {9, "d"}, {11, "e"}});
+  EXPECT_EQ(Zp("show a 9,1-3 3 --json").out,
+            "[\n{\n  \"id\": 1,\n  \"hex\": \"61\"\n}\n,\n{\n  \"id\": 3,\n  \"hex\": \"62\"\n}\n"
+            ",\n{\n  \"id\": 9,\n  \"hex\": \"64\"\n}\n]\n");
+  EXPECT_EQ(Zp("delete a 1-5,10").err, "zp: a.SI: there is no record 10; nothing was deleted, see zp store list\n");
+  EXPECT_EQ(Zp("delete a 1-5,6-8").err, "zp: a.SI: there is no record from 6 to 8; nothing was deleted, see zp store list\n");
+  EXPECT_EQ(Load().size(), 5U);
+  EXPECT_EQ(Zp("delete a 1-5,9").status, 0);
+  EXPECT_EQ(Load(), (Records{{11, "e"}}));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // zp store check: the report for people and machines.
 
 #include "tools/json_output.h"
+#include "tools/store/many_stores.h"
 #include "tools/store/store_arguments.h"
 
 #include <fmt/format.h>
@@ -11,24 +12,24 @@
 
 namespace {
 
-void printReport(CheckReport const & report)
+void printReport(CheckReport const & report, StoreOutput & output)
 {
   std::string file;
   for (StoreFault const & fault : report.faults) {
-    if (fault.file != file) PrintShown(fault.file + "\n");
+    if (fault.file != file) output.PrintLines(fault.file + "\n");
     file = fault.file;
     std::string const place = fault.offset < 0 ? "" : fmt::format("at {:>9}", fault.offset);
-    PrintShown(fmt::format("  {:<12}  {}\n", place, fault.text));
+    output.PrintLines(fmt::format("  {:<12}  {}\n", place, fault.text));
   }
   if (report.faultCount > report.faults.size())
-    PrintShown(fmt::format("  and {} more\n", report.faultCount - report.faults.size()));
-  for (std::string const & note : report.notes) PrintShown("note: " + note + "\n");
-  PrintShown(fmt::format("{}, {}, {}: {}\n", Counted(report.records, "record"), Counted(report.freeBlocks, "free block"),
-                         Counted(report.survey.fileLength, "byte"),
-                         report.faults.empty() ? "sound" : Counted(report.faultCount, "fault")));
+    output.PrintLines(fmt::format("  and {} more\n", report.faultCount - report.faults.size()));
+  for (std::string const & note : report.notes) output.PrintLines("note: " + note + "\n");
+  output.PrintLines(fmt::format("{}, {}, {}: {}\n", Counted(report.records, "record"), Counted(report.freeBlocks, "free block"),
+                                Counted(report.survey.fileLength, "byte"),
+                                report.faults.empty() ? "sound" : Counted(report.faultCount, "fault")));
 }
 
-void printReportAsJson(CheckReport const & report)
+void printReportAsJson(CheckReport const & report, StoreOutput & output)
 {
   Json json = {{"sound", report.faults.empty()},
                {"records", report.records},
@@ -41,24 +42,25 @@ void printReportAsJson(CheckReport const & report)
     json["faults"].push_back(
         {{"file", fault.file}, {"offset", fault.offset < 0 ? Json() : Json(fault.offset)}, {"text", fault.text}});
   }
-  Print(DumpJson(json, 2) + "\n");
+  output.PrintJson(DumpJson(json, 2) + "\n");
 }
 
-struct CheckCommand : StoreArguments {
+struct CheckCommand : ManyStoresArguments {
   static constexpr char const * name = "check";
   static constexpr char const * help = "Report everything in which the files break their format; changes nothing";
   static constexpr char const * example = "zp store check job";
 
   ExitStatus Run() const
   {
-    OpenStore files(GetNames(), StoreAccess::Look);
-    CheckReport const report = CheckStore(files);
-    if (json) {
-      printReportAsJson(report);
-    } else {
-      printReport(report);
-    }
-    return report.faults.empty() ? exitDone : exitWanting;
+    return ForEachStore([this](StoreNames const & names, StoreOutput & output) {
+      OpenStore files(names, StoreAccess::Look);
+      CheckReport const report = CheckStore(files);
+      if (json)
+        printReportAsJson(report, output);
+      else
+        printReport(report, output);
+      return report.faults.empty() ? exitDone : exitWanting;
+    });
   }
 };
 

@@ -1,6 +1,7 @@
 // zp store compact: the store is compacted as a copy, the copy is compared record by record, and the two files are exchanged.
 
 #include "tools/json_output.h"
+#include "tools/store/many_stores.h"
 #include "tools/store/store_arguments.h"
 
 #include <fmt/format.h>
@@ -46,16 +47,16 @@ Gain compactStore(StoreNames const & names)
   return gain;
 }
 
-void printGain(StoreNames const & names, Gain const & gain)
+void printGain(StoreNames const & names, Gain const & gain, StoreOutput & output)
 {
-  if (!gain.tidied.empty()) Print(gain.tidied + "\n");
+  if (!gain.tidied.empty()) output.PrintLines(gain.tidied + "\n");
   unsigned long long const won = gain.before - gain.after;
-  if (won == 0) return PrintShown(fmt::format("{}: {} bytes, nothing to win\n", names.record, gain.before));
-  PrintShown(fmt::format("{}: {} bytes instead of {}, {:.1f}% won\n", names.record, gain.after, gain.before,
-                         100.0 * static_cast<double>(won) / static_cast<double>(gain.before)));
+  if (won == 0) return output.PrintLines(fmt::format("{}: {} bytes, nothing to win\n", names.record, gain.before));
+  output.PrintLines(fmt::format("{}: {} bytes instead of {}, {:.1f}% won\n", names.record, gain.after, gain.before,
+                                100.0 * static_cast<double>(won) / static_cast<double>(gain.before)));
 }
 
-struct CompactCommand : StoreArguments {
+struct CompactCommand : ManyStoresArguments {
   static constexpr char const * name = "compact";
   static constexpr char const * help = "Win back free space; also ends a compaction that was interrupted";
   static constexpr char const * example = "zp store compact job";
@@ -63,17 +64,18 @@ struct CompactCommand : StoreArguments {
   ExitStatus Run() const
   {
     InterruptGuard const guard;
-    try {
-      Gain const gain = compactStore(GetNames());
-      if (json) {
-        Print(DumpJson(Json{{"before", gain.before}, {"after", gain.after}, {"tidied", gain.tidied}}, 2) + "\n");
-      } else {
-        printGain(GetNames(), gain);
+    return ForEachStore([this](StoreNames const & names, StoreOutput & output) {
+      try {
+        Gain const gain = compactStore(names);
+        if (json)
+          output.PrintJson(DumpJson(Json{{"before", gain.before}, {"after", gain.after}, {"tidied", gain.tidied}}, 2) + "\n");
+        else
+          printGain(names, gain, output);
+        return exitDone;
+      } catch (Interrupted const &) {
+        return exitInterrupted;
       }
-      return exitDone;
-    } catch (Interrupted const &) {
-      return exitInterrupted;
-    }
+    });
   }
 };
 

@@ -1,10 +1,11 @@
 // zp store list, show, get, put and delete: single records.
 
 #include "tools/json_output.h"
+#include "tools/store/many_stores.h"
+#include "tools/store/record_ids.h"
 #include "tools/store/store_arguments.h"
 
 #include <algorithm>
-#include <set>
 #include <sstream>
 
 #include <fmt/format.h>
@@ -53,23 +54,23 @@ std::string shortened(std::string text)
   return text.substr(0, end) + " ...";
 }
 
-void printRows(std::vector<ListRow> const & rows)
+void printRows(std::vector<ListRow> const & rows, StoreOutput & output)
 {
   size_t width = 5;
   for (ListRow const & row : rows) width = std::max(width, row.className.size());
-  if (!rows.empty()) PrintShown(fmt::format("{:>5}  {:>6}  {:<{}}  {}\n", "ID", "BYTES", "CLASS", width, "TEXT"));
+  if (!rows.empty()) output.PrintLines(fmt::format("{:>5}  {:>6}  {:<{}}  {}\n", "ID", "BYTES", "CLASS", width, "TEXT"));
   size_t total = 0;
   for (ListRow const & row : rows) {
     std::string const name = row.className.empty() ? "-" : row.className;
     std::string line = fmt::format("{:>5}  {:>6}  {:<{}}  {}", row.id, row.bytes, name, width, shortened(row.text));
     line.erase(line.find_last_not_of(' ') + 1);
-    PrintShown(line + "\n");
+    output.PrintLines(line + "\n");
     total += row.bytes;
   }
-  PrintShown(fmt::format("{}, {}\n", Counted(rows.size(), "record"), Counted(total, "byte")));
+  output.PrintLines(fmt::format("{}, {}\n", Counted(rows.size(), "record"), Counted(total, "byte")));
 }
 
-void printRowsAsJson(std::vector<ListRow> const & rows)
+void printRowsAsJson(std::vector<ListRow> const & rows, StoreOutput & output)
 {
   Json json = Json::array();
   for (ListRow const & row : rows) {
@@ -77,7 +78,7 @@ void printRowsAsJson(std::vector<ListRow> const & rows)
     if (!row.className.empty()) entry["class"] = row.className;
     if (!row.text.empty()) entry["text"] = row.text;
   }
-  Print(DumpJson(json, 2) + "\n");
+  output.PrintJson(DumpJson(json, 2) + "\n");
 }
 
 std::vector<BYTE> readJsonRecord(InputFile & input, std::string const & file)
@@ -123,27 +124,32 @@ struct RecordArguments : StoreArguments {
   int id = 0;
 };
 
-struct ListCommand : StoreArguments {
+struct ListCommand : ManyStoresArguments {
   static constexpr char const * name = "list";
   static constexpr char const * help = "List the records: id, bytes, class, first text";
   static constexpr char const * example = "zp store list job";
 
   void AddOptions(CLI::App & command)
   {
-    StoreArguments::AddOptions(command);
+    ManyStoresArguments::AddOptions(command);
     command.add_flag("--skip", skip, "End with 0 although records can't be read");
   }
 
   ExitStatus Run() const
   {
-    StoredRecords const records(GetNames());
+    return ForEachStore([this](StoreNames const & names, StoreOutput & output) { return List(names, output); });
+  }
+
+  ExitStatus List(StoreNames const & names, StoreOutput & output) const
+  {
+    StoredRecords const records(names);
     std::vector<ListRow> rows;
     size_t const left =
         records.ForEach("reading", [&](int id, std::vector<BYTE> const & bytes) { rows.push_back(rowOf(id, bytes)); });
     if (json) {
-      printRowsAsJson(rows);
+      printRowsAsJson(rows, output);
     } else {
-      printRows(rows);
+      printRows(rows, output);
     }
     return EndOfReading(records, left, skip);
   }
@@ -151,22 +157,59 @@ struct ListCommand : StoreArguments {
   bool skip = false;
 };
 
-struct ShowCommand : RecordArguments {
+struct ShowCommand : StoreArguments {
   static constexpr char const * name = "show";
-  static constexpr char const * help = "Show a record as a tree of its values";
+  static constexpr char const * help = "Show records as trees of their values";
   static constexpr char const * example = "zp store show job 7";
 
+  void AddOptions(CLI::App & command)
+  {
+    StoreArguments::AddOptions(command);
+    ids.AddOption(command);
+  }
+
+  // With --json one id gives one object, as put takes it; more give an array. Of several one that can't be read is told and left
+  // out.
   ExitStatus Run() const
   {
-    std::vector<BYTE> const bytes = StoredRecords(GetNames()).Load(id);
-    if (json) {
-      writeJson(id, bytes, Print);
-    } else {
-      PrintShown(fmt::format("record {}, {}\n", id, Counted(bytes.size(), "byte")));
-      WriteRecordTree(bytes, Print);
+    StoredRecords const records(GetNames());
+    auto const & all = records.GetIDs();
+    auto const has = [&](int id) { return std::ranges::binary_search(all, id); };
+    std::vector<int> const picked = ids.Pick(records.GetRecordsName(), has, "see zp store list");
+    if (ids.IsSingle()) {
+      Show(picked.front(), records.Load(picked.front()));
+      return exitDone;
     }
-    return exitDone;
+    bool const isWhole = ShowSeveral(records, picked);
+    return isWhole ? exitDone : exitWanting;
   }
+
+  bool ShowSeveral(StoredRecords const & records, std::vector<int> const & picked) const
+  {
+    size_t shown = 0;
+    if (json) Print("[\n");
+    for (int const id : picked) {
+      try {
+        std::vector<BYTE> const bytes = records.Load(id);
+        if (json && shown > 0) Print(",\n");
+        Show(id, bytes);
+        ++shown;
+      } catch (Failure const & failure) {
+        Tell(failure.what());
+      }
+    }
+    if (json) Print("]\n");
+    return shown == picked.size();
+  }
+
+  void Show(int id, std::vector<BYTE> const & bytes) const
+  {
+    if (json) return writeJson(id, bytes, Print);
+    PrintShown(fmt::format("record {}, {}\n", id, Counted(bytes.size(), "byte")));
+    WriteRecordTree(bytes, Print);
+  }
+
+  RecordIDs ids;
 };
 
 struct GetCommand : RecordArguments {
@@ -226,32 +269,28 @@ struct PutCommand : RecordArguments {
 struct DeleteCommand : StoreArguments {
   static constexpr char const * name = "delete";
   static constexpr char const * help = "Delete records";
-  static constexpr char const * example = "zp store delete job 7 9";
+  static constexpr char const * example = "zp store delete job 1-5,9";
 
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("IDS", ids, "Record ids")->required()->check(CLI::Range(0, zp::maxRecordID));
+    ids.AddOption(command);
   }
 
   // Everything named must be there before anything is deleted.
   ExitStatus Run() const
   {
-    std::set<int> const each(ids.begin(), ids.end());
     StoreNames const names = GetNames();
     InterruptGuard const guard;
     StoreWriter writer(names, StoreAccess::Change);
-    for (int const id : each) {
-      if (writer.Has(id)) continue;
-      throw Failure(fmt::format("{}: there is no record {}; nothing was deleted, see zp store list", names.index, id));
-    }
-    auto next = each.begin();
-    bool const isWhole = ForEachStep("deleting", each.size(), [&](size_t) { writer.Delete(*next++); });
+    auto const has = [&](int id) { return writer.Has(id); };
+    std::vector<int> const picked = ids.Pick(names.index, has, "nothing was deleted, see zp store list");
+    bool const isWhole = ForEachStep("deleting", picked.size(), [&](size_t i) { writer.Delete(picked[i]); });
     writer.Close();
     return isWhole ? exitDone : exitInterrupted;
   }
 
-  std::vector<int> ids;
+  RecordIDs ids;
 };
 
 }  // namespace

@@ -84,7 +84,7 @@ std::vector<BYTE> StoredRecords::LoadFrom(RecordWindow & window, int id) const
   auto const found = std::lower_bound(m_Blocks.begin(), m_Blocks.end(), id,
                                       [](zp::RecordBlock const & block, int wanted) { return block.id < wanted; });
   if (found == m_Blocks.end() || found->id != id) {
-    throw Failure(fmt::format("{}: there is no record {}; see zp store list", m_bByIndex ? names.index : names.record, id));
+    throw Failure(fmt::format("{}: there is no record {}; see zp store list", GetRecordsName(), id));
   }
   zp::RecordBlock const & wanted = *found;
   constexpr size_t headerBytes = zp::BlockHeader::byteCount;

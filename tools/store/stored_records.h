@@ -23,6 +23,9 @@ class StoredRecords {
 
   StoreNames const & GetNames() const { return m_Store.GetNames(); }
 
+  // The file that tells which records there are.
+  std::string const & GetRecordsName() const { return m_bByIndex ? GetNames().index : GetNames().record; }
+
   // Whether the index had to be done without because it is damaged or lost.
   bool IsIndexLost() const { return m_bIndexLost; }
 

@@ -1,0 +1,60 @@
+// zp store over several stores: check, list, compact.
+
+#include <nlohmann/json.hpp>
+
+#include "tests/tools/store_fixture.h"
+
+namespace {
+
+// Three stores, of which the second is damaged and the third isn't there.
+class ManyStores : public StoreTool {
+ protected:
+  ManyStores()
+  {
+    Store({{1, "ab"}}, "b");
+    Patch("b.SR", 2, FromHex("01 00"));
+    StoreFour();
+  }
+};
+
+TEST_F(ManyStores, CheckNamesTheStoreInEachLineAndEndsWithTheWorstStatus)
+{
+  ProgramRun const run = Zp("check a b none a");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out,
+            "a: 3 records, 1 free block, 36 bytes: sound\n"
+            "b: b.SR\n"
+            "b:   at         0  record 1: the index has 2 bytes, the block 1\n"
+            "b: 1 record, 0 free blocks, 8 bytes: 1 fault\n"
+            "a: 3 records, 1 free block, 36 bytes: sound\n");
+  EXPECT_EQ(run.err, "zp: none.SR: there is no such record file; check the name\n");
+  m_Folder.Write("plain", "");
+  EXPECT_EQ(Zp("check plain b a").status, 2);
+  EXPECT_EQ(Zp("check a a.SI").status, 0);
+}
+
+TEST_F(ManyStores, JsonIsAnArrayOfWhatEachGives)
+{
+  auto const json = nlohmann::json::parse(Zp("list a none b --json").out);
+  EXPECT_EQ(json[0]["result"], nlohmann::json::parse(Zp("list a --json").out));
+  EXPECT_EQ(json[0]["store"], "a");
+  EXPECT_EQ(json[0]["status"], 0);
+  EXPECT_EQ(json[1], (nlohmann::json{
+                         {"store", "none"}, {"error", "none.SR: there is no such record file; check the name"}, {"status", 1}}));
+  EXPECT_EQ(json[2]["status"], 1);  // its record can't be read
+  auto const one = nlohmann::json::parse(Zp("check b --json").out);
+  EXPECT_EQ(nlohmann::json::parse(Zp("check none b --json").out)[1]["result"], one);
+  EXPECT_EQ(nlohmann::json::parse(Zp("check none none --json").out).size(), 2U);
+}
+
+TEST_F(ManyStores, CompactGoesOnBehindAStoreThatItRefuses)
+{
+  std::string const damaged = m_Folder.Read("b.SR");
+  ProgramRun const run = Zp("compact b a");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "a: a.SR: 26 bytes instead of 36, 27.8% won\n");
+  EXPECT_EQ(run.err.find("zp: b.SR: record 1: the index has 2 bytes, the block 1; nothing was changed"), 0U) << run.err;
+  EXPECT_EQ(m_Folder.Read("b.SR"), damaged);
+}
+
+}  // namespace
