@@ -1,4 +1,4 @@
-// zp store over several stores: check, list, compact.
+// zp store over several stores: check, list, compact and find.
 
 #include <nlohmann/json.hpp>
 
@@ -55,6 +55,43 @@ TEST_F(ManyStores, CompactGoesOnBehindAStoreThatItRefuses)
   EXPECT_EQ(run.out, "a: a.SR: 26 bytes instead of 36, 27.8% won\n");
   EXPECT_EQ(run.err.find("zp: b.SR: record 1: the index has 2 bytes, the block 1; nothing was changed"), 0U) << run.err;
   EXPECT_EQ(m_Folder.Read("b.SR"), damaged);
+}
+
+TEST_F(StoreTool, FindsComponentsByNameFormulaAndCasNumber)
+{
+  Zp("import one -", "id,name,formula,cas\n4,Water,H2O,7732-18-5\n5,Heavy water,D2O,7789-20-0\n6,\xC3\x84thanol,C2H6O,64-17-5\n");
+  Zp("import two -", "id,name,formula,cas\n9,Carbon monoxide,CO,630-08-0\n10,Cobalt,Co,\n");
+  Zp("put two 11", "water, but no component");
+  struct {
+    char const * arguments;
+    char const * ids;
+  } const rows[] = {
+      {"WATER one two", "one 4 one 5 "},
+      {"h2o one two", "one 4 "},
+      {"7732-18-5 one", "one 4 "},
+      {"7732 one two", ""},
+      {"co one two", "two 9 two 10 "},
+      {"co two --by name", "two 10 "},
+      {"\xC3\xA4thAN one", "one 6 "},
+      {"co two --by formula", "two 9 two 10 "},
+      {"9 two", ""},
+  };
+  for (auto const & row : rows) {
+    ProgramRun const run = Zp(std::string("find --json ") + row.arguments);
+    std::string ids;
+    for (auto const & each : nlohmann::json::parse(run.out)) {
+      ids += each["store"].get<std::string>() + " " + std::to_string(each["id"].get<int>()) + " ";
+    }
+    EXPECT_EQ(ids, row.ids) << row.arguments << run.err;
+    EXPECT_EQ(run.status, ids.empty() ? 1 : 0) << row.arguments;
+  }
+  EXPECT_EQ(Zp("find wat one two").out,
+            "STORE     ID  NAME         FORMULA  CAS\n"
+            "one        4  Water        H2O      7732-18-5\n"
+            "one        5  Heavy water  D2O      7789-20-0\n"
+            "2 components\n");
+  EXPECT_EQ(Zp("find thanol none one").status, 1);
+  EXPECT_EQ(Zp("find thanol none one --skip").status, 0);
 }
 
 }  // namespace

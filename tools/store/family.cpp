@@ -15,6 +15,7 @@ void AddStoreCommands(CLI::App & app, int & status)
   family->require_subcommand(1);
   AddTransferCommands(*family, status);
   AddRecordCommands(*family, status);
+  AddFindCommand(*family, status);
   AddCheckCommand(*family, status);
   AddCompactCommand(*family, status);
   AddRecoverCommand(*family, status);
