@@ -1,4 +1,4 @@
-// zp store over several stores: check, list, compact and find.
+// zp store over several stores: check, list, compact, find and diff.
 
 #include <nlohmann/json.hpp>
 
@@ -92,6 +92,37 @@ TEST_F(StoreTool, FindsComponentsByNameFormulaAndCasNumber)
             "2 components\n");
   EXPECT_EQ(Zp("find thanol none one").status, 1);
   EXPECT_EQ(Zp("find thanol none one --skip").status, 0);
+}
+
+TEST_F(StoreTool, DiffTellsRecordByRecordAndValueByValue)
+{
+  Zp("import old -", "id,name,tc_K,sigma_eq,sigma_A,antoine_A\n1,Water,647.25,106,0.25,23\n2,Same,1,,,\n3,Gone,2,,,\n");
+  Zp("import new -", "id,name,tc_K,sigma_eq,sigma_A,antoine_B\n1,Water,647.5,106,0.5,3816\n2,Same,1,,,\n4,New,3,,,\n");
+  Zp("put old 7", "some bytes");
+  Zp("put new 7", "some more bytes");
+  ProgramRun const run = Zp("diff old new");
+  EXPECT_EQ(run.out,
+            "record 1: changed: GPDataArray, 92 bytes, Water\n"
+            "  tc_K                  647.25 -> 647.5 K\n"
+            "  antoine_A             23 -> 0\n"
+            "  antoine_B             - -> 3816\n"
+            "  sigma_A               0.25 -> 0.5\n"
+            "record 3: removed: GPDataArray, 50 bytes, Gone\n"
+            "record 4: added: GPDataArray, 49 bytes, New\n"
+            "record 7: changed: raw bytes, 10 bytes -> raw bytes, 15 bytes; differs from byte 5 on\n"
+            "1 added, 1 removed, 2 changed, 1 the same\n");
+  EXPECT_EQ(run.status, 1);
+  auto const json = nlohmann::json::parse(Zp("diff old new --json").out);
+  EXPECT_EQ(json["changed"][0]["values"][2], (nlohmann::json{{"column", "antoine_B"}, {"old", nullptr}, {"new", 3816}}));
+  EXPECT_EQ(json["changed"][1]["first_byte"], 5);
+  EXPECT_EQ(json["removed"][0],
+            nlohmann::json::parse(R"({"id":3,"old":{"bytes":50,"class":"GPDataArray","text":"Gone"},"new":null})"));
+  EXPECT_EQ(Zp("diff old old.SR").out, "0 added, 0 removed, 0 changed, 4 the same\n");
+  EXPECT_EQ(Zp("diff old old").status, 0);
+  Patch("new.SR", 2, FromHex("05 00"));  // record 1 can't be read any more
+  ProgramRun const unread = Zp("diff new new");
+  EXPECT_EQ(unread.status, 1);
+  EXPECT_NE(unread.err.find("zp: 1 record can't be compared\n"), std::string::npos) << unread.err;
 }
 
 }  // namespace

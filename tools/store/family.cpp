@@ -16,6 +16,7 @@ void AddStoreCommands(CLI::App & app, int & status)
   AddTransferCommands(*family, status);
   AddRecordCommands(*family, status);
   AddFindCommand(*family, status);
+  AddDiffCommand(*family, status);
   AddCheckCommand(*family, status);
   AddCompactCommand(*family, status);
   AddRecoverCommand(*family, status);

@@ -20,6 +20,7 @@ void AddTransferCommands(CLI::App & family, int & status);  // import, export
 void AddRecordCommands(CLI::App & family, int & status);    // list, show, get, put, delete
 void AddCheckCommand(CLI::App & family, int & status);
 void AddFindCommand(CLI::App & family, int & status);
+void AddDiffCommand(CLI::App & family, int & status);
 void AddCompactCommand(CLI::App & family, int & status);
 void AddRecoverCommand(CLI::App & family, int & status);
 void AddMapCommand(CLI::App & family, int & status);
