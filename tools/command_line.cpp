@@ -18,7 +18,8 @@ namespace {
 using AddFamily = void (*)(CLI::App & app, int & status);
 
 constexpr AddFamily familyTable[] = {
-    AddStoreCommands, AddSettingsCommands, AddTextCommands, AddDrawingCommands, AddViewCommands, AddSheetCommands,
+    AddStoreCommands, AddSettingsCommands, AddTextCommands,   AddDrawingCommands,
+    AddViewCommands,  AddSheetCommands,    AddInspectCommand,
 };
 
 int fail(std::string const & line, int status)

@@ -40,6 +40,7 @@ void AddTextCommands(CLI::App & app, int & status);
 void AddDrawingCommands(CLI::App & app, int & status);
 void AddViewCommands(CLI::App & app, int & status);
 void AddSheetCommands(CLI::App & app, int & status);
+void AddInspectCommand(CLI::App & app, int & status);
 
 // All of them, with the program's name and version.
 void AddCommands(CLI::App & app, int & status);

@@ -9,10 +9,10 @@
 #include <zpbase/platform/ascii.h>
 #include <zpbase/platform/bytes.h>
 #include <zpbase/platform/encoding.h>
-#include <zpbase/platform/windows.h>
 #include <zpbase/store.h>
 
 #include "tools/program.h"
+#include "tools/records/message_catcher.h"
 
 namespace {
 
@@ -27,30 +27,6 @@ bool isNameCharacter(char c)
 {
   return zp::IsLetter(c) || zp::IsDigit(c) || c == '_' || c == ':';
 }
-
-// Takes the messages with which containers of numbers tell that their bytes are damaged.
-class MessageCatcher : public CUserInterface {
- public:
-  MessageCatcher() : m_pFormer(SetUserInterface(this)) {}
-  ~MessageCatcher() override { SetUserInterface(m_pFormer); }
-  MessageCatcher(MessageCatcher const &) = delete;
-  MessageCatcher & operator=(MessageCatcher const &) = delete;
-
-  int ShowMessage(CString const & text, UINT, UINT) override
-  {
-    m_strMessage = zp::TextToUtf8(text.View());
-    return IDOK;
-  }
-  int RunDialog(CDialog &) override { return IDCANCEL; }
-  void Beep(UINT) override {}
-  void SetWaitCursor(int) override {}
-
-  std::string const & GetMessage() const { return m_strMessage; }
-
- private:
-  CUserInterface * m_pFormer;
-  std::string m_strMessage;
-};
 
 // Reads the one object of the archive. The result is the count of bytes it took.
 size_t readObject(std::span<BYTE const> bytes, std::unique_ptr<CObject> & object)

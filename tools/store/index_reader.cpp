@@ -61,13 +61,19 @@ class IndexReader {
   {
     index.header.reset(m_Archive.ReadOwnedObject(nullptr));
     index.isHeaderRead = true;
-    m_nPart = 1;
-    m_nPartStart = GetOffset();
+    EndPart(index);
     ReadRecords(index);
-    m_nPart = 2;
-    m_nPartStart = GetOffset();
+    EndPart(index);
     ReadFree(index);
+    index.partEnds.push_back(GetOffset());
     index.state = StoreIndex::Sound;
+  }
+
+  void EndPart(StoreIndex & index)
+  {
+    ++m_nPart;
+    m_nPartStart = GetOffset();
+    index.partEnds.push_back(m_nPartStart);
   }
 
   void ReadRecords(StoreIndex & index)

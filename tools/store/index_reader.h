@@ -26,9 +26,10 @@ struct StoreIndex {
   enum State { Missing, Sound, UnknownClass, Damaged };
 
   State state = Missing;
-  unsigned long long problemOffset = 0;  // its offset
-  std::string problem;                   // one sentence with the offset in the index file
-  bool isHeaderRead = false;             // whether header is what the file holds
+  unsigned long long problemOffset = 0;      // its offset
+  std::string problem;                       // one sentence with the offset in the index file
+  std::vector<unsigned long long> partEnds;  // of the header object, the table of records and the list of free blocks, as read
+  bool isHeaderRead = false;                 // whether header is what the file holds
   std::unique_ptr<CObject> header;
   std::vector<LiveEntry> live;  // in the file's order, as far as it could be read
   std::vector<FreeEntry> free;

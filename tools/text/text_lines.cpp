@@ -129,8 +129,10 @@ std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
   isEmpty = bytes.empty();
   size_t const lone = CountLoneLineFeeds(bytes);
   if (lone != 0) {
-    Tell(fmt::format("{}: {} in LF alone where ParseFile expects CR LF; a copy that has both was read", name,
-                     lone == 1 ? "1 line ends" : fmt::format("{} lines end", lone)));
+    if (options.tellsLineEnds) {
+      Tell(fmt::format("{}: {} in LF alone where ParseFile expects CR LF; a copy that has both was read", name,
+                       lone == 1 ? "1 line ends" : fmt::format("{} lines end", lone)));
+    }
     std::string const complete = WithLineEnds(bytes, lone);
     content.reset();
     return ParseCopy(complete, name);

@@ -20,6 +20,7 @@ struct TextOptions {
   std::string comment;
   bool decimalComma = false;
   bool json = false;
+  bool tellsLineEnds = true;
 
   std::string Name() const { return ShownName(file); }  // for messages
 };

@@ -1,0 +1,102 @@
+// zp inspect: what files are.
+
+#include "tools/commands.h"
+
+#include <memory>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "tools/host_file.h"
+#include "tools/inspect/folder_walk.h"
+#include "tools/inspect/inspection.h"
+#include "tools/json_output.h"
+#include "tools/program.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+void printParts(Inspection const & found)
+{
+  if (found.parts.empty()) return;
+  PrintShown(fmt::format("  {:>10}  {:>10}  {}\n", "OFFSET", "LENGTH", "WHAT"));
+  for (FilePart const & part : found.parts)
+    PrintShown(fmt::format("  {:>10}  {:>10}  {}\n", part.offset, part.length, part.what));
+  PrintShown(fmt::format("  {:>10}  {:>10}  {}\n", "", found.GetEnd(), "in all"));
+}
+
+void print(Inspection const & found)
+{
+  PrintShown(fmt::format("{}: {}{}{}, {}\n", found.file, found.kind, found.version.empty() ? "" : ", ", found.version,
+                         Counted(found.bytes, "byte")));
+  for (std::string const & each : found.holds) PrintShown("  holds   " + each + "\n");
+  for (std::string const & each : found.isNot) PrintShown("  it is   " + each + "\n");
+  for (std::string const & each : found.faults) PrintShown("  broken  " + each + "\n");
+  if (found.faultCount > found.faults.size())
+    PrintShown(fmt::format("  broken  and {} more\n", found.faultCount - found.faults.size()));
+  for (std::string const & each : found.next) PrintShown("  next    " + each + "\n");
+  printParts(found);
+}
+
+Json jsonOf(Inspection const & found, bool withParts)
+{
+  Json json = {{"file", found.file},   {"kind", found.kind},    {"version", found.version}, {"bytes", found.bytes},
+               {"holds", found.holds}, {"is_not", found.isNot}, {"faults", found.faults},   {"fault_count", found.faultCount},
+               {"next", found.next}};
+  if (!withParts) return json;
+  json["parts"] = Json::array();
+  for (FilePart const & part : found.parts) {
+    json["parts"].push_back({{"offset", part.offset}, {"length", part.length}, {"what", part.what}});
+  }
+  return json;
+}
+
+struct InspectCommand {
+  void AddOptions(CLI::App & command)
+  {
+    command.add_option("FILE", files, "Any files; with -r folders too")->required();
+    command.add_flag("--bytes", bytes, "Account for all bytes: offset, length and what each part is");
+    command.add_flag("-r,--recursive", recursive, "Look at all files below the folders");
+    command.add_flag("--json", json, "Print JSON");
+    AddExample(command, "zp inspect job.SR WARNINGS");
+  }
+
+  ExitStatus Run() const
+  {
+    bool isSound = true;
+    size_t count = 0;
+    auto const look = [&](std::string const & name) {
+      Inspection const found = InspectFile(name, bytes);
+      isSound &= found.faultCount == 0;
+      if (json)
+        Print((count++ == 0 ? "[\n" : ",\n") + DumpJson(jsonOf(found, bytes), 2));
+      else
+        print(found);
+    };
+    FolderWalk walk(look);
+    for (std::string const & file : files) {
+      if (recursive)
+        walk.Walk(file);
+      else
+        look(file);
+    }
+    if (json) Print(count == 0 ? "[]\n" : "\n]\n");
+    return isSound && walk.GetUnread() == 0 ? exitDone : exitWanting;
+  }
+
+  std::vector<std::string> files;
+  bool bytes = false;
+  bool recursive = false;
+  bool json = false;
+};
+
+}  // namespace
+
+void AddInspectCommand(CLI::App & app, int & status)
+{
+  CLI::App * const command = app.add_subcommand("inspect", "Tell of any files what they are, what they hold and what is broken");
+  auto const inspect = std::make_shared<InspectCommand>();
+  inspect->AddOptions(*command);
+  command->callback([inspect, &status] { status = inspect->Run(); });
+}
