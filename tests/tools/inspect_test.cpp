@@ -141,6 +141,8 @@ TEST_F(InspectTool, TellsEachKindAndAccountsForAllBytes)
   EXPECT_EQ(Look("numbers")["parts"], nlohmann::json::parse(R"([{"offset":0,"length":4,"what":"lines 1 to 1: not numeric"},
       {"offset":4,"length":13,"what":"lines 2 to 5: numbers"},{"offset":17,"length":4,"what":"lines 6 to 6: not numeric"}])"));
   EXPECT_EQ(Look("object")["parts"][2]["what"], "element 1: GPf 12, critical temperature");
+  EXPECT_EQ(Look("archive")["parts"][0],
+            nlohmann::json::parse(R"({"offset":0,"length":17,"what":"class GPDataArray, schema and tag"})"));
 }
 
 TEST_F(InspectTool, AnyDamageEndsInAnExitStatusWithAllBytesTold)
