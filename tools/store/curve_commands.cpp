@@ -3,6 +3,7 @@
 #include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -15,6 +16,7 @@
 #include "tools/pictures/picture.h"
 #include "tools/records/object_json.h"
 #include "tools/records/payload.h"
+#include "tools/store/record_ids.h"
 #include "tools/store/stored_records.h"
 
 namespace {
@@ -156,13 +158,13 @@ struct EvalCommand : StoreArguments {
 struct PlotCommand : StoreArguments {
   static constexpr char const * name = "plot";
   static constexpr char const * help = "Draw components' correlations over temperature";
-  static constexpr char const * example = "zp store plot job 12 23 --property p_vap --png p_vap.png";
+  static constexpr char const * example = "zp store plot job 12-14,23 --property p_vap --png p_vap.png";
 
   void AddOptions(CLI::App & command)
   {
     command.add_option("STORE", store, "Index file, record file, or the stem of both")->required();
     command.add_option("--record", record, "Record file, when its name doesn't follow from the index file's");
-    command.add_option("IDS", ids, "Record ids of components")->required()->check(CLI::Range(0, zp::maxRecordID));
+    ids.AddOption(command);
     command
         .add_option("--property", properties, "What is drawn, as its columns begin, such as p_vap; all that they have without it")
         ->allow_extra_args(false);
@@ -206,15 +208,32 @@ struct PlotCommand : StoreArguments {
                   exitUsage);
   }
 
+  struct Member {
+    int id;
+    std::string subject;  // what messages call it
+    std::unique_ptr<CObject> object;
+  };
+
+  std::vector<Member> readMembers(StoreNames const & names) const
+  {
+    StoredRecords const records(names);
+    auto const & all = records.GetIDs();
+    auto const has = [&](int id) { return std::ranges::binary_search(all, id); };
+    std::vector<Member> members;
+    for (int const id : ids.Pick(records.GetRecordsName(), has, "see zp store list")) {
+      std::string const subject = recordName(names, id);
+      members.push_back({id, subject, loadComponent(records, id, subject)});
+    }
+    return members;
+  }
+
   std::vector<Chart> readCharts(StoreNames const & names) const
   {
     constexpr int samples = 400;
-    StoredRecords const records(names);
-    std::vector<std::unique_ptr<CObject>> components;
-    for (int const id : ids) components.push_back(loadComponent(records, id, recordName(names, id)));
+    std::vector<Member> const members = readMembers(names);
     std::vector<Chart> charts;
     for (DataMeaning const * const property : wanted()) {
-      std::vector<Curve> const curves = readCurves(names, components, *property);
+      std::vector<Curve> const curves = readCurves(members, *property);
       if (!curves.empty()) charts.push_back(MakeChart(curves, shown(curves), samples));
     }
     if (!charts.empty()) return charts;
@@ -222,18 +241,16 @@ struct PlotCommand : StoreArguments {
   }
 
   // A curve that was asked for by name and that a component doesn't have is told; of all curves those are drawn that can be.
-  std::vector<Curve> readCurves(StoreNames const & names, std::vector<std::unique_ptr<CObject>> const & components,
-                                DataMeaning const & property) const
+  std::vector<Curve> readCurves(std::vector<Member> const & members, DataMeaning const & property) const
   {
     std::vector<Curve> curves;
-    for (size_t i = 0; i < ids.size(); ++i) {
-      auto const & component = static_cast<GPDataArray const &>(*components[i]);
-      std::string const subject = recordName(names, ids[i]);
+    for (Member const & member : members) {
+      auto const & component = static_cast<GPDataArray const &>(*member.object);
       try {
-        if (auto curve = FindCurve(component, ids[i], property, subject))
+        if (auto curve = FindCurve(component, member.id, property, member.subject))
           curves.push_back(std::move(*curve));
         else if (!properties.empty())
-          throw Failure(fmt::format("{}: has no {}; it has {}", subject, property.column, knownCurves(component)));
+          throw Failure(fmt::format("{}: has no {}; it has {}", member.subject, property.column, knownCurves(component)));
       } catch (Failure const & failure) {
         if (!properties.empty()) throw;
         Tell(fmt::format("{}; left out", failure.what()));
@@ -261,7 +278,7 @@ struct PlotCommand : StoreArguments {
     for (size_t i = 0; i < charts.size(); ++i) PrintShown((i > 0 ? "\n" : "") + ChartInCharacters(charts[i], columns, rows));
   }
 
-  std::vector<int> ids;
+  RecordIDs ids;
   std::vector<std::string> properties;
   double from = 0;
   double to = 0;
