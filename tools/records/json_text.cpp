@@ -1,4 +1,4 @@
-// Values as JSON text, and its layout in lines.
+// Values as JSON text, with or without lines.
 
 #include "tools/records/json_text.h"
 
@@ -9,12 +9,11 @@
 #include <cstdint>
 
 #include <fmt/format.h>
+#include <zpbase/platform/bytes.h>
 
 #include "tools/shown_text.h"
 
 namespace {
-
-constexpr size_t pieceBytes = 0x10000;
 
 // How many bytes may stand in a JSON text as they are.
 size_t plainBytes(std::string_view utf8)
@@ -35,111 +34,137 @@ size_t plainBytes(std::string_view utf8)
 }
 
 // From the shortest digits and the exponent of ten: plain from 1e-4 to below 1e15 and with a point, else with the exponent.
-void appendPlain(std::string & text, std::string_view digits, int exponent)
+char * putPlain(char * out, std::string_view digits, int exponent)
 {
   if (exponent < 0) {
-    text += "0.";
-    text.append(static_cast<size_t>(-exponent - 1), '0');
-    text += digits;
-    return;
+    out = std::copy_n("0.0000", 1 - exponent, out);
+    return std::copy(digits.begin(), digits.end(), out);
   }
   size_t const whole = static_cast<size_t>(exponent) + 1;
-  text += digits.substr(0, whole);
-  if (digits.size() < whole) text.append(whole - digits.size(), '0');
-  text += '.';
-  text += digits.size() > whole ? digits.substr(whole) : "0";
+  size_t const shown = std::min(whole, digits.size());
+  out = std::copy_n(digits.begin(), shown, out);
+  out = std::fill_n(out, whole - shown, '0');
+  *out++ = '.';
+  if (shown == digits.size()) *out++ = '0';
+  return std::copy(digits.begin() + shown, digits.end(), out);
 }
 
+constexpr size_t mostRealBytes = 40;
+
 template <class Real>
-void appendReal(std::string & text, Real number)
+char * putReal(char * out, Real number)
 {
   constexpr int lowestPlain = -4;
   constexpr int highestPlain = 15;
-  char shortest[40];
+  char shortest[mostRealBytes];
   char const * const end = std::to_chars(shortest, shortest + sizeof shortest, number, std::chars_format::scientific).ptr;
   char * const mark = std::find(shortest, shortest + sizeof shortest, 'e');
   int exponent = 0;
   std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, exponent);
-  if (exponent < lowestPlain || exponent >= highestPlain) {
-    text.append(shortest, static_cast<size_t>(end - shortest));
-    return;
-  }
+  if (exponent < lowestPlain || exponent >= highestPlain) return std::copy<char const *>(shortest, end, out);
   char * first = shortest;
-  if (*first == '-') text += *first++;
+  if (*first == '-') *out++ = *first++;
   if (first[1] == '.') {
     first[1] = first[0];
     ++first;
   }
-  appendPlain(text, {first, static_cast<size_t>(mark - first)}, exponent);
+  return putPlain(out, {first, static_cast<size_t>(mark - first)}, exponent);
+}
+
+// The text behind its first quote; plain characters are copied in runs.
+void appendQuoted(std::string & json, std::string_view utf8)
+{
+  while (!utf8.empty()) {
+    size_t const plain = plainBytes(utf8);
+    json += utf8.substr(0, plain);
+    utf8.remove_prefix(plain);
+    if (utf8.empty()) break;
+    size_t const control = ControlBytes(utf8);
+    if (control > 0) {
+      AppendJsonControl(json, utf8.substr(0, control));
+    } else {
+      json += '\\';
+      json += utf8.front();
+    }
+    utf8.remove_prefix(std::max<size_t>(control, 1));
+  }
+  json += '"';
 }
 
 }  // namespace
 
-void JsonText::Separate()
+// Where count characters of a value or of a key go, behind what stands between it and the former one.
+char * JsonText::Room(size_t count)
 {
-  if (m_bComma) m_Text += ',';
-  m_bComma = true;
+  bool const isNext = m_Place == Place::Value;
+  bool const isLine = m_nStep != noLines && m_Place != Place::Key;
+  size_t const before = m_Text.size();
+  size_t const blanks = isLine ? m_nLevel * static_cast<size_t>(m_nStep) : 0;
+  m_Text.append((isNext ? 1U : 0U) + (isLine ? 1U : 0U) + blanks + count, ' ');
+  char * at = &m_Text[before];
+  if (isNext) *at++ = ',';
+  if (isLine) *at++ = '\n';
+  m_Place = Place::Value;
+  return at + blanks;
 }
 
-void JsonText::Begin(char bracket)
+JsonText & JsonText::Begin(char bracket)
 {
-  Separate();
-  m_Text += bracket;
-  m_bComma = false;
+  *Room(1) = bracket;
+  ++m_nLevel;
+  m_Place = Place::Opened;
+  return *this;
 }
 
 void JsonText::End(char bracket)
 {
+  --m_nLevel;
+  if (m_Place == Place::Value && m_nStep != noLines) {
+    m_Text += '\n';
+    m_Text.append(m_nLevel * static_cast<size_t>(m_nStep), ' ');
+  }
   m_Text += bracket;
-  m_bComma = true;
+  m_Place = Place::Value;
 }
 
 JsonText & JsonText::Key(std::string_view name)
 {
-  Separate();
-  m_Text += '"';
-  m_Text += name;
-  m_Text += "\":";
-  m_bComma = false;
+  constexpr size_t marks = 3;
+  char * at = Room(name.size() + marks + (m_nStep != noLines ? 1U : 0U));
+  *at++ = '"';
+  at = std::copy(name.begin(), name.end(), at);
+  *at++ = '"';
+  *at = ':';
+  m_Place = Place::Key;
   return *this;
 }
 
-void JsonText::Value(std::string_view json)
+void JsonText::Put(std::string_view value)
 {
-  Separate();
-  m_Text += json;
+  std::copy(value.begin(), value.end(), Room(value.size()));
+}
+
+void JsonText::Null()
+{
+  Put("null");
 }
 
 void JsonText::Whole(long long number)
 {
   char text[24];
-  Value({text, static_cast<size_t>(std::to_chars(text, text + sizeof text, number).ptr - text)});
+  Put({text, static_cast<size_t>(std::to_chars(text, text + sizeof text, number).ptr - text)});
 }
 
 void JsonText::Text(std::string_view utf8)
 {
-  Separate();
-  Quote(utf8);
+  *Room(1) = '"';
+  appendQuoted(m_Text, utf8);
 }
 
-// Plain characters are copied in runs.
-void JsonText::Quote(std::string_view utf8)
+void JsonText::Hex(std::string_view bytes)
 {
-  m_Text += '"';
-  while (!utf8.empty()) {
-    size_t const plain = plainBytes(utf8);
-    m_Text += utf8.substr(0, plain);
-    utf8.remove_prefix(plain);
-    if (utf8.empty()) break;
-    size_t const control = ControlBytes(utf8);
-    if (control > 0) {
-      AppendJsonControl(m_Text, utf8.substr(0, control));
-    } else {
-      m_Text += '\\';
-      m_Text += utf8.front();
-    }
-    utf8.remove_prefix(std::max<size_t>(control, 1));
-  }
+  *Room(1) = '"';
+  zp::AppendHex(m_Text, bytes);
   m_Text += '"';
 }
 
@@ -147,8 +172,8 @@ template <class Number>
 void JsonText::PutReal(Number number)
 {
   if (std::isfinite(number)) {
-    Separate();
-    appendReal(m_Text, number);
+    char text[mostRealBytes];
+    Put({text, static_cast<size_t>(putReal(text, number) - text)});
   } else if (!std::isnan(number)) {
     Text(number > 0 ? "inf" : "-inf");
   } else if constexpr (sizeof number == sizeof(uint32_t)) {
@@ -166,52 +191,4 @@ void JsonText::Real(float number)
 void JsonText::Real(double number)
 {
   PutReal(number);
-}
-
-void JsonIndenter::NewLine()
-{
-  m_Out += '\n';
-  m_Out.append(m_nLevel * m_nStep, ' ');
-  if (m_Out.size() < pieceBytes) return;
-  m_pfnPass(m_Out);
-  m_Out.clear();
-}
-
-// Up to the quote that ends the text, or the piece's end: what comes behind it.
-size_t JsonIndenter::CopyText(std::string_view json, size_t at)
-{
-  size_t end = at;
-  for (; end < json.size() && m_bInText; ++end) {
-    m_bInText = m_bEscaped || json[end] != '"';
-    m_bEscaped = !m_bEscaped && json[end] == '\\';
-  }
-  m_Out += json.substr(at, end - at);
-  return end;
-}
-
-void JsonIndenter::Write(std::string_view json)
-{
-  for (size_t i = 0; i < json.size();) {
-    if (m_bInText) {
-      i = CopyText(json, i);
-      continue;
-    }
-    char const c = json[i++];
-    bool const ends = c == '}' || c == ']';
-    if (ends) --m_nLevel;
-    if (m_bOpened != ends) NewLine();
-    m_bOpened = c == '{' || c == '[';
-    m_Out += c;
-    if (m_bOpened) ++m_nLevel;
-    if (c == ':') m_Out += ' ';
-    if (c == ',') NewLine();
-    m_bInText = c == '"';
-  }
-}
-
-void JsonIndenter::Finish()
-{
-  m_Out += '\n';
-  m_pfnPass(m_Out);
-  m_Out.clear();
 }

@@ -12,6 +12,7 @@
 
 #include "tools/program.h"
 #include "tools/records/data_ids.h"
+#include "tools/records/json_again.h"
 #include "tools/records/json_values.h"
 #include "tools/records/number_forms.h"
 #include "tools/records/payload.h"
@@ -116,15 +117,15 @@ void writeDecoded(JsonText & json, GPv const & item)
   json.EndObject();
 }
 
-std::span<BYTE const> areaOf(GPv const & item)
+std::string_view areaOf(GPv const & item)
 {
-  return {item.GetArea(), static_cast<size_t>(item.GetSize())};
+  return {reinterpret_cast<char const *>(item.GetArea()), static_cast<size_t>(item.GetSize())};
 }
 
 void writeArea(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json.Key("area").Text(ToHex(areaOf(as<GPv>(object))));
+  json.Key("area").Hex(areaOf(as<GPv>(object)));
   writeDecoded(json, as<GPv>(object));
 }
 
@@ -133,7 +134,7 @@ void writePair(JsonText & json, CObject const & object)
   auto const & pair = as<GPbip>(object);
   writeDataID(json, object);
   json.Key("second_id").Whole(pair.GetSecondID());
-  json.Key("area").Text(ToHex(areaOf(pair)));
+  json.Key("area").Hex(areaOf(pair));
   if (!json.HasNotes() || pair.GetSize() == 0 || pair.GetSize() % 4 != 0) return;
   std::vector<float> values(static_cast<size_t>(pair.GetSize()) / sizeof(float));
   pair.GetFloatData(values.data(), static_cast<int>(values.size()));
@@ -234,14 +235,23 @@ constexpr ObjectForm classForms[] = {
     {GPDataList::GetThisClass, writeList<GPDataList>, readHolder<GPDataList>},
 };
 
-ObjectForm const * findForm(std::string_view name)
+using KnownForms = std::vector<std::pair<CRuntimeClass const *, ObjectForm const *>>;
+
+KnownForms makeKnownForms()
 {
+  KnownForms known;
   for (std::span<ObjectForm const> const forms : {std::span<ObjectForm const>(classForms), GetNumberForms()}) {
-    for (ObjectForm const & form : forms) {
-      if (name == form.getClass()->m_lpszClassName) return &form;
-    }
+    for (ObjectForm const & form : forms) known.emplace_back(form.getClass(), &form);
   }
-  return nullptr;
+  return known;
+}
+
+template <class Fits>
+ObjectForm const * findForm(Fits const & fits)
+{
+  static KnownForms const known = makeKnownForms();
+  auto const found = std::find_if(known.begin(), known.end(), [&](auto const & each) { return fits(each.first); });
+  return found != known.end() ? found->second : nullptr;
 }
 
 int g_nReadDepth = 0;
@@ -258,14 +268,17 @@ struct ReadLevel {
 void writeObject(JsonText & json, CObject const * object)
 {
   if (object == nullptr) return json.Null();
-  char const * const name = object->GetRuntimeClass()->m_lpszClassName;
+  CRuntimeClass const * const its = object->GetRuntimeClass();
   json.BeginObject();
-  json.Key("class").Text(name);
-  if (ObjectForm const * const form = findForm(name); form != nullptr) form->write(json, *object);
+  json.Key("class").Text(its->m_lpszClassName);
+  ObjectForm const * const form = findForm([its](CRuntimeClass const * known) { return known == its; });
+  if (form != nullptr) form->write(json, *object);
   json.EndObject();
 }
 
-std::string textOf(CObject const * object, bool withNotes)
+}  // namespace
+
+std::string ObjectToJson(CObject const * object, bool withNotes)
 {
   std::string text;
   JsonText json(text, withNotes);
@@ -273,85 +286,26 @@ std::string textOf(CObject const * object, bool withNotes)
   return text;
 }
 
-Object readAgain(CObject const * object);
-
-template <class Array>
-Object arrayAgain(CObject const & object)
-{
-  auto again = std::make_unique<Array>();
-  CObArray const & array = as<Array>(object);
-  for (int i = 0; i < array.GetSize(); ++i) again->Add(readAgain(array.GetAt(i)).release());
-  return again;
-}
-
-template <class List>
-Object listAgain(CObject const & object)
-{
-  auto again = std::make_unique<List>();
-  CObList const & list = as<List>(object);
-  for (POSITION at = list.GetHeadPosition(); at != nullptr;) again->AddTail(readAgain(list.GetNext(at)).release());
-  return again;
-}
-
-// The object as its JSON gives it back, read piece by piece: all values of a large one at once take many times its bytes.
-Object readAgain(CObject const * object)
-{
-  if (object == nullptr) return nullptr;
-  CRuntimeClass const * const record = object->GetRuntimeClass();
-  if (record == RUNTIME_CLASS(GPDataArray)) return arrayAgain<GPDataArray>(*object);
-  if (record == RUNTIME_CLASS(GPObArray)) return arrayAgain<GPObArray>(*object);
-  if (record == RUNTIME_CLASS(GPDataList)) return listAgain<GPDataList>(*object);
-  if (record == RUNTIME_CLASS(GPObList)) return listAgain<GPObList>(*object);
-  if (record != RUNTIME_CLASS(GPa)) return ObjectFromJson(Json::parse(textOf(object, false)));
-  GPa const & item = as<GPa>(*object);
-  if (item.GetArray() != nullptr && item.GetArray()->GetRuntimeClass() != RUNTIME_CLASS(GPObArray))
-    throw Failure("no such array");
-  return std::make_unique<GPa>(item.GetDataID(), static_cast<GPObArray *>(readAgain(item.GetArray()).release()));
-}
-
-// Whether its JSON gives what the bytes hold, to the bit.
-bool givesBack(CObject const & object, std::span<BYTE const> bytes)
-{
-  try {
-    constexpr size_t small = 8192;
-    Object const read = bytes.size() <= small ? ObjectFromJson(Json::parse(textOf(&object, false))) : readAgain(&object);
-    std::vector<BYTE> const again = EncodeObject(*read);
-    return std::equal(again.begin(), again.end(), bytes.begin(), bytes.end());
-  } catch (Failure const &) {
-    return false;
-  }
-}
-
-}  // namespace
-
-std::string ObjectToJson(CObject const * object)
-{
-  return textOf(object, true);
-}
-
 std::unique_ptr<CObject> ObjectFromJson(Json const & json)
 {
   ReadLevel const level;
   if (json.is_null()) return nullptr;
   std::string const name = TextMember(json, "class");
-  ObjectForm const * const form = findForm(name);
+  ObjectForm const * const form = findForm([&](CRuntimeClass const * known) { return name == known->m_lpszClassName; });
   if (form == nullptr) throw Failure(fmt::format("\"class\" is {}, which has no JSON form; give the record as \"hex\"", name));
   return form->read(json);
 }
 
-std::string RecordToJson(std::span<BYTE const> bytes, int id)
+void WriteRecord(JsonText & json, std::span<BYTE const> bytes, int id)
 {
-  std::string text;
-  JsonText json(text);
   json.BeginObject();
   if (id >= 0) json.Key("id").Whole(id);
   Payload const payload = DecodePayload(bytes);
-  if (payload.state == Payload::Object && givesBack(*payload.object, bytes))
+  if (payload.state == Payload::Object && GivesBack(*payload.object, bytes))
     writeObject(json.Key("object"), payload.object.get());
   else
-    json.Key("hex").Text(ToHex(bytes));
+    json.Key("hex").Hex({reinterpret_cast<char const *>(bytes.data()), bytes.size()});
   json.EndObject();
-  return text;
 }
 
 std::vector<BYTE> RecordFromJson(Json const & json)

@@ -19,14 +19,16 @@
 
 using Json = nlohmann::ordered_json;
 
-// The object in the shortest JSON; of a class that has no form the class alone.
-std::string ObjectToJson(CObject const * object);
+class JsonText;
+
+// The object in the shortest JSON; of a class that has no form the class alone. Notes are what only people read.
+std::string ObjectToJson(CObject const * object, bool withNotes = true);
 
 // The object told, null for null. Raises Failure with the place of what is wrong, such as items[2].value.
 std::unique_ptr<CObject> ObjectFromJson(Json const & json);
 
-// The record in the shortest JSON; without an id only what it holds.
-std::string RecordToJson(std::span<BYTE const> bytes, int id = -1);
+// The record; without an id only what it holds.
+void WriteRecord(JsonText & json, std::span<BYTE const> bytes, int id = -1);
 
 // The bytes of a record told by "object" or "hex".
 std::vector<BYTE> RecordFromJson(Json const & json);

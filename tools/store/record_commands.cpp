@@ -35,7 +35,7 @@ struct ListRow {
   std::string text;
 };
 
-ListRow rowOf(int id, std::vector<BYTE> const & bytes)
+ListRow rowOf(int id, std::span<BYTE const> bytes)
 {
   Payload const payload = DecodePayload(bytes);
   ListRow row = {id, bytes.size(), payload.className, ""};
@@ -108,10 +108,12 @@ std::vector<BYTE> readRecord(std::string const & file, bool json)
 
 void writeJson(int id, std::vector<BYTE> const & bytes, std::function<void(std::string_view)> const & pass)
 {
-  constexpr size_t step = 2;
-  JsonIndenter indenter(step, pass);
-  indenter.Write(RecordToJson(bytes, id));
-  indenter.Finish();
+  constexpr int step = 2;
+  std::string text;
+  JsonText json(text, true, step);
+  WriteRecord(json, bytes, id);
+  text += '\n';
+  pass(text);
 }
 
 struct RecordArguments : StoreArguments {
@@ -145,7 +147,7 @@ struct ListCommand : ManyStoresArguments {
     StoredRecords const records(names);
     std::vector<ListRow> rows;
     size_t const left =
-        records.ForEach("reading", [&](int id, std::vector<BYTE> const & bytes) { rows.push_back(rowOf(id, bytes)); });
+        records.ForEach("reading", [&](int id, std::span<BYTE const> bytes) { rows.push_back(rowOf(id, bytes)); });
     if (json) {
       printRowsAsJson(rows, output);
     } else {

@@ -74,19 +74,19 @@ std::string whyNot(zp::BlockHeader const & wanted, zp::BlockHeader const & found
 
 std::vector<BYTE> StoredRecords::Load(int id) const
 {
-  RecordWindow window(m_Store.GetRecordFile(), 0);
-  return LoadFrom(window, id);
-}
-
-std::vector<BYTE> StoredRecords::LoadFrom(RecordWindow & window, int id) const
-{
   StoreNames const & names = m_Store.GetNames();
   auto const found = std::lower_bound(m_Blocks.begin(), m_Blocks.end(), id,
                                       [](zp::RecordBlock const & block, int wanted) { return block.id < wanted; });
   if (found == m_Blocks.end() || found->id != id) {
     throw Failure(fmt::format("{}: there is no record {}; see zp store list", GetRecordsName(), id));
   }
-  zp::RecordBlock const & wanted = *found;
+  RecordWindow window(m_Store.GetRecordFile(), 0);
+  std::span<BYTE const> const bytes = Fetch(window, *found);
+  return {bytes.begin(), bytes.end()};
+}
+
+std::span<BYTE const> StoredRecords::Fetch(RecordWindow & window, zp::RecordBlock const & wanted) const
+{
   constexpr size_t headerBytes = zp::BlockHeader::byteCount;
   std::span<BYTE const> const bytes = window.Fetch(wanted.position, headerBytes + wanted.length);
   std::string problem;
@@ -96,19 +96,19 @@ std::vector<BYTE> StoredRecords::LoadFrom(RecordWindow & window, int id) const
     problem = fmt::format("the file ends before its {} do; look with zp store check", Counted(wanted.length, "byte"));
   else if (std::string const why = whyNot(wanted, zp::BlockHeader::Read(bytes.data())); m_bByIndex && !why.empty())
     problem = fmt::format("the index has it at {}, but {}; look with zp store check", wanted.position, why);
-  if (!problem.empty()) throw Failure(fmt::format("{}: record {}: {}", names.record, id, problem));
-  return {bytes.begin() + headerBytes, bytes.end()};
+  if (problem.empty()) return bytes.subspan(headerBytes);
+  throw Failure(fmt::format("{}: record {}: {}", m_Store.GetNames().record, wanted.id, problem));
 }
 
-size_t StoredRecords::ForEach(char const * label, std::function<void(int id, std::vector<BYTE> const & bytes)> const & use) const
+size_t StoredRecords::ForEach(char const * label, std::function<void(int id, std::span<BYTE const> bytes)> const & use) const
 {
-  Progress progress(label, m_IDs.size());
+  Progress progress(label, m_Blocks.size());
   RecordWindow window(m_Store.GetRecordFile());
   size_t done = 0;
   size_t left = 0;
-  for (int const id : m_IDs) {
+  for (zp::RecordBlock const & block : m_Blocks) {
     try {
-      use(id, LoadFrom(window, id));
+      use(block.id, Fetch(window, block));
     } catch (Failure const & failure) {
       Tell(failure.what());
       ++left;

@@ -17,9 +17,9 @@ class StoredRecords {
   // Raises Failure for bytes that aren't all there, and for a block that isn't the record which the index has in it.
   std::vector<BYTE> Load(int id) const;
 
-  // Gives use each record. One that can't be read, or for which use raises Failure, is told on standard error and left out; the
-  // result is how many.
-  size_t ForEach(char const * label, std::function<void(int id, std::vector<BYTE> const & bytes)> const & use) const;
+  // Gives use each record, its bytes for the call alone. One that can't be read, or for which use raises Failure, is told on
+  // standard error and left out; the result is how many.
+  size_t ForEach(char const * label, std::function<void(int id, std::span<BYTE const> bytes)> const & use) const;
 
   StoreNames const & GetNames() const { return m_Store.GetNames(); }
 
@@ -39,7 +39,7 @@ class StoredRecords {
 
   OpenStore m_Store;
   void Sort();
-  std::vector<BYTE> LoadFrom(RecordWindow & window, int id) const;
+  std::span<BYTE const> Fetch(RecordWindow & window, zp::RecordBlock const & wanted) const;
 
   std::vector<zp::RecordBlock> m_Blocks;  // by id
   std::vector<int> m_IDs;

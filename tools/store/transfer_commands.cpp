@@ -30,6 +30,7 @@ namespace {
 
 constexpr char const * formatName = "zp-store-records";
 constexpr int formatVersion = 1;
+constexpr size_t pieceBytes = 0x10000;  // of what is written
 
 struct Incoming {
   std::vector<std::pair<int, std::vector<BYTE>>> records;  // in ascending id
@@ -235,29 +236,38 @@ using Pass = std::function<void(std::string_view)>;
 // The result is how many records were left out.
 size_t exportJson(StoredRecords & source, Pass const & pass)
 {
-  constexpr size_t step = 1;
-  JsonIndenter indenter(step, pass);
-  indenter.Write(fmt::format(R"({{"format":"{}","version":{})", formatName, formatVersion));
+  constexpr int step = 1;
+  std::string text;
+  JsonText json(text, true, step);
+  json.BeginObject();
+  json.Key("format").Text(formatName);
+  json.Key("version").Whole(formatVersion);
   if (source.HasHeader()) {
     CObject const * const header = source.GetHeader();
-    indenter.Write(",\"header\":" + (header != nullptr ? RecordToJson(EncodeObject(*header)) : "null"));
+    json.Key("header");
+    if (header != nullptr)
+      WriteRecord(json, EncodeObject(*header));
+    else
+      json.Null();
   }
-  indenter.Write(",\"records\":[");
-  bool isFirst = true;
-  size_t const left = source.ForEach("exporting", [&](int id, std::vector<BYTE> const & bytes) {
-    if (!isFirst) indenter.Write(",");
-    isFirst = false;
-    indenter.Write(RecordToJson(bytes, id));
+  json.Key("records").BeginArray();
+  size_t const left = source.ForEach("exporting", [&](int id, std::span<BYTE const> bytes) {
+    WriteRecord(json, bytes, id);
+    if (text.size() < pieceBytes) return;
+    pass(text);
+    text.clear();
   });
-  indenter.Write("]}");
-  indenter.Finish();
+  json.EndArray();
+  json.EndObject();
+  text += '\n';
+  pass(text);
   return left;
 }
 
 // The result is how many records were left out.
 size_t fillTable(ComponentTable & table, StoredRecords const & source, StoreNames const & names)
 {
-  return source.ForEach("exporting", [&](int id, std::vector<BYTE> const & bytes) {
+  return source.ForEach("exporting", [&](int id, std::span<BYTE const> bytes) {
     if (table.Add(id, bytes)) return;
     throw Failure(fmt::format("{}: record {} is no component that a table can tell; export with --json", names.record, id));
   });
