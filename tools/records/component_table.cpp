@@ -3,8 +3,9 @@
 #include "tools/records/components.h"
 
 #include <algorithm>
-#include <charconv>
+#include <cmath>
 #include <cstring>
+#include <iterator>
 
 #include <fmt/format.h>
 #include <zpbase/data.h>
@@ -14,55 +15,54 @@
 #include "tools/records/component_columns.h"
 #include "tools/records/data_ids.h"
 #include "tools/records/payload.h"
+#include "tools/records/short_numbers.h"
 
 namespace {
 
-// Nine digits give a 32-bit number back.
-std::string numberText(float value)
+// False for a number that no table can have.
+bool putNumber(std::string & cell, float value)
 {
-  constexpr int digits = 9;
-  char text[32];
-  return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits).ptr};
+  if (!std::isfinite(value)) return false;
+  char text[nineCharacters];
+  cell.assign(text, static_cast<size_t>(PutNineDigits(text, value) - text));
+  return true;
+}
+
+void writeGroups(std::string & cell, Column const & column, std::vector<AreaNumber> const & groups)
+{
+  for (AreaNumber const & group : groups)
+    fmt::format_to(std::back_inserter(cell), "{}{}:{}", cell.empty() ? "" : " ", group.name, group.whole);
+  RequireCell(column, cell);
 }
 
 // The cells of a packed area: one for each number, but one for all groups.
-void writeArea(std::string * cell, GPv const & item, DataMeaning const & meaning)
+bool writeArea(Cells & cells, size_t column, GPv const & item, DataMeaning const & meaning)
 {
-  for (AreaNumber const & number : DecodeArea(item, meaning)) {
-    if (meaning.kind == DataKind::Groups) {
-      *cell += fmt::format("{}{}:{}", cell->empty() ? "" : " ", number.name, number.whole);
-    } else {
-      *cell++ = number.isReal ? numberText(number.real) : std::to_string(number.whole);
-    }
+  std::vector<AreaNumber> const numbers = DecodeArea(item, meaning);
+  if (meaning.kind == DataKind::Groups) {
+    writeGroups(cells[column], AllColumns()[column], numbers);
+    return true;
   }
+  for (AreaNumber const & number : numbers) {
+    std::string & cell = cells[column++];
+    if (!number.isReal)
+      cell = std::to_string(number.whole);
+    else if (!putNumber(cell, number.real))
+      return false;
+  }
+  return true;
 }
 
 bool writeItem(Cells & cells, GPData const & item)
 {
   DataMeaning const * const meaning = FindDataMeaning(item.GetDataID());
   if (meaning == nullptr) return false;
-  std::string * cell = &cells[FirstColumnOf(*meaning)];
-  if (item.GetRuntimeClass() == RUNTIME_CLASS(GPs)) {
-    *cell = zp::TextToUtf8(static_cast<GPs const &>(item).GetValue().View());
-  } else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPf)) {
-    *cell = numberText(static_cast<GPf const &>(item).GetValue());
-  } else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPv)) {
-    writeArea(cell, static_cast<GPv const &>(item), *meaning);
-  }
+  size_t const column = FirstColumnOf(*meaning);
+  CRuntimeClass const * const its = item.GetRuntimeClass();
+  if (its == RUNTIME_CLASS(GPf)) return putNumber(cells[column], static_cast<GPf const &>(item).GetValue());
+  if (its == RUNTIME_CLASS(GPv)) return writeArea(cells, column, static_cast<GPv const &>(item), *meaning);
+  if (its == RUNTIME_CLASS(GPs)) cells[column] = zp::TextToUtf8(static_cast<GPs const &>(item).GetValue().View());
   return true;
-}
-
-bool givesBack(Cells const & cells, std::span<BYTE const> bytes)
-{
-  try {
-    GPDataArray data;
-    for (size_t i = 1; i < cells.size(); ++i) RequireCell(AllColumns()[i], cells[i]);
-    LoadComponent(data, cells);
-    std::vector<BYTE> const again = EncodeObject(data);
-    return std::equal(again.begin(), again.end(), bytes.begin(), bytes.end());
-  } catch (Failure const &) {
-    return false;
-  }
 }
 
 // A kept cell is its column, its length and its text; the length takes a byte, or behind this mark four.
@@ -107,6 +107,26 @@ bool tell(Cells & cells, Payload const & payload)
   return true;
 }
 
+bool givesBack(Cells const & cells, std::span<BYTE const> bytes)
+{
+  GPDataArray data;
+  LoadComponent(data, cells);
+  std::vector<BYTE> const again = EncodeObject(data);
+  return std::equal(again.begin(), again.end(), bytes.begin(), bytes.end());
+}
+
+// What each cell has is what its column takes, but for items of a class that it isn't for: they are stored otherwise again.
+bool isTold(Cells & cells, Payload const & payload, std::span<BYTE const> bytes)
+{
+  try {
+    return tell(cells, payload) && givesBack(cells, bytes);
+  } catch (Failure const &) {
+    return false;
+  }
+}
+
+constexpr size_t pieceBytes = 0x40000;
+
 }  // namespace
 
 bool ComponentTable::Add(int id, std::span<BYTE const> bytes)
@@ -114,16 +134,19 @@ bool ComponentTable::Add(int id, std::span<BYTE const> bytes)
   m_Used.resize(AllColumns().size());
   m_Row.resize(AllColumns().size());
   m_Row[0] = std::to_string(id);
-  bool const isTold = tell(m_Row, DecodePayload(bytes)) && givesBack(m_Row, bytes);
+  bool const keeps = isTold(m_Row, DecodePayload(bytes), bytes);
+  if (keeps && (m_Pieces.empty() || m_Pieces.back().size() > pieceBytes)) {
+    m_Pieces.emplace_back().reserve(pieceBytes + pieceBytes / 8);
+  }
   for (size_t i = 0; i < m_Row.size(); ++i) {
     if (m_Row[i].empty()) continue;
-    if (isTold) {
-      keepCell(m_Cells, i, m_Row[i]);
+    if (keeps) {
+      keepCell(m_Pieces.back(), i, m_Row[i]);
       m_Used[i] = true;
     }
     m_Row[i].clear();
   }
-  return isTold;
+  return keeps;
 }
 
 std::vector<Column const *> ComponentTable::GetColumns() const
@@ -148,16 +171,15 @@ void ComponentTable::ForEachRow(std::function<void(std::vector<std::string_view>
   size_t count = 0;
   for (size_t i = 0; i < m_Used.size(); ++i) places[i] = m_Used[i] ? count++ : 0;
   std::vector<std::string_view> fields(count);
-  bool isFirst = true;
-  for (std::string_view cells = m_Cells; !cells.empty();) {
-    size_t column = 0;
-    std::string_view const text = takeCell(cells, column);
-    if (column == 0 && !isFirst) {
-      take(fields);
+  for (std::string_view cells : m_Pieces) {
+    while (!cells.empty()) {
       std::fill(fields.begin(), fields.end(), std::string_view());
+      do {
+        size_t column = 0;
+        std::string_view const text = takeCell(cells, column);
+        fields[places[column]] = text;
+      } while (!cells.empty() && cells.front() != 0);
+      take(fields);
     }
-    isFirst = false;
-    fields[places[column]] = text;
   }
-  if (!m_Cells.empty()) take(fields);
 }

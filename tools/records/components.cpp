@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cmath>
 #include <set>
-#include <sstream>
 
 #include <fmt/format.h>
 #include <zpbase/data.h>
@@ -84,7 +83,7 @@ void requireNumber(std::string const & cell)
   }
 }
 
-int wholeNumber(std::string const & cell, int high)
+int wholeNumber(std::string_view cell, int high)
 {
   int value = -1;
   auto const end = std::from_chars(cell.data(), cell.data() + cell.size(), value);
@@ -98,16 +97,18 @@ struct Groups {
 };
 
 // A cell such as "1:2 12R:1": groups, of which R or X marks one, and their counts.
-Groups splitGroups(std::string const & cell)
+Groups splitGroups(std::string_view cell)
 {
+  constexpr std::string_view blanks = " \t\n\v\f\r";
   Groups groups;
-  std::istringstream words(cell);
-  for (std::string word; words >> word;) {
+  for (size_t at = cell.find_first_not_of(blanks); at != std::string_view::npos; at = cell.find_first_not_of(blanks, at)) {
+    std::string_view const word = cell.substr(at, cell.find_first_of(blanks, at) - at);
+    at += word.size();
     size_t const colon = word.find(':');
-    std::string group = word.substr(0, colon);
-    groups.counts.push_back(wholeNumber(colon == std::string::npos ? "" : word.substr(colon + 1), 0x7FFF));
-    groups.names.Add(CString(group.c_str()));
-    if (group.ends_with('R') || group.ends_with('X')) group.pop_back();
+    std::string_view group = word.substr(0, colon);
+    groups.counts.push_back(wholeNumber(colon == std::string_view::npos ? "" : word.substr(colon + 1), 0x7FFF));
+    groups.names.Add(CString(group.data(), static_cast<int>(group.size())));
+    if (group.ends_with('R') || group.ends_with('X')) group.remove_suffix(1);
     wholeNumber(group, 0x7FFF);
   }
   return groups;
@@ -141,8 +142,10 @@ namespace {
 
 void loadFloats(GPDataArray & data, DataMeaning const & meaning, std::string const * cells)
 {
+  int count = meaning.coefficients;  // as many as blanks at the end leave
+  while (count > 0 && cells[count - 1].empty()) --count;
   CStringArray texts;
-  for (int i = 0; i < meaning.coefficients; ++i) texts.Add(CString(cells[i].c_str()));
+  for (int i = 0; i < count; ++i) texts.Add(CString(cells[i].c_str()));
   auto item = std::make_unique<GPv>(meaning.dataID);
   if (item->PutFloatData(texts) > 0) data.AddData(item.release());
 }

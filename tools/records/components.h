@@ -4,6 +4,7 @@
 // (antoine_A, antoine_B, ...), and for a correlation with an equation number one for that (rho_liq_eq). A blank is no value.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <span>
 #include <string>
@@ -38,7 +39,7 @@ class ComponentTable {
   void ForEachRow(std::function<void(std::vector<std::string_view> const & fields)> const & take) const;
 
  private:
-  std::string m_Cells;             // of all rows; a row begins with its id
-  std::vector<bool> m_Used;        // of all columns
-  std::vector<std::string> m_Row;  // blank between two records
+  std::deque<std::string> m_Pieces;  // the cells of all rows; each row is in one piece and begins with its id
+  std::vector<bool> m_Used;          // of all columns
+  std::vector<std::string> m_Row;    // blank between two records
 };

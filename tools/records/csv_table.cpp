@@ -114,22 +114,20 @@ void ReadCsv(std::istream & input, std::string const & name, Take const & take)
   CsvReader(name, take).Read(input);
 }
 
-std::string CsvLine(std::span<std::string_view const> fields)
+void AppendCsvLine(std::string & text, std::span<std::string_view const> fields)
 {
-  std::string line;
   for (std::string_view const field : fields) {
     bool const plain =
         std::none_of(field.begin(), field.end(), [](char c) { return c == ',' || c == '"' || c == '\r' || c == '\n'; }) &&
         !field.starts_with(' ') && !field.starts_with('\t') && !field.ends_with(' ') && !field.ends_with('\t');
     if (plain) {
-      line += field;
+      text += field;
     } else {
-      line += '"';
-      for (char const c : field) line.append(c == '"' ? 2 : 1, c);
-      line += '"';
+      text += '"';
+      for (char const c : field) text.append(c == '"' ? 2 : 1, c);
+      text += '"';
     }
-    line += ',';
+    text += ',';
   }
-  line.back() = '\n';
-  return line;
+  text.back() = '\n';
 }

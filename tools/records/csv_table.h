@@ -17,5 +17,5 @@ struct CsvRow {
 // Raises Failure for a quote that stands alone, and for a row that is longer than any record; name is the file's.
 void ReadCsv(std::istream & input, std::string const & name, std::function<void(CsvRow const & row)> const & take);
 
-// One line with its end; fields are quoted where they must be.
-std::string CsvLine(std::span<std::string_view const> fields);
+// Appends one line with its end; fields are quoted where they must be.
+void AppendCsvLine(std::string & text, std::span<std::string_view const> fields);

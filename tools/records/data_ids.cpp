@@ -52,6 +52,7 @@ std::vector<AreaNumber> decodeFloats(GPv const & item, DataMeaning const & meani
   if (count * static_cast<int>(sizeof(float)) != item.GetSize() || count > meaning.coefficients) return numbers;
   std::vector<float> values(static_cast<size_t>(count));
   item.GetFloatData(values.data(), count);
+  numbers.reserve(values.size());
   for (int i = 0; i < count; ++i) numbers.push_back(realNumber(CoefficientName(i), values[static_cast<size_t>(i)]));
   return numbers;
 }
@@ -65,6 +66,7 @@ std::vector<AreaNumber> decodeEquation(GPv const & item)
   unsigned short equation = 0;
   float c[GPDippr::maxCoefficients] = {};
   int const further = GPDippr::As(item).Unload(equation, c[0], c[1], c[2], c[3], c[4], c[5], c[6], c[7], c[8]);
+  numbers.reserve(1 + GPDippr::maxCoefficients);
   numbers.push_back({"equation", false, 0.0F, equation});
   for (int i = 0; i < GPDippr::fixedCoefficients + further; ++i) numbers.push_back(realNumber(CoefficientName(i), c[i]));
   return numbers;

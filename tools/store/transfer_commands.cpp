@@ -277,8 +277,15 @@ size_t exportTable(StoredRecords const & source, StoreNames const & names, Pass 
 {
   ComponentTable table;
   size_t const left = fillTable(table, source, names);
-  pass(CsvLine(table.GetHead()));
-  table.ForEachRow([&](std::vector<std::string_view> const & fields) { pass(CsvLine(fields)); });
+  std::string text;
+  AppendCsvLine(text, table.GetHead());
+  table.ForEachRow([&](std::vector<std::string_view> const & fields) {
+    AppendCsvLine(text, fields);
+    if (text.size() < pieceBytes) return;
+    pass(text);
+    text.clear();
+  });
+  pass(text);
   return left;
 }
 
