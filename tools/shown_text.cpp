@@ -2,6 +2,8 @@
 
 #include "tools/shown_text.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 namespace {
@@ -11,20 +13,30 @@ unsigned int byteAt(std::string_view text, size_t at)
   return static_cast<unsigned char>(text[at]);
 }
 
+bool isPlain(char c)
+{
+  return c >= 0x20 && c < 0x7F;
+}
+
+// Plain characters are copied in runs.
 template <class Append>
 std::string replaced(std::string_view text, std::string_view kept, Append append)
 {
   std::string shown;
   shown.reserve(text.size());
-  for (size_t i = 0; i < text.size();) {
-    size_t const control = ControlBytes(text.substr(i));
-    bool const isKept = control == 0 || kept.find(text[i]) != std::string_view::npos;
-    size_t const bytes = control > 0 ? control : CharacterBytes(text.substr(i));
+  while (!text.empty()) {
+    auto const plain = static_cast<size_t>(std::find_if_not(text.begin(), text.end(), isPlain) - text.begin());
+    shown += text.substr(0, plain);
+    text.remove_prefix(plain);
+    if (text.empty()) break;
+    size_t const control = ControlBytes(text);
+    bool const isKept = control == 0 || kept.find(text.front()) != std::string_view::npos;
+    size_t const bytes = control > 0 ? control : CharacterBytes(text);
     if (isKept)
-      shown += text.substr(i, bytes);
+      shown += text.substr(0, bytes);
     else
-      append(shown, text.substr(i, bytes));
-    i += bytes;
+      append(shown, text.substr(0, bytes));
+    text.remove_prefix(bytes);
   }
   return shown;
 }

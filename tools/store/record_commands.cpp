@@ -6,8 +6,10 @@
 #include "tools/store/store_arguments.h"
 
 #include <algorithm>
+#include <iterator>
 #include <sstream>
 
+#include <fmt/compile.h>
 #include <fmt/format.h>
 
 #include "tools/input_file.h"
@@ -26,6 +28,7 @@
 namespace {
 
 constexpr size_t shownText = 40;             // bytes of a text in the list
+constexpr size_t pieceBytes = 0x10000;       // of what is printed
 constexpr size_t mostJsonBytes = 0x1000000;  // of a record with every blank that one can wish for
 
 struct ListRow {
@@ -45,29 +48,40 @@ ListRow rowOf(int id, std::span<BYTE const> bytes)
   return row;
 }
 
-std::string shortened(std::string text)
+// The text up to the row's end.
+void appendShortened(std::string & lines, std::string const & text)
 {
-  text = Visible(text);
-  if (text.size() <= shownText) return text;
-  size_t end = shownText;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-  return text.substr(0, end) + " ...";
+  std::string const shown = Visible(text);
+  size_t end = std::min(shown.size(), shownText);
+  while (end > 0 && end < shown.size() && (static_cast<unsigned char>(shown[end]) & 0xC0) == 0x80) --end;
+  lines.append(shown, 0, end);
+  if (end < shown.size()) lines += " ...";
+}
+
+void appendRow(std::string & lines, ListRow const & row, size_t classWidth)
+{
+  std::string_view const name = row.className.empty() ? std::string_view("-") : row.className;
+  fmt::format_to(std::back_inserter(lines), FMT_COMPILE("{:>5}  {:>6}  {:<{}}  "), row.id, row.bytes, name, classWidth);
+  appendShortened(lines, row.text);
+  lines.erase(lines.find_last_not_of(' ') + 1);
+  lines += '\n';
 }
 
 void printRows(std::vector<ListRow> const & rows, StoreOutput & output)
 {
   size_t width = 5;
   for (ListRow const & row : rows) width = std::max(width, row.className.size());
-  if (!rows.empty()) output.PrintLines(fmt::format("{:>5}  {:>6}  {:<{}}  {}\n", "ID", "BYTES", "CLASS", width, "TEXT"));
+  std::string lines;
+  if (!rows.empty()) lines = fmt::format("{:>5}  {:>6}  {:<{}}  {}\n", "ID", "BYTES", "CLASS", width, "TEXT");
   size_t total = 0;
   for (ListRow const & row : rows) {
-    std::string const name = row.className.empty() ? "-" : row.className;
-    std::string line = fmt::format("{:>5}  {:>6}  {:<{}}  {}", row.id, row.bytes, name, width, shortened(row.text));
-    line.erase(line.find_last_not_of(' ') + 1);
-    output.PrintLines(line + "\n");
+    appendRow(lines, row, width);
     total += row.bytes;
+    if (lines.size() < pieceBytes) continue;
+    output.PrintLines(lines);
+    lines.clear();
   }
-  output.PrintLines(fmt::format("{}, {}\n", Counted(rows.size(), "record"), Counted(total, "byte")));
+  output.PrintLines(lines + fmt::format("{}, {}\n", Counted(rows.size(), "record"), Counted(total, "byte")));
 }
 
 void printRowsAsJson(std::vector<ListRow> const & rows, StoreOutput & output)
@@ -146,6 +160,7 @@ struct ListCommand : ManyStoresArguments {
   {
     StoredRecords const records(names);
     std::vector<ListRow> rows;
+    rows.reserve(records.GetIDs().size());
     size_t const left =
         records.ForEach("reading", [&](int id, std::span<BYTE const> bytes) { rows.push_back(rowOf(id, bytes)); });
     if (json) {
