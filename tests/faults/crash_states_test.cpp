@@ -186,7 +186,7 @@ void CrashStates::CheckReading(CrashState const & state, std::map<int, std::set<
   try {
     StoredRecords const records(Names("a"));
     if (records.IsIndexLost()) return;
-    records.ForEach("", [&](int id, std::vector<BYTE> const & bytes) {
+    records.ForEach("", [&](int id, std::span<BYTE const> bytes) {
       auto const found = versions.find(id);
       bool const was = found != versions.end() && found->second.contains(std::string(bytes.begin(), bytes.end()));
       if (!was && !state.harmed.contains(id)) ADD_FAILURE() << "record " << id << " is shown with bytes that it never had";

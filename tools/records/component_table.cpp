@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iterator>
 
+#include <fmt/compile.h>
 #include <fmt/format.h>
 #include <zpbase/data.h>
 #include <zpbase/platform/encoding.h>
@@ -15,16 +16,14 @@
 #include "tools/records/component_columns.h"
 #include "tools/records/data_ids.h"
 #include "tools/records/payload.h"
-#include "tools/records/short_numbers.h"
 
 namespace {
 
-// False for a number that no table can have.
+// The fewest digits that give the bits back. False for a number that no table can have.
 bool putNumber(std::string & cell, float value)
 {
   if (!std::isfinite(value)) return false;
-  char text[nineCharacters];
-  cell.assign(text, static_cast<size_t>(PutNineDigits(text, value) - text));
+  fmt::format_to(std::back_inserter(cell), FMT_COMPILE("{}"), value);
   return true;
 }
 

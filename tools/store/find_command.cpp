@@ -48,7 +48,7 @@ std::string withoutCase(std::string_view text)
 }
 
 // False for a record that is no component.
-bool readFields(std::vector<BYTE> const & bytes, Fields & fields)
+bool readFields(std::span<BYTE const> bytes, Fields & fields)
 {
   Payload const payload = DecodePayload(bytes);
   if (payload.state != Payload::Object || !payload.object->IsKindOf(RUNTIME_CLASS(GPDataArray))) return false;
@@ -140,7 +140,7 @@ struct FindCommand {
   ExitStatus Search(std::string const & store, std::string const & wanted, std::vector<Finding> & found) const
   {
     StoredRecords const records(ResolveStore(store, ""));
-    size_t const left = records.ForEach("looking", [&](int id, std::vector<BYTE> const & bytes) {
+    size_t const left = records.ForEach("looking", [&](int id, std::span<BYTE const> bytes) {
       Fields fields;
       if (readFields(bytes, fields) && Matches(fields, wanted)) found.push_back({store, id, fields});
     });

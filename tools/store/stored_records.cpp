@@ -74,7 +74,6 @@ std::string whyNot(zp::BlockHeader const & wanted, zp::BlockHeader const & found
 
 std::vector<BYTE> StoredRecords::Load(int id) const
 {
-  StoreNames const & names = m_Store.GetNames();
   auto const found = std::lower_bound(m_Blocks.begin(), m_Blocks.end(), id,
                                       [](zp::RecordBlock const & block, int wanted) { return block.id < wanted; });
   if (found == m_Blocks.end() || found->id != id) {
