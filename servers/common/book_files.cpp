@@ -15,6 +15,18 @@
 #include "servers/common/wide_text.h"
 
 namespace servers {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path withoutSteps(fs::path const & path)
+{
+  fs::path plain;
+  for (fs::path const & step : path) plain = step == ".." ? fs::weakly_canonical(plain / step) : plain / step;
+  return plain.lexically_normal();
+}
+
+}  // namespace
 
 std::string HostPathOf(std::u16string_view path)
 {
@@ -23,12 +35,18 @@ std::string HostPathOf(std::u16string_view path)
   if (inside.empty()) Refuse("No file is named");
   std::string host;
   if (zp::TextToWide(inside) != path || !ToHostPath(inside, host)) Refuse("There is no such drive or folder: " + FromWide(path));
-  return std::filesystem::absolute(host).lexically_normal().string();
+  return withoutSteps(fs::absolute(host)).string();
 }
 
 std::u16string InsidePathOf(std::string const & file)
 {
   return zp::TextToWide(FromHostPath(file).View());
+}
+
+bool LeadToSameFile(std::string const & one, std::string const & other)
+{
+  std::error_code error;
+  return one == other || (fs::equivalent(one, other, error) && fs::canonical(one, error) == fs::canonical(other, error));
 }
 
 void RequireFile(std::string const & file)
@@ -56,8 +74,7 @@ void RequireNewFile(std::string const & file)
 void RequireFolder(std::string const & file)
 {
   std::error_code error;
-  if (!std::filesystem::is_directory(std::filesystem::path(file).parent_path(), error))
-    Refuse(file + " can't be written: there is no such folder");
+  if (!fs::is_directory(fs::path(file).parent_path(), error)) Refuse(file + " can't be written: there is no such folder");
 }
 
 void Warn(std::string_view sentence)

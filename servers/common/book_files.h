@@ -7,11 +7,15 @@
 
 namespace servers {
 
-// The host's full path of an inside one, in the bytes that the host has, without "." and "..".
+// The host's full path of an inside one, in the bytes that the host has, without "." and "..": what stands before a ".." is
+// followed through links, as the host does. Other links stay, for a workbook is known by the name that it was opened by.
 std::string HostPathOf(std::u16string_view path);
 
 // The inside path of a host's.
 std::u16string InsidePathOf(std::string const & file);
+
+// Whether two names are one entry of a folder, or links that lead to one; not so for two hard links.
+bool LeadToSameFile(std::string const & one, std::string const & other);
 
 // Refuses what is no file, or isn't there.
 void RequireFile(std::string const & file);
@@ -25,6 +29,7 @@ struct FileStamp {
   int64_t nanoseconds = 0;
 
   bool operator==(FileStamp const &) const = default;
+  bool IsOfFile() const { return bytes >= 0; }
 };
 FileStamp StampOf(std::string const & file);
 
