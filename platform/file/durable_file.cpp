@@ -64,13 +64,13 @@ int moveDurably(std::string_view written, std::string_view target)
   return error != 0 ? error : renameInto(lock, from, to);
 }
 
-int replaceDurably(std::string_view target, std::string_view content)
+int replaceDurably(std::string_view target, std::string_view content, MayReplace const & mayReplace)
 {
   std::string file;
   if (!ToHostPath(target, file)) return ENOENT;
   file = FollowLinks(file);
   FolderLock const lock(file);
-  return lock.GetError() != 0 ? lock.GetError() : ReplaceLockedFile(lock, file, content);
+  return lock.GetError() != 0 ? lock.GetError() : ReplaceLockedFile(lock, file, content, mayReplace);
 }
 
 bool report(int result, int * error)
@@ -98,10 +98,12 @@ std::string FollowLinks(std::string const & hostFile)
   return target ? target.get() : hostFile;
 }
 
-int ReplaceLockedFile(FolderLock const & lock, std::string const & hostFile, std::string_view content)
+int ReplaceLockedFile(FolderLock const & lock, std::string const & hostFile, std::string_view content,
+                      MayReplace const & mayReplace)
 {
   std::string const temporary = hostFile + temporaryEnd;
   int error = writeTemporary(temporary, hostFile, content);
+  if (error == 0 && mayReplace && !mayReplace(temporary)) error = ECANCELED;
   if (error == 0) error = renameInto(lock, temporary, hostFile);
   if (error != 0) GetHostCalls().Remove(temporary.c_str());
   return error;
@@ -111,7 +113,13 @@ int ReplaceLockedFile(FolderLock const & lock, std::string const & hostFile, std
 
 bool ReplaceFileDurably(char const * target, std::string_view content, int * error)
 {
-  return zp::report(zp::replaceDurably(target, content), error);
+  return zp::report(zp::replaceDurably(target, content, nullptr), error);
+}
+
+bool ReplaceFileDurablyIf(char const * target, std::string_view content,
+                          std::function<bool(std::string const & written)> const & mayReplace, int * error)
+{
+  return zp::report(zp::replaceDurably(target, content, mayReplace), error);
 }
 
 bool MoveFileDurably(char const * written, char const * target, int * error)

@@ -1,6 +1,7 @@
 // The lock under which a whole file is read, changed and replaced.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -24,7 +25,10 @@ class FolderLock {
 // The file that a host path leads to, through links; the path itself where there is none.
 std::string FollowLinks(std::string const & hostFile);
 
-// The work of ReplaceFileDurably under a lock that the caller holds; 0 or the host's error number. The path follows no links.
-int ReplaceLockedFile(FolderLock const & lock, std::string const & hostFile, std::string_view content);
+// The work of ReplaceFileDurablyIf, without a question where there is none, under a lock that the caller holds; 0 or the host's
+// error number. The path follows no links.
+using MayReplace = std::function<bool(std::string const & written)>;
+int ReplaceLockedFile(FolderLock const & lock, std::string const & hostFile, std::string_view content,
+                      MayReplace const & mayReplace = nullptr);
 
 }  // namespace zp

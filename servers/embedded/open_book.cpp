@@ -201,41 +201,33 @@ void OpenBook::RequireKept() const
                   ": save the workbook under another name, or turn the alerts off");
 }
 
-void OpenBook::RequireUnchanged() const
-{
-  if (servers::StampOf(m_strFile) != *m_Stamp)
-    servers::Refuse(m_strFile + " was changed by another program since it was opened: save the workbook under another name");
-}
-
-void OpenBook::Write(std::string const & file)
+void OpenBook::Write(std::string const & file, servers::FileStamp const & former)
 {
   if (!m_pContent->unkept.IsEmpty()) servers::Warn(file + " is written without " + listed(m_pContent->unkept));
-  OnFile(file, [&] { WriteWorkbook(*m_pContent, file); });
+  m_Stamp = OnFile(file, [&] { return WriteWorkbook(*m_pContent, file, former); });
   m_pContent->unkept = UnkeptList();
-  m_Stamp = servers::StampOf(file);
 }
 
 void OpenBook::Save()
 {
   GetContent();
   if (!m_Stamp) servers::Refuse("The workbook has no file yet: save it under a name");
-  RequireUnchanged();
   RequireKept();
-  Write(m_strFile);
+  Write(m_strFile, *m_Stamp);
 }
 
 void OpenBook::SaveAs(std::u16string_view path)
 {
   GetContent();
   std::string const file = servers::HostPathOf(path);
-  if (IsOf(file)) return Save();
+  if (m_Stamp && servers::LeadToSameFile(m_strFile, file)) return Save();
   if (file.size() <= extension.size() ||
       !zp::EqualsNoCase(std::string_view(file).substr(file.size() - extension.size()), extension))
     servers::Refuse(file + " can't be saved in another format than .xlsx");
-  if (m_Owner.Find(file) != nullptr) servers::Refuse(file + " is the file of another open workbook");
   servers::RequireFolder(file);
   servers::RequireNewFile(file);
-  Write(file);
+  if (m_Owner.Find(file) != nullptr) servers::Refuse(file + " is the file of another open workbook");
+  Write(file, {});
   m_strFile = file;
 }
 

@@ -69,8 +69,7 @@ class OpenBook : public servers::Book, public std::enable_shared_from_this<OpenB
   Sheet & GetSheet(SheetKind kind, size_t index);
   Sheet & AddSheet(SheetKind kind, char const * stem);
   void RequireKept() const;
-  void RequireUnchanged() const;
-  void Write(std::string const & file);
+  void Write(std::string const & file, servers::FileStamp const & former);
 
   Workbooks & m_Owner;
   std::unique_ptr<Workbook> m_pContent;       // null once it is closed

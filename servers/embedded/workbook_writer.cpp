@@ -3,6 +3,7 @@
 #include "servers/embedded/workbook_writer.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include <fmt/format.h>
 
@@ -129,11 +130,19 @@ std::string PackWorkbook(Workbook const & book)
   return BookWriter(book).Pack();
 }
 
-void WriteWorkbook(Workbook const & book, std::string const & path)
+servers::FileStamp WriteWorkbook(Workbook const & book, std::string const & path, servers::FileStamp const & former)
 {
   std::string const bytes = PackWorkbook(book);
+  servers::FileStamp written;
+  auto const isFormer = [&](std::string const & beside) {
+    written = servers::StampOf(beside);
+    return servers::StampOf(path) == former;
+  };
   int error = 0;
-  if (ReplaceFileDurably(path.c_str(), bytes, &error)) return;
+  if (ReplaceFileDurablyIf(path.c_str(), bytes, isFormer, &error)) return written;
+  if (error == ECANCELED)
+    throw BookFailure(former.IsOfFile() ? "The file was changed by another program since it was opened"
+                                        : "The file was made by another program meanwhile");
   throw BookFailure("The file can't be written: " + servers::TextOfError(error));
 }
 

@@ -2,7 +2,14 @@
 
 #include "tests/servers/BookServer.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <chrono>
 #include <cmath>
+#include <filesystem>
+#include <thread>
 
 namespace {
 
@@ -70,6 +77,54 @@ TEST_F(EmbeddedSession, SavesOverNoChangeOfAnotherProgram)
   book.SaveAs(COleVariant(m_Folder.Name("other.xlsx")));
   EXPECT_EQ(book.GetFullName(), m_Folder.Name("other.xlsx"));
   book.Save();
+}
+
+// A writer that has the folder's lock may have written before it lets the other one on.
+TEST_F(EmbeddedSession, SavesOverNoChangeThatCameWhileItWaitedForTheFolder)
+{
+  CString const path = m_Folder.Name("shared.xlsx");
+  m_Server.MakeBook(path, {{"First", {{"A1", COleVariant(1.0)}}}});
+  GPWorkBook old = m_Server.OpenBook(path);
+  GPWorkBook fresh = m_Server.NewBook();
+  struct Row {
+    char const * file;
+    std::function<void()> save;
+    char const * told;
+  };
+  for (Row const & row :
+       {Row{"shared.xlsx", [&] { old.Save(); }, "changed by another program"},
+        Row{"new.xlsx", [&] { fresh.SaveAs(COleVariant(m_Folder.Name("new.xlsx"))); }, "made by another program"}}) {
+    int const folder = open(m_Folder.Path().c_str(), O_RDONLY | O_DIRECTORY);
+    ASSERT_EQ(flock(folder, LOCK_EX), 0);
+    std::string told;
+    std::thread waiting([&] { told = WhatIsTold(row.save); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    m_Folder.Write(row.file, "another program's");
+    close(folder);
+    waiting.join();
+    EXPECT_NE(told.find(row.told), std::string::npos) << told;
+    EXPECT_EQ(m_Folder.Read(row.file), "another program's");
+  }
+}
+
+TEST_F(EmbeddedSession, KnowsItsFileByEveryWayThatLeadsToIt)
+{
+  std::filesystem::create_directories(m_Folder.Path() / "far/inner");
+  std::filesystem::create_directory_symlink("far/inner", m_Folder.Path() / "link");
+  CString const path = m_Folder.Name("far/book.xlsx");
+  m_Server.MakeBook(path, {{"First", {{"A1", COleVariant(1.0)}}}});
+  std::filesystem::create_symlink("far/book.xlsx", m_Folder.Path() / "soft.xlsx");
+  std::filesystem::create_hard_link(m_Folder.Path() / "far/book.xlsx", m_Folder.Path() / "hard.xlsx");
+  GPWorkBook book = m_Server.OpenBook(m_Folder.Name("link/../book.xlsx"));
+  EXPECT_EQ(book.GetFullName(), path);
+  book.SaveAs(COleVariant(m_Folder.Name("soft.xlsx")));
+  EXPECT_NE(WhatIsTold([&] { book.SaveAs(COleVariant(m_Folder.Name("hard.xlsx"))); }).find("is there already"),
+            std::string::npos);
+  book.Close(COleVariant(short{0}));
+  GPWorkBook soft = m_Server.OpenBook(m_Folder.Name("soft.xlsx"));
+  EXPECT_EQ(soft.GetFullName(), m_Folder.Name("soft.xlsx"));
+  soft.Save();
+  EXPECT_TRUE(std::filesystem::is_symlink(m_Folder.Path() / "soft.xlsx"));
 }
 
 TEST_F(EmbeddedSession, PutsOnlyWhatACellHolds)

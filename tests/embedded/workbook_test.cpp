@@ -150,13 +150,17 @@ TEST(WorkbookFile, TakesTheFormerFilesPlaceOrLeavesIt)
   std::string const file = folder / "book.xlsx";
   std::ofstream(file) << "former";
   embedded::Workbook book;
-  EXPECT_THROW(embedded::WriteWorkbook(book, file), embedded::BookFailure);
+  servers::FileStamp const stamp = servers::StampOf(file);
+  EXPECT_THROW(embedded::WriteWorkbook(book, file, stamp), embedded::BookFailure);
   std::ifstream former(file);
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(former), {}), "former");
   put(addSheet(book, "A", embedded::SheetKind::Worksheet).cells, 0, 0, Cell::OfNumber(1));
-  embedded::WriteWorkbook(book, file);
+  EXPECT_THROW(embedded::WriteWorkbook(book, file, {}), embedded::BookFailure);
+  servers::FileStamp const written = embedded::WriteWorkbook(book, file, stamp);
+  EXPECT_EQ(written, servers::StampOf(file));
+  EXPECT_THROW(embedded::WriteWorkbook(book, file, stamp), embedded::BookFailure);
   EXPECT_EQ(TellBook(embedded::ReadWorkbook(file)), "A: A1=1");
-  EXPECT_THROW(embedded::WriteWorkbook(book, folder / "no folder" / "book.xlsx"), embedded::BookFailure);
+  EXPECT_THROW(embedded::WriteWorkbook(book, folder / "no folder" / "book.xlsx", {}), embedded::BookFailure);
   std::filesystem::remove_all(folder);
 }
 

@@ -41,6 +41,26 @@ TEST(DurableFile, ReplacingKeepsModeAndLinksAndLeavesNothingBeside)
   EXPECT_EQ(filesIn(folder), 2);
 }
 
+TEST(DurableFile, AsksWithTheNewFileBesideTheOldOne)
+{
+  TempFolder const folder;
+  folder.Write("file", "old");
+  int error = -1;
+  auto const answering = [&](bool answer) {
+    return [&folder, answer](std::string const & written) {
+      EXPECT_EQ(folder.Read(fs::path(written).filename().string()), "new");
+      EXPECT_EQ(folder.Read("file"), "old");
+      return answer;
+    };
+  };
+  EXPECT_FALSE(ReplaceFileDurablyIf(folder.Name("file"), "new", answering(false), &error));
+  EXPECT_EQ(error, ECANCELED);
+  EXPECT_EQ(folder.Read("file"), "old");
+  EXPECT_TRUE(ReplaceFileDurablyIf(folder.Name("file"), "new", answering(true), &error));
+  EXPECT_EQ(folder.Read("file"), "new");
+  EXPECT_EQ(filesIn(folder), 1);
+}
+
 TEST(DurableFile, MovingPutsAWrittenFileInTheTargetsPlace)
 {
   TempFolder const folder;

@@ -1,5 +1,8 @@
 // zp sheet and zp store export --sheet: whole outputs, and the state of the files.
 
+#include <algorithm>
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include "tests/embedded/stored_package.h"
@@ -75,6 +78,25 @@ TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
     EXPECT_EQ(m_Folder.Read("b.xlsx"), bytes) << row.arguments;
   }
   EXPECT_FALSE(m_Folder.Has("new.ods"));
+}
+
+TEST_F(SheetTool, LosesNoSheetThatItTellsToBeWrittenWhenSeveralWriteAtOnce)
+{
+  m_Folder.Write("t.csv", table);
+  for (int turn = 0; turn < 2; ++turn) {
+    int written[5];
+    std::vector<std::thread> writers;
+    for (int & status : written) {
+      writers.emplace_back([&, number = turn * 5 + (&status - written)] {
+        status = RunZp(m_Folder.Path(), "sheet write b.xlsx Data" + std::to_string(number) + " t.csv").status;
+      });
+    }
+    for (std::thread & writer : writers) writer.join();
+    EXPECT_EQ(std::ranges::count(written, 0) + std::ranges::count(written, 1), 5);
+    std::string const list = Run("sheet list b.xlsx");
+    for (int number = 0; number < 5; ++number)
+      EXPECT_EQ(list.find("Data" + std::to_string(turn * 5 + number)) != std::string::npos, written[number] == 0) << list;
+  }
 }
 
 TEST_F(SheetTool, OverwritesWhatItCannotKeepOnlyWhenAsked)
