@@ -1,7 +1,9 @@
 // Everything the user is told, and the cooperative control of a run.
 #pragma once
 
+#include <functional>
 #include <initializer_list>
+#include <string_view>
 
 #include "platform/format.h"
 #include "platform/string.h"
@@ -97,6 +99,24 @@ ZP_API void ProcessMessages();
 ZP_API unsigned int GetNextTimerID();
 
 namespace zp {
+
+// As long as it lives, the warnings that are allowed go to take, whole, in place of the file: for a program whose user reads them
+// at once. The last one that lives takes them; they are left in reverse.
+class ZP_API WarningTaker {
+ public:
+  using Take = std::function<void(std::string_view text)>;
+
+  explicit WarningTaker(Take take);
+  ~WarningTaker();
+  WarningTaker(WarningTaker const &) = delete;
+  WarningTaker & operator=(WarningTaker const &) = delete;
+
+  void Put(std::string_view text) const { m_Take(text); }
+
+ private:
+  Take m_Take;
+  WarningTaker * m_pFormer;
+};
 
 // Makes the next use decide anew whether warnings are wanted.
 ZP_API void ResetWarningsGate();

@@ -70,6 +70,10 @@ inline constexpr HRESULT cellErrorBase = static_cast<HRESULT>(0x800A0000);
 ZP_API char const * CellErrorText(int number);
 ZP_API int CellErrorNumber(std::string_view text);
 
+// The code (m_scError) of a server that refuses to save a workbook over a file with more in it than it can keep, which is told
+// with the refusal. With "DisplayAlerts" off it is saved all the same.
+inline constexpr HRESULT contentsWouldBeLost = static_cast<HRESULT>(0x80040201);
+
 }  // namespace zp
 
 // A block of cells, by the names of its first and last one, and a format for it.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include <zpbase/config.h>
 #include <zpbase/job_folders.h>
@@ -20,6 +21,7 @@ constexpr unsigned int firstWarningID = 55008;
 constexpr int maxWarning = 260;  // characters
 
 int g_nGate = undecided;
+zp::WarningTaker * g_pTaker = nullptr;
 bool g_bWriting = false;  // a problem with the warnings file itself is not warned of
 
 CString warningsPath()
@@ -46,12 +48,15 @@ CString numberOf(unsigned int id)
 
 void putText(CString const & text)
 {
-  if (job_path[0] == '\0' || g_bWriting) return;
+  if ((job_path[0] == '\0' && g_pTaker == nullptr) || g_bWriting) return;
   struct Writing {
     Writing() { g_bWriting = true; }
     ~Writing() { g_bWriting = false; }
   } const writing;
-  appendLine(text);
+  if (g_pTaker != nullptr)
+    g_pTaker->Put(text.View());
+  else
+    appendLine(text);
 }
 
 // Puts the text that make gives, and returns what PutWarning gives. A warning tells of a failure, and may stand where nothing can
@@ -122,6 +127,16 @@ void FlushWarningsFile()
 }
 
 namespace zp {
+
+WarningTaker::WarningTaker(Take take) : m_Take(std::move(take)), m_pFormer(g_pTaker)
+{
+  g_pTaker = this;
+}
+
+WarningTaker::~WarningTaker()
+{
+  g_pTaker = m_pFormer;
+}
 
 void ResetWarningsGate()
 {

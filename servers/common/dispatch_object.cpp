@@ -25,14 +25,14 @@ char16_t lower(char16_t c)
 
 }  // namespace
 
-HRESULT TellSentence(Spreadsheet const & spreadsheet, EXCEPINFO * record, std::string_view sentence)
+HRESULT TellSentence(Spreadsheet const & spreadsheet, EXCEPINFO * record, HRESULT code, std::string_view sentence)
 {
-  HRESULT const code = zp::TellException(record, applicationError, spreadsheet.GetProgId(), {});
-  if (record == nullptr) return code;
+  HRESULT const told = zp::TellException(record, code, spreadsheet.GetProgId(), {});
+  if (record == nullptr) return told;
   std::u16string const wide = ToWide(sentence);  // names of files go beyond the code page
   SysFreeString(record->bstrDescription);
   record->bstrDescription = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
-  return code;
+  return told;
 }
 
 bool IsSameName(std::u16string_view one, std::u16string_view other)
@@ -142,9 +142,9 @@ HRESULT DispatchObject::TellCurrent(EXCEPINFO * record) const
   try {
     throw;
   } catch (Failure const & failure) {
-    return failure.sentence.empty() ? failure.code : TellSentence(*m_pSpreadsheet, record, failure.sentence);
+    return failure.sentence.empty() ? failure.code : TellSentence(*m_pSpreadsheet, record, failure.code, failure.sentence);
   } catch (std::filesystem::filesystem_error const & error) {
-    return TellSentence(*m_pSpreadsheet, record, error.path1().string() + ": " + TextOfError(error.code().value()));
+    return TellSentence(*m_pSpreadsheet, record, applicationError, error.path1().string() + ": " + TextOfError(error.code().value()));
   } catch (std::bad_alloc const &) {
     return E_OUTOFMEMORY;
   } catch (...) {

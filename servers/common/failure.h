@@ -10,15 +10,15 @@ namespace servers {
 
 inline constexpr HRESULT applicationError = static_cast<HRESULT>(0x800A03EC);  // told with a sentence
 
-// A failed call with its code alone, or with a sentence (UTF-8) that becomes the server's exception.
+// A failed call with its code alone, or with a sentence (UTF-8) too, with which it becomes the server's exception.
 struct Failure {
   HRESULT code;
   std::string sentence;
 };
 
-[[noreturn]] inline void Refuse(std::string sentence)
+[[noreturn]] inline void Refuse(std::string sentence, HRESULT code = applicationError)
 {
-  throw Failure{applicationError, std::move(sentence)};
+  throw Failure{code, std::move(sentence)};
 }
 
 [[noreturn]] inline void Fail(HRESULT code)

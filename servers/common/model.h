@@ -102,7 +102,7 @@ class Spreadsheet {
 // spreadsheet alive.
 IDispatch * MakeApplication(std::shared_ptr<Spreadsheet> spreadsheet);
 
-// Fills the record of a failure with a sentence (UTF-8); gives DISP_E_EXCEPTION.
-HRESULT TellSentence(Spreadsheet const & spreadsheet, EXCEPINFO * record, std::string_view sentence);
+// Fills the record of a failure with a code and a sentence (UTF-8); gives DISP_E_EXCEPTION.
+HRESULT TellSentence(Spreadsheet const & spreadsheet, EXCEPINFO * record, HRESULT code, std::string_view sentence);
 
 }  // namespace servers

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include <zpbase/platform/ascii.h>
+#include <zpbase/spreadsheet.h>
 
 #include "servers/common/wide_text.h"
 #include "servers/embedded/cell_text.h"
@@ -197,8 +198,7 @@ void OpenBook::Rename(Sheet & sheet, std::string name)
 void OpenBook::RequireKept() const
 {
   if (m_pContent->unkept.IsEmpty() || !m_Owner.GetAlerts()) return;
-  servers::Refuse(m_strFile + " would lose " + listed(m_pContent->unkept) +
-                  ": save the workbook under another name, or turn the alerts off");
+  servers::Refuse(m_strFile + " would lose " + listed(m_pContent->unkept), zp::contentsWouldBeLost);
 }
 
 void OpenBook::Write(std::string const & file, servers::FileStamp const & former)

@@ -111,7 +111,7 @@ HRESULT OfficeSpreadsheet::TellCurrent(EXCEPINFO * record, std::function<bool()>
     return m_pLink->HasBroken() ? serverUnavailable : CO_E_OBJNOTCONNECTED;
   } catch (css::uno::Exception const & exception) {
     if (m_pLink->HasBroken()) return serverUnavailable;
-    return hasGone() ? CO_E_OBJNOTCONNECTED : TellSentence(*this, record, sentenceOf(exception.Message));
+    return hasGone() ? CO_E_OBJNOTCONNECTED : TellSentence(*this, record, servers::applicationError, sentenceOf(exception.Message));
   } catch (...) {
     return E_FAIL;
   }

@@ -48,6 +48,25 @@ TEST_F(Warnings, RemoveTheLastRunsFileAtTheFirstUseAlone)
   FlushWarningsFile();
 }
 
+TEST_F(Warnings, GoToWhoeverTakesThemLast)
+{
+  std::string outer;
+  std::string inner;
+  zp::WarningTaker const first([&](std::string_view text) { outer += text; });
+  {
+    zp::WarningTaker const second([&](std::string_view text) {
+      inner += text;
+      PutWarning("a warning of its own");
+    });
+    PutWarning("%s", std::string(300, 'x').c_str());
+  }
+  job_path[0] = '\0';
+  EXPECT_EQ(PutWarning("Tray %d", 3), 1);
+  EXPECT_EQ(inner, std::string(300, 'x'));
+  EXPECT_EQ(outer, "Tray 3");
+  EXPECT_FALSE(m_Folder.Has("WARNINGS"));
+}
+
 TEST_F(Warnings, AreOffForNoInAnyCaseAlone)
 {
   struct Row {

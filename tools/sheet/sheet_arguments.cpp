@@ -2,8 +2,12 @@
 
 #include "tools/sheet/sheet_arguments.h"
 
+#include <zpbase/messages.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
+#include <zpbase/spreadsheet.h>
+
+#include "tools/program.h"
 
 void SheetArguments::AddBook(CLI::App & command)
 {
@@ -36,11 +40,13 @@ void AddDropOption(CLI::App & command, bool & drop)
 
 ExitStatus Told(std::function<void()> const & work)
 {
+  zp::WarningTaker const taker([](std::string_view warning) { Tell("warning: " + zp::TextToUtf8(warning)); });
   try {
     work();
     return exitDone;
   } catch (COleDispatchException * told) {
     zp::ExceptionGuard const guard(told);
-    throw Failure(zp::TextToUtf8(told->m_strDescription.View()));
+    char const * const advice = told->m_scError == zp::contentsWouldBeLost ? "; with --drop it is written without them" : "";
+    throw Failure(zp::TextToUtf8(told->m_strDescription.View()) + advice);
   }
 }

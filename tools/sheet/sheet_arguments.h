@@ -20,5 +20,5 @@ struct SheetArguments {
 void AddServerOption(CLI::App & command, std::string & server);
 void AddDropOption(CLI::App & command, bool & drop);
 
-// Does the work; what the server tells with a sentence becomes a Failure of that.
+// Does the work. What the server warns of is told at once; what it tells with a sentence becomes a Failure of that.
 ExitStatus Told(std::function<void()> const & work);

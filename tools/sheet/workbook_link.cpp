@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 #include <zpbase/config.h>
+#include <zpbase/messages.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
 
@@ -90,12 +91,14 @@ SpreadsheetLink::SpreadsheetLink(std::string const & server)
 {
   std::string const program = programOf(server);
   COleException problem;
+  std::string reason;
+  zp::WarningTaker const taker([&](std::string_view warning) { reason = zp::TextToUtf8(warning); });
   if (m_Excel.CreateDispatch(program.c_str(), &problem) != 0) return;
   if (problem.m_sc == CO_E_CLASSSTRING)
     throw Failure(
         fmt::format("there is no spreadsheet server \"{}\"; name one with --server, such as Zephlow.Workbooks", program));
-  throw Failure(
-      fmt::format("the spreadsheet server \"{}\" doesn't start: code {:08X}", program, static_cast<unsigned int>(problem.m_sc)));
+  if (reason.empty()) reason = fmt::format("code {:08X}", static_cast<unsigned int>(problem.m_sc));
+  throw Failure(fmt::format("the spreadsheet server \"{}\" doesn't start: {}", program, reason));
 }
 
 WorkbookLink::WorkbookLink(SpreadsheetLink & server, std::string const & name, Source source) : m_strName(name)
