@@ -2,8 +2,12 @@
 
 #include "servers/embedded/book_part.h"
 
+#include <algorithm>
+#include <array>
+
 #include "servers/embedded/failure.h"
 #include "servers/embedded/limits.h"
+#include "servers/embedded/usual.h"
 #include "servers/embedded/xml_reader.h"
 
 namespace embedded {
@@ -11,6 +15,15 @@ namespace {
 
 constexpr XmlNamespace relationNamespace = {"http://schemas.openxmlformats.org/officeDocument/2006/relationships|",
                                             "http://purl.oclc.org/ooxml/officeDocument/relationships|"};
+
+// How addresses are written, which chart version and which functions the writer knows: what it adds to every workbook.
+constexpr std::array<std::string_view, 3> usualExtensions = {
+    "{7626C862-2A13-11E5-B345-FEFF819CDC9F}", "{140A7094-0E35-4892-8432-C4D2E57EDEB5}", "{B58B0392-4F1F-4190-BB64-5DF3571DCE5F}"};
+
+bool isUsualExtension(char const * uri)
+{
+  return uri != nullptr && std::ranges::find(usualExtensions, uri) != usualExtensions.end();
+}
 
 class BookHandler {
  public:
@@ -26,13 +39,13 @@ class BookHandler {
         m_bBook = true;
         break;
       case 1:
-        if (!attributes.IsEmpty() || name != "workbookProtection") m_Unkept.AddBookElement(name);
-        if (name == "workbookPr") m_Book.from1904 = attributes.IsOn("date1904");
-        if (name != "sheets" && name != "definedNames") return false;
-        break;
+        if (name == "sheets" || name == "definedNames" || name == "extLst") break;
+        StartChild(name, attributes);
+        return false;
       default:
         if (name == "sheet") AddSheet(attributes);
         if (name == "definedName") m_Unkept.Add(Unkept::Names);
+        if (name == "ext" && !isUsualExtension(attributes.Find("uri"))) m_Unkept.Add(Unkept::Other);
         return false;
     }
     ++m_nDepth;
@@ -45,13 +58,24 @@ class BookHandler {
   BookPart & GetBook() { return m_Book; }
 
  private:
+  void StartChild(std::string_view name, XmlAttributes attributes)
+  {
+    if (name == "workbookPr") m_Book.from1904 = attributes.IsOn("date1904");
+    if (name == "workbookPr" && !IsUsual(name, attributes)) m_Unkept.Add(Unkept::Other);
+    if (name == "calcPr" && !IsUsual(name, attributes)) m_Unkept.Add(Unkept::Calculation);
+    bool const saysNothing = name == "workbookProtection" && attributes.IsEmpty();
+    if (name != "workbookPr" && name != "calcPr" && !saysNothing) m_Unkept.AddBookElement(name);
+  }
+
   void AddSheet(XmlAttributes attributes)
   {
     if (m_Book.sheets.size() == mostSheets) throw BookFailure("The file has more than " + std::to_string(mostSheets) + " sheets");
     char const * const name = attributes.Find("name");
     char const * const relation = attributes.FindIn(relationNamespace, "id");
-    bool const isHidden = attributes.Has("state", "hidden") || attributes.Has("state", "veryHidden");
-    m_Book.sheets.push_back({name == nullptr ? "" : name, relation == nullptr ? "" : relation, isHidden});
+    Visibility const visibility = attributes.Has("state", "hidden")       ? Visibility::Hidden
+                                  : attributes.Has("state", "veryHidden") ? Visibility::VeryHidden
+                                                                          : Visibility::Visible;
+    m_Book.sheets.push_back({name == nullptr ? "" : name, relation == nullptr ? "" : relation, visibility});
   }
 
   UnkeptList & m_Unkept;

@@ -6,13 +6,14 @@
 
 #include "servers/embedded/package.h"
 #include "servers/embedded/unkept.h"
+#include "servers/embedded/workbook.h"
 
 namespace embedded {
 
 struct SheetEntry {
   std::string name;
   std::string relation;  // its id
-  bool hidden;
+  Visibility visibility;
 };
 
 struct BookPart {

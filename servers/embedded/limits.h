@@ -18,6 +18,8 @@ inline constexpr uint64_t mostBookPartBytes = 16u << 20;          // of a part t
 inline constexpr uint64_t mostParts = 65536;
 inline constexpr size_t mostSheets = 1024;
 
+inline constexpr size_t mostPropertyBytes = 4096;  // of a title, an author and their kind
+
 // The XML of a part.
 inline constexpr unsigned int mostDepth = 64;               // of elements in elements
 inline constexpr uint64_t mostTokenBytes = 1u << 20;        // of one tag, comment or instruction

@@ -14,6 +14,7 @@
 #include "servers/embedded/iso_dates.h"
 #include "servers/embedded/number_text.h"
 #include "servers/embedded/rich_text.h"
+#include "servers/embedded/sheet_frame.h"
 
 namespace embedded {
 namespace {
@@ -36,18 +37,19 @@ class SheetHandler {
   static constexpr XmlNamespace const & space = sheetNamespace;
 
   SheetHandler(std::vector<SharedText> const & texts, bool from1904, Sheet & sheet, UnkeptList & unkept)
-      : m_Texts(texts), m_b1904(from1904), m_Sheet(sheet), m_Unkept(unkept)
+      : m_Texts(texts), m_b1904(from1904), m_Sheet(sheet), m_Unkept(unkept), m_Frame(sheet, unkept)
   {
   }
 
   bool Start(std::string_view name, XmlAttributes attributes);
   void End();
   void Characters(std::string_view text);
+  void PassForeign() { m_Unkept.Add(Unkept::Other); }
 
   bool HasSheet() const { return m_bSheet; }
 
  private:
-  enum class Where : unsigned char { Outside, Sheet, Views, View, Rows, Row, Cell, Value, Inline };
+  enum class Where : unsigned char { Outside, Sheet, Frame, Rows, Row, Cell, Value, Inline };
 
   bool Enter(Where where)
   {
@@ -55,7 +57,6 @@ class SheetHandler {
     return true;
   }
   bool StartSheet(std::string_view name);
-  bool StartInSheet(std::string_view name);
   bool StartRow(XmlAttributes attributes);
   bool StartCell(XmlAttributes attributes);
   bool StartInCell(std::string_view name);
@@ -78,6 +79,7 @@ class SheetHandler {
   bool m_b1904;
   Sheet & m_Sheet;
   UnkeptList & m_Unkept;
+  SheetFrame m_Frame;
 
   Where m_Where = Where::Outside;
   bool m_bSheet = false;
@@ -98,12 +100,10 @@ bool SheetHandler::Start(std::string_view name, XmlAttributes attributes)
     case Where::Outside:
       return StartSheet(name);
     case Where::Sheet:
-      return StartInSheet(name);
-    case Where::Views:
-      return name == "sheetView" && Enter(Where::View);
-    case Where::View:
-      if (name == "pane") m_Unkept.Add(Unkept::PageSetup);
-      return false;
+      if (name == "sheetData") return Enter(Where::Rows);
+      return m_Frame.Start(name, attributes) && Enter(Where::Frame);
+    case Where::Frame:
+      return m_Frame.Start(name, attributes);
     case Where::Rows:
       return name == "row" && StartRow(attributes);
     case Where::Row:
@@ -122,13 +122,6 @@ bool SheetHandler::StartSheet(std::string_view name)
 {
   m_bSheet = name == "worksheet";
   return m_bSheet && Enter(Where::Sheet);
-}
-
-bool SheetHandler::StartInSheet(std::string_view name)
-{
-  m_Unkept.AddSheetElement(name);
-  if (name == "sheetData") return Enter(Where::Rows);
-  return name == "sheetViews" && Enter(Where::Views);
 }
 
 bool SheetHandler::StartRow(XmlAttributes attributes)
@@ -219,11 +212,10 @@ void SheetHandler::End()
     case Where::Row:
       m_Where = Where::Rows;
       return;
-    case Where::View:
-      m_Where = Where::Views;
+    case Where::Frame:
+      if (m_Frame.End()) m_Where = Where::Sheet;
       return;
     case Where::Rows:
-    case Where::Views:
       m_Where = Where::Sheet;
       return;
     case Where::Sheet:
@@ -239,6 +231,8 @@ void SheetHandler::Characters(std::string_view text)
     m_strValue += text;
   } else if (m_Where == Where::Inline) {
     m_Text.Characters(text);
+  } else if (m_Where == Where::Frame) {
+    m_Frame.Characters(text);
   }
 }
 

@@ -92,6 +92,22 @@ class RowWriter {
   bool m_bOpen = false;
 };
 
+// What stands in front of the cells, in the format's order.
+void appendFrame(std::string & xml, Sheet const & sheet)
+{
+  if (!sheet.tabColor.empty()) xml += "<sheetPr><tabColor" + sheet.tabColor + "/></sheetPr>";
+  if (auto const used = sheet.cells.GetUsed()) {
+    xml += "<dimension ref=\"" + MakeCellName(used->firstRow, used->firstColumn) + ":" +
+           MakeCellName(used->lastRow, used->lastColumn) + "\"/>";
+  }
+  if (sheet.rightToLeft) xml += "<sheetViews><sheetView rightToLeft=\"1\" workbookViewId=\"0\"/></sheetViews>";
+  if (sheet.defaultWidth > 0.0) {
+    xml += "<sheetFormatPr defaultColWidth=\"";
+    AppendNumber(xml, sheet.defaultWidth);
+    xml += "\" defaultRowHeight=\"15\"/>";
+  }
+}
+
 }  // namespace
 
 std::string MakeSheetPart(Sheet const & sheet)
@@ -99,10 +115,7 @@ std::string MakeSheetPart(Sheet const & sheet)
   std::string xml(xmlHead);
   xml.reserve(xml.size() + (sheet.cells.GetCount() + 8) * bytesOfCell);
   xml += "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">";
-  if (auto const used = sheet.cells.GetUsed()) {
-    xml += "<dimension ref=\"" + MakeCellName(used->firstRow, used->firstColumn) + ":" +
-           MakeCellName(used->lastRow, used->lastColumn) + "\"/>";
-  }
+  appendFrame(xml, sheet);
   xml += "<sheetData>";
   RowWriter rows(xml);
   sheet.cells.ForEachFrom(0, [&](Cell const & cell) {

@@ -27,32 +27,26 @@ constexpr std::array<char const *, static_cast<size_t>(Unkept::Count)> phrases =
     "pivot tables",
     "macros",
     "protection",
-    "page set-up and frozen panes",
+    "page set-up",
+    "zoom, grid lines and frozen panes",
+    "named styles",
+    "the theme",
+    "settings of calculation",
+    "document properties",
     "dialog and macro sheets",
     "links to other workbooks",
     "other contents",
 };
 
-// A name, or the beginning of one where it ends in a slash or a letter that stands for more; nothing for what can be made anew.
+// A name, or of a part the beginning where it ends in a slash or a letter that stands for more; nothing for what can be made
+// anew.
 struct Known {
   std::string_view name;
   std::optional<Unkept> kind;
 };
 
 constexpr std::array parts = {
-    Known{"[content_types].xml", {}},
-    Known{"_rels/", {}},
-    Known{"docprops/app.xml", {}},
-    Known{"docprops/core.xml", {}},
-    Known{"xl/_rels/", {}},
-    Known{"xl/workbook", {}},
-    Known{"xl/sharedstrings", {}},
-    Known{"xl/styles", {}},
-    Known{"xl/theme/", {}},
-    Known{"xl/metadata", {}},
-    Known{"xl/calcchain", {}},
-    Known{"xl/worksheets/", {}},
-    Known{"xl/chartsheets/", {}},
+    Known{"docprops/custom.xml", Unkept::Properties},
     Known{"xl/dialogsheets/", Unkept::OtherSheets},
     Known{"xl/macrosheets/", Unkept::OtherSheets},
     Known{"xl/vbaproject", Unkept::Macros},
@@ -71,16 +65,9 @@ constexpr std::array parts = {
 };
 
 constexpr std::array sheetElements = {
-    Known{"sheetPr", {}},
     Known{"dimension", {}},
-    Known{"sheetViews", {}},
-    Known{"sheetFormatPr", {}},
-    Known{"sheetData", {}},
     Known{"sheetCalcPr", {}},
     Known{"phoneticPr", {}},
-    Known{"pageMargins", {}},
-    Known{"ignoredErrors", {}},
-    Known{"cols", Unkept::Layout},
     Known{"mergeCells", Unkept::MergedCells},
     Known{"autoFilter", Unkept::Filters},
     Known{"sortState", Unkept::Filters},
@@ -89,9 +76,6 @@ constexpr std::array sheetElements = {
     Known{"hyperlinks", Unkept::Links},
     Known{"sheetProtection", Unkept::Protection},
     Known{"protectedRanges", Unkept::Protection},
-    Known{"printOptions", Unkept::PageSetup},
-    Known{"pageSetup", Unkept::PageSetup},
-    Known{"headerFooter", Unkept::PageSetup},
     Known{"rowBreaks", Unkept::PageSetup},
     Known{"colBreaks", Unkept::PageSetup},
     Known{"drawing", Unkept::Drawings},
@@ -102,12 +86,9 @@ constexpr std::array sheetElements = {
 
 constexpr std::array bookElements = {
     Known{"fileVersion", {}},
-    Known{"workbookPr", {}},
     Known{"bookViews", {}},
     Known{"sheets", {}},
-    Known{"calcPr", {}},
     Known{"fileRecoveryPr", {}},
-    Known{"extLst", {}},
     Known{"fileSharing", Unkept::Protection},
     Known{"workbookProtection", Unkept::Protection},
     Known{"definedNames", {}},
@@ -119,7 +100,6 @@ constexpr std::array bookElements = {
 
 void UnkeptList::AddPart(std::string_view part)
 {
-  if (part.ends_with('/') || part.find("/_rels/") != std::string_view::npos) return;
   auto const * const found =
       std::find_if(parts.begin(), parts.end(), [&](Known const & known) { return part.starts_with(known.name); });
   if (found == parts.end())

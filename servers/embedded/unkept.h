@@ -28,6 +28,11 @@ enum class Unkept : uint8_t {
   Macros,
   Protection,
   PageSetup,
+  Views,
+  Styles,
+  Theme,
+  Calculation,
+  Properties,
   OtherSheets,
   OtherBooks,
   Other,
@@ -38,8 +43,8 @@ class UnkeptList {
  public:
   void Add(Unkept kind) { m_nKinds |= 1U << static_cast<unsigned int>(kind); }
 
-  // By the name of a part of the package in lower case, of a child of a sheet's root, and of one of the workbook's root. What can
-  // be made anew, or says nothing, isn't added.
+  // By the name of a part of the package in lower case that nobody reads, of a child of a sheet's root, and of one of the
+  // workbook's root. An element that can be made anew, or says nothing, isn't added.
   void AddPart(std::string_view part);
   void AddSheetElement(std::string_view element);
   void AddBookElement(std::string_view element);

@@ -14,6 +14,7 @@
 #include "servers/embedded/relations.h"
 #include "servers/embedded/shared_strings.h"
 #include "servers/embedded/sheet_part.h"
+#include "servers/embedded/styles_part.h"
 #include "servers/embedded/xml_reader.h"
 
 namespace embedded {
@@ -34,13 +35,17 @@ std::string findBookPart(Package & package)
 
 class Reader {
  public:
-  explicit Reader(Package & package) : m_Package(package), m_strBook(findBookPart(package)), m_Relations(package, m_strBook) {}
+  explicit Reader(Package & package) : m_Package(package), m_strBook(findBookPart(package)), m_Relations(package, m_strBook)
+  {
+    m_Read.insert(m_strBook);
+  }
 
   Workbook Read()
   {
     BookPart const part = ReadBookPart(m_Package.Open(m_strBook, mostBookPartBytes), m_Book.unkept);
     m_Book.from1904 = part.from1904;
     ReadTexts();
+    ReadLook();
     for (SheetEntry const & entry : part.sheets) ReadSheet(entry);
     if (m_Book.sheets.empty()) throw BookFailure("The file has no worksheet");
     LookAtRest();
@@ -51,9 +56,31 @@ class Reader {
   // A part that nobody has can't be asked for by a cell either, or the cell is refused.
   void ReadTexts()
   {
-    Relation const * const texts = m_Relations.FindByKind("sharedStrings");
-    if (texts == nullptr || !m_Package.Has(texts->target)) return;
-    m_Texts = ReadSharedStrings(m_Package.Open(texts->target, mostUnpackedBytes), m_Book.unkept);
+    if (std::string const texts = Take(m_Relations, "sharedStrings"); !texts.empty())
+      m_Texts = ReadSharedStrings(m_Package.Open(texts, mostUnpackedBytes), m_Book.unkept);
+  }
+
+  void ReadLook()
+  {
+    Take(m_Relations, "calcChain");  // the order in which formulas were computed
+    if (std::string const styles = Take(m_Relations, "styles"); !styles.empty())
+      ReadStylesPart(m_Package.Open(styles, mostUnpackedBytes), m_Book.font, m_Book.unkept);
+    if (std::string const theme = Take(m_Relations, "theme"); !theme.empty())
+      ReadThemePart(m_Package.Open(theme, mostUnpackedBytes), m_Book.unkept);
+    Relations const outer(m_Package, "");
+    for (char const * kind : {"core-properties", "extended-properties", "extendedProperties"}) {
+      if (std::string const part = Take(outer, kind); !part.empty())
+        ReadProperties(m_Package.Open(part, mostBookPartBytes), m_Book.properties, m_Book.unkept);
+    }
+  }
+
+  // The part that the first relation of a kind leads to, which is read from here on; empty where there is none, or none that is
+  // left to be read.
+  std::string Take(Relations const & relations, char const * kind)
+  {
+    Relation const * const relation = relations.FindByKind(kind);
+    bool const isThere = relation != nullptr && m_Package.Has(relation->target) && m_Read.insert(relation->target).second;
+    return isThere ? relation->target : std::string();
   }
 
   Relation const & Follow(SheetEntry const & entry)
@@ -62,7 +89,7 @@ class Reader {
     if (relation == nullptr || !m_Package.Has(relation->target)) {
       throw BookFailure("The sheet \"" + entry.name + "\" is missing in the file");
     }
-    if (!m_SheetParts.insert(relation->target).second) {
+    if (!m_Read.insert(relation->target).second) {
       throw BookFailure("The sheet \"" + entry.name + "\" has the same part of the file as another one");
     }
     return *relation;
@@ -85,9 +112,9 @@ class Reader {
     auto sheet = std::make_unique<Sheet>();
     sheet->kind = isChart ? SheetKind::Chart : SheetKind::Worksheet;
     sheet->name = entry.name;
-    sheet->hidden = entry.hidden;
+    sheet->visibility = entry.visibility;
     if (isChart)
-      LookIntoChart(m_Package, relation.target, m_ChartParts, m_Book.unkept);
+      LookIntoChart(m_Package, relation.target, m_Read, m_Book.unkept);
     else
       ReadSheetPart(m_Package.Open(relation.target, mostUnpackedBytes), m_Texts, m_Book.from1904, *sheet, m_Book.unkept);
     m_Book.sheets.push_back(std::move(sheet));
@@ -97,11 +124,22 @@ class Reader {
   void LookAtRest()
   {
     for (auto const & [name, index] : m_Package.GetParts()) {
-      if (m_ChartParts.count(name) != 0) continue;
+      if (m_Read.count(name) != 0 || IsMadeAnew(name)) continue;
       bool const isEmpty = name == "docprops/custom.xml" &&
                            !HasElement(m_Package.Open(name, mostBookPartBytes), propertiesNamespace, {"property"});
       if (!isEmpty) m_Book.unkept.AddPart(name);
     }
+  }
+
+  bool IsMadeAnew(std::string const & part) const
+  {
+    if (part == "[content_types].xml" || part == "_rels/.rels") return true;
+    size_t const folder = part.rfind("_rels/");
+    constexpr std::string_view step = "_rels/";
+    constexpr std::string_view end = ".rels";
+    if (folder == std::string::npos || !part.ends_with(end)) return false;
+    std::string teller = part.substr(0, part.size() - end.size()).erase(folder, step.size());
+    return m_Package.Has(teller);
   }
 
   Package & m_Package;
@@ -109,8 +147,7 @@ class Reader {
   Relations m_Relations;
   Workbook m_Book;
   std::vector<SharedText> m_Texts;
-  std::set<std::string> m_SheetParts;
-  std::set<std::string> m_ChartParts;
+  std::set<std::string> m_Read;  // the parts
   std::set<std::string> m_Names;
 };
 

@@ -96,6 +96,8 @@ class XmlParser {
 //   bool Start(std::string_view name, XmlAttributes attributes)   false to pass over the element with all that is in it
 //   void End()                                                   of the last element that was started and isn't over
 //   void Characters(std::string_view text)                       a piece of what stands in that element
+// and, if it wants to know of them,
+//   void PassForeign()                                           before an element of another namespace is passed over
 template <class Handler>
 class XmlReader : public XmlParser {
  public:
@@ -117,6 +119,8 @@ class XmlReader : public XmlParser {
     try {
       if (reader.m_nDepth > mostDepth) FailAtDepth();
       char const * const own = reader.m_Handler.space.FindOwnName(name);
+      if constexpr (requires { reader.m_Handler.PassForeign(); })
+        if (own == nullptr) reader.m_Handler.PassForeign();
       if (own == nullptr || !reader.m_Handler.Start(own, XmlAttributes(attributes))) reader.m_nPassed = reader.m_nDepth;
     } catch (...) {
       reader.KeepException();

@@ -34,7 +34,11 @@ inline std::string TellBook(embedded::Workbook const & book)
     if (!told.empty()) told += "; ";
     told += sheet->name;
     told += sheet->kind == embedded::SheetKind::Chart ? " (chart)" : "";
-    told += sheet->hidden ? " (hidden):" : ":";
+    told += sheet->visibility == embedded::Visibility::Hidden       ? " (hidden)"
+            : sheet->visibility == embedded::Visibility::VeryHidden ? " (very hidden)"
+                                                                    : "";
+    told += sheet->rightToLeft ? " (right to left)" : "";
+    told += sheet->tabColor + ":";
     sheet->cells.ForEachFrom(0, [&](embedded::Cell const & cell) {
       told += " " + TellCell(cell);
       return true;

@@ -10,6 +10,7 @@
 #include "servers/embedded/failure.h"
 #include "servers/embedded/package_writer.h"
 #include "servers/embedded/workbook_reader.h"
+#include "servers/embedded/workbook_writer.h"
 #include "tests/embedded/book_text.h"
 #include "tests/embedded/stored_package.h"
 
@@ -146,7 +147,7 @@ TEST(Reader, FindsSheetsByTheirRelations)
       {"<sheet name='B' r:id='2' state='veryHidden'/><sheet name='A' r:id='1'/>",
        "<Relationship Id='1' Type='t/worksheet' Target='/XL/a.xml'/><Relationship Id='2' Type='t/worksheet' Target='..\\b.xml'/>",
        {"xl/A.xml", "b.xml"},
-       "B (hidden): A1=1; A: A1=1"},
+       "B (very hidden): A1=1; A: A1=1"},
       {"<sheet name='A' r:id='1'/>",
        "<Relationship Id='1' Type='t/worksheet' Target='a.xml'/>",
        {},
@@ -192,21 +193,119 @@ TEST(Reader, TellsWhatIsNoWorkbook)
   EXPECT_THROW(embedded::ReadWorkbook("/nowhere/book.xlsx"s), embedded::BookFailure);
 }
 
-TEST(Reader, GathersWhatIsntKept)
+// What stands in a file beside one cell, each in its place.
+struct Beside {
+  std::string inSheet = "";  // in front of the cells
+  std::string inBook = "";   // of the workbook's children
+  std::string styles = "";   // of the styles' children
+  std::string part = "";     // named one more part, which nothing leads to
+  std::string inRow = "";    // and behind the row
+  std::string core = "";     // of the properties' children
+};
+
+embedded::Workbook readBeside(Beside const & beside)
 {
-  std::string const sheet = "<worksheet xmlns=\"" + main +
-                            "\"><sheetViews><sheetView><pane/></sheetView></sheetViews><sheetData>" +
-                            "<row hidden='1'><c s='1'><f>1</f><v>1</v></c></row></sheetData><mergeCells/></worksheet>";
-  StoredPackage package = MakeBookPackage(sheet, "");
-  package.Add("xl/vbaProject.bin", "x");
+  std::string const types = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+  std::string const list = "<Relationships xmlns='http://schemas.openxmlformats.org/package/2006/relationships'>";
+  StoredPackage package;
+  package.Add("_rels/.rels", list + "<Relationship Id='b' Type='t/officeDocument' Target='xl/workbook.xml'/>" +
+                                 "<Relationship Id='c' Type='t/metadata/core-properties' Target='docProps/core.xml'/>" +
+                                 "<Relationship Id='e' Type='t/extended-properties' Target='docProps/app.xml'/></Relationships>");
+  package.Add("xl/workbook.xml", "<workbook xmlns='" + main + "' xmlns:r='" + types + "'>" + beside.inBook +
+                                     "<sheets><sheet name='Data' r:id='s' state='veryHidden'/></sheets></workbook>");
+  package.Add("xl/_rels/workbook.xml.rels", list + "<Relationship Id='s' Type='t/worksheet' Target='worksheets/sheet1.xml'/>" +
+                                                "<Relationship Id='t' Type='t/styles' Target='styles.xml'/></Relationships>");
+  package.Add("xl/worksheets/sheet1.xml", "<worksheet xmlns='" + main + "'>" + beside.inSheet +
+                                              "<sheetData><row><c><v>1</v></c>" + beside.inRow +
+                                              "</row></sheetData></worksheet>");
+  package.Add("xl/styles.xml", "<styleSheet xmlns='" + main + "'>" + beside.styles + "</styleSheet>");
+  package.Add("docProps/core.xml",
+              "<p xmlns='http://schemas.openxmlformats.org/package/2006/metadata/core-properties' "
+              "xmlns:dc='http://purl.org/dc/elements/1.1/'>" +
+                  beside.core + "</p>");
+  if (!beside.part.empty()) package.Add(beside.part, "x");
   std::string const bytes = package.Finish();
-  std::vector<std::string> const phrases = {"formulas (their values stay)",
-                                            "cell formats (values and dates stay as numbers)",
-                                            "widths, heights, hidden rows and columns",
-                                            "merged cells (their values stay)",
-                                            "macros",
-                                            "page set-up and frozen panes"};
-  EXPECT_EQ(embedded::ReadWorkbook(std::as_bytes(std::span(bytes))).unkept.GetPhrases(), phrases);
+  return embedded::ReadWorkbook(std::as_bytes(std::span(bytes)));
+}
+
+TEST(Reader, TellsWhatItDoesNotKeep)
+{
+  std::string const formats = "cell formats (values and dates stay as numbers)";
+  std::string const layout = "widths, heights, hidden rows and columns";
+  std::string const views = "zoom, grid lines and frozen panes";
+  std::string const other = "other contents";
+  struct {
+    Beside beside;
+    std::string told;
+  } const cases[] = {
+      {{.inSheet = "<sheetViews><sheetView><pane/></sheetView></sheetViews>"}, views},
+      {{.inSheet = "<sheetViews><sheetView showGridLines='0'/></sheetViews>"}, views},
+      {{.inSheet = "<sheetViews><sheetView zoomScale='85'/></sheetViews>"}, views},
+      {{.inSheet = "<sheetFormatPr zeroHeight='1'/>"}, layout},
+      {{.inSheet = "<cols><col min='1' max='1' width='9' customWidth='1'/></cols>"}, layout},
+      {{.inSheet = "<cols><col min='1' max='1' width='9' bestFit='1' hidden='1'/></cols>"}, layout},
+      {{.inSheet = "<pageMargins left='0.1'/>"}, "page set-up"},
+      {{.inSheet = "<headerFooter><oddHeader>&amp;CDraft</oddHeader></headerFooter>"}, "page set-up"},
+      {{.inSheet = "<headerFooter><evenFooter/></headerFooter>"}, "page set-up"},
+      {{.inSheet = "<sheetPr><pageSetUpPr fitToPage='1'/></sheetPr>"}, "page set-up"},
+      {{.inSheet = "<mergeCells/>"}, "merged cells (their values stay)"},
+      {{.inSheet = "<extLst/>"}, other},
+      {{.inSheet = "<m:AlternateContent xmlns:m='urn:m'/>"}, other},
+      {{.inBook = "<calcPr calcMode='manual'/>"}, "settings of calculation"},
+      {{.inBook = "<extLst><ext uri='{0}'/></extLst>"}, other},
+      {{.styles = "<cellXfs><xf numFmtId='14'/></cellXfs>"}, formats},
+      {{.styles = "<cellXfs><xf><alignment wrapText='1'/></xf></cellXfs>"}, formats},
+      {{.styles = "<fonts><font><b/></font></fonts>"}, formats},
+      {{.styles = "<borders><border><left style='thin'/></border></borders>"}, formats},
+      {{.styles = "<cellStyles><cellStyle name='Mine'/></cellStyles>"}, "named styles"},
+      {{.part = "xl/worksheets/sheet2.xml"}, other},
+      {{.part = "xl/workbook2.xml"}, other},
+      {{.part = "xl/metadata.xml"}, other},
+      {{.part = "_rels/foo.bin"}, other},
+      {{.part = "xl/_rels/nobody.xml.rels"}, other},
+      {{.part = "xl/vbaProject.bin"}, "macros"},
+      {{.inRow = "<c s='1'><f>1</f></c>"}, "formulas (their values stay), " + formats},
+      {{.core = "<x xmlns='urn:x'>lost</x>"}, "document properties"},
+      {{.core = "<dc:title>" + std::string(5000, 'x') + "</dc:title>"}, "document properties"},
+  };
+  for (auto const & row : cases) {
+    std::string told;
+    for (std::string const & phrase : readBeside(row.beside).unkept.GetPhrases()) told += (told.empty() ? "" : ", ") + phrase;
+    EXPECT_EQ(told, row.told);
+  }
+}
+
+TEST(Reader, KeepsHowASheetIsShownAndTakesWhatEveryWriterGivesForNoLoss)
+{
+  Beside const beside = {
+      .inSheet =
+          "<sheetPr filterMode='false'><tabColor rgb='FF00FF00' tint='-0.5'/><pageSetUpPr fitToPage='false'/></sheetPr>"
+          "<sheetViews><sheetView rightToLeft='true' showGridLines='true' zoomScale='100'><selection/></sheetView></sheetViews>"
+          "<sheetFormatPr defaultColWidth='11.53515625' defaultRowHeight='12.8' zeroHeight='false'/>"
+          "<cols><col min='1' max='1' width='9' bestFit='1'/></cols>"
+          "<pageMargins left='0.7875' top='1.05277777777778' bottom='0.75000000000000011' header='0.3'/>"
+          "<pageSetup paperSize='9' orientation='portrait'/><headerFooter differentFirst='false'>"
+          "<oddHeader>&amp;C&amp;\"DejaVu Serif,Book\"&amp;12&amp;A</oddHeader>"
+          "<oddFooter>&amp;C&amp;\"DejaVu Serif,Book\"&amp;12Seite &amp;P</oddFooter></headerFooter>",
+      .inBook =
+          "<workbookPr backupFile='false'/><workbookProtection/><calcPr calcId='191029' iterateDelta='0.001'/>"
+          "<extLst><ext uri='{7626C862-2A13-11E5-B345-FEFF819CDC9F}'/></extLst>",
+      .styles =
+          "<numFmts><numFmt numFmtId='164' formatCode='General'/></numFmts><fonts><font><sz val='10'/><color theme='1'/>"
+          "<name val='DejaVu Sans'/><family val='2'/></font><font><b/></font></fonts><cellXfs><xf numFmtId='164' "
+          "applyFont='false'><alignment horizontal='general'/><protection locked='true'/></xf><xf numFmtId='14'/></cellXfs>"
+          "<cellStyles><cellStyle name='Percent' builtinId='5'/></cellStyles>",
+      .core = "<dc:title>Column &amp; <!-- -->tray\n2</dc:title><revision>3</revision><dc:creator/>"};
+  embedded::Workbook const read = readBeside(beside);
+  std::string const bytes = embedded::PackWorkbook(read);
+  embedded::Workbook const again = embedded::ReadWorkbook(std::as_bytes(std::span(bytes)));
+  for (embedded::Workbook const * book : {&read, &again}) {
+    EXPECT_EQ(TellBook(*book), "Data (very hidden) (right to left) rgb=\"FF00FF00\" tint=\"-0.5\": A1=1");
+    EXPECT_EQ(book->sheets[0]->defaultWidth, 11.53515625);
+    EXPECT_EQ(book->font.name + " " + std::to_string(book->font.size), "DejaVu Sans 10.000000");
+    EXPECT_EQ(book->properties[0], "Column & tray\n2");
+    EXPECT_EQ(book->unkept.GetPhrases(), std::vector<std::string>());
+  }
 }
 
 TEST(Reader, GivesNoHalfOfADamagedFile)

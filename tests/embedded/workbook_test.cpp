@@ -132,7 +132,7 @@ TEST(WorkbookFile, GivesEveryCellBack)
     if (zp::CellErrorText(code) != nullptr) put(cells, code, 3, Cell::OfError(code));
   put(cells, 1048575, 16383, Cell::OfText(SharedText(std::string(32767, 'x'))));
   addSheet(book, "Chart\t\r\n1", embedded::SheetKind::Chart);
-  addSheet(book, "Hidden", embedded::SheetKind::Worksheet).hidden = true;
+  addSheet(book, "Hidden", embedded::SheetKind::Worksheet).visibility = embedded::Visibility::Hidden;
 
   std::string const bytes = embedded::PackWorkbook(book);
   embedded::Workbook const back = embedded::ReadWorkbook(std::as_bytes(std::span(bytes)));
