@@ -2,8 +2,10 @@
 
 #include "servers/embedded/sheet_writer.h"
 
+#include <algorithm>
 #include <vector>
 
+#include <fmt/format.h>
 #include <zpbase/spreadsheet.h>
 
 #include "servers/embedded/cell_names.h"
@@ -92,6 +94,59 @@ class RowWriter {
   bool m_bOpen = false;
 };
 
+// Columns grow with their texts up to a bound, and never below what a program gives them by itself.
+constexpr size_t usualWidth = 8;  // characters
+constexpr size_t mostWidth = 40;
+constexpr size_t shownDigits = 12;  // of a number that has no format
+
+size_t countOfLongestLine(std::string_view text)
+{
+  size_t longest = 0;
+  for (;;) {
+    size_t const end = text.find('\n');
+    std::string_view const line = text.substr(0, end);
+    longest = std::max(longest, line.size() > mostWidth * 4 ? mostWidth : CountUnits(line));
+    if (end == std::string_view::npos || longest >= mostWidth) return longest;
+    text.remove_prefix(end + 1);
+  }
+}
+
+// At most what a column can want; atLeast spares the counting of what is no longer.
+size_t widthOf(Cell const & cell, size_t atLeast)
+{
+  switch (cell.GetKind()) {
+    case CellKind::Text:
+      if (cell.GetText().size() <= atLeast || atLeast >= mostWidth) return 0;
+      return std::min(countOfLongestLine(cell.GetText()), mostWidth);
+    case CellKind::Number: {
+      std::string digits;
+      if (atLeast < shownDigits) AppendNumber(digits, cell.GetNumber());
+      return std::min(digits.size(), shownDigits);
+    }
+    case CellKind::Boolean:
+    case CellKind::Error:
+      break;
+  }
+  return usualWidth;
+}
+
+void appendColumns(std::string & xml, CellStore const & cells)
+{
+  std::vector<size_t> widths;
+  cells.ForEachFrom(0, [&](Cell const & cell) {
+    if (widths.size() <= cell.GetColumn()) widths.resize(cell.GetColumn() + 1, usualWidth);
+    size_t & width = widths[cell.GetColumn()];
+    width = std::max(width, widthOf(cell, width));
+    return true;
+  });
+  std::string columns;
+  for (size_t i = 0; i < widths.size(); ++i) {
+    if (widths[i] > usualWidth)
+      columns += fmt::format("<col min=\"{0}\" max=\"{0}\" width=\"{1}\" bestFit=\"1\"/>", i + 1, widths[i] + 1);
+  }
+  if (!columns.empty()) xml += "<cols>" + columns + "</cols>";
+}
+
 // What stands in front of the cells, in the format's order.
 void appendFrame(std::string & xml, Sheet const & sheet)
 {
@@ -106,6 +161,7 @@ void appendFrame(std::string & xml, Sheet const & sheet)
     AppendNumber(xml, sheet.defaultWidth);
     xml += "\" defaultRowHeight=\"15\"/>";
   }
+  appendColumns(xml, sheet.cells);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "servers/embedded/cell_text.h"
 #include "servers/embedded/failure.h"
 #include "servers/embedded/iso_dates.h"
+#include "servers/embedded/sheet_writer.h"
 #include "servers/embedded/workbook_reader.h"
 #include "servers/embedded/workbook_writer.h"
 #include "tests/embedded/book_text.h"
@@ -141,6 +142,24 @@ TEST(WorkbookFile, GivesEveryCellBack)
   EXPECT_EQ(back.unkept.GetPhrases(), std::vector<std::string>());
   EXPECT_EQ(embedded::PackWorkbook(back), bytes);
   EXPECT_THROW(embedded::PackWorkbook(embedded::Workbook()), embedded::BookFailure);
+}
+
+TEST(WorkbookFile, MakesColumnsAsWideAsTheirLongestLine)
+{
+  embedded::Workbook book;
+  CellStore & cells = addSheet(book, "A", embedded::SheetKind::Worksheet).cells;
+  put(cells, 0, 0, Cell::OfText(SharedText("short")));
+  put(cells, 0, 1, Cell::OfText(SharedText("vapour pressure [Pa]\nB")));
+  put(cells, 9, 1, Cell::OfNumber(1.5));
+  put(cells, 0, 3, Cell::OfText(SharedText(std::string(200, 'x'))));
+  put(cells, 1, 3, Cell::OfText(SharedText("short again")));
+  put(cells, 0, 4, Cell::OfNumber(0.1234567890123));
+  put(cells, 0, 5, Cell::OfText(SharedText("\xC3\x84\xC3\x84\xC3\x84\xC3\x84\xC3\x84")));
+  EXPECT_NE(
+      embedded::MakeSheetPart(*book.sheets[0])
+          .find("<cols><col min=\"2\" max=\"2\" width=\"21\" bestFit=\"1\"/><col min=\"4\" max=\"4\" width=\"41\" bestFit=\"1\"/>"
+                "<col min=\"5\" max=\"5\" width=\"13\" bestFit=\"1\"/></cols><sheetData>"),
+      std::string::npos);
 }
 
 TEST(WorkbookFile, TakesTheFormerFilesPlaceOrLeavesIt)
