@@ -26,6 +26,13 @@ void appendNumber(std::string & text, double number)
   text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
 }
 
+// Readers of JSON take "-0" for an integer, which has no sign there.
+void appendJsonNumber(std::string & json, double number)
+{
+  appendNumber(json, number);
+  if (number == 0.0 && std::signbit(number)) json += ".0";
+}
+
 std::string errorText(HRESULT code)
 {
   int const number = code - zp::cellErrorBase;
@@ -159,7 +166,7 @@ void AppendJsonCell(std::string & json, VARIANT const & value)
       json += "null";
       return;
     case VT_R8:
-      if (std::isfinite(value.dblVal)) return appendNumber(json, value.dblVal);
+      if (std::isfinite(value.dblVal)) return appendJsonNumber(json, value.dblVal);
       return JsonText(json).Real(value.dblVal);
     case VT_BSTR: {
       std::string text;
