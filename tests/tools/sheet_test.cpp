@@ -50,6 +50,14 @@ TEST_F(SheetTool, PutsATableIntoANewSheetAndReadsItBack)
             "chart      Profile\n");
 }
 
+TEST_F(SheetTool, TakesForANumberWhatADoubleHolds)
+{
+  Run("sheet write n.xlsx N -", "9007199254740992,-9007199254740992,9007199254740993,-9007199254740993,10000000000000000,-0\n");
+  EXPECT_EQ(Run("sheet read n.xlsx N --json"),
+            "{\"sheet\":\"N\",\"block\":\"A1:F1\",\"rows\":[\n [9007199254740992,-9007199254740992,\"9007199254740993\","
+            "\"-9007199254740993\",\"10000000000000000\",-0.0]\n]}\n");
+}
+
 TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
 {
   m_Folder.Write("t.csv", table);

@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr double largestWhole = 9007199254740992.0;  // 2^53: a double holds all integers up to it
+constexpr std::string_view largestWhole = "9007199254740992";  // 2^53: a double holds all integers up to it
 
 void appendNumber(std::string & text, double number)
 {
@@ -102,12 +102,18 @@ bool isNumberText(std::string_view text, bool & isWhole)
   return text.empty();
 }
 
+// By its digits: as a double it may have been rounded down to the largest one.
+bool isBeyondWhole(std::string_view text)
+{
+  take(text, "-");
+  return text.size() != largestWhole.size() ? text.size() > largestWhole.size() : text > largestWhole;
+}
+
 bool readNumber(std::string_view text, double & number)
 {
   bool isWhole = false;
-  if (!isNumberText(text, isWhole)) return false;
-  if (std::from_chars(text.data(), text.data() + text.size(), number).ec != std::errc()) return false;
-  return !isWhole || std::fabs(number) <= largestWhole;
+  if (!isNumberText(text, isWhole) || (isWhole && isBeyondWhole(text))) return false;
+  return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
 }
 
 uint64_t mixed(uint64_t bits)
