@@ -11,7 +11,7 @@
 
 void SheetArguments::AddBook(CLI::App & command)
 {
-  command.add_option("BOOK", book, "A workbook's file, such as job.xlsx")->required();
+  RequireNamed(command.add_option("BOOK", book, "A workbook's file, such as job.xlsx")->required());
   AddServerOption(command, server);
 }
 
@@ -25,17 +25,22 @@ void SheetArguments::AddDrop(CLI::App & command)
   AddDropOption(command, drop);
 }
 
-void AddServerOption(CLI::App & command, std::string & server)
+CLI::Option * AddServerOption(CLI::App & command, std::string & server)
 {
-  command.add_option(
+  return command.add_option(
       "--server", server,
       "Program identifier of the spreadsheet server, such as Zephlow.Workbooks or Zephlow.Office; by default that of "
       "the settings, else Excel.Application");
 }
 
-void AddDropOption(CLI::App & command, bool & drop)
+CLI::Option * AddDropOption(CLI::App & command, bool & drop)
 {
-  command.add_flag("--drop", drop, "Overwrite the workbook although it holds what the spreadsheet server can't keep");
+  return command.add_flag("--drop", drop, "Overwrite the workbook although it holds what the spreadsheet server can't keep");
+}
+
+CLI::Option * RequireNamed(CLI::Option * option)
+{
+  return option->check([](std::string const & name) { return std::string(name.empty() ? "a file must be named" : ""); });
 }
 
 ExitStatus Told(std::function<void()> const & work)

@@ -17,8 +17,11 @@ struct SheetArguments {
   bool drop = false;
 };
 
-void AddServerOption(CLI::App & command, std::string & server);
-void AddDropOption(CLI::App & command, bool & drop);
+CLI::Option * AddServerOption(CLI::App & command, std::string & server);
+CLI::Option * AddDropOption(CLI::App & command, bool & drop);
+
+// Refuses an option's empty value, which names no file.
+CLI::Option * RequireNamed(CLI::Option * option);
 
 // Does the work. What the server warns of is told at once; what it tells with a sentence becomes a Failure of that.
 ExitStatus Told(std::function<void()> const & work);

@@ -300,11 +300,12 @@ struct ExportCommand : StoreArguments {
     StoreArguments::AddOptions(command);
     auto * const output = command.add_option("FILE", file, "File to write, - for standard output");
     command.add_flag("--skip", skip, "End with 0 although records were left out");
-    command.add_option("--sheet", workbook.book, "Put two new sheets, constants and correlations, into this workbook")
-        ->excludes(output)
-        ->excludes(command.get_option("--json"));
-    AddServerOption(command, workbook.server);
-    AddDropOption(command, workbook.drop);
+    auto * const sheet = RequireNamed(
+        command.add_option("--sheet", workbook.book, "Put two new sheets, constants and correlations, into this workbook")
+            ->excludes(output)
+            ->excludes(command.get_option("--json")));
+    AddServerOption(command, workbook.server)->needs(sheet);
+    AddDropOption(command, workbook.drop)->needs(sheet);
   }
 
   ExitStatus Run() const
