@@ -63,6 +63,11 @@ TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
   m_Folder.Write("t.csv", table);
   Run("sheet write b.xlsx Data t.csv");
   std::string const bytes = m_Folder.Read("b.xlsx");
+  m_Folder.Write("far.xlsx", MakeBookPackage("<worksheet xmlns='http://schemas.openxmlformats.org/spreadsheetml/2006/main'>"
+                                             "<sheetData><row><c><v>1</v></c></row><row r='1048576'><c r='XFD1048576'><v>2</v>"
+                                             "</c></row></sheetData></worksheet>",
+                                             "")
+                                 .Finish());
   struct Row {
     char const * arguments;
     std::string told;

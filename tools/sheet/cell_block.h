@@ -1,6 +1,7 @@
 // Blocks of cells: their names, and their values some rows at a time.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -15,6 +16,7 @@ struct CellBlock {
   int lastColumn;
 
   int Columns() const { return lastColumn - firstColumn + 1; }
+  int64_t CountCells() const { return int64_t{lastRow - firstRow + 1} * Columns(); }
 };
 
 constexpr int mostRows = 1048576;

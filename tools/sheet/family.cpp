@@ -23,6 +23,7 @@ namespace {
 using Source = WorkbookLink::Source;
 
 constexpr size_t pieceBytes = 0x20000;
+constexpr int64_t mostCells = 1 << 28;  // that are printed unasked: all rows of 256 columns
 
 // The name of the block with all filled cells; empty for an empty sheet.
 std::string usedName(GPWorkSheet sheet)
@@ -92,11 +93,20 @@ struct ReadCommand : SheetArguments {
     SpreadsheetLink link(server);
     WorkbookLink workbook(link, book, Source::File);
     GPWorkSheet cells = workbook.FindWorksheet(sheet);
-    if (block.empty()) asked = UsedBlock(cells);
+    if (block.empty()) asked = WholeBlock(cells);
     if (json)
       PrintJson(cells, asked);
     else
       PrintCsv(cells, asked);
+  }
+
+  // Two cells in far corners make a block that nobody wants to read whole.
+  CellBlock WholeBlock(GPWorkSheet & cells) const
+  {
+    CellBlock const used = UsedBlock(cells);
+    if (used.CountCells() <= mostCells) return used;
+    throw Failure(fmt::format("{}: the filled cells of \"{}\" lie in {}, which are more than {} fields; name a block of them",
+                              book, sheet, NameOfBlock(used), mostCells));
   }
 
   static void PrintCsv(GPWorkSheet & cells, CellBlock const & asked)
