@@ -71,7 +71,7 @@ TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
   struct Row {
     char const * arguments;
     std::string told;
-    char const * input = "";
+    std::string input = "";
   };
   for (Row const & row : {
            Row{"sheet write b.xlsx DATA t.csv", "1 zp: b.xlsx: there is a sheet \"DATA\" already; name another one\n"},
@@ -79,6 +79,17 @@ TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
                "1 zp: \"a:b\": no sheet can have this name; take 1 to 31 characters without : \\ / ? * [ ]\n"},
            Row{"sheet write b.xlsx New -", "1 zp: standard input: line 2: \"\\xE9\": is no UTF-8\n", "1\n\xE9\n"},
            Row{"sheet write b.xlsx New none.csv", "1 zp: none.csv: can't be opened: No such file or directory; check the name\n"},
+           Row{"sheet write b.xlsx New -",
+               "1 zp: standard input: is a table in UTF-16; save it as \"CSV UTF-8\", or convert it with iconv\n",
+               std::string("\xFF\xFE"
+                           "a\0,\0",
+                           6)},
+           Row{"sheet read far.xlsx Data",
+               "1 zp: far.xlsx: the filled cells of \"Data\" lie in A1:XFD1048576, which are more than 268435456 fields; name a "
+               "block of them\n"},
+           Row{"sheet list ''", "2 zp: BOOK: a file must be named; see zp sheet list --help\n"},
+           Row{"store export none --sheet ''", "2 zp: --sheet: a file must be named; see zp store export --help\n"},
+           Row{"store export none --drop", "2 zp: --drop requires --sheet; see zp store export --help\n"},
            Row{"sheet read b.xlsx Other", "1 zp: b.xlsx: there is no worksheet \"Other\"; see zp sheet list\n"},
            Row{"sheet read b.xlsx Data A0", "2 zp: \"A0\": a block is a cell, or two with a colon between, such as A1:CV50\n"},
            Row{"sheet list t.csv", "1 zp: " + Path("t.csv") + ": The file is no .xlsx file: it is no zip archive\n"},

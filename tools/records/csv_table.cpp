@@ -34,7 +34,7 @@ class CsvReader {
     std::string piece(pieceBytes, '\0');
     while (input.read(piece.data(), pieceBytes), input.gcount() > 0) {
       std::string_view rest(piece.data(), static_cast<size_t>(input.gcount()));
-      if (m_nLine == 1 && m_bAtBegin && rest.starts_with("\xEF\xBB\xBF")) rest.remove_prefix(3);
+      if (m_nLine == 1 && m_bAtBegin) SkipMark(rest);
       while (!rest.empty()) {
         std::string_view const line = rest.substr(0, std::min(rest.find('\n'), rest.size() - 1) + 1);
         rest.remove_prefix(line.size());
@@ -46,6 +46,14 @@ class CsvReader {
   }
 
  private:
+  // The mark of an encoding at the beginning of the file.
+  void SkipMark(std::string_view & text) const
+  {
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+      throw Failure(fmt::format("{}: is a table in UTF-16; save it as \"CSV UTF-8\", or convert it with iconv", m_Name));
+    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  }
+
   // A line or a part of one; the parser's calls know by it where they are.
   void TakeLine(std::string_view line)
   {
