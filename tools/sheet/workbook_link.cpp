@@ -39,16 +39,19 @@ std::string nameOf(COleDispatchDriver & object)
   return name;
 }
 
-void setName(COleDispatchDriver & object, std::string const & name)
+// Whether the server takes the name.
+bool setName(COleDispatchDriver & object, std::string const & name)
 {
   constexpr BYTE variantParameter[] = {VT_VARIANT, 0};
   COleVariant const value = TextVariant(name);
   try {
     object.InvokeHelper(memberName, DISPATCH_PROPERTYPUT, VT_EMPTY, nullptr, variantParameter, &value);
   } catch (COleException * refused) {
+    if (refused->m_sc != E_INVALIDARG) throw;
     zp::ExceptionGuard const guard(refused);
-    throw Failure(fmt::format("\"{}\": no sheet can have this name; take 1 to 31 characters without : \\ / ? * [ ]", name));
+    return false;
   }
+  return true;
 }
 
 bool isSameName(std::string_view one, std::string_view other)
@@ -156,7 +159,7 @@ GPWorkSheet WorkbookLink::AddWorksheet(std::string const & name)
   if (!isOwn) RequireFree(name);
   auto sheet =
       Attached<GPWorkSheet>(isOwn ? m_Book.GetWorkSheet(COleVariant(1)) : Attached<GPWorkSheets>(m_Book.GetWorkSheets()).Add());
-  setName(sheet, name);
+  if (!setName(sheet, name)) RefuseName(name);
   return sheet;
 }
 
@@ -164,7 +167,14 @@ void WorkbookLink::AddChart(std::string const & name)
 {
   RequireFree(name);
   auto chart = Attached<GPChart>(Attached<GPCharts>(m_Book.GetCharts()).Add());
-  setName(chart, name);
+  if (!setName(chart, name)) RefuseName(name);
+}
+
+// A name that was free may be taken by now.
+void WorkbookLink::RefuseName(std::string const & name)
+{
+  RequireFree(name);
+  throw Failure(fmt::format("\"{}\": no sheet can have this name; take 1 to 31 characters without : \\ / ? * [ ]", name));
 }
 
 void WorkbookLink::Save()

@@ -54,6 +54,7 @@ class WorkbookLink {
 
  private:
   void RequireFree(std::string const & name);
+  [[noreturn]] void RefuseName(std::string const & name);
 
   GPWorkBook m_Book;
   std::string m_strName;
