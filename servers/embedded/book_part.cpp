@@ -39,11 +39,12 @@ class BookHandler {
         m_bBook = true;
         break;
       case 1:
-        if (name == "sheets" || name == "definedNames" || name == "extLst") break;
+        if (name == "bookViews" || name == "sheets" || name == "definedNames" || name == "extLst") break;
         StartChild(name, attributes);
         return false;
       default:
         if (name == "sheet") AddSheet(attributes);
+        if (name == "workbookView" && !IsUsual(name, attributes)) m_Unkept.Add(Unkept::Views);
         if (name == "definedName") m_Unkept.Add(Unkept::Names);
         if (name == "ext" && !isUsualExtension(attributes.Find("uri"))) m_Unkept.Add(Unkept::Other);
         return false;

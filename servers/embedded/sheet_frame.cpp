@@ -69,7 +69,7 @@ bool SheetFrame::StartBelow(std::string_view name, XmlAttributes attributes)
   if (name == "tabColor")
     TakeTabColor(attributes);
   else if (name == "col")
-    Require(IsUsual(name, attributes), Unkept::Layout);
+    Require(IsUsual(name, attributes) && attributes.IsOn("bestFit"), Unkept::Layout);
   else if (name == "outlinePr")
     Require(IsUsual(name, attributes), Unkept::Filters);
   else if (name == "pageSetUpPr")

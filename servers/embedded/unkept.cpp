@@ -86,12 +86,9 @@ constexpr std::array sheetElements = {
 
 constexpr std::array bookElements = {
     Known{"fileVersion", {}},
-    Known{"bookViews", {}},
-    Known{"sheets", {}},
     Known{"fileRecoveryPr", {}},
     Known{"fileSharing", Unkept::Protection},
     Known{"workbookProtection", Unkept::Protection},
-    Known{"definedNames", {}},
     Known{"externalReferences", Unkept::OtherBooks},
     Known{"pivotCaches", Unkept::PivotTables},
 };

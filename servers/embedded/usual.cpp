@@ -24,6 +24,9 @@ constexpr std::array usualElements = {
     Usual{"workbookPr",
           " date1904=* codeName=* defaultThemeVersion=* dateCompatibility=* backupFile=0 showObjects=all"
           " filterPrivacy=0 hidePivotFieldList=0 autoCompressPictures=* checkCompatibility=0 "},
+    Usual{"workbookView",
+          " visibility=visible minimized=0 showHorizontalScroll=1 showVerticalScroll=1 showSheetTabs=1 xWindow=*"
+          " yWindow=* windowWidth=* windowHeight=* tabRatio=* firstSheet=* activeTab=* autoFilterDateGrouping=1 "},
     Usual{"calcPr",
           " calcId=* calcMode=auto fullCalcOnLoad=* forceFullCalc=* calcCompleted=* calcOnSave=*"
           " concurrentCalc=* concurrentManualCount=* refMode=A1 fullPrecision=1 iterate=0 iterateCount=*"

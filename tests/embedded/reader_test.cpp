@@ -244,6 +244,7 @@ TEST(Reader, TellsWhatItDoesNotKeep)
       {{.inSheet = "<sheetFormatPr zeroHeight='1'/>"}, layout},
       {{.inSheet = "<cols><col min='1' max='1' width='9' customWidth='1'/></cols>"}, layout},
       {{.inSheet = "<cols><col min='1' max='1' width='9' bestFit='1' hidden='1'/></cols>"}, layout},
+      {{.inSheet = "<cols><col min='1' max='1' width='9'/></cols>"}, layout},
       {{.inSheet = "<pageMargins left='0.1'/>"}, "page set-up"},
       {{.inSheet = "<headerFooter><oddHeader>&amp;CDraft</oddHeader></headerFooter>"}, "page set-up"},
       {{.inSheet = "<headerFooter><evenFooter/></headerFooter>"}, "page set-up"},
@@ -251,6 +252,7 @@ TEST(Reader, TellsWhatItDoesNotKeep)
       {{.inSheet = "<mergeCells/>"}, "merged cells (their values stay)"},
       {{.inSheet = "<extLst/>"}, other},
       {{.inSheet = "<m:AlternateContent xmlns:m='urn:m'/>"}, other},
+      {{.inBook = "<bookViews><workbookView showSheetTabs='0'/></bookViews>"}, views},
       {{.inBook = "<calcPr calcMode='manual'/>"}, "settings of calculation"},
       {{.inBook = "<extLst><ext uri='{0}'/></extLst>"}, other},
       {{.styles = "<cellXfs><xf numFmtId='14'/></cellXfs>"}, formats},
@@ -288,7 +290,8 @@ TEST(Reader, KeepsHowASheetIsShownAndTakesWhatEveryWriterGivesForNoLoss)
           "<oddHeader>&amp;C&amp;\"DejaVu Serif,Book\"&amp;12&amp;A</oddHeader>"
           "<oddFooter>&amp;C&amp;\"DejaVu Serif,Book\"&amp;12Seite &amp;P</oddFooter></headerFooter>",
       .inBook =
-          "<workbookPr backupFile='false'/><workbookProtection/><calcPr calcId='191029' iterateDelta='0.001'/>"
+          "<workbookPr backupFile='false'/><bookViews><workbookView xWindow='-9' "
+          "activeTab='0'/></bookViews><workbookProtection/><calcPr calcId='191029' iterateDelta='0.001'/>"
           "<extLst><ext uri='{7626C862-2A13-11E5-B345-FEFF819CDC9F}'/></extLst>",
       .styles =
           "<numFmts><numFmt numFmtId='164' formatCode='General'/></numFmts><fonts><font><sz val='10'/><color theme='1'/>"
