@@ -36,4 +36,30 @@ TEST_F(OfficeTool, TellsWhyThereIsNoOffice)
   EXPECT_TRUE(run.err.starts_with("zp: the spreadsheet server \"Zephlow.Office\" doesn't start: " + Path("none"))) << run.err;
 }
 
+// At the office that the tests share.
+class SharedOfficeTool : public OfficeTool {
+ protected:
+  void SetUp() override
+  {
+    OfficeTool::SetUp();
+    if (IsSkipped()) return;
+    OfficeServer().Application();
+    setenv("ZP_OFFICE_PIPE", SharedPipe().c_str(), 1);
+  }
+  void TearDown() override { unsetenv("ZP_OFFICE_PIPE"); }
+};
+
+TEST_F(SharedOfficeTool, TellsTheFirstCellThatASheetHasLost)
+{
+  ASSERT_EQ(RunZp(m_Folder.Path(), "sheet write b.xlsx Old -", "a,b\n1,0.30000000000000004\n2,0.1\n").status, 0);
+  ProgramRun const other = Run("write b.xlsx New -", "1.5\n");
+  EXPECT_EQ(other.out, "1 row of up to 1 column in the new sheet \"New\" of b.xlsx\n");
+  EXPECT_EQ(other.err,
+            "zp: warning: b.xlsx: was written, but B2 of the sheet \"Old\" isn't what it was before: the spreadsheet server, or "
+            "the format of the file, doesn't keep every value\n");
+  ProgramRun const own = Run("write c.xls New -", "1,x\n2,TRUE\n");
+  EXPECT_EQ(own.status, 1);
+  EXPECT_NE(own.err.find("B2 of the sheet \"New\""), std::string::npos) << own.err;
+}
+
 }  // namespace

@@ -2,10 +2,8 @@
 
 #include "tools/sheet/cell_text.h"
 
-#include <bit>
 #include <charconv>
 #include <cmath>
-#include <functional>
 
 #include <fmt/format.h>
 #include <zpbase/platform/ascii.h>
@@ -116,29 +114,6 @@ bool readNumber(std::string_view text, double & number)
   return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
 }
 
-uint64_t mixed(uint64_t bits)
-{
-  bits = (bits ^ (bits >> 33)) * 0xFF51AFD7ED558CCDU;
-  bits = (bits ^ (bits >> 33)) * 0xC4CEB9FE1A85EC53U;
-  return bits ^ (bits >> 33);
-}
-
-uint64_t bitsOf(VARIANT const & value)
-{
-  switch (value.vt) {
-    case VT_R8:
-      return std::bit_cast<uint64_t>(value.dblVal);
-    case VT_BSTR:
-      return std::hash<std::u16string_view>()(zp::ViewOf(value.bstrVal));
-    case VT_BOOL:
-      return value.boolVal != VARIANT_FALSE ? 1 : 0;
-    case VT_ERROR:
-      return static_cast<uint64_t>(value.scode);
-    default:
-      return 0;
-  }
-}
-
 }  // namespace
 
 void AppendCsvCell(std::string & line, VARIANT const & value)
@@ -198,10 +173,4 @@ COleVariant ReadCsvCell(std::string_view field)
   if (field == "TRUE" || field == "FALSE") return COleVariant(static_cast<short>(field == "TRUE"), VT_BOOL);
   int const error = zp::CellErrorNumber(field);
   return error != 0 ? COleVariant(zp::cellErrorBase + error, VT_ERROR) : TextVariant(field);
-}
-
-uint64_t Fingerprint(uint64_t row, uint64_t column, VARIANT const & value)
-{
-  if (value.vt == VT_EMPTY) return 0;
-  return mixed(bitsOf(value) + mixed(row << 32 | column << 8 | value.vt));
 }

@@ -16,6 +16,3 @@ void AppendJsonCell(std::string & json, VARIANT const & value);
 // The value of a field in well-formed UTF-8: a number is one as JSON has it, finite, and no integer beyond what a double holds;
 // TRUE, FALSE and errors are what they say, a blank field is an empty cell, and everything else a text.
 COleVariant ReadCsvCell(std::string_view field);
-
-// A number that tells a cell's place and value from others: the sum over all cells tells two blocks apart.
-uint64_t Fingerprint(uint64_t row, uint64_t column, VARIANT const & value);

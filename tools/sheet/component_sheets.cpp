@@ -9,7 +9,9 @@
 
 #include "tools/program.h"
 #include "tools/records/component_columns.h"
+#include "tools/sheet/sheet_print.h"
 #include "tools/sheet/sheet_writer.h"
+#include "tools/sheet/workbook_link.h"
 
 namespace {
 
@@ -94,8 +96,10 @@ void WriteComponentSheets(ComponentTable const & table, SheetArguments const & w
 {
   SpreadsheetLink link(where.server);
   if (where.drop) link.AllowLoss();
+  SheetPrints former;
   auto const written = [&] {
     WorkbookLink workbook(link, where.book, WorkbookLink::Source::FileOrNew);
+    former = PrintSheets(workbook);
     // New sheets come in front.
     ComponentSheet correlations(workbook, correlationsName, table.GetColumns(), true);
     ComponentSheet constants(workbook, constantsName, table.GetColumns(), false);
@@ -108,8 +112,8 @@ void WriteComponentSheets(ComponentTable const & table, SheetArguments const & w
     workbook.Save();
     return std::pair(constants.GetWriter(), correlations.GetWriter());
   }();
-  RequireWritten(link, where.book, constantsName, written.first);
-  RequireWritten(link, where.book, correlationsName, written.second);
+  WorkbookLink saved(link, where.book, WorkbookLink::Source::File);
+  RequireSaved(saved, {{constantsName, written.first.GetPrint()}, {correlationsName, written.second.GetPrint()}}, former);
   PrintShown(fmt::format("{} in the new sheets \"{}\" and \"{}\" of {}\n",
                          Counted(static_cast<unsigned>(written.first.CountRows() - 1), "component"), constantsName,
                          correlationsName, where.book));

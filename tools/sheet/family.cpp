@@ -15,6 +15,7 @@
 #include "tools/sheet/cell_block.h"
 #include "tools/sheet/cell_text.h"
 #include "tools/sheet/sheet_arguments.h"
+#include "tools/sheet/sheet_print.h"
 #include "tools/sheet/sheet_writer.h"
 #include "tools/sheet/workbook_link.h"
 
@@ -176,14 +177,17 @@ struct WriteCommand : SheetArguments {
     InputFile input(table);
     SpreadsheetLink link(server);
     if (drop) link.AllowLoss();
+    SheetPrints former;
     auto const writer = [&] {
       WorkbookLink workbook(link, book, Source::FileOrNew);
+      former = PrintSheets(workbook);
       SheetWriter filled(workbook.AddWorksheet(sheet));
       Fill(filled, input);
       workbook.Save();
       return filled;
     }();
-    RequireWritten(link, book, sheet, writer);
+    WorkbookLink saved(link, book, Source::File);
+    RequireSaved(saved, {{sheet, writer.GetPrint()}}, former);
     PrintShown(fmt::format("{} of up to {} in the new sheet \"{}\" of {}\n",
                            Counted(static_cast<unsigned>(writer.CountRows()), "row"),
                            Counted(static_cast<unsigned>(writer.CountColumns()), "column"), sheet, book));
@@ -230,12 +234,16 @@ struct ChartCommand : SheetArguments {
   {
     SpreadsheetLink link(server);
     if (drop) link.AllowLoss();
+    SheetPrints former;
     {
       WorkbookLink workbook(link, book, Source::File);
+      former = PrintSheets(workbook);
       workbook.AddChart(chart);
       workbook.Save();
     }
-    std::vector<std::string> const charts = WorkbookLink(link, book, Source::File).ListCharts();
+    WorkbookLink saved(link, book, Source::File);
+    RequireSaved(saved, {}, former);
+    std::vector<std::string> const charts = saved.ListCharts();
     if (std::find(charts.begin(), charts.end(), chart) == charts.end())
       throw Failure(fmt::format("{}: was written, but has no chart \"{}\"", book, chart));
     PrintShown(fmt::format("the new chart \"{}\" of {}\n", chart, book));

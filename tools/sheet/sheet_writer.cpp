@@ -7,7 +7,8 @@
 #include <fmt/format.h>
 
 #include "tools/program.h"
-#include "tools/sheet/cell_text.h"
+#include "tools/sheet/cell_block.h"
+#include "tools/sheet/workbook_link.h"
 
 namespace {
 
@@ -32,8 +33,7 @@ void SheetWriter::Add(std::vector<COleVariant> row)
     throw Failure(fmt::format("a sheet has no more than {} columns; part the table", mostColumns));
   ++m_nRows;
   m_nColumns = std::max(m_nColumns, static_cast<int>(row.size()));
-  for (size_t column = 0; column < row.size(); ++column)
-    m_nFingerprint += Fingerprint(static_cast<uint64_t>(m_nRows), column + 1, row[column]);
+  for (size_t column = 0; column < row.size(); ++column) m_Print.Add(m_nRows, static_cast<int>(column) + 1, row[column]);
   m_nWaiting += row.size() + 1;
   m_Waiting.push_back(std::move(row));
   if (m_nWaiting >= cellsAtOnce) Flush();
@@ -58,27 +58,4 @@ void SheetWriter::Flush()
   Attached<GPRange>(m_Sheet.GetCell(COleVariant(name.c_str()))).SetValue(block);
   m_Waiting.clear();
   m_nWaiting = 0;
-}
-
-bool SheetWriter::IsIn(GPWorkSheet & sheet) const
-{
-  uint64_t found = 0;
-  CellBlock const used = UsedBlock(sheet);
-  auto row = static_cast<uint64_t>(used.firstRow);
-  ForEachRow(sheet, used, [&](RowValues const & values) {
-    for (size_t i = 0; i < values.Count(); ++i) found += Fingerprint(row, static_cast<uint64_t>(used.firstColumn) + i, values[i]);
-    ++row;
-  });
-  return found == m_nFingerprint;
-}
-
-void RequireWritten(SpreadsheetLink & server, std::string const & book, std::string const & sheet, SheetWriter const & writer)
-{
-  WorkbookLink saved(server, book, WorkbookLink::Source::File);
-  GPWorkSheet written = saved.FindWorksheet(sheet);
-  if (writer.IsIn(written)) return;
-  throw Failure(
-      fmt::format("{}: was written, but the sheet \"{}\" doesn't give all values back as they were; the spreadsheet server "
-                  "keeps fewer digits of a number",
-                  book, sheet));
 }

@@ -3,8 +3,7 @@
 
 #include <vector>
 
-#include "tools/sheet/cell_block.h"
-#include "tools/sheet/workbook_link.h"
+#include "tools/sheet/sheet_print.h"
 
 class SheetWriter {
  public:
@@ -19,8 +18,8 @@ class SheetWriter {
   int CountRows() const { return m_nRows; }
   int CountColumns() const { return m_nColumns; }
 
-  // Whether a worksheet holds what was put, bit for bit, and nothing else.
-  bool IsIn(GPWorkSheet & sheet) const;
+  // What was put.
+  SheetPrint const & GetPrint() const { return m_Print; }
 
  private:
   void Flush();
@@ -30,8 +29,5 @@ class SheetWriter {
   size_t m_nWaiting = 0;  // cells
   int m_nRows = 0;
   int m_nColumns = 0;  // of the longest row
-  uint64_t m_nFingerprint = 0;
+  SheetPrint m_Print;
 };
-
-// Looks into a saved workbook. Raises Failure where a sheet doesn't hold what was put.
-void RequireWritten(SpreadsheetLink & server, std::string const & book, std::string const & sheet, SheetWriter const & writer);

@@ -38,6 +38,7 @@ class WorkbookLink {
   WorkbookLink & operator=(WorkbookLink const &) = delete;
 
   std::string const & GetName() const { return m_strName; }
+  bool IsNew() const { return m_bNew; }  // not yet saved
 
   std::vector<std::string> ListWorksheets();
   std::vector<std::string> ListCharts();
