@@ -43,6 +43,7 @@ class OfficeWorksheet : public servers::Worksheet {
   // The office leaves a name that it refuses as it was, without a word.
   void SetName(std::u16string_view name) override
   {
+    RequireWritable(m_Sheet.workbook);
     rtl::OUString const wanted = FromWide(name);
     Named()->setName(wanted);
     if (Named()->getName() != wanted) servers::Fail(E_INVALIDARG);
@@ -107,7 +108,11 @@ class OfficeChart : public servers::Chart {
 
   bool HasGone() override { return IsClosed(m_Workbook); }
   std::u16string GetName() override { return std::u16string(ViewOf(m_pChart->name)); }
-  void SetName(std::u16string_view name) override { m_Link.GetCharts().Rename(m_Workbook, *m_pChart, FromWide(name)); }
+  void SetName(std::u16string_view name) override
+  {
+    RequireWritable(m_Workbook);
+    m_Link.GetCharts().Rename(m_Workbook, *m_pChart, FromWide(name));
+  }
 
   // There is no sheet of the chart's own to be shown; a chart of a workbook that was closed is told.
   void Select() override { SheetsOf(m_Workbook)->getCount(); }

@@ -43,6 +43,7 @@ class OfficeBook : public servers::Book {
   // In front of the others, with the first free name of "Sheet1", "Sheet2", ...
   std::shared_ptr<servers::Worksheet> AddWorksheet() override
   {
+    RequireWritable(m_Workbook);
     auto const sheets = m_Workbook->getSheets();
     sal_Int32 number = 1;
     auto const nameOf = [&number] { return rtl::OUString("Sheet") + rtl::OUString::number(number); };
@@ -59,6 +60,7 @@ class OfficeBook : public servers::Book {
   }
   std::shared_ptr<servers::Chart> AddChart() override
   {
+    RequireWritable(m_Workbook);
     return MakeChart(m_Link, m_Workbook, m_Link.GetCharts().Add(m_Workbook));
   }
 
@@ -111,7 +113,8 @@ HRESULT OfficeSpreadsheet::TellCurrent(EXCEPINFO * record, std::function<bool()>
     return m_pLink->HasBroken() ? serverUnavailable : CO_E_OBJNOTCONNECTED;
   } catch (css::uno::Exception const & exception) {
     if (m_pLink->HasBroken()) return serverUnavailable;
-    return hasGone() ? CO_E_OBJNOTCONNECTED : TellSentence(*this, record, servers::applicationError, sentenceOf(exception.Message));
+    return hasGone() ? CO_E_OBJNOTCONNECTED
+                     : TellSentence(*this, record, servers::applicationError, sentenceOf(exception.Message));
   } catch (...) {
     return E_FAIL;
   }

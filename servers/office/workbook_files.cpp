@@ -72,6 +72,14 @@ Reference<css::frame::XStorable> storableOf(Workbook const & workbook)
   return Reference<css::frame::XStorable>(workbook, UNO_QUERY_THROW);
 }
 
+// Empty for what is no file of the host's.
+std::string pathOf(Reference<css::frame::XStorable> const & storable)
+{
+  rtl::OUString path;
+  bool const isFile = osl::FileBase::getSystemPathFromFileURL(storable->getLocation(), path) == osl::FileBase::E_None;
+  return isFile ? ToUtf8(path) : std::string();
+}
+
 void close(Reference<css::uno::XInterface> const & document)
 {
   Reference<css::util::XCloseable>(document, UNO_QUERY_THROW)->close(true);
@@ -109,15 +117,23 @@ Workbook OpenWorkbook(Link & link, std::u16string_view path)
     Refuse(file + " is no workbook");
   }
   link.Own(workbook);
-  if (storableOf(workbook)->isReadonly()) servers::Warn(file + " is open for reading alone");
+  if (storableOf(workbook)->isReadonly())
+    servers::Warn(file + " is open for reading alone: it is open elsewhere, or can't be written");
   return workbook;
+}
+
+void RequireWritable(Workbook const & workbook)
+{
+  Reference<css::frame::XStorable> const storable = storableOf(workbook);
+  if (!storable->isReadonly()) return;
+  Refuse(pathOf(storable) + " is open for reading alone: it is open elsewhere, or can't be written");
 }
 
 void SaveWorkbook(Link & link, Workbook const & workbook)
 {
   Reference<css::frame::XStorable> const storable = storableOf(workbook);
   if (!storable->hasLocation()) Refuse("The workbook has no file yet: save it under a name");
-  if (storable->isReadonly()) Refuse("The workbook is open for reading alone: save it under another name");
+  RequireWritable(workbook);
   link.GetCharts().MakeAll(workbook);
   storable->store();
 }
@@ -166,10 +182,8 @@ rtl::OUString NameOfWorkbook(Workbook const & workbook)
 {
   Reference<css::frame::XStorable> const storable = storableOf(workbook);
   if (!storable->hasLocation()) return Reference<css::frame::XTitle>(workbook, UNO_QUERY_THROW)->getTitle();
-  rtl::OUString path;
-  if (osl::FileBase::getSystemPathFromFileURL(storable->getLocation(), path) != osl::FileBase::E_None)
-    return storable->getLocation();
-  return FromWide(servers::InsidePathOf(ToUtf8(path)));
+  std::string const path = pathOf(storable);
+  return path.empty() ? storable->getLocation() : FromWide(servers::InsidePathOf(path));
 }
 
 }  // namespace office

@@ -20,6 +20,9 @@ Workbook OpenWorkbook(Link & link, std::u16string_view path);
 void SaveWorkbook(Link & link, Workbook const & workbook);
 void SaveWorkbookAs(Link & link, Workbook const & workbook, std::u16string_view path);
 
+// Refuses a workbook that is open for reading alone: the office would leave some changes undone without a word.
+void RequireWritable(Workbook const & workbook);
+
 // Closes a workbook; changes that weren't saved are lost.
 void CloseWorkbook(Link & link, Workbook const & workbook);
 

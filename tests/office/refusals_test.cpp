@@ -41,7 +41,11 @@ TEST_F(OfficeRefusals, LeaveAWorkbookThatIsOpenElsewhereAndAChartThatIsMade)
   book.Close(COleVariant(short{0}));
   m_Folder.Write(".~lock.locked.xlsx#", ",Somebody,elsewhere,25.11.2026 10:00,file:///home/somebody/office;");
   GPWorkBook locked = OfficeServer().OpenBook(m_Folder.Name("locked.xlsx"));
-  EXPECT_NE(WhatIsTold([&] { locked.Save(); }).find("reading alone"), std::string::npos);
+  GPWorkSheet sheet = SheetOf(locked, 1);
+  for (std::function<void()> const & call : std::vector<std::function<void()>>{
+           [&] { locked.Save(); }, [&] { Attached<GPWorkSheet>(Attached<GPWorkSheets>(locked.GetWorkSheets()).Add()); },
+           [&] { sheet.SetName("Other"); }, [&] { Attached<GPChart>(Attached<GPCharts>(locked.GetCharts()).Add()); }})
+    EXPECT_NE(WhatIsTold(call).find("locked.xlsx is open for reading alone: it is open elsewhere"), std::string::npos);
   locked.Close(COleVariant(short{0}));
 }
 
