@@ -25,4 +25,7 @@ ZP_API std::string TextToUtf8(std::string_view text);
 ZP_API bool Utf8ToWide(std::string_view utf8, std::u16string & wide);
 ZP_API void AppendUtf8(std::string & out, std::u16string_view wide);
 
+// In upper case, character by character and whatever the locale, for comparing names: Latin, Greek, Cyrillic and Armenian.
+ZP_API std::u16string FoldCase(std::u16string_view wide);
+
 }  // namespace zp

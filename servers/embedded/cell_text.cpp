@@ -2,9 +2,8 @@
 
 #include "servers/embedded/cell_text.h"
 
-#include <array>
-
 #include <fmt/format.h>
+#include <zpbase/platform/encoding.h>
 
 #include "servers/common/wide_text.h"
 
@@ -69,30 +68,6 @@ void appendMarkup(std::string & xml, char c)
 bool needsEscape(char32_t c)
 {
   return (c < 0x20 && c != '\t' && c != '\n') || IsHalf(c) || c == 0xFFFE || c == 0xFFFF;
-}
-
-struct CaseRange {
-  char32_t first;
-  char32_t last;
-  int distance;  // to the upper case
-  int step;      // 2 where upper and lower case take turns
-};
-
-constexpr std::array caseRanges = {
-    CaseRange{'a', 'z', -32, 1},     CaseRange{0xE0, 0xF6, -32, 1},   CaseRange{0xF8, 0xFE, -32, 1},
-    CaseRange{0xFF, 0xFF, 0x79, 1},  CaseRange{0x101, 0x137, -1, 2},  CaseRange{0x13A, 0x148, -1, 2},
-    CaseRange{0x14B, 0x177, -1, 2},  CaseRange{0x17A, 0x17E, -1, 2},  CaseRange{0x3AC, 0x3AC, -38, 1},
-    CaseRange{0x3AD, 0x3AF, -37, 1}, CaseRange{0x3B1, 0x3C1, -32, 1}, CaseRange{0x3C3, 0x3CB, -32, 1},
-    CaseRange{0x430, 0x44F, -32, 1}, CaseRange{0x450, 0x45F, -80, 1},
-};
-
-char32_t upperCase(char32_t c)
-{
-  for (CaseRange const & range : caseRanges) {
-    if (c < range.first || c > range.last || (c - range.first) % static_cast<char32_t>(range.step) != 0) continue;
-    return static_cast<char32_t>(static_cast<int>(c) + range.distance);
-  }
-  return c;
 }
 
 }  // namespace
@@ -173,9 +148,7 @@ std::string_view TrimBlanks(std::string_view text)
 
 std::string FoldCase(std::string_view utf8)
 {
-  std::string folded;
-  while (!utf8.empty()) AppendUtf8(folded, upperCase(TakeUtf8(utf8)));
-  return folded;
+  return FromWide(zp::FoldCase(ToWide(utf8)));
 }
 
 }  // namespace embedded

@@ -30,7 +30,7 @@ bool HasOuterBlanks(std::string_view utf8);
 // Without the blanks of XML around it.
 std::string_view TrimBlanks(std::string_view text);
 
-// Upper case for comparing names: the letters of ASCII, Latin, Greek and Cyrillic.
+// Upper case for comparing names, as zp::FoldCase has it.
 std::string FoldCase(std::string_view utf8);
 
 }  // namespace embedded

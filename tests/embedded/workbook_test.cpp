@@ -106,9 +106,9 @@ TEST(CellText, HoldsAnyRowOf16BitCharacters)
   EXPECT_EQ(embedded::CountUnits(text), wide.size());
   EXPECT_EQ(embedded::ToWide("\xFF\xC3(\xE2\x82"), u"\uFFFD\uFFFD(\uFFFD\uFFFD");
   EXPECT_EQ(embedded::FoldCase("stra\xC3\x9F"
-                               "e \xC3\xBF \xCF\x89 \xD1\x8F"),
+                               "e \xC3\xBF \xCF\x89 \xD1\x8F \xE1\xBA\xA1 \xD5\xA1 \xC4\xB1"),
             "STRA\xC3\x9F"
-            "E \xC5\xB8 \xCE\xA9 \xD0\xAF");
+            "E \xC5\xB8 \xCE\xA9 \xD0\xAF \xE1\xBA\xA0 \xD4\xB1 \xC4\xB1");
 }
 
 TEST(WorkbookFile, GivesEveryCellBack)

@@ -43,7 +43,7 @@ TEST_F(SheetTool, PutsATableIntoANewSheetAndReadsItBack)
   EXPECT_EQ(Run("sheet read b.xlsx Data ZZ1:AAA2"), ",\n,\n");
   EXPECT_EQ(Run("sheet write b.xlsx \xD0\x96 -", "\"#N/A\"\n\n\"\"\n2,x\n"),
             "3 rows of up to 2 columns in the new sheet \"\xD0\x96\" of b.xlsx\n");
-  EXPECT_EQ(Run("sheet read b.xlsx \xD0\x96"), "\"#N/A\",\n,\n2,x\n");
+  EXPECT_EQ(Run("sheet read b.xlsx \xD0\xB6"), "\"#N/A\",\n,\n2,x\n");
   EXPECT_EQ(Run("sheet chart b.xlsx Profile"), "the new chart \"Profile\" of b.xlsx\n");
   EXPECT_EQ(Run("sheet list b.xlsx"),
             "worksheet  \xD0\x96                                A1:B3\nworksheet  Data                             A1:C5\n"

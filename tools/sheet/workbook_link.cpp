@@ -56,9 +56,9 @@ bool setName(COleDispatchDriver & object, std::string const & name)
 
 bool isSameName(std::string_view one, std::string_view other)
 {
-  if (one == other) return true;
-  CString left, right;
-  return zp::Utf8ToText(one, left) && zp::Utf8ToText(other, right) && left.CompareNoCase(right) == 0;
+  std::u16string left;
+  std::u16string right;
+  return zp::Utf8ToWide(one, left) && zp::Utf8ToWide(other, right) && zp::FoldCase(left) == zp::FoldCase(right);
 }
 
 template <class Item, class Fetch>
