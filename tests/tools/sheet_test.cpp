@@ -87,6 +87,9 @@ TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
            Row{"sheet read far.xlsx Data",
                "1 zp: far.xlsx: the filled cells of \"Data\" lie in A1:XFD1048576, which are more than 268435456 fields; name a "
                "block of them\n"},
+           Row{"sheet write b.xlsx New -",
+               "1 zp: standard input: line 2: a cell holds no text of more than 32767 characters; shorten it\n",
+               "1\n" + std::string(32768, 'x')},
            Row{"sheet list ''", "2 zp: BOOK: a file must be named; see zp sheet list --help\n"},
            Row{"store export none --sheet ''", "2 zp: --sheet: a file must be named; see zp store export --help\n"},
            Row{"store export none --drop", "2 zp: --drop requires --sheet; see zp store export --help\n"},

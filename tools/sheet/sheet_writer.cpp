@@ -13,6 +13,7 @@
 namespace {
 
 constexpr size_t cellsAtOnce = 1 << 16;
+constexpr size_t mostTextUnits = 32767;  // of 16 bits
 
 COleVariant makeBlock(size_t rows, size_t columns)
 {
@@ -31,6 +32,10 @@ void SheetWriter::Add(std::vector<COleVariant> row)
   if (m_nRows == mostRows) throw Failure(fmt::format("a sheet has no more than {} rows; part the table", mostRows));
   if (row.size() > static_cast<size_t>(mostColumns))
     throw Failure(fmt::format("a sheet has no more than {} columns; part the table", mostColumns));
+  for (COleVariant const & value : row) {
+    if (value.vt == VT_BSTR && zp::ViewOf(value.bstrVal).size() > mostTextUnits)
+      throw Failure(fmt::format("a cell holds no text of more than {} characters; shorten it", mostTextUnits));
+  }
   ++m_nRows;
   m_nColumns = std::max(m_nColumns, static_cast<int>(row.size()));
   for (size_t column = 0; column < row.size(); ++column) m_Print.Add(m_nRows, static_cast<int>(column) + 1, row[column]);

@@ -9,7 +9,7 @@ class SheetWriter {
  public:
   explicit SheetWriter(GPWorkSheet const & sheet) : m_Sheet(sheet) {}
 
-  // The next row, from column A on. Raises Failure for more rows or columns than a sheet has.
+  // The next row, from column A on. Raises Failure for more rows or columns than a sheet has, and more text than a cell.
   void Add(std::vector<COleVariant> row);
 
   // Puts what is left.
