@@ -45,13 +45,14 @@ std::string errorOf(zip_source_t * source)
   return own.GetText();
 }
 
-void checkSize(zip_source_t * source)
+uint64_t sizeOf(zip_source_t * source)
 {
   zip_stat_t state = {};
   zip_stat_init(&state);
   if (zip_source_stat(source, &state) != 0) throw BookFailure("The file can't be opened: " + errorOf(source));
   if ((state.valid & ZIP_STAT_SIZE) == 0) throw BookFailure("The file is no plain file");
   if (state.size > mostPackedBytes) throw BookFailure("The file has more bytes than a workbook may have");
+  return state.size;
 }
 
 // Tells the files that people take for .xlsx files from damaged ones.
@@ -115,7 +116,7 @@ void Package::OpenArchive(zip_source * source)
 {
   Source owned(source);
   if (!owned) throw std::bad_alloc();
-  checkSize(source);
+  m_nPacked = sizeOf(source);
   checkMark(source);
   ZipError error;
   m_pArchive.reset(zip_open_from_source(source, ZIP_RDONLY, error.Get()));

@@ -24,6 +24,7 @@ class PartStream {
   size_t Read(std::span<char> buffer);
 
   std::string const & GetName() const { return m_strName; }
+  Package const & GetPackage() const { return m_Package; }
 
  private:
   friend class Package;
@@ -48,6 +49,8 @@ class Package {
 
   bool Has(std::string const & part) const { return m_Parts.count(part) != 0; }
 
+  uint64_t GetPackedBytes() const { return m_nPacked; }  // of the file
+
   // The names of all parts with their numbers in the archive.
   std::map<std::string, uint64_t> const & GetParts() const { return m_Parts; }
 
@@ -65,6 +68,7 @@ class Package {
 
   std::unique_ptr<zip, Closer> m_pArchive;
   std::map<std::string, uint64_t> m_Parts;
+  uint64_t m_nPacked = 0;
   uint64_t m_nLeft;  // bytes that may still be unpacked
 };
 

@@ -8,9 +8,16 @@
 namespace embedded {
 namespace {
 
+// What the texts may take in memory for each byte of the file, and besides. Each stands there once, so they don't pack well.
+constexpr uint64_t bytesForOne = 64;
+constexpr uint64_t bytesForAny = 1u << 20;
+constexpr uint64_t bytesAround = 24;  // a text
+
 class StringsHandler {
  public:
   static constexpr XmlNamespace const & space = sheetNamespace;
+
+  explicit StringsHandler(uint64_t mostBytes) : m_nMostBytes(mostBytes) {}
 
   bool Start(std::string_view name, XmlAttributes attributes)
   {
@@ -34,7 +41,10 @@ class StringsHandler {
   {
     if (m_Where != Where::Text || m_Text.End()) return;
     m_Where = Where::List;
-    m_Texts.emplace_back(m_Text.Get());
+    std::string_view const text = m_Text.Get();
+    m_nBytes += sizeof(SharedText) + (text.empty() ? 0 : text.size() + bytesAround);
+    if (m_nBytes > m_nMostBytes) throw BookFailure("The file unpacks to more shared texts than one of its size may have");
+    m_Texts.emplace_back(text);
     m_bFormats = m_bFormats || m_Text.HasFormats();
   }
 
@@ -52,6 +62,9 @@ class StringsHandler {
   Where m_Where = Where::Outside;
   RichText m_Text;
   std::vector<SharedText> m_Texts;
+  uint64_t m_nBytes = 0;
+  uint64_t m_nMostBytes;
+  bool m_bPreserve = false;
   bool m_bFormats = false;
 };
 
@@ -59,7 +72,7 @@ class StringsHandler {
 
 std::vector<SharedText> ReadSharedStrings(PartStream part, UnkeptList & unkept)
 {
-  StringsHandler handler;
+  StringsHandler handler(bytesForOne * part.GetPackage().GetPackedBytes() + bytesForAny);
   ReadXml(std::move(part), handler);
   if (handler.HasFormats()) unkept.Add(Unkept::RichTexts);
   return std::move(handler.GetTexts());

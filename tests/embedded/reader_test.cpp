@@ -311,6 +311,19 @@ TEST(Reader, KeepsHowASheetIsShownAndTakesWhatEveryWriterGivesForNoLoss)
   }
 }
 
+TEST(Reader, TakesNoMoreSharedTextsThanAFileOfItsSizeHas)
+{
+  std::string texts;
+  for (int i = 0; i < 1 << 18; ++i) texts += "<si/>";
+  embedded::PackageWriter writer;
+  writer.Add("xl/workbook.xml", "<workbook xmlns='" + main + "'/>");
+  writer.Add("xl/_rels/workbook.xml.rels",
+             "<Relationships xmlns='http://schemas.openxmlformats.org/package/2006/relationships'>"
+             "<Relationship Id='1' Type='t/sharedStrings' Target='a.xml'/></Relationships>");
+  writer.Add("xl/a.xml", "<sst xmlns='" + main + "'>" + texts + "</sst>");
+  EXPECT_EQ(read(writer.Finish()), "! The file unpacks to more shared texts than one of its size may have");
+}
+
 TEST(Reader, GivesNoHalfOfADamagedFile)
 {
   embedded::PackageWriter writer;
