@@ -17,8 +17,15 @@ constexpr XmlNamespace xmlNamespace = {"http://www.w3.org/XML/1998/namespace|", 
 
 }  // namespace
 
-void RichText::Clear()
+bool PreservesBlanks(XmlAttributes attributes, bool around)
 {
+  char const * const space = attributes.FindIn(xmlNamespace, "space");
+  return space != nullptr ? std::string_view(space) == "preserve" : around;
+}
+
+void RichText::Begin(bool preserve)
+{
+  m_bPreserves[0] = preserve;
   m_strText.clear();
   m_nDepth = 0;
   m_bInPiece = m_bFormats = false;
@@ -28,8 +35,6 @@ bool RichText::Start(std::string_view name, XmlAttributes attributes)
 {
   if (m_bInPiece) return false;
   if (name == "t") {
-    char const * const space = attributes.FindIn(xmlNamespace, "space");
-    m_bPreserve = space != nullptr && std::string_view(space) == "preserve";
     m_bInPiece = true;
     m_nPiece = m_strText.size();
   } else if (name != "r" || m_nDepth != 0) {
@@ -37,6 +42,7 @@ bool RichText::Start(std::string_view name, XmlAttributes attributes)
     return false;
   }
   ++m_nDepth;
+  m_bPreserves[m_nDepth] = PreservesBlanks(attributes, m_bPreserves[m_nDepth - 1]);
   return true;
 }
 
@@ -50,10 +56,10 @@ void RichText::Characters(std::string_view text)
 bool RichText::End()
 {
   if (m_nDepth == 0) return false;
-  --m_nDepth;
+  bool const preserve = m_bPreserves[m_nDepth--];
   if (!m_bInPiece) return true;
   m_bInPiece = false;
-  if (m_bPreserve) return true;
+  if (preserve) return true;
   std::string_view const piece = std::string_view(m_strText).substr(m_nPiece);
   std::string_view const trimmed = TrimBlanks(piece);
   if (trimmed.size() != piece.size()) m_strText.replace(m_nPiece, std::string::npos, std::string(trimmed));

@@ -11,7 +11,8 @@ namespace embedded {
 
 class RichText {
  public:
-  void Clear();
+  // For the text of the next element: whether its blanks are kept where nothing in it says otherwise.
+  void Begin(bool preserve = false);
 
   // The calls of a handler of XML for what stands in the element. Characters counts on a text that some cell can hold, and throws
   // BookFailure for a longer one.
@@ -33,9 +34,12 @@ class RichText {
   size_t m_nPiece = 0;     // where the piece that is being read begins
   unsigned int m_nDepth = 0;
   bool m_bInPiece = false;
-  bool m_bPreserve = false;
+  bool m_bPreserves[3] = {};  // of the element, of a run or a piece, of a piece in a run
   bool m_bFormats = false;
 };
+
+// What an element says of the blanks in it, or what is so around it.
+bool PreservesBlanks(XmlAttributes attributes, bool around);
 
 // A cell's text from how it stands in the file; storage holds it where it has escapes. Throws BookFailure for one too long.
 std::string_view TakeEscapesOut(std::string_view text, std::string & storage);

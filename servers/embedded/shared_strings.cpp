@@ -25,11 +25,12 @@ class StringsHandler {
       case Where::Outside:
         if (name != "sst") throw BookFailure("The part of shared texts holds something else");
         m_Where = Where::List;
+        m_bPreserve = PreservesBlanks(attributes, false);
         return true;
       case Where::List:
         if (name != "si") return false;
         m_Where = Where::Text;
-        m_Text.Clear();
+        m_Text.Begin(PreservesBlanks(attributes, m_bPreserve));
         return true;
       case Where::Text:
         break;

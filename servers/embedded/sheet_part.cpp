@@ -59,7 +59,7 @@ class SheetHandler {
   bool StartSheet(std::string_view name);
   bool StartRow(XmlAttributes attributes);
   bool StartCell(XmlAttributes attributes);
-  bool StartInCell(std::string_view name);
+  bool StartInCell(std::string_view name, XmlAttributes attributes);
   void SetPlace(std::string_view name);
   void SetForm(std::string_view name);
 
@@ -109,7 +109,7 @@ bool SheetHandler::Start(std::string_view name, XmlAttributes attributes)
     case Where::Row:
       return name == "c" && StartCell(attributes);
     case Where::Cell:
-      return StartInCell(name);
+      return StartInCell(name, attributes);
     case Where::Value:
       return false;
     case Where::Inline:
@@ -180,7 +180,7 @@ void SheetHandler::SetForm(std::string_view name)
   Fail("is of the unknown kind \"" + std::string(name) + "\"");
 }
 
-bool SheetHandler::StartInCell(std::string_view name)
+bool SheetHandler::StartInCell(std::string_view name, XmlAttributes attributes)
 {
   if (name == "v") {
     m_bValue = true;
@@ -189,7 +189,7 @@ bool SheetHandler::StartInCell(std::string_view name)
   }
   if (name == "is") {
     m_bInline = true;
-    m_Text.Clear();
+    m_Text.Begin(PreservesBlanks(attributes, false));
     return Enter(Where::Inline);
   }
   m_Unkept.Add(name == "f" ? Unkept::Formulas : Unkept::Other);

@@ -104,6 +104,9 @@ TEST(Reader, JoinsSharedTextsAndTakesStrictFiles)
                             "' count='99999999'><x:si/><x:si><x:t>a&#13;&#10;b</x:t></x:si><x:si><x:r>" +
                             "<x:t xml:space='preserve'>one </x:t></x:r><x:r><x:t>two</x:t></x:r></x:si></x:sst>";
   EXPECT_EQ(readSheet(sheet, texts), "Data: A1='one two' B1='' C1='a\r\nb'");
+  std::string const spaced = "<sst xmlns='" + main + "'><si xml:space='preserve'><t> a </t></si>" +
+                             "<si xml:space='preserve'><r><t> b </t></r><r xml:space='default'><t> c </t></r></si></sst>";
+  EXPECT_EQ(readSheet(sheetOf("<row><c t='s'><v>0</v></c><c t='s'><v>1</v></c></row>"), spaced), "Data: A1=' a ' B1=' b c'");
 }
 
 TEST(Reader, RefusesWhatIsMadeToHarm)
