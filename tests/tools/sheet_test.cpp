@@ -96,6 +96,8 @@ TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
            Row{"sheet read b.xlsx Other", "1 zp: b.xlsx: there is no worksheet \"Other\"; see zp sheet list\n"},
            Row{"sheet read b.xlsx Data A0", "2 zp: \"A0\": a block is a cell, or two with a colon between, such as A1:CV50\n"},
            Row{"sheet list t.csv", "1 zp: " + Path("t.csv") + ": The file is no .xlsx file: it is no zip archive\n"},
+           Row{"sheet list \xE6\xA5\xBD.xlsx",
+               "1 zp: " + Path("\xE6\xA5\xBD.xlsx") + " can't be opened: No such file or directory\n"},
            Row{"sheet list none.xlsx", "1 zp: " + Path("none.xlsx") + " can't be opened: No such file or directory\n"},
            Row{"sheet write new.ods S t.csv", "1 zp: " + Path("new.ods") + " can't be saved in another format than .xlsx\n"},
            Row{"sheet list b.xlsx --server None.Such",

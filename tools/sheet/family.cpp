@@ -49,7 +49,7 @@ struct ListCommand : SheetArguments {
 
   ExitStatus Run() const
   {
-    return Told([this] { List(); });
+    return Told(book, [this] { List(); });
   }
 
   void List() const
@@ -86,7 +86,7 @@ struct ReadCommand : SheetArguments {
   ExitStatus Run() const
   {
     CellBlock const asked = block.empty() ? CellBlock{} : ParseBlock(block);
-    return Told([&] { Read(asked); });
+    return Told(book, [&] { Read(asked); });
   }
 
   void Read(CellBlock asked) const
@@ -169,7 +169,7 @@ struct WriteCommand : SheetArguments {
 
   ExitStatus Run() const
   {
-    return Told([this] { Write(); });
+    return Told(book, [this] { Write(); });
   }
 
   void Write() const
@@ -227,7 +227,7 @@ struct ChartCommand : SheetArguments {
 
   ExitStatus Run() const
   {
-    return Told([this] { Make(); });
+    return Told(book, [this] { Make(); });
   }
 
   void Make() const

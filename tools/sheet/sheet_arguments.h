@@ -23,5 +23,5 @@ CLI::Option * AddDropOption(CLI::App & command, bool & drop);
 // Refuses an option's empty value, which names no file.
 CLI::Option * RequireNamed(CLI::Option * option);
 
-// Does the work. What the server warns of is told at once; what it tells with a sentence becomes a Failure of that.
-ExitStatus Told(std::function<void()> const & work);
+// Does the work on a workbook. What the server warns of is told at once; what it refuses becomes a Failure.
+ExitStatus Told(std::string const & book, std::function<void()> const & work);

@@ -327,7 +327,7 @@ struct ExportCommand : StoreArguments {
     StoredRecords records(names);
     ComponentTable table;
     size_t const left = fillTable(table, records, names);
-    Told([&] { WriteComponentSheets(table, workbook); });
+    Told(workbook.book, [&] { WriteComponentSheets(table, workbook); });
     return EndOfReading(records, left, skip);
   }
 
