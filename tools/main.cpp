@@ -1,5 +1,7 @@
 // The program zp.
 
+#include <csignal>
+
 #include <zpbase/platform/host_calls.h>
 
 #include "tools/command_line.h"
@@ -27,5 +29,6 @@ void holdStandardStreams()
 int main(int argc, char ** argv)
 {
   holdStandardStreams();
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no more is an error like a full disk
   return RunCommandLine(argc, argv);
 }

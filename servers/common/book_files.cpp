@@ -3,6 +3,7 @@
 #include "servers/common/book_files.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -62,6 +63,11 @@ FileStamp StampOf(std::string const & file)
   struct stat state {};
   if (stat(file.c_str(), &state) != 0) return {};
   return {state.st_dev, state.st_ino, state.st_size, state.st_mtim.tv_sec, state.st_mtim.tv_nsec};
+}
+
+void RequireWritable(std::string const & file)
+{
+  if (access(file.c_str(), W_OK) != 0) Refuse(file + " can't be written: " + TextOfError(errno));
 }
 
 void RequireNewFile(std::string const & file)

@@ -33,6 +33,9 @@ struct FileStamp {
 };
 FileStamp StampOf(std::string const & file);
 
+// Refuses a file that may not be written to.
+void RequireWritable(std::string const & file);
+
 // Refuses a file whose folder isn't there, and one that is.
 void RequireNewFile(std::string const & file);
 void RequireFolder(std::string const & file);

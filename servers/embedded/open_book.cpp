@@ -95,8 +95,9 @@ bool isTaken(Workbook const & book, std::string const & name, Sheet const * butF
 bool isSheetName(std::string const & name)
 {
   if (name.empty() || CountUnits(name) > mostNameUnits || name.front() == '\'' || name.back() == '\'') return false;
-  return std::none_of(name.begin(), name.end(), [](char c) {
-    return static_cast<unsigned char>(c) < 0x20 || std::string_view(":\\/?*[]").find(c) != std::string_view::npos;
+  std::u16string const wide = servers::ToWide(name);
+  return std::none_of(wide.begin(), wide.end(), [](char16_t c) {
+    return c < 0x20 || c == 0xFFFE || c == 0xFFFF || std::u16string_view(u":\\/?*[]").find(c) != std::u16string_view::npos;
   });
 }
 

@@ -182,6 +182,7 @@ std::string PackWorkbook(Workbook const & book)
 
 servers::FileStamp WriteWorkbook(Workbook const & book, std::string const & path, servers::FileStamp const & former)
 {
+  if (former.IsOfFile()) servers::RequireWritable(path);
   std::string const bytes = PackWorkbook(book);
   servers::FileStamp written;
   auto const isFormer = [&](std::string const & beside) {

@@ -56,6 +56,26 @@ TEST_F(SheetTool, TakesForANumberWhatADoubleHolds)
   EXPECT_EQ(Run("sheet read n.xlsx N --json"),
             "{\"sheet\":\"N\",\"block\":\"A1:F1\",\"rows\":[\n [9007199254740992,-9007199254740992,\"9007199254740993\","
             "\"-9007199254740993\",\"10000000000000000\",-0.0]\n]}\n");
+  std::string const beyond = "1.2345678901234568e+17,-1.2345678901234567e+19\n";
+  Run("sheet write n.xlsx Beyond -", "1.2345678901234568e17,-12345678901234567890.5\n");
+  EXPECT_EQ(Run("sheet read n.xlsx Beyond"), beyond);
+  Run("sheet write n.xlsx Again -", beyond);
+  EXPECT_EQ(Run("sheet read n.xlsx Again"), beyond);
+}
+
+// Memory goes by the fields that there are, not by the rows times the widest one.
+TEST_F(SheetTool, TakesRaggedTables)
+{
+  std::string wide = "1";
+  for (int i = 1; i < 16384; ++i) wide += ",1";
+  std::string narrow;
+  for (int i = 0; i < 30000; ++i) narrow += "1\n";
+  EXPECT_EQ(Run("sheet write r.xlsx Last -", narrow + wide + "\n"),
+            "30001 rows of up to 16384 columns in the new sheet \"Last\" of r.xlsx\n");
+  EXPECT_EQ(Run("sheet write r.xlsx First -", wide + "\n" + narrow),
+            "30001 rows of up to 16384 columns in the new sheet \"First\" of r.xlsx\n");
+  EXPECT_EQ(Run("sheet read r.xlsx First XFC1:XFD2"), "1,1\n,\n");
+  EXPECT_EQ(Run("sheet read r.xlsx Last A30000:B30001"), "1,\n1,1\n");
 }
 
 TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)

@@ -21,7 +21,11 @@ constexpr std::string_view largestWhole = "9007199254740992";  // 2^53: a double
 void appendNumber(std::string & text, double number)
 {
   char digits[32];
-  text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+  // With an exponent beyond the integers that a double holds, so that the text isn't taken for one of them.
+  constexpr double largest = 9007199254740992.0;  // 2^53
+  char * const limit = digits + sizeof digits;
+  text.append(digits, std::fabs(number) > largest ? std::to_chars(digits, limit, number, std::chars_format::scientific).ptr
+                                                  : std::to_chars(digits, limit, number).ptr);
 }
 
 // Readers of JSON take "-0" for an integer, which has no sign there.

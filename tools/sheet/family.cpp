@@ -18,6 +18,7 @@
 #include "tools/sheet/sheet_print.h"
 #include "tools/sheet/sheet_writer.h"
 #include "tools/sheet/workbook_link.h"
+#include "tools/shown_text.h"
 
 namespace {
 
@@ -27,7 +28,7 @@ constexpr size_t pieceBytes = 0x20000;
 constexpr int64_t mostCells = 1 << 28;  // that are printed unasked: all rows of 256 columns
 
 // The name of the block with all filled cells; empty for an empty sheet.
-std::string usedName(GPWorkSheet sheet)
+std::string usedName(GPWorkSheet & sheet)
 {
   CellBlock const used = UsedBlock(sheet);
   std::string const name = NameOfBlock(used);
@@ -57,16 +58,16 @@ struct ListCommand : SheetArguments {
     SpreadsheetLink link(server);
     WorkbookLink workbook(link, book, Source::File);
     nlohmann::ordered_json all = {{"worksheets", nlohmann::json::array()}, {"charts", workbook.ListCharts()}};
-    for (std::string const & each : workbook.ListWorksheets()) {
-      std::string const used = usedName(workbook.FindWorksheet(each));
+    workbook.ForEachWorksheet([&](std::string const & each, GPWorkSheet & cells) {
+      std::string const used = usedName(cells);
       all["worksheets"].push_back({{"name", each}, {"used", used.empty() ? nlohmann::json() : nlohmann::json(used)}});
-    }
+    });
     if (json) return Print(DumpJson(all, 2) + "\n");
     for (auto const & sheet : all["worksheets"]) {
       std::string const used = sheet["used"].is_null() ? "empty" : sheet["used"].get<std::string>();
-      PrintShown(fmt::format("worksheet  {:<31}  {}\n", sheet["name"].get<std::string>(), used));
+      Print(fmt::format("worksheet  {:<31}  {}\n", Visible(sheet["name"].get<std::string>()), used));
     }
-    for (auto const & chart : all["charts"]) PrintShown(fmt::format("chart      {}\n", chart.get<std::string>()));
+    for (auto const & chart : all["charts"]) Print(fmt::format("chart      {}\n", Visible(chart.get<std::string>())));
   }
 };
 

@@ -80,6 +80,7 @@ ExitStatus Told(std::string const & book, std::function<void()> const & work)
     throw Failure(sentenceOf(told->m_strDescription.View(), book) + advice);
   } catch (COleException * failed) {
     zp::ExceptionGuard const guard(failed);
+    if (failed->m_sc == E_OUTOFMEMORY) throw std::bad_alloc();
     if (failed->m_sc == serverUnavailable)
       throw Failure(fmt::format("{}: the spreadsheet server ended before it was done; look at the file and try again", book));
     throw Failure(

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string_view>
 
@@ -18,6 +19,7 @@
 namespace {
 
 constexpr int64_t mostCells = 1 << 24;  // that are asked of a server for one sheet
+constexpr int64_t bandCells = 1 << 16;  // and at once
 
 uint64_t mixed(uint64_t bits)
 {
@@ -47,11 +49,19 @@ constexpr uint64_t placeOf(int row, int column)
   return static_cast<uint64_t>(row) << 32 | static_cast<uint32_t>(column);
 }
 
+int rowOf(uint64_t place)
+{
+  return static_cast<int>(place >> 32);
+}
+
+int columnOf(uint64_t place)
+{
+  return static_cast<int>(place & UINT32_MAX);
+}
+
 std::string nameOf(uint64_t place)
 {
-  int const row = static_cast<int>(place >> 32);
-  int const column = static_cast<int>(place & UINT32_MAX);
-  return NameOfBlock({row, column, row, column});
+  return NameOfBlock({rowOf(place), columnOf(place), rowOf(place), columnOf(place)});
 }
 
 void forEachFilled(GPWorkSheet & sheet, CellBlock const & block,
@@ -90,46 +100,89 @@ void SheetPrint::Add(int row, int column, VARIANT const & value)
 std::string SheetPrint::FindDifference(GPWorkSheet & sheet) const
 {
   if (!m_bWhole) return {};
-  auto next = m_Cells.begin();
-  std::optional<uint64_t> found;
-  forEachFilled(sheet, UsedBlock(sheet), [&](int row, int column, VARIANT const & value) {
-    if (found) return;
-    Cell const cell = Cell::Of(row, column, value);
-    if (next == m_Cells.end())
-      found = cell.place;
-    else if (*next == cell)
-      ++next;
-    else
-      found = std::min(cell.place, next->place);
-  });
-  if (!found && next != m_Cells.end()) found = next->place;
-  return found ? nameOf(*found) : std::string();
+  for (auto first = m_Cells.begin(); first != m_Cells.end();) {
+    Band const band = BandFrom(first);
+    std::optional<uint64_t> found;
+    forEachFilled(sheet, band.block, [&](int row, int column, VARIANT const & value) {
+      if (found) return;
+      Cell const cell = Cell::Of(row, column, value);
+      if (first == band.end)
+        found = cell.place;
+      else if (*first == cell)
+        ++first;
+      else
+        found = std::min(cell.place, first->place);
+    });
+    if (!found && first != band.end) found = first->place;
+    if (found) return nameOf(*found);
+  }
+  return FindSurplus(UsedBlock(sheet));
+}
+
+// Whole rows with as many cells as can be asked for at once; at least one.
+SheetPrint::Band SheetPrint::BandFrom(Place first) const
+{
+  CellBlock band = {rowOf(first->place), 1, rowOf(first->place), 1};
+  Place end = first;
+  while (end != m_Cells.end()) {
+    CellBlock next = band;
+    Place rowEnd = end;
+    next.lastRow = rowOf(end->place);
+    for (; rowEnd != m_Cells.end() && rowOf(rowEnd->place) == next.lastRow; ++rowEnd)
+      next.lastColumn = std::max(next.lastColumn, columnOf(rowEnd->place));
+    if (end != first && next.CountCells() > bandCells) break;
+    band = next;
+    end = rowEnd;
+  }
+  return {end, band};
+}
+
+// The corner of the filled cells, where that lies beyond the rows and columns that were kept.
+std::string SheetPrint::FindSurplus(CellBlock const & used) const
+{
+  int lastRow = 1;
+  int lastColumn = 1;
+  for (Cell const & cell : m_Cells) {
+    lastRow = std::max(lastRow, rowOf(cell.place));
+    lastColumn = std::max(lastColumn, columnOf(cell.place));
+  }
+  bool const isMore = used.lastRow > lastRow || used.lastColumn > lastColumn;
+  return isMore ? NameOfBlock({used.lastRow, used.lastColumn, used.lastRow, used.lastColumn}) : std::string();
 }
 
 SheetPrints PrintSheets(WorkbookLink & workbook)
 {
   SheetPrints prints;
   if (workbook.IsNew()) return prints;
-  for (std::string const & name : workbook.ListWorksheets()) {
-    GPWorkSheet sheet = workbook.FindWorksheet(name);
-    prints.emplace_back(name, SheetPrint::Of(sheet));
-  }
+  workbook.ForEachWorksheet(
+      [&](std::string const & name, GPWorkSheet & sheet) { prints.emplace_back(name, SheetPrint::Of(sheet)); });
   return prints;
 }
 
 void RequireSaved(WorkbookLink & saved, SheetPrints const & added, SheetPrints const & former)
 {
-  auto const toldDifference = [&](std::string const & name, SheetPrint const & print) {
-    GPWorkSheet sheet = saved.FindWorksheet(name);
-    std::string const cell = print.FindDifference(sheet);
-    if (cell.empty()) return cell;
-    return fmt::format(
+  struct Expected {
+    SheetPrint const * print;
+    bool isNew;
+  };
+  std::map<std::string, Expected> expected;
+  for (auto const & [name, print] : former) expected[name] = {&print, false};
+  for (auto const & [name, print] : added) expected[name] = {&print, true};
+  std::string lost;
+  saved.ForEachWorksheet([&](std::string const & name, GPWorkSheet & sheet) {
+    auto const found = expected.extract(name);
+    std::string const cell = found.empty() ? "" : found.mapped().print->FindDifference(sheet);
+    if (cell.empty()) return;
+    std::string const told = fmt::format(
         "{}: was written, but {} of the sheet \"{}\" isn't what it was before: the spreadsheet server, or the "
         "format of the file, doesn't keep every value",
         saved.GetName(), cell, name);
-  };
-  for (auto const & [name, print] : former)
-    if (std::string const told = toldDifference(name, print); !told.empty()) Tell("warning: " + told);
-  for (auto const & [name, print] : added)
-    if (std::string const told = toldDifference(name, print); !told.empty()) throw Failure(told);
+    if (found.mapped().isNew)
+      lost = told;
+    else
+      Tell("warning: " + told);
+  });
+  if (!expected.empty())
+    throw Failure(fmt::format("{}: was written, but has no sheet \"{}\"", saved.GetName(), expected.begin()->first));
+  if (!lost.empty()) throw Failure(lost);
 }

@@ -8,6 +8,8 @@
 
 #include <zpbase/spreadsheet.h>
 
+#include "tools/sheet/cell_block.h"
+
 class SheetPrint {
  public:
   // Nothing for a sheet whose filled cells lie too far apart to be looked at all.
@@ -28,6 +30,13 @@ class SheetPrint {
 
     bool operator==(Cell const &) const = default;
   };
+  using Place = std::vector<Cell>::const_iterator;
+  struct Band {
+    Place end;
+    CellBlock block;
+  };
+  Band BandFrom(Place first) const;
+  std::string FindSurplus(CellBlock const & used) const;
 
   std::vector<Cell> m_Cells;
   bool m_bWhole = true;

@@ -36,12 +36,13 @@ void SheetWriter::Add(std::vector<COleVariant> row)
     if (value.vt == VT_BSTR && zp::ViewOf(value.bstrVal).size() > mostTextUnits)
       throw Failure(fmt::format("a cell holds no text of more than {} characters; shorten it", mostTextUnits));
   }
+  size_t const widest = std::max({m_nWidest, row.size(), size_t{1}});
+  if (widest * (m_Waiting.size() + 1) > cellsAtOnce) Finish();
+  m_nWidest = std::max(m_nWidest, row.size());
   ++m_nRows;
   m_nColumns = std::max(m_nColumns, static_cast<int>(row.size()));
   for (size_t column = 0; column < row.size(); ++column) m_Print.Add(m_nRows, static_cast<int>(column) + 1, row[column]);
-  m_nWaiting += row.size() + 1;
   m_Waiting.push_back(std::move(row));
-  if (m_nWaiting >= cellsAtOnce) Flush();
 }
 
 void SheetWriter::Finish()
@@ -51,8 +52,7 @@ void SheetWriter::Finish()
 
 void SheetWriter::Flush()
 {
-  size_t columns = 1;
-  for (auto const & row : m_Waiting) columns = std::max(columns, row.size());
+  size_t const columns = std::max<size_t>(m_nWidest, 1);
   COleVariant block = makeBlock(m_Waiting.size(), columns);
   auto * const cells = static_cast<VARIANT *>(block.parray->pvData);
   for (size_t row = 0; row < m_Waiting.size(); ++row)
@@ -62,5 +62,5 @@ void SheetWriter::Flush()
   std::string const name = NameOfBlock(place);
   Attached<GPRange>(m_Sheet.GetCell(COleVariant(name.c_str()))).SetValue(block);
   m_Waiting.clear();
-  m_nWaiting = 0;
+  m_nWidest = 0;
 }

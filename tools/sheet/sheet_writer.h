@@ -26,7 +26,7 @@ class SheetWriter {
 
   GPWorkSheet m_Sheet;
   std::vector<std::vector<COleVariant>> m_Waiting;
-  size_t m_nWaiting = 0;  // cells
+  size_t m_nWidest = 0;  // of them, in cells
   int m_nRows = 0;
   int m_nColumns = 0;  // of the longest row
   SheetPrint m_Print;

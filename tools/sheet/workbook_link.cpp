@@ -61,15 +61,13 @@ bool isSameName(std::string_view one, std::string_view other)
   return zp::Utf8ToWide(one, left) && zp::Utf8ToWide(other, right) && zp::FoldCase(left) == zp::FoldCase(right);
 }
 
-template <class Item, class Fetch>
-std::vector<std::string> namesOf(long count, Fetch const & fetch)
+template <class Item, class Fetch, class Take>
+void forEach(long count, Fetch const & fetch, Take const & take)
 {
-  std::vector<std::string> names;
   for (long i = 1; i <= count; ++i) {
     Item item = Attached<Item>(fetch(COleVariant(i)));
-    names.push_back(nameOf(item));
+    take(nameOf(item), item);
   }
-  return names;
 }
 
 COleVariant insidePathOf(std::string const & name)
@@ -127,14 +125,25 @@ WorkbookLink::~WorkbookLink()
 
 std::vector<std::string> WorkbookLink::ListWorksheets()
 {
-  return namesOf<GPWorkSheet>(Attached<GPWorkSheets>(m_Book.GetWorkSheets()).GetCount(),
-                              [this](COleVariant const & index) { return m_Book.GetWorkSheet(index); });
+  std::vector<std::string> names;
+  ForEachWorksheet([&](std::string const & name, GPWorkSheet &) { names.push_back(name); });
+  return names;
+}
+
+void WorkbookLink::ForEachWorksheet(std::function<void(std::string const & name, GPWorkSheet & sheet)> const & take)
+{
+  forEach<GPWorkSheet>(
+      Attached<GPWorkSheets>(m_Book.GetWorkSheets()).GetCount(),
+      [this](COleVariant const & index) { return m_Book.GetWorkSheet(index); }, take);
 }
 
 std::vector<std::string> WorkbookLink::ListCharts()
 {
-  return namesOf<GPChart>(Attached<GPCharts>(m_Book.GetCharts()).GetCount(),
-                          [this](COleVariant const & index) { return m_Book.GetChart(index); });
+  std::vector<std::string> names;
+  forEach<GPChart>(
+      Attached<GPCharts>(m_Book.GetCharts()).GetCount(), [this](COleVariant const & index) { return m_Book.GetChart(index); },
+      [&](std::string const & name, GPChart &) { names.push_back(name); });
+  return names;
 }
 
 GPWorkSheet WorkbookLink::FindWorksheet(std::string_view name)

@@ -2,6 +2,7 @@
 // UTF-8.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,6 +42,9 @@ class WorkbookLink {
   bool IsNew() const { return m_bNew; }  // not yet saved
 
   std::vector<std::string> ListWorksheets();
+
+  // Gives take each worksheet with its name.
+  void ForEachWorksheet(std::function<void(std::string const & name, GPWorkSheet & sheet)> const & take);
   std::vector<std::string> ListCharts();
 
   // By its name without case. Raises Failure for one that isn't there.
