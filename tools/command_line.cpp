@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 #include <fmt/format.h>
@@ -15,11 +16,14 @@
 
 namespace {
 
-using AddFamily = void (*)(CLI::App & app, int & status);
+struct Family {
+  std::string_view name;
+  void (*add)(CLI::App & app, int & status);
+};
 
-constexpr AddFamily familyTable[] = {
-    AddStoreCommands, AddSettingsCommands, AddTextCommands,   AddDrawingCommands,
-    AddViewCommands,  AddSheetCommands,    AddInspectCommand,
+constexpr Family familyTable[] = {
+    {"store", AddStoreCommands}, {"settings", AddSettingsCommands}, {"text", AddTextCommands},      {"dxf", AddDrawingCommands},
+    {"view", AddViewCommands},   {"sheet", AddSheetCommands},       {"inspect", AddInspectCommand},
 };
 
 int fail(std::string const & line, int status)
@@ -54,13 +58,15 @@ void parse(CLI::App & app, std::vector<std::string> words)
 
 }  // namespace
 
-void AddCommands(CLI::App & app, int & status)
+void AddCommands(CLI::App & app, int & status, std::string_view family)
 {
   app.name("zp");
   app.description("Tools of the Zephlow base library");
   app.require_subcommand(1);
   app.set_version_flag("-V,--version", "zp " ZP_VERSION);
-  for (AddFamily const add : familyTable) add(app, status);
+  auto const asked = std::ranges::find(familyTable, family, &Family::name);
+  if (asked != std::end(familyTable)) return asked->add(app, status);
+  for (Family const & each : familyTable) each.add(app, status);
 }
 
 namespace {
@@ -69,8 +75,8 @@ int run(int argc, char const * const * argv)
 {
   int status = exitDone;
   CLI::App app;
-  AddCommands(app, status);
   std::vector<std::string> const words = ResolveHelp({argv + std::min(argc, 1), argv + argc});
+  AddCommands(app, status, words.empty() ? "" : words.front());
   try {
     parse(app, words);
     FlushOutput();

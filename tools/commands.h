@@ -42,5 +42,5 @@ void AddViewCommands(CLI::App & app, int & status);
 void AddSheetCommands(CLI::App & app, int & status);
 void AddInspectCommand(CLI::App & app, int & status);
 
-// All of them, with the program's name and version.
-void AddCommands(CLI::App & app, int & status);
+// The one of that name alone, or all of them where there is none, with the program's name and version.
+void AddCommands(CLI::App & app, int & status, std::string_view family = "");

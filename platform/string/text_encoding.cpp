@@ -100,7 +100,9 @@ std::u16string TextToWide(std::string_view text)
 
 bool Utf8ToText(std::string_view utf8, CString & text)
 {
-  std::string bytes;
+  auto const plain = std::find_if(utf8.begin(), utf8.end(), [](char c) { return static_cast<BYTE>(c) >= 0x80; });
+  std::string bytes(utf8.begin(), plain);
+  utf8.remove_prefix(bytes.size());
   while (!utf8.empty()) {
     char32_t point;
     if (!takeCodePoint(utf8, point)) return false;
@@ -114,9 +116,9 @@ bool Utf8ToText(std::string_view utf8, CString & text)
 
 std::string TextToUtf8(std::string_view text)
 {
-  std::string utf8;
-  utf8.reserve(text.size());
-  for (char const c : text) appendUtf8(utf8, codePointOf(static_cast<BYTE>(c)));
+  auto const plain = std::find_if(text.begin(), text.end(), [](char c) { return static_cast<BYTE>(c) >= 0x80; });
+  std::string utf8(text.begin(), plain);
+  for (char const c : text.substr(utf8.size())) appendUtf8(utf8, codePointOf(static_cast<BYTE>(c)));
   return utf8;
 }
 

@@ -22,8 +22,7 @@ class IndexReader {
  public:
   explicit IndexReader(std::string const & bytes)
       : m_Bytes(bytes),
-        m_Buffer(bytes.begin(), bytes.end()),
-        m_File(m_Buffer.data(), static_cast<UINT>(m_Buffer.size())),
+        m_File(reinterpret_cast<BYTE *>(const_cast<char *>(bytes.data())), static_cast<UINT>(bytes.size())),  // only read
         m_Archive(&m_File, CArchive::load, archiveBuffer),
         m_Parts(m_Archive)
   {
@@ -44,6 +43,8 @@ class IndexReader {
   }
 
  private:
+  static constexpr ULONGLONG tagBytes = 2;
+
   size_t GetOffset()
   {
     m_Archive.Flush();
@@ -78,6 +79,7 @@ class IndexReader {
 
   void ReadRecords(StoreIndex & index)
   {
+    index.live.reserve(m_Bytes.size() / (GPActiveRec::streamBytes + tagBytes));
     ReadTable<GPObArray, GPActiveRec>([&](BYTE const * bytes) {
       index.live.push_back({zp::ReadLittle<DWORD>(bytes + GPActiveRec::positionOffset),
                             zp::ReadLittle<short>(bytes + GPActiveRec::idOffset),
@@ -97,7 +99,6 @@ class IndexReader {
   template <class Container, class Entry, class Take>
   void ReadTable(Take const & take)
   {
-    constexpr ULONGLONG tagBytes = 2;
     constexpr size_t entryBytes = Entry::streamBytes;
     RequireClass(RUNTIME_CLASS(Container));
     DWORD count = m_Archive.ReadCount();
@@ -139,7 +140,6 @@ class IndexReader {
   }
 
   std::string const & m_Bytes;
-  std::vector<BYTE> m_Buffer;
   CMemFile m_File;
   CArchive m_Archive;
   zp::ArchiveParts m_Parts;

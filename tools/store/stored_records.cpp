@@ -28,7 +28,7 @@ void StoredRecords::Sort()
 {
   auto const isLess = [](zp::RecordBlock const & a, zp::RecordBlock const & b) { return a.id < b.id; };
   auto const isSame = [](zp::RecordBlock const & a, zp::RecordBlock const & b) { return a.id == b.id; };
-  std::stable_sort(m_Blocks.begin(), m_Blocks.end(), isLess);
+  if (!std::is_sorted(m_Blocks.begin(), m_Blocks.end(), isLess)) std::stable_sort(m_Blocks.begin(), m_Blocks.end(), isLess);
   m_Blocks.erase(std::unique(m_Blocks.begin(), m_Blocks.end(), isSame), m_Blocks.end());
   m_IDs.reserve(m_Blocks.size());
   for (zp::RecordBlock const & block : m_Blocks) m_IDs.push_back(block.id);
@@ -36,6 +36,7 @@ void StoredRecords::Sort()
 
 void StoredRecords::FindByIndex()
 {
+  m_Blocks.reserve(m_Store.GetIndex().live.size());
   for (LiveEntry const & entry : m_Store.GetIndex().live) {
     if (entry.id < 0 || entry.length == 0) continue;
     auto const length = static_cast<WORD>(entry.length);
