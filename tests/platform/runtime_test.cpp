@@ -27,7 +27,7 @@ CRuntimeClass * found(std::string const & name)
 // More of them than the table by names takes, and fewer again.
 TEST(RuntimeClasses, AreFoundByNameHoweverManyThereAre)
 {
-  ASSERT_NE(found("CByteArray"), nullptr);
+  ASSERT_NE(found("GPDataArray"), nullptr);
   std::deque<std::unique_ptr<Registered>> classes;
   for (int i = 0; i < 400; ++i) {
     classes.push_back(std::make_unique<Registered>("Sample" + std::to_string(i)));
@@ -40,10 +40,10 @@ TEST(RuntimeClasses, AreFoundByNameHoweverManyThereAre)
     ASSERT_EQ(found(name), nullptr);
     if (!classes.empty()) ASSERT_EQ(found(classes.back()->name), &classes.back()->record);
   }
-  EXPECT_EQ(found("CByteArra"), nullptr);
-  EXPECT_EQ(found(std::string("CByteArray\0", 11)), nullptr);
+  EXPECT_EQ(found("GPDataArra"), nullptr);
+  EXPECT_EQ(found(std::string("GPDataArray\0", 12)), nullptr);
   EXPECT_EQ(found(""), nullptr);
-  EXPECT_NE(found("CByteArray"), nullptr);
+  EXPECT_NE(found("GPDataArray"), nullptr);
 }
 
 TEST(RuntimeClasses, OfOneNameTheLatestIsFound)
