@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
 
 using namespace std::string_literals;
@@ -19,8 +20,8 @@ class ZpSettings : public testing::Test {
   // Output and errors of "zp settings ..." in the test's folder, with the exit status in front.
   std::string Run(std::string const & arguments)
   {
-    std::string const line = "cd '" + m_Folder.Path().string() +
-                             "' && XDG_CONFIG_HOME=\"$PWD\" " ZP_BINARY_DIR "/tools/zp settings " + arguments + " 2>&1";
+    std::string const line =
+        "cd '" + m_Folder.Path().string() + "' && XDG_CONFIG_HOME=\"$PWD\" '" + ZpProgram() + "' settings " + arguments + " 2>&1";
     std::FILE * const pipe = popen(line.c_str(), "r");
     std::string output;
     for (int c = 0; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
@@ -124,8 +125,8 @@ TEST_F(ZpSettings, SayWhatIsWrong)
 // The sequence of the manual, line by line, by a user without settings.
 TEST_F(ZpSettings, WorkAsTheManualTells)
 {
-  EXPECT_EQ(std::system(("cd '" + m_Folder.Path().string() +
-                         "' && mkdir bin && ln -s " ZP_BINARY_DIR "/tools/zp bin/zp && "
+  EXPECT_EQ(std::system(("cd '" + m_Folder.Path().string() + "' && mkdir bin && ln -s '" + ZpProgram() +
+                         "' bin/zp && "
                          "sed -n 's/^    \\(zp settings .*\\)/\\1/p' " ZP_SOURCE_DIR "/docs/config.md >steps && "
                          "HOME=\"$PWD\" XDG_CONFIG_HOME= PATH=\"$PWD/bin:$PATH\" sh -e steps >out 2>&1")
                             .c_str()),

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <random>
 
+#include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
 
 using namespace std::string_literals;
@@ -25,9 +26,8 @@ struct Outcome {
 // Runs zp in the folder, with temporary files in it too.
 Outcome runText(TempFolder const & folder, std::string const & arguments)
 {
-  std::string const command = "cd '" + folder.Path().string() +
-                              "' && mkdir -p tmp && TMPDIR=\"$PWD/tmp\" timeout 20 '" ZP_BINARY_DIR "/tools/zp' text " +
-                              arguments + " 2>errors";
+  std::string const command = "cd '" + folder.Path().string() + "' && mkdir -p tmp && TMPDIR=\"$PWD/tmp\" timeout 20 '" +
+                              ZpProgram() + "' text " + arguments + " 2>errors";
   std::FILE * const pipe = popen(command.c_str(), "r");
   Outcome outcome;
   char piece[4096];

@@ -118,8 +118,9 @@ TEST(ViewTool, ShowsAReportOnTheTerminal)
       runShell(folder, "export LC_ALL=C.UTF-8\nt() { " + tmux +
                            " \"$@\"; }\n"
                            "see() { sleep 0.3; t capture-pane -p; echo =; }\n"
-                           "t new-session -d -x 60 -y 9 \"'" ZP_BINARY_DIR
-                           "/tools/zp' view report.txt\"\n"
+                           "t new-session -d -x 60 -y 9 \"'" +
+                           ZpProgram() +
+                           "' view report.txt\"\n"
                            "sleep 0.5\nsee\n"
                            "t send-keys /; t send-keys x Escape; sleep 0.2; t send-keys /; t send-keys REDX BSpace Enter; see\n"
                            "t send-keys /; t send-keys red Enter; see\n"
