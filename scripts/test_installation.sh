@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs a configured release build into scratch folders and uses it there as strangers do: the program runs, README's first program
 # builds and runs with CMake and with pkg-config, and the headers stand behind others that define TRUE and FALSE. Once below a prefix
-# that is moved afterwards, once with absolute folders.
+# that is moved afterwards, once with absolute folders, and once more from a build of its own, beside the first, with the library as an
+# archive.
 #   scripts/test_installation.sh [BUILD FOLDER]    (build/run)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -87,4 +88,16 @@ cmake --install "$build" --prefix "$work/other" >/dev/null
 "$work/other/bin/zp" --version
 workbook "$work/other/bin/zp"
 use "$work/own/libraries" "$work/own/headers"
-echo "The installation works, moved and with absolute folders."
+
+# The archive: programs have all of it, since classes are found by their names alone.
+cmake -S . -B "$build-archive" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF -DZP_BUILD_TESTS=OFF >/dev/null
+cmake --build "$build-archive" >/dev/null
+cmake --install "$build-archive" --prefix "$work/archive" >/dev/null
+libraries=$(dirname "$(find "$work/archive" -name libzpbase.a)")
+if [ -n "$(find "$work/archive" -name '*.so*')" ] || ldd "$work/archive/bin/zp" | grep libzpbase; then
+  echo "An archive was asked for, and shared libraries came." >&2
+  exit 1
+fi
+(cd "$work" && printf 'id,name\n1,water\n' >one.csv && archive/bin/zp store import one one.csv && archive/bin/zp store show one 1)
+use "$libraries" "$work/archive/include"
+echo "The installation works, moved, with absolute folders, and as an archive."
