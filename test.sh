@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Makes the machine ready, builds, and runs every test. With --all also: the tests of the bridge to LibreOffice, the formatting gate,
 # clang-tidy, the tests in other locales, 20,000 states of a store after a crash, a second run under AddressSanitizer and
-# UndefinedBehaviorSanitizer, the benchmarks' build, a trial of the installation, and a while of each fuzz target (ZP_FUZZ_SECONDS, 60).
+# UndefinedBehaviorSanitizer, the benchmarks' build, a trial of the installation, the packager's page with Debian's packages, the site of
+# headers and pages, and a while of each fuzz target (ZP_FUZZ_SECONDS, 60).
 # Each stage ends with the seconds that it took.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -66,7 +67,7 @@ fi
 stage "Tests" suite debug
 [ "${1:-}" = --all ] || exit 0
 
-prepare "${CHECK_PACKAGES[@]}"
+prepare "${CHECK_PACKAGES[@]}" "${PACKAGING_PACKAGES[@]}" "${SITE_PACKAGES[@]}"
 stage "Formatting" formatting
 stage "clang-tidy" scripts/tidy.sh build/debug
 if [ -x scripts/test_in_locales.sh ]; then
@@ -76,5 +77,7 @@ stage "Crash states" crash_states
 stage "Sanitizers" suite asan-ubsan
 stage "Benchmarks build" release
 stage "Installation" scripts/test_installation.sh build/run
+stage "Packages" scripts/run_page.sh docs/tutorials/packager.md .
+stage "Site" scripts/build_site.sh
 stage "Fuzzing" fuzzing
 echo "== All: $SECONDS s"
