@@ -38,7 +38,9 @@ TEST(RuntimeClasses, AreFoundByNameHoweverManyThereAre)
     std::string const name = classes.front()->name;
     classes.pop_front();
     ASSERT_EQ(found(name), nullptr);
-    if (!classes.empty()) ASSERT_EQ(found(classes.back()->name), &classes.back()->record);
+    if (!classes.empty()) {
+      ASSERT_EQ(found(classes.back()->name), &classes.back()->record);
+    }
   }
   EXPECT_EQ(found("GPDataArra"), nullptr);
   EXPECT_EQ(found(std::string("GPDataArray\0", 12)), nullptr);
