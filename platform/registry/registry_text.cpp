@@ -147,7 +147,7 @@ void readKeyLine(std::string_view text, RegistryLine & line)
   if (close == std::string_view::npos || text.find_first_not_of(blanks, close + 1) != std::string_view::npos) return;
   bool const removal = text.starts_with("[-");
   size_t const begin = removal ? 2 : 1;
-  std::string_view const path = close >= begin ? text.substr(begin, close - begin) : std::string_view();
+  std::string_view const path = text.substr(begin, close - begin);
   if (!IsRegistryPath(path)) return;
   line.kind = removal ? RegistryLine::DeleteKey : RegistryLine::Key;
   line.path = path;

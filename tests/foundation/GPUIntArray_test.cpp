@@ -10,6 +10,7 @@
 #include <zpbase/platform/archive.h>
 #include <zpbase/platform/exceptions.h>
 
+#include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -28,32 +29,6 @@ GPUIntArray arrayOf(Values const & values)
   GPUIntArray array;
   for (UINT const value : values) array.Add(value);
   return array;
-}
-
-// The cause of the archive's exception that the action raises, or none.
-template <class Action>
-int causeOf(Action action)
-{
-  try {
-    action();
-  } catch (CArchiveException * raised) {
-    int const cause = raised->m_cause;
-    raised->Delete();
-    return cause;
-  }
-  return CArchiveException::none;
-}
-
-template <class Exception>
-bool raises(std::function<void()> const & action)
-{
-  try {
-    action();
-  } catch (Exception * raised) {
-    raised->Delete();
-    return true;
-  }
-  return false;
 }
 
 TEST(GPUIntArray, RunsGoUpAndDown)
@@ -209,7 +184,7 @@ TEST(CUIntArray, GrowsBehindItsEndAndRefusesBadIndexes)
   std::function<void()> const refused[] = {[&] { array.SetSize(-1); },     [&] { array.SetAtGrow(-1, 0); },
                                            [&] { array.InsertAt(-1, 0); }, [&] { array.RemoveAt(5000, 2); },
                                            [&] { array.GetAt(5001); },     [&] { array.SetAtGrow(INT32_MAX, 0); }};
-  for (auto const & action : refused) EXPECT_TRUE(raises<CInvalidArgException>(action));
+  for (auto const & action : refused) EXPECT_TRUE(CodeOf<CInvalidArgException>(action));
   EXPECT_EQ(array.GetSize(), 5001);
 }
 
@@ -226,11 +201,11 @@ TEST(GPUIntArray, FilesHoldTheLowSixteenBits)
   EXPECT_EQ(valuesOf(back), (Values{1, 4464, 65535}));
 
   GPUIntArray large(1, 65536);
-  EXPECT_EQ(causeOf([&] { large.Store(folder.Name("set")); }), CArchiveException::genericException);
+  EXPECT_EQ(CodeOf<CArchiveException>([&] { large.Store(folder.Name("set")); }), CArchiveException::genericException);
   EXPECT_EQ(folder.Read("set").size(), 8U) << "the old file stays";
 
   folder.Write("set", FromHex("0200 0100 70"));
-  EXPECT_EQ(causeOf([&] { back.Load(folder.Name("set")); }), CArchiveException::endOfFile);
+  EXPECT_EQ(CodeOf<CArchiveException>([&] { back.Load(folder.Name("set")); }), CArchiveException::endOfFile);
   EXPECT_EQ(valuesOf(back), (Values{1, 0}));
 }
 

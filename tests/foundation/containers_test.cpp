@@ -10,6 +10,7 @@
 #include <zpbase/foundation.h>
 
 #include "tests/support/Archives.h"
+#include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 
 // One that archives know.
@@ -77,18 +78,6 @@ GPObArray & fill(GPObArray & array, std::vector<int> const & keys)
 {
   for (int const key : keys) array.Add(new Keyed(key));
   return array;
-}
-
-// Whether step raises the invalid-argument exception.
-bool raisesInvalidArg(std::function<void()> const & step)
-{
-  try {
-    step();
-  } catch (CInvalidArgException * problem) {
-    problem->Delete();
-    return true;
-  }
-  return false;
 }
 
 class Containers : public testing::Test {
@@ -220,7 +209,7 @@ TEST_F(Containers, RefuseIndexesAndPositionsOutside)
                                          [&] { array.SetSize(-1); },
                                          [&] { list.GetNext(none); },
                                          [&] { list.GetHead(); }};
-  for (auto const & step : steps) EXPECT_TRUE(raisesInvalidArg(step)) << &step - steps;
+  for (auto const & step : steps) EXPECT_TRUE(CodeOf<CInvalidArgException>(step)) << &step - steps;
   EXPECT_EQ(textOf(array), "1 2 ");
 }
 

@@ -12,6 +12,7 @@
 #include <zpbase/foundation.h>
 
 #include "tests/support/Archives.h"
+#include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -266,6 +267,26 @@ TEST(Archive, TellsTheCauseOfEachDamage)
     EXPECT_EQ(CauseOfLoading(FromHex(bytes), readOne), cause) << why;
 }
 
+TEST(Archive, PlainCollectionsStreamTheirElementsAndTakeTheSameTwice)
+{
+  GPObject object;
+  CObArray array;
+  CObList list;
+  for (CObject * element : {static_cast<CObject *>(&object), static_cast<CObject *>(nullptr)})
+    array.Add(element), list.AddTail(element);
+  std::string const bytes = FromHex("02 00") + objectHead + FromHex("00 00  02 00 02 00 00 00");
+  EXPECT_EQ(Stored([&](CArchive & ar) { array.Serialize(ar), list.Serialize(ar); }), bytes);
+  auto const read = [&](CArchive & ar) {
+    list.RemoveAll();
+    array.Serialize(ar), list.Serialize(ar);
+    std::unique_ptr<CObject> const back(array[0]);
+    EXPECT_TRUE(back.get() != &object && array.GetSize() == 2 && array[1] == nullptr);
+    EXPECT_TRUE(list.GetCount() == 2 && list.GetHead() == back.get() && list.GetTail() == nullptr);
+  };
+  EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::none);
+  EXPECT_EQ(CauseOfLoading(FromHex("02 00 00"), [&](CArchive & ar) { array.Serialize(ar); }), CArchiveException::endOfFile);
+}
+
 TEST(Archive, ChecksTheClassThatIsAskedFor)
 {
   auto const readArray = [](CArchive & ar) { delete ar.ReadOwnedObject(RUNTIME_CLASS(GPObArray)); };
@@ -284,12 +305,7 @@ TEST(Archive, ForgetsWhatFailedWhileItWasRead)
 {
   // An array, 2, with an object, 4, and an object of an unknown class; then references to array and object.
   auto const read = [](CArchive & ar) {
-    EXPECT_THROW(
-        try { ar.ReadObject(nullptr); } catch (CArchiveException * problem) {
-          zp::ExceptionGuard const guard(problem);
-          throw problem->m_cause;
-        },
-        int);
+    EXPECT_EQ(CodeOf<CArchiveException>([&ar] { ar.ReadObject(nullptr); }), CArchiveException::badClass);
     ar.ReadObject(nullptr);
   };
   std::string const bytes = arrayHead + FromHex("02 00") + objectHead + FromHex("FF FF 01 00 01 00 \"X\"");
@@ -327,13 +343,11 @@ TEST(Archive, LeavesTheFileBehindWhatItReadAndWritesNothingAfterAnException)
     ar.Close();
   }
   EXPECT_EQ(file.GetPosition(), 2u);
-  try {
+  CodeOf<CInvalidArgException>([&file] {
     CArchive ar(&file, CArchive::store);
     ar << 1;
     AfxThrowInvalidArgException();
-  } catch (CInvalidArgException * problem) {
-    problem->Delete();
-  }
+  });
   file.Close();
   EXPECT_EQ(folder.Read("numbers"), "abcdefgh");
 }

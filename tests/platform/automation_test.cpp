@@ -12,6 +12,7 @@
 #include <zpbase/platform/paths.h>
 #include <zpbase/platform/variants.h>
 
+#include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -85,13 +86,8 @@ TEST(DispatchDriver, PassesAndGivesEveryKind)
   EXPECT_EQ(echoed<IDispatch *>(driver, VT_UNKNOWN, static_cast<IUnknown *>(&echo), VT_DISPATCH), &echo);
   EXPECT_EQ(echo.m_nCount, 4U) << "what is given is held";
   for (auto const & [kind, type] : {std::pair(BYTE{VT_CY}, VT_I4), std::pair(BYTE{VT_I2}, VARTYPE{99})}) {
-    try {
-      echoed<int>(driver, kind, 1, type);
-      FAIL();
-    } catch (COleException * raised) {
-      zp::ExceptionGuard const guard(raised);
-      EXPECT_EQ(raised->m_sc, DISP_E_BADVARTYPE);
-    }
+    int const code = CodeOf<COleException>([&driver, k = kind, t = type] { echoed<int>(driver, k, 1, t); });
+    EXPECT_EQ(code, DISP_E_BADVARTYPE);
   }
 }
 

@@ -1,11 +1,17 @@
-// The two forms of a path, both directions.
+// The two forms of a path, both directions; folders that are searched and made.
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include <zpbase/platform/folders.h>
 #include <zpbase/platform/known_places.h>
 #include <zpbase/platform/paths.h>
-#include <cstdlib>
-#include <string>
+#include <zpbase/platform/system_error.h>
+
+#include "tests/support/TempFolder.h"
 
 using namespace std::string_literals;
 
@@ -77,4 +83,67 @@ TEST(Paths, ConfigFolderFollowsTheEnvironment)
   unsetenv("XDG_CONFIG_HOME");
   unsetenv("HOME");
   EXPECT_EQ(GetUserConfigFolder(), "");
+}
+
+TEST(Folders, AreSearchedInTheirOrder)
+{
+  TempFolder const folder;
+  EXPECT_TRUE(CreateDirectoryA(folder.Name("sub"), nullptr));
+  folder.Write("sub/x.txt", "");
+  folder.Write("x.txt", "");
+  folder.Write("y", "");
+  CString const here = folder.Name("");
+  CString const both = here + "sub;;D:\\none;" + here;
+  struct Row {
+    CString path;
+    CString name;
+    char const * extension;
+    char const * found;
+  };
+  Row const rows[] = {
+      {both, "x.txt", nullptr, "sub\\x.txt"},        {both, "x", ".txt", "sub\\x.txt"},     {both, "y", nullptr, "\\y"},
+      {here, here + "sub\\x", ".txt", "sub\\x.txt"}, {here, "x.", "txt", nullptr},          {here, "sub", nullptr, nullptr},
+      {here, here + "none", nullptr, nullptr},       {here, "D:\\x.txt", nullptr, nullptr}, {";", "", ".txt", nullptr}};
+  for (Row const & row : rows) {
+    char found[300] = "";
+    char * last = nullptr;
+    DWORD const length = SearchPathA(row.path, row.name, row.extension, sizeof found, found, &last);
+    if (row.found == nullptr) {
+      EXPECT_TRUE(length == 0 && GetLastError() == ERROR_FILE_NOT_FOUND && last == nullptr) << row.name;
+      continue;
+    }
+    EXPECT_STREQ(found, here + row.found) << row.name;
+    EXPECT_STREQ(last, CString(row.found).Mid(CString(row.found).Find('\\') + 1));
+    char cut[300] = "kept";
+    EXPECT_EQ(SearchPathA(row.path, row.name, row.extension, length, cut, nullptr), length + 1);
+    EXPECT_EQ(SearchPathA(row.path, row.name, row.extension, length + 1, found, nullptr), length);
+    EXPECT_STREQ(cut, "kept");
+  }
+  std::string const programs = std::getenv("PATH");
+  unsetenv("PATH");
+  char found[1024];
+  EXPECT_NE(SearchPathA(nullptr, "test_platform", nullptr, sizeof found, found, nullptr), 0u);
+  EXPECT_TRUE(std::string(found).ends_with("\\test_platform")) << found;
+  EXPECT_EQ(SearchPathA(nullptr, "x.txt", nullptr, sizeof found, found, nullptr), 0u);
+  setenv("PATH", programs.c_str(), 1);
+}
+
+TEST(Folders, TellWhatCantBeFoundOrMade)
+{
+  TempFolder const folder;
+  for (auto const & [path, error] : {std::pair(CString("D:\\x"), ERROR_PATH_NOT_FOUND),
+                                     {folder.Name("a\\b"), ERROR_PATH_NOT_FOUND},
+                                     {folder.Name(""), ERROR_ALREADY_EXISTS}}) {
+    EXPECT_FALSE(CreateDirectoryA(path, nullptr));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(error)) << path;
+  }
+  for (auto const & [pattern, error] : {std::pair("D:\\*", ERROR_PATH_NOT_FOUND), {"no such file*", ERROR_FILE_NOT_FOUND}}) {
+    EXPECT_EQ(FindFirstFileA(pattern, nullptr), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(error)) << pattern;
+  }
+  WIN32_FIND_DATA found{};
+  HANDLE const search = FindFirstFileA("\\t?p", &found);
+  EXPECT_STREQ(found.cFileName, "tmp");
+  EXPECT_EQ(found.dwFileAttributes, 0x10u);
+  EXPECT_TRUE(FindClose(search) && FindClose(INVALID_HANDLE_VALUE));
 }

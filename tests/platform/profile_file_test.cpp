@@ -48,15 +48,16 @@ TEST_F(ProfileFile, AChangeTouchesItsOwnLineAlone)
 
 TEST_F(ProfileFile, ARemovalOfASectionTakesThoseBelowItToo)
 {
-  m_Folder.Write("app.ini", "[Misc]\na=1\n[misc\\Sub]\nb=2\n[Miscellany]\nc=3\n[]\nd=4\n");
+  m_Folder.Write("app.ini", "[Misc]\na=1\n[misc\\Sub]\nb=2\n[Miscellany]\nc=3\n[]\nd=4\n=5\n[Mist\\x]\n[open\n");
   EXPECT_TRUE(m_App.WriteProfileString("Misc", nullptr, nullptr));
   EXPECT_FALSE(m_App.WriteProfileString("", nullptr, nullptr));
-  EXPECT_EQ(m_Folder.Read("app.ini"), "[Miscellany]\nc=3\n[]\nd=4\n");
+  EXPECT_EQ(m_Folder.Read("app.ini"), "[Miscellany]\nc=3\n[]\nd=4\n=5\n[Mist\\x]\n[open\n");
+  EXPECT_EQ(m_App.ListSettings().size(), 2u);
 }
 
 TEST_F(ProfileFile, TextsComeBackAsTheyWentIn)
 {
-  for (char const * text : {"", " blanks ", "\"quoted\"", "'", "a=b;c", "[x]", "\xE4\x80", "\ttab"}) {
+  for (char const * text : {"", " blanks ", "\"quoted\"", "'a'", "'b\"", "'", "a=b;c", "[x]", "\xE4\x80", "\ttab"}) {
     ASSERT_TRUE(m_App.WriteProfileString("S", "k", text));
     EXPECT_EQ(Get("S", "k"), text);
     CWinApp other("other");
@@ -72,13 +73,16 @@ TEST_F(ProfileFile, WhatTheFormCantHoldIsRefused)
   EXPECT_FALSE(m_App.WriteProfileString("S", "a=b", "v"));
   EXPECT_FALSE(m_App.WriteProfileString("S", ";k", "v"));
   EXPECT_FALSE(m_App.WriteProfileString("S", " ", "v"));
-  EXPECT_FALSE(m_App.WriteProfileString("S]", "k", "v"));
+  for (char const * key : {"[k", "", "two\nlines"}) EXPECT_FALSE(m_App.WriteProfileString("S", key, "v")) << key;
+  for (char const * section : {"S]", "two\nlines"}) EXPECT_FALSE(m_App.WriteProfileString(section, "k", "v")) << section;
   EXPECT_EQ(m_Folder.Read("app.ini"), "[S]\nk=v\n");
 }
 
 TEST_F(ProfileFile, NumbersAndBlocksHaveTheirTextForms)
 {
-  m_Folder.Write("app.ini", "[S]\nn=102 apples\nminus=-1\nbig=4294967295\nempty=\nword=x\nodd=PBA\nbad=PZ\nblock=PBAA\n");
+  m_Folder.Write(
+      "app.ini",
+      "[S]\nn=102 apples\nminus=-1\nbig=4294967295\nempty=\nword=x\nodd=PBA\nbad=PZ\nlow=@@\nover=QA\nunder=AQ\nblock=PBAA\n");
   struct Row {
     char const * key;
     int expected;
@@ -87,7 +91,8 @@ TEST_F(ProfileFile, NumbersAndBlocksHaveTheirTextForms)
     EXPECT_EQ(static_cast<int>(m_App.GetProfileInt("S", row.key, 9)), row.expected) << row.key;
   BYTE * bytes = nullptr;
   UINT length = 0;
-  for (char const * key : {"odd", "bad", "empty", "none"}) EXPECT_FALSE(m_App.GetProfileBinary("S", key, &bytes, &length)) << key;
+  for (char const * key : {"odd", "bad", "low", "over", "under", "empty", "none"})
+    EXPECT_FALSE(m_App.GetProfileBinary("S", key, &bytes, &length)) << key;
   ASSERT_TRUE(m_App.GetProfileBinary("S", "block", &bytes, &length));
   std::unique_ptr<BYTE[]> const block(bytes);
   ASSERT_EQ(length, 2u);

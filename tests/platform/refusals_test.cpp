@@ -13,19 +13,9 @@
 #include <zpbase/platform/registry.h>
 #include <zpbase/platform/variants.h>
 
-namespace {
+#include "tests/support/Raised.h"
 
-template <class Raised>
-bool raises(std::function<void()> const & operation)
-{
-  try {
-    operation();
-  } catch (Raised * raised) {
-    zp::ExceptionGuard const guard(raised);
-    return true;
-  }
-  return false;
-}
+namespace {
 
 TEST(Refusals, OfArraysOfVariants)
 {
@@ -59,9 +49,9 @@ TEST(Refusals, OfArraysOfVariants)
 
 TEST(Refusals, OfVariantsAndServers)
 {
-  EXPECT_TRUE(raises<COleException>([] { COleVariant(short{1}, VT_I4); }));
-  EXPECT_TRUE(raises<COleException>([] { COleVariant(1, VT_R8); }));
-  EXPECT_TRUE(raises<COleException>([] { COleVariant(1.0, VT_I4); }));
+  EXPECT_TRUE(CodeOf<COleException>([] { COleVariant(short{1}, VT_I4); }));
+  EXPECT_TRUE(CodeOf<COleException>([] { COleVariant(1, VT_R8); }));
+  EXPECT_TRUE(CodeOf<COleException>([] { COleVariant(1.0, VT_I4); }));
   EXPECT_EQ(COleVariant(short{7}, VT_BOOL).boolVal, VARIANT_TRUE);
   COleVariant value("text");
   value = *&value;
@@ -69,10 +59,16 @@ TEST(Refusals, OfVariantsAndServers)
   value.Attach(value);
   EXPECT_EQ(zp::BstrToText(value.bstrVal), "text");
   VARIANT odd{};
-  odd.vt = VT_VARIANT;
-  EXPECT_EQ(VariantClear(&odd), DISP_E_BADVARTYPE);
-  EXPECT_EQ(VariantCopy(&value, &odd), DISP_E_BADVARTYPE);
+  for (VARTYPE const type : {VT_VARIANT, VT_BSTRA, VARTYPE{15}, VARTYPE{20}, VARTYPE{24}, VT_BYREF, VARTYPE{VT_BYREF | VT_NULL},
+                             VARTYPE{VT_BYREF | 24}, VARTYPE{VT_ARRAY | VT_I4}}) {
+    odd.vt = type;
+    EXPECT_EQ(VariantClear(&odd), DISP_E_BADVARTYPE) << type;
+    EXPECT_EQ(VariantCopy(&value, &odd), DISP_E_BADVARTYPE) << type;
+  }
   EXPECT_EQ(value.vt, VT_BSTR);
+  odd.vt = VT_BYREF | VT_UINT;
+  EXPECT_EQ(VariantCopy(&odd, &odd) | VariantCopy(&value, &odd), S_OK);
+  EXPECT_EQ(value.vt, VT_BYREF | VT_UINT);
 
   CLSID const id{9, 9, 9, {9}};
   CLSID found{};
@@ -102,17 +98,17 @@ TEST(Refusals, OfPlacesOutsideACollection)
   numbers.Add(1);
   texts.Add(CString("a"));
   for (int const place : {-1, 2, std::numeric_limits<int>::min()}) {
-    EXPECT_TRUE(raises<CInvalidArgException>([&] { objects.RemoveAt(place); })) << place;
-    EXPECT_TRUE(raises<CInvalidArgException>([&] { numbers.RemoveAt(place); })) << place;
-    EXPECT_TRUE(raises<CInvalidArgException>([&] { numbers.SetAt(place, 1); })) << place;
-    EXPECT_TRUE(raises<CInvalidArgException>([&] { texts.GetAt(place); })) << place;
+    EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { objects.RemoveAt(place); })) << place;
+    EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { numbers.RemoveAt(place); })) << place;
+    EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { numbers.SetAt(place, 1); })) << place;
+    EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { texts.GetAt(place); })) << place;
   }
-  EXPECT_TRUE(raises<CInvalidArgException>([&] { objects.SetSize(-1); }));
-  EXPECT_TRUE(raises<CInvalidArgException>([&] { numbers.SetSize(-1); }));
-  EXPECT_TRUE(raises<CInvalidArgException>([&] { texts.SetSize(-1); }));
-  EXPECT_TRUE(raises<CInvalidArgException>([&] { objects.InsertAt(0, nullptr, -1); }));
-  EXPECT_TRUE(raises<CInvalidArgException>([&] { texts.InsertAt(-1, CString()); }));
-  EXPECT_TRUE(raises<CInvalidArgException>([&] { numbers.SetAtGrow(-1, 0); }));
+  EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { objects.SetSize(-1); }));
+  EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { numbers.SetSize(-1); }));
+  EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { texts.SetSize(-1); }));
+  EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { objects.InsertAt(0, nullptr, -1); }));
+  EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { texts.InsertAt(-1, CString()); }));
+  EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { numbers.SetAtGrow(-1, 0); }));
   EXPECT_EQ(objects.GetSize() * 100 + numbers.GetSize() * 10 + texts.GetSize(), 111);
   objects.SetAtGrow(2, &object);
   numbers.InsertAt(3, 9);

@@ -12,6 +12,7 @@
 #include <zpbase/platform/registry.h>
 #include <zpbase/platform/system_error.h>
 
+#include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 
 using namespace std::string_literals;
@@ -131,7 +132,11 @@ TEST_F(Registry, EnumeratesByIndexIntoBuffersOfTheStatedSize)
   EXPECT_EQ(names, "A;A!;B;");
   EXPECT_EQ(RegEnumKeyExA(m_Key, 3, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_NO_MORE_ITEMS);
   size = 2;
-  EXPECT_EQ(RegEnumKeyExA(m_Key, 1, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_MORE_DATA);
+  char keyClass[] = "kept";
+  DWORD classSize = 1;
+  FILETIME lastWrite{1, 1};
+  EXPECT_EQ(RegEnumKeyExA(m_Key, 1, name, &size, nullptr, keyClass, &classSize, &lastWrite), ERROR_MORE_DATA);
+  EXPECT_TRUE(keyClass[0] == 0 && classSize == 0 && lastWrite.dwLowDateTime + lastWrite.dwHighDateTime == 0);
   HKEY deep = nullptr;
   ASSERT_EQ(RegOpenKeyExA(m_Key, "a\\deep\\ER\\", 0, KEY_READ, &deep), ERROR_SUCCESS);
   BYTE data[3];
@@ -152,6 +157,7 @@ TEST_F(Registry, RightsHandlesAndNamesAreChecked)
   ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "K", 0, KEY_READ, &m_Key), ERROR_SUCCESS);
   HKEY below = nullptr;
   EXPECT_EQ(Set("v", REG_SZ, "\0"s), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(RegDeleteValueA(m_Key, "v"), ERROR_ACCESS_DENIED);
   EXPECT_EQ(RegCreateKeyExA(m_Key, "S", 0, nullptr, 0, KEY_READ, nullptr, &below, nullptr), ERROR_ACCESS_DENIED);
   EXPECT_EQ(RegCloseKey(m_Key), ERROR_SUCCESS);
   EXPECT_EQ(RegCloseKey(m_Key), ERROR_INVALID_HANDLE);
@@ -159,7 +165,23 @@ TEST_F(Registry, RightsHandlesAndNamesAreChecked)
   Open("K");
   EXPECT_EQ(Set("two\nlines", REG_SZ, "\0"s), ERROR_INVALID_PARAMETER);
   EXPECT_EQ(RegCreateKeyExA(m_Key, "a\nb", 0, nullptr, 0, KEY_READ, nullptr, &below, nullptr), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(RegDeleteTreeA(m_Key, "none"), ERROR_FILE_NOT_FOUND);
   EXPECT_EQ(m_Folder.Read("user.reg"), "REGEDIT4\r\n[HKEY_CURRENT_USER\\K]\r\n");
+  DWORD disposition = 0;
+  EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "\\K\\\\", 0, nullptr, 0, KEY_READ, nullptr, &below, &disposition), ERROR_SUCCESS);
+  EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
+  EXPECT_EQ(Set("raw", REG_SZ, "no zero\xE4\t"), ERROR_SUCCESS);
+  EXPECT_EQ(Set("tab", REG_SZ, "\xE4\t\0"s), ERROR_SUCCESS);
+  EXPECT_EQ(m_Folder.Read("user.reg"),
+            "REGEDIT4\r\n[HKEY_CURRENT_USER\\K]\r\n\"raw\"=hex(1):6e,6f,20,7a,65,72,6f,e4,09\r\n\"tab\"=\"\xE4\t\"\r\n");
+  BYTE data[20];
+  EXPECT_EQ(RegQueryValueExA(below, "raw", nullptr, nullptr, data, nullptr), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(RegQueryValueExA(below, "raw", nullptr, nullptr, nullptr, nullptr), ERROR_SUCCESS);
+  EXPECT_EQ(RegDeleteTreeA(below, nullptr), ERROR_SUCCESS);
+  char name[8];
+  DWORD size = sizeof name;
+  EXPECT_EQ(RegEnumValueA(m_Key, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(RegCloseKey(below), ERROR_SUCCESS);
 }
 
 // What a write leaves in memory must be what reading the file anew gives: each hive is compared with one under another name.
@@ -208,26 +230,64 @@ TEST_F(Registry, AnotherFormIsLeftAlone)
     m_Folder.Write("user.reg", text);
     HKEY key = nullptr;
     EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "K", 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr), ERROR_NOT_REGISTRY_FILE);
+    CWinApp app("Flow");
+    app.SetRegistryKey("Acme");
+    EXPECT_FALSE(app.WriteProfileString("S", "k", "v") || app.WriteProfileString("S", "k", nullptr));
+    EXPECT_STREQ(app.GetProfileString("S", "k", "default"), "default");
+    EXPECT_EQ(CodeOf<CFileException>([&app] { app.ListSettings(); }), CFileException::genericException);
     EXPECT_EQ(m_Folder.Read("user.reg"), text);
   }
 }
 
+TEST_F(Registry, IsTheUsersUsualFileUnlessAnotherIsNamed)
+{
+  setenv("ZP_USER_HIVE", "", 1);
+  setenv("XDG_CONFIG_HOME", m_Folder.Path().c_str(), 1);
+  m_Folder.Write("user.reg", "REGEDIT4");  // the named one
+  CWinApp app("Flow");
+  app.SetRegistryKey("Acme");
+  EXPECT_TRUE(app.WriteProfileString("S", "k", "v"));
+  EXPECT_EQ(m_Folder.Read("zephlow/user.reg"), "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\Software\\Acme\\Flow\\S]\r\n\"k\"=\"v\"\r\n");
+  setenv("ZP_USER_HIVE", (m_Folder.Path() / "user.reg").c_str(), 1);
+  EXPECT_TRUE(app.ListSettings().empty() && app.WriteProfileInt("S", "n", 1));
+  EXPECT_EQ(m_Folder.Read("user.reg"),
+            "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\Software\\Acme\\Flow\\S]\r\n\"n\"=dword:00000001\r\n");
+  unsetenv("ZP_USER_HIVE");
+  setenv("XDG_CONFIG_HOME", "", 1);
+  std::string const home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
+  unsetenv("HOME");
+  EXPECT_FALSE(app.WriteProfileString("S", "k", "v"));
+  if (!home.empty()) setenv("HOME", home.c_str(), 1);
+}
+
 TEST_F(Registry, DamagedLinesAreNoValues)
 {
-  std::string const damaged[] = {"\"n\"=dword:",    "\"n\"=dword:123456789",
-                                 "\"n\"=hex:0g",    "\"n\"=hex(:00",
-                                 "\"n\"=\"open",    "\"n\"=\"x\" tail",
-                                 "\"n=1",           "\"n\" dword:00000001",
-                                 "\"n\"=hex:01 02", "@",
-                                 "\"n\"=hex:01,\\z"};
-  for (std::string const & line : damaged) {
+  // clang-format off
+  char const * const damaged[] = {
+      "\"n\"=dword:", "\"n\"=dword:123456789", "\"n\"=hex:0g", "\"n\"=hex(:00", "\"n\"=hex(7:00", "\"n\"=hex00", "\"n\"=\"open",
+      "\"n\"=word", "\"n\"=\"x\" tail", "\"n\"=-x", "\"n=1", "\"n\" dword:00000001", "\"n\"=hex:01 02", "@", "\"n\"=hex:01,\\z"};
+  // clang-format on
+  for (std::string const line : damaged) {
     m_Folder.Write("user.reg", "REGEDIT4\n[HKEY_CURRENT_USER\\K]\n" + line + "\n\"after\"=dword:1\n");
     Open("K");
     EXPECT_EQ(Query("n"), "error 2") << line;
     EXPECT_EQ(Query("after"), "4\x01\0\0\0"s) << line;
-    RegCloseKey(m_Key);
-    m_Key = nullptr;
+    RegCloseKey(std::exchange(m_Key, nullptr));
   }
+  std::string levels = "[HKEY_CURRENT_USER";
+  for (int i = 0; i < 511; ++i) levels += "\\k";
+  for (std::string const & path : {levels + "]", levels + "\\k]"s, "[\\K]"s, "[K\\]"s, "[K\\\\K]"s, "[]"s, "[-]"s, "[K\x1FK]"s,
+                                 "[K\xE4]K] \t"s, "[K"s, "[K] x"s}) {
+    bool const taken = path.ends_with("k]") ? path.size() == 1041 : path.ends_with('\t');
+    std::vector<zp::RegistryEntry> entries;
+    int lines = 0;
+    int lost = 0;
+    EXPECT_TRUE(zp::ReadRegistryText("REGEDIT4\n" + path + "\n\"n\"\t=\tdword:7\n", entries, lines, lost));
+    EXPECT_EQ(entries.size(), taken ? 1u : 0u) << path;
+  }
+  m_Folder.Write("user.reg", "REGEDIT4\n[HKEY_CURRENT_USER\\K]\n\"n\"=\"cut\\");
+  Open("K");
+  EXPECT_EQ(Query("n"), "error 2");
 }
 
 TEST_F(Registry, HoldsAnApplicationsSettings)
@@ -235,6 +295,8 @@ TEST_F(Registry, HoldsAnApplicationsSettings)
   CWinApp app("Flow");
   app.SetRegistryKey("Acme");
   BYTE const block[] = {0x1F, 0x00};
+  BYTE * bytes = nullptr;
+  UINT length = 0;
   EXPECT_TRUE(app.WriteProfileString("Misc", "t", " x "));
   EXPECT_TRUE(app.WriteProfileInt("Misc", "n", -2));
   EXPECT_TRUE(app.WriteProfileBinary("Misc\\Sub", "b", block, 2));
@@ -243,6 +305,7 @@ TEST_F(Registry, HoldsAnApplicationsSettings)
             "[HKEY_CURRENT_USER\\Software\\Acme\\Flow\\Misc\\Sub]\r\n\"b\"=hex:1f,00\r\n");
   EXPECT_STREQ(app.GetProfileString("misc", "T", "d"), " x ");
   EXPECT_STREQ(app.GetProfileString("misc", "n", "d"), "d");
+  EXPECT_FALSE(app.GetProfileBinary("misc", "t", &bytes, &length));
   EXPECT_EQ(static_cast<int>(app.GetProfileInt("misc", "n", 0)), -2);
   EXPECT_EQ(app.GetProfileInt("misc", "t", 9), 9u);
   std::string all;

@@ -1,7 +1,8 @@
-// Texts by number: what a file of them comes out as, and the order of those that are asked.
+// Texts and accelerators by number: what a file of texts comes out as, and the order of those that are asked.
 
 #include <gtest/gtest.h>
 
+#include <zpbase/platform/input.h>
 #include <zpbase/platform/resources.h>
 
 #include "platform/resources/resources_internal.h"
@@ -33,4 +34,19 @@ TEST(Resources, OfTheLibraryStandBehindThoseOfTheApplication)
   CString text;
   EXPECT_EQ(text.LoadString(339), 35);
   EXPECT_EQ(text, "Unable to select Excel chart\r\n>> %s");
+}
+
+TEST(Resources, OfTheLastModuleComeFirst)
+{
+  static constexpr AcceleratorTable table{7, {}};
+  zp::FindAccelerators const keys = [](UINT id) -> AcceleratorTable const * { return id == 7 ? &table : nullptr; };
+  for (bool const isThere : {true, false}) {
+    if (isThere) zp::RegisterAcceleratorModule(keys);
+    EXPECT_EQ(LoadAcceleratorsA(nullptr, MAKEINTRESOURCEA(7)), isThere ? &table : nullptr);
+    HACCEL const own = LoadAcceleratorsA(nullptr, MAKEINTRESOURCEA(16));
+    ASSERT_TRUE(own != nullptr && own->keys.size() == 1);
+    EXPECT_TRUE(own->id == 16 && own->keys[0].key == VK_ESCAPE && own->keys[0].cmd == 0x3E5);
+    EXPECT_EQ(LoadAcceleratorsA(nullptr, "name"), nullptr);
+    zp::UnregisterAcceleratorModule(keys);
+  }
 }

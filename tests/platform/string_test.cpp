@@ -1,9 +1,10 @@
-// CString: pieces, searches and changes, with every bound outside the text.
+// CString: pieces, searches and changes, with every bound outside the text; and characters in their forms.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
+#include <zpbase/platform/encoding.h>
 #include <zpbase/platform/string.h>
 
 namespace {
@@ -65,6 +66,57 @@ TEST(CString, ComparesByUnsignedBytes)
   EXPECT_NE(CString("\xC4").CompareNoCase("\xE4"), 0);
   EXPECT_LT(CString("A").CompareNoCase("b"), 0);
   EXPECT_TRUE(CString("A") < CString("B") && !(CString("B") < CString("B")));
+}
+
+TEST(Encoding, CharactersKeepTheirValueInEveryForm)
+{
+  struct Row {
+    std::string utf8;
+    std::u16string wide;
+  };
+  for (Row const & row : {Row{"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80", u"\x7F\u0080\u07FF\u0800"},
+                          Row{"\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF", u"\uD7FF\uE000\uFFFF"},
+                          Row{"\xF0\x90\x80\x80\xF4\x8F\xBF\xBFz", u"\U00010000\U0010FFFFz"}}) {
+    std::u16string wide;
+    std::string utf8;
+    EXPECT_TRUE(zp::Utf8ToWide(row.utf8, wide));
+    EXPECT_EQ(wide, row.wide);
+    zp::AppendUtf8(utf8, row.wide);
+    EXPECT_EQ(utf8, row.utf8);
+  }
+  CString text("kept");
+  std::u16string wide = u"kept";
+  for (char const * damaged : {"\x80", "\xC1\xBF", "\xC3", "\xC3(", "\xE2\x82", "\xE0\x9F\xBF", "\xED\xA0\x80", "\xED\xBF\xBF",
+                               "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "a\xFF"})
+    EXPECT_FALSE(zp::Utf8ToText(damaged, text) || zp::Utf8ToWide(damaged, wide)) << damaged;
+  EXPECT_FALSE(zp::Utf8ToText("\xCE\xB1", text)) << "alpha";
+  EXPECT_TRUE(text == "kept" && wide == u"kept");
+  char16_t const halves[] = {0xD800, 'x', 0xDC00, 0xDBFF, 0xD83D, 0xDE00, 0xD83D, 0xE000, 0xDBFF};
+  std::string utf8;
+  zp::AppendUtf8(utf8, {halves, std::size(halves)});
+  EXPECT_EQ(utf8, "\xEF\xBF\xBDx\xEF\xBF\xBD\xEF\xBF\xBD\xF0\x9F\x98\x80\xEF\xBF\xBD\xEE\x80\x80\xEF\xBF\xBD");
+}
+
+TEST(Encoding, EveryByteOfTheCodePageComesBackAndHasItsClass)
+{
+  std::string letters;
+  std::string digits;
+  for (int i = 1; i < 256; ++i) {
+    std::string const byte(1, static_cast<char>(i));
+    CString text;
+    std::string narrow;
+    EXPECT_TRUE(zp::Utf8ToText(zp::TextToUtf8(byte), text));
+    zp::AppendWide(narrow, zp::TextToWide(byte));
+    EXPECT_EQ(text.View(), byte);
+    EXPECT_EQ(narrow, byte);
+    (IsCharAlphaA(byte[0]) ? letters : IsCharAlphaNumericA(byte[0]) ? digits : narrow) += byte;
+  }
+  EXPECT_EQ(
+      zp::TextToUtf8(letters),
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz\u0192\u0160\u0152\u017D\u0161\u0153\u017E\u0178\u00AA\u00B5\u00BA"
+      "ÀÁÂÃÄÅÆÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖØÙÚÛÜÝÞßàáâãäåæçèéêëìíîïðñòóôõöøùúûüýþÿ");
+  EXPECT_EQ(zp::TextToUtf8(digits), "0123456789²³¹");
+  EXPECT_EQ(zp::TextToUtf8("\x80\x8D\x99"), "\u20AC\u008D\u2122");
 }
 
 }  // namespace

@@ -125,6 +125,40 @@ TEST(Terminal, AsksUntilAKeyFits)
   EXPECT_NE(run.shown.find("\x1b[38;2;128;0;0m"), std::string::npos);
 }
 
+constexpr DialogControl askedControls[] = {{DialogControl::Static, 1, "Drain\tit?", false},
+                                           {DialogControl::Button, 41, "&Drain fill&", false},
+                                           {DialogControl::Button, 42, "Don't", false},
+                                           {DialogControl::Button, 43, "ddoo", false}};
+constexpr DialogTemplate askedDialog{901, "Drain", askedControls};
+
+// Ends with the number of the button that is pressed.
+int runDialog()
+{
+  class Asked : public CDialog {
+   public:
+    Asked() : CDialog(901) {}
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+      if (message == WM_COMMAND && wParam > IDCANCEL) EndDialog(static_cast<int>(wParam));
+      return CDialog::WindowProc(message, wParam, lParam);
+    }
+  } dialog;
+  zp::RegisterTemplateModule([](UINT id) -> DialogTemplate const * { return id == askedDialog.id ? &askedDialog : nullptr; });
+  return static_cast<int>(dialog.DoModal());
+}
+
+TEST(Terminal, GivesEachButtonAKeyOfItsOwnAndPressesTheLastIfNoneIsSafe)
+{
+  Outcome const silent = withoutTerminal(&runDialog);
+  EXPECT_EQ(silent.shown, "Drain it?\n(ddoo)\n");
+  EXPECT_EQ(silent.answer, 43);
+  for (auto const & [typed, answer] : {std::pair("D\n", 41), {"x\no\n", 42}, {"o\n", 42}, {"\x04", 43}}) {
+    Outcome const asked = onTerminal(typed, &runDialog);
+    EXPECT_EQ(asked.answer, answer) << asked.shown;
+    EXPECT_NE(asked.shown.find("d: Drain fill, o: Don't, o: ddoo"), std::string::npos) << asked.shown;
+  }
+}
+
 // Tells on standard error that a message has come.
 class TellingWindow : public CWnd {
  public:

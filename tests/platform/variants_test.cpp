@@ -8,6 +8,8 @@
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/variants.h>
 
+#include "tests/support/Raised.h"
+
 namespace {
 
 COleVariant of(VARTYPE type, int64_t bits = 0)
@@ -107,6 +109,14 @@ TEST(Variants, ChangeByThePublishedRules)
       {real(-4), VT_I1, of(VT_I1, 0xFC)},
       {real(128), VT_I1, overflow},
       {real(65535), VT_UI2, of(VT_UI2, 65535)},
+      {of(VT_INT, 7), VT_UINT, of(VT_UINT, 7)},
+      {of(VT_UINT, 7), VT_INT, of(VT_INT, 7)},
+      {real(-129), VT_I1, overflow},
+      {real(256), VT_UI1, overflow},
+      {real(65535.5), VT_UI2, overflow},
+      {real(4294967295.5), VT_UI4, overflow},
+      {real(922337203685477.5), VT_CY, of(VT_CY, 9223372036854775000)},
+      {real(922337203685477.625), VT_CY, overflow},
       // Texts of numbers.
       {real(3), VT_BSTR, text("3")},
       {real(0.1), VT_BSTR, text("0.1")},
@@ -125,6 +135,8 @@ TEST(Variants, ChangeByThePublishedRules)
       {date(-1.25), VT_BSTR, text("12/29/1899 06:00:00")},
       {date(1.9999999), VT_BSTR, text("01/01/1900")},
       {date(1e7), VT_BSTR, overflow},
+      {date(-657435), VT_BSTR, overflow},
+      {date(2958465.9999999), VT_BSTR, overflow},
       // Numbers of texts.
       {text(" -1.5e3\t"), VT_R8, real(-1500)},
       {text("2.5"), VT_I2, i2(2)},
@@ -133,6 +145,7 @@ TEST(Variants, ChangeByThePublishedRules)
       {text(""), VT_R8, mismatch},
       {text("0x10"), VT_I4, mismatch},
       {text("inf"), VT_R8, mismatch},
+      {text("1e"), VT_R8, mismatch},
       // Booleans, dates, nothing and failures.
       {boolean(7), VT_I2, i2(-1)},
       {boolean(1), VT_BSTR, text("-1")},
@@ -143,15 +156,22 @@ TEST(Variants, ChangeByThePublishedRules)
       {text("2"), VT_BOOL, boolean(1)},
       {text("yes"), VT_BOOL, mismatch},
       {date(1.25), VT_R8, real(1.25)},
+      {real(-657434.5), VT_DATE, date(-657434.5)},
       {real(-657435), VT_DATE, overflow},
+      {real(2958466), VT_DATE, overflow},
       {of(VT_EMPTY), VT_R8, real(0)},
       {of(VT_EMPTY), VT_BSTR, text("")},
       {of(VT_NULL), VT_R8, mismatch},
       {of(VT_NULL), VT_BSTR, mismatch},
       {COleVariant(5, VT_ERROR), VT_I4, mismatch},
       {real(5), VT_ERROR, mismatch},
+      {real(5), VT_EMPTY, mismatch},
+      {real(5), VT_NULL, mismatch},
       {real(5), VT_DISPATCH, mismatch},
       {of(VT_DISPATCH), VT_R8, mismatch},
+      {of(VT_DISPATCH), VT_R8, mismatch, VARIANT_NOVALUEPROP},
+      {real(5), VT_BSTRA, fails(DISP_E_BADVARTYPE)},
+      {real(5), 21, fails(DISP_E_BADVARTYPE)},
       {of(VT_DISPATCH), VT_UNKNOWN, of(VT_UNKNOWN)},
       {real(5), 99, fails(DISP_E_BADVARTYPE)},
   };
@@ -211,13 +231,7 @@ TEST(Variants, OwnTextsAndBlocks)
 TEST(Variants, RaiseWhatTheyCannotDoAndKeepTheirValue)
 {
   COleVariant value("text");
-  try {
-    value.ChangeType(VT_R8);
-    FAIL();
-  } catch (COleException * raised) {
-    zp::ExceptionGuard const guard(raised);
-    EXPECT_EQ(raised->m_sc, DISP_E_TYPEMISMATCH);
-  }
+  EXPECT_EQ(CodeOf<COleException>([&value] { value.ChangeType(VT_R8); }), DISP_E_TYPEMISMATCH);
   EXPECT_EQ(shown(value), "8: text");
   value.ChangeType(VT_I4, &static_cast<VARIANT const &>(COleVariant(2.5)));
   EXPECT_EQ(shown(value), "3: 2");

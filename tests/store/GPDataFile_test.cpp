@@ -13,6 +13,7 @@
 #include <zpbase/platform/host_calls.h>
 #include <zpbase/store.h>
 
+#include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -38,13 +39,7 @@ class Store : public ::testing::Test {
 
   int CauseOfOpen()
   {
-    try {
-      Open();
-    } catch (CArchiveException * problem) {
-      zp::ExceptionGuard const guard(problem);
-      return problem->m_cause;
-    }
-    return 0;
+    return CodeOf<CArchiveException>([this] { Open(); });
   }
 
   TempFolder folder;
@@ -355,12 +350,7 @@ TEST_F(Store, FindsPlacesForTheRecordsOfAFileThatCouldNotBeCreated)
   GPDataFile store(folder.Name("a.si"), folder.Name("none\\a.sr"), CFile::modeReadWrite, nullptr);
   std::string const texts[] = {"zero", "one", "two"};
   for (int id = 0; id < 3; ++id) {
-    try {
-      Put(store, id, texts[id]);
-      ADD_FAILURE() << "nothing was raised";
-    } catch (CFileException * problem) {
-      zp::ExceptionGuard const guard(problem);
-    }
+    EXPECT_NE(CodeOf<CFileException>([&] { Put(store, id, texts[id]); }), CFileException::none);
   }
   EXPECT_EQ(store.GetRecCount(), 3);
   EXPECT_EQ(store.GetRecLength(0), 4u);
@@ -463,12 +453,7 @@ TEST_F(Store, KeepsWhatAHeaderThatCannotBeStoredKeepsFromClosing)
     delete std::exchange(store.m_pHeader, makeFailingHeader());
     Put(store, 2, "XY");
     FailingHeader::m_bFails = true;
-    try {
-      store.Close();
-      ADD_FAILURE() << "nothing was raised";
-    } catch (CArchiveException * problem) {
-      zp::ExceptionGuard const guard(problem);
-    }
+    EXPECT_NE(CodeOf<CArchiveException>([&store] { store.Close(); }), CArchiveException::none);
     EXPECT_EQ(folder.Read("a.si"), index);
     EXPECT_EQ(Get(store, 2), "XY");
     EXPECT_EQ(store.Open(CFile::modeReadWrite), 0);
@@ -540,12 +525,7 @@ TEST_F(Store, TakesAnIndexThatCannotBeLookedAtForNoNewStore)
   {
     KeptHost const kept;
     zp::GetHostCalls().GetStatusOf = failingStatus;
-    try {
-      Open();
-      ADD_FAILURE() << "nothing was raised";
-    } catch (CFileException * problem) {
-      zp::ExceptionGuard const guard(problem);
-    }
+    EXPECT_NE(CodeOf<CFileException>([this] { Open(); }), CFileException::none);
     EXPECT_EQ(GPFile::Exists(folder.Name("none")), 1);
     EXPECT_EQ(GPFile::IsEmpty(folder.Name("a.si")), 0);
     EXPECT_EQ(GPFile::CopyFile(folder.Name("a.si"), folder.Name("a.sr"), 0), 0);

@@ -14,21 +14,10 @@
 #include <zpbase/platform/paths.h>
 #include <zpbase/store.h>
 
+#include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
-
-// The cause of the file exception that ends step; none if there is none.
-int causeOf(std::function<void()> const & step)
-{
-  try {
-    step();
-  } catch (CFileException * problem) {
-    zp::ExceptionGuard const guard(problem);
-    return problem->m_cause;
-  }
-  return CFileException::none;
-}
 
 TEST(GPFile, AnswersFromWhatItKnewLast)
 {
@@ -89,7 +78,7 @@ TEST(GPFile, TurnsAFailedWriteIntoAFlag)
   EXPECT_FALSE(file.IsWriteOK());
   EXPECT_EQ(folder.Read("a"), "text");
   file.Close();
-  EXPECT_EQ(causeOf([&] { file.SeekToEnd(); }), CFileException::invalidFile);
+  EXPECT_EQ(CodeOf<CFileException>([&] { file.SeekToEnd(); }), CFileException::invalidFile);
 }
 
 TEST(GPFile, RaisesNothingForAWriteWithoutAnOpenFile)
@@ -97,13 +86,13 @@ TEST(GPFile, RaisesNothingForAWriteWithoutAnOpenFile)
   TempFolder const folder;
   GPFile file(folder.Name("a"));
   int const none = CFileException::none;
-  EXPECT_EQ(causeOf([&] { file.GPFile::Write("x", 1); }), none);
+  EXPECT_EQ(CodeOf<CFileException>([&] { file.GPFile::Write("x", 1); }), none);
   EXPECT_FALSE(file.IsWriteOK());
-  EXPECT_EQ(causeOf([&] { EXPECT_EQ(file.Write("x"), 0); }), none);
-  EXPECT_EQ(causeOf([&] { EXPECT_EQ(file.Writef("%d", 1), 0); }), none);
-  EXPECT_EQ(causeOf([&] { EXPECT_EQ(file.WritefLine("%d", 1), 0); }), none);
-  EXPECT_EQ(causeOf([&] { EXPECT_EQ(file.WriteLine(43500u), 0); }), none);
-  EXPECT_EQ(causeOf([&] { EXPECT_EQ(file.WriteEndOfFile(), 0); }), none);
+  EXPECT_EQ(CodeOf<CFileException>([&] { EXPECT_EQ(file.Write("x"), 0); }), none);
+  EXPECT_EQ(CodeOf<CFileException>([&] { EXPECT_EQ(file.Writef("%d", 1), 0); }), none);
+  EXPECT_EQ(CodeOf<CFileException>([&] { EXPECT_EQ(file.WritefLine("%d", 1), 0); }), none);
+  EXPECT_EQ(CodeOf<CFileException>([&] { EXPECT_EQ(file.WriteLine(43500u), 0); }), none);
+  EXPECT_EQ(CodeOf<CFileException>([&] { EXPECT_EQ(file.WriteEndOfFile(), 0); }), none);
   EXPECT_FALSE(folder.Has("a"));
 }
 
@@ -212,13 +201,13 @@ TEST(GPFile, LeavesAFileAsItWasWhenItsLinesCannotBeCounted)
   GPFile open(folder.Name("a"));
   auto const host = zp::GetHostCalls();
   zp::GetHostCalls().ReadAt = failingRead;
-  EXPECT_EQ(causeOf([&] { closed.GetLineCount(); }), CFileException::hardIO);
+  EXPECT_EQ(CodeOf<CFileException>([&] { closed.GetLineCount(); }), CFileException::hardIO);
   EXPECT_FALSE(closed.IsOpen());
   open.Open(CFile::modeRead);
   open.Seek(2, 0);
-  EXPECT_EQ(causeOf([&] { open.GetLineCount(); }), CFileException::hardIO);
+  EXPECT_EQ(CodeOf<CFileException>([&] { open.GetLineCount(); }), CFileException::hardIO);
   zp::GetHostCalls() = host;
-  EXPECT_EQ(causeOf([&] { closed.GetLineCount(); }), CFileException::invalidFile);  // the other one has it
+  EXPECT_EQ(CodeOf<CFileException>([&] { closed.GetLineCount(); }), CFileException::invalidFile);  // the other one has it
   EXPECT_FALSE(closed.IsOpen());
   CString line;
   EXPECT_EQ(open.ReadLine(line), 1);

@@ -5,6 +5,7 @@
 #include <zpbase/data.h>
 #include <zpbase/platform/archive.h>
 
+#include "tests/support/Raised.h"
 #include "tests/support/RecordingInterface.h"
 #include "tests/support/TempFolder.h"
 
@@ -96,13 +97,7 @@ TEST_F(ObjectFiles, OfItemsLetTheArchivesExceptionPass)
   GPs text(1, "ab");
   EXPECT_NE(text.Store(m_Folder.Name("item")), 0);
   m_Folder.Write("item", m_Folder.Read("item").substr(0, 4));
-  try {
-    text.Load(m_Folder.Name("item"));
-    ADD_FAILURE() << "no exception";
-  } catch (CArchiveException * problem) {
-    EXPECT_EQ(problem->m_cause, CArchiveException::endOfFile);
-    problem->Delete();
-  }
+  EXPECT_EQ(CodeOf<CArchiveException>([&] { text.Load(m_Folder.Name("item")); }), CArchiveException::endOfFile);
   EXPECT_TRUE(m_UI.m_Messages.empty());
 }
 
@@ -124,12 +119,7 @@ TEST_F(ObjectFiles, InUseAreNeitherReadNorOverwritten)
   ASSERT_TRUE(holder.Open(m_Folder.Name("used"), CFile::modeReadWrite));
   EXPECT_NE(texts->Store(m_Folder.Name("used")), 0);
   EXPECT_EQ(m_Folder.Read("used"), "old bytes");
-  try {
-    texts->Load(m_Folder.Name("used"));
-    ADD_FAILURE() << "no exception";
-  } catch (CFileException * problem) {
-    problem->Delete();
-  }
+  EXPECT_NE(CodeOf<CFileException>([&] { texts->Load(m_Folder.Name("used")); }), CFileException::none);
   EXPECT_EQ(texts->Store(m_Folder.Name("no such folder\\file")), 0);
 }
 
@@ -143,16 +133,7 @@ TEST_F(ObjectFiles, KeepTheirOldBytesWhenTheNewOnesCantBeMade)
 {
   m_Folder.Write("kept", "old bytes");
   Unstreamable item;
-  EXPECT_THROW(
-      {
-        try {
-          item.Store(m_Folder.Name("kept"));
-        } catch (CException * problem) {
-          problem->Delete();
-          throw 0;
-        }
-      },
-      int);
+  EXPECT_EQ(CodeOf<CException>([&] { item.Store(m_Folder.Name("kept")); }), 1);
   EXPECT_EQ(m_Folder.Read("kept"), "old bytes");
 }
 

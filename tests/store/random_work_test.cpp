@@ -16,6 +16,7 @@
 #include <zpbase/platform/host_calls.h>
 #include <zpbase/store.h>
 
+#include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -144,11 +145,7 @@ class Session {
   {
     Host::g_nReadsToFail = 1 + Draw(2);
     int const id = Draw(120);
-    try {
-      EXPECT_EQ(get(*m_pStore, id), Expected(id));
-    } catch (CFileException * problem) {
-      zp::ExceptionGuard const guard(problem);
-    }
+    CodeOf<CFileException>([&] { EXPECT_EQ(get(*m_pStore, id), Expected(id)); });
     Host::g_nReadsToFail = 0;
     if (!m_bWrites || !m_Folder.Has("a.sr")) return;
     Host::g_bWriteFails = true;
@@ -268,12 +265,7 @@ TEST(RandomWork, LoadsAfterACompactionThatRaised)
   store.DeleteRec(0);
   Host::g_nReads = 0;
   Host::g_nReadThatFails = 6 + 3;  // a walk over all comes first
-  try {
-    store.DegasRecFile();
-    ADD_FAILURE() << "nothing was raised";
-  } catch (CFileException * problem) {
-    zp::ExceptionGuard const guard(problem);
-  }
+  EXPECT_NE(CodeOf<CFileException>([&store] { store.DegasRecFile(); }), CFileException::none);
   EXPECT_EQ(folder.Read("a.sr").substr(6, 20000), content(1));
   for (int pass = 0; pass < 3; ++pass) expectAll(1);
 }

@@ -1,4 +1,5 @@
 #include "tests/support/Archives.h"
+#include "tests/support/Raised.h"
 
 #include <gtest/gtest.h>
 
@@ -14,17 +15,6 @@ class ShutMemFile : public CMemFile {
 };
 
 constexpr int smallBuffer = 128;
-
-int causeOf(std::function<void()> const & step)
-{
-  try {
-    step();
-  } catch (CArchiveException * problem) {
-    zp::ExceptionGuard const guard(problem);
-    return problem->m_cause;
-  }
-  return CArchiveException::none;
-}
 
 template <class File>
 std::string storedIn(ArchiveStep const & write)
@@ -44,7 +34,7 @@ int causeOfLoadingFrom(std::string_view bytes, ArchiveStep const & read)
 {
   std::vector<BYTE> block(bytes.begin(), bytes.end());
   File file(block.data(), static_cast<UINT>(block.size()));
-  return causeOf([&] {
+  return CodeOf<CArchiveException>([&] {
     CArchive ar(&file, CArchive::load, smallBuffer);
     read(ar);
   });
@@ -61,7 +51,7 @@ std::string Stored(ArchiveStep const & write)
 
 int CauseOfStoring(ArchiveStep const & write)
 {
-  return causeOf([&] { storedIn<CMemFile>(write); });
+  return CodeOf<CArchiveException>([&] { storedIn<CMemFile>(write); });
 }
 
 int CauseOfLoading(std::string_view bytes, ArchiveStep const & read)

@@ -11,6 +11,7 @@
 #include <zpbase/system.h>
 
 #include "tests/support/OwnProcess.h"
+#include "tests/support/Raised.h"
 
 namespace {
 
@@ -25,14 +26,7 @@ Fields fieldsOf(DateVals const & date)
 template <class Operation>
 DWORD codeOf(Operation const & operation)
 {
-  try {
-    operation();
-  } catch (COleException * problem) {
-    DWORD const code = static_cast<DWORD>(problem->m_sc);
-    problem->Delete();
-    return code;
-  }
-  return 0;
+  return static_cast<DWORD>(CodeOf<COleException>(operation));
 }
 
 TEST(Dates, AreComparedAfterNormalising)

@@ -8,6 +8,7 @@
 #include <zpbase/platform/windows.h>
 #include <zpbase/text.h>
 
+#include "tests/support/Raised.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -134,13 +135,7 @@ class CursorWatch : public CUserInterface {
 
 int causeOf(CString const & path)
 {
-  try {
-    ParseFile const file(path);
-  } catch (CFileException * raised) {
-    zp::ExceptionGuard const guard(raised);
-    return raised->m_cause;
-  }
-  return CFileException::none;
+  return CodeOf<CFileException>([&path] { ParseFile const file(path); });
 }
 
 TEST(ParseFile, AFileThatCannotBeReadTellsWhyAndTheWaitCursorGoesOff)

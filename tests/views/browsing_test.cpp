@@ -12,6 +12,8 @@
 
 #include "tests/views/application.h"
 
+#include "tests/support/Raised.h"
+
 namespace {
 
 class Browsing : public ViewsTest {
@@ -126,13 +128,7 @@ TEST_F(Browsing, FindsNothingInAnOpenFileThatWasRemoved)
 // The cause of the file exception that ends InitStringArray; none if there is none.
 int causeOf(GPFile & file, CStringArray & lines)
 {
-  try {
-    file.InitStringArray(&lines);
-  } catch (CFileException * problem) {
-    zp::ExceptionGuard const guard(problem);
-    return problem->m_cause;
-  }
-  return CFileException::none;
+  return CodeOf<CFileException>([&] { file.InitStringArray(&lines); });
 }
 
 TEST_F(Browsing, TellsOfAFileThatCannotBeReadAndLeavesItOpenAtItsPlace)
