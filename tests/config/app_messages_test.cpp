@@ -5,16 +5,14 @@
 #include <cmath>
 #include <set>
 #include <string>
+#include <tuple>
 
 #include <zpbase/config.h>
 #include <zpbase/platform/messages.h>
 
 TEST(AppMessages, AreRegisteredUnderNameAndGuid)
 {
-  struct Row {
-    char const * name;
-    char const * guid;
-  };
+  using Row = std::tuple<char const *, char const *>;
   Row const rows[] = {{"UWM_DOQUICKSHEET", "CE0E9F84-DD5B-4706-8BC0-2CF8EF4EA38A"},
                       {"UWM_PUBLISH_UNITOP_SYMBOL", "CE0E9F84-DD5B-4706-8BC0-2CF8EF4EA38A"},
                       {"UMW_IS_VBA_PROJ_DIRTY", "E5EAFB43-DCC5-4e95-A0C6-8C464C5DA154"},
@@ -22,10 +20,10 @@ TEST(AppMessages, AreRegisteredUnderNameAndGuid)
                       {"UWM_GET_LAYER_NAME", "89890601-D4D8-4894-8853-94AFEF8CC8E8"},
                       {"UWM_GET_PRIMITIVE_DATA", "8B29D61E-5006-4058-9AAB-7A68654AE877"}};
   std::set<unsigned int> ids;
-  for (Row const & row : rows) {
-    unsigned int const id = RegisterWindowMessageA((std::string(row.name) + "-{" + row.guid + "}").c_str());
-    EXPECT_EQ(GetAppMessage(row.name), id) << row.name;
-    EXPECT_TRUE(ids.insert(id).second) << row.name;
+  for (auto const & [name, guid] : rows) {
+    unsigned int const id = RegisterWindowMessageA((std::string(name) + "-{" + guid + "}").c_str());
+    EXPECT_EQ(GetAppMessage(name), id) << name;
+    EXPECT_TRUE(ids.insert(id).second) << name;
   }
   EXPECT_EQ(GetAppMessage("UWM_IS_VBA_PROJ_DIRTY"), 0u);
   EXPECT_EQ(GetAppMessage(nullptr), 0u);
@@ -82,12 +80,9 @@ TEST(ResourceStrings, AreFoundByNumberInAFilledTable)
   ResString const entries[] = {{20, "twenty"}, {0xFFFFFFFF, "last"}, {10, "ten"}, {20, "other"}};
   LoadResStrings(entries, 4);
   EXPECT_EQ(ResStringsAreLoaded(), 1);
-  struct Row {
-    unsigned int id;
-    char const * text;
-  };
-  for (Row const & row : {Row{10, "ten"}, {20, "twenty"}, {0xFFFFFFFF, "last"}, {15, "NOT FOUND"}, {0, "NOT FOUND"}})
-    EXPECT_STREQ(GetStringFromResourceID(row.id), row.text);
+  using Row = std::tuple<unsigned int, char const *>;
+  for (auto const & [id, text] : {Row{10, "ten"}, {20, "twenty"}, {0xFFFFFFFF, "last"}, {15, "NOT FOUND"}, {0, "NOT FOUND"}})
+    EXPECT_STREQ(GetStringFromResourceID(id), text);
   UnloadResStrings();
   UnloadResStrings();
   EXPECT_STREQ(GetStringFromResourceID(10), "");

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 #include <zpbase/config.h>
 #include <zpbase/platform/application.h>
@@ -49,15 +50,11 @@ TEST_P(Settings, AReadThatFallsBackMakesTheSettingExist)
 
 TEST_P(Settings, FlagsAreYesOrNoInAnyCaseOrNeither)
 {
-  struct Row {
-    char const * text;
-    int yes;
-    int no;
-  };
-  for (Row const & row : {Row{"yes", 1, 0}, {"YES", 1, 0}, {"nO", 0, 1}, {"true", 0, 0}, {"", 0, 0}}) {
-    SetSysString("S", "f", row.text);
-    EXPECT_EQ(GetSysYes("S", "f"), row.yes) << row.text;
-    EXPECT_EQ(GetSysNo("S", "f"), row.no) << row.text;
+  using Row = std::tuple<char const *, int, int>;
+  for (auto const & [text, yes, no] : {Row{"yes", 1, 0}, {"YES", 1, 0}, {"nO", 0, 1}, {"true", 0, 0}, {"", 0, 0}}) {
+    SetSysString("S", "f", text);
+    EXPECT_EQ(GetSysYes("S", "f"), yes) << text;
+    EXPECT_EQ(GetSysNo("S", "f"), no) << text;
   }
   SetSysFlag("S", "f", -5);
   EXPECT_EQ(Stored("f"), "Yes");
@@ -68,13 +65,10 @@ TEST_P(Settings, FlagsAreYesOrNoInAnyCaseOrNeither)
 
 TEST_P(Settings, IntegersAreCutTo16BitsOnReading)
 {
-  struct Row {
-    int stored;
-    int read;
-  };
-  for (Row const & row : {Row{70000, 4464}, {65535, -1}, {-3, -3}, {32768, -32768}}) {
-    EXPECT_NE(SetSysInt("S", "i", row.stored), 0);
-    EXPECT_EQ(GetSysInt("S", "i", 0), row.read);
+  using Row = std::tuple<int, int>;
+  for (auto const & [stored, read] : {Row{70000, 4464}, {65535, -1}, {-3, -3}, {32768, -32768}}) {
+    EXPECT_NE(SetSysInt("S", "i", stored), 0);
+    EXPECT_EQ(GetSysInt("S", "i", 0), read);
   }
   EXPECT_EQ(GetSysInt("S", "none", 70000), 4464);
   EXPECT_EQ(GetSysInt(m_Out, "S", "none", 0, 0), 0);

@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include <zpbase/config.h>
 #include <zpbase/platform/ascii.h>
@@ -21,10 +22,7 @@ TEST(WellKnownNames, SpecialTextsHaveTheirExactBytes)
 
 TEST(WellKnownNames, EachFamilyKeepsItsForm)
 {
-  struct Row {
-    char const * actual;
-    char const * expected;
-  };
+  using Row = std::tuple<char const *, char const *>;
   Row const rows[] = {
       {GetRecentFileSectionKey(), "Recent File List"},
       {GetFlushMsgWinKey(), "FlushMsgWn"},
@@ -38,7 +36,7 @@ TEST(WellKnownNames, EachFamilyKeepsItsForm)
       {GetTimeSheetTotalsFormat(), "%-8s Totals: "},
       {GetRegistryCompanyKey(), "Vantrelis"},
   };
-  for (Row const & row : rows) EXPECT_STREQ(row.actual, row.expected);
+  for (auto const & [actual, expected] : rows) EXPECT_STREQ(actual, expected);
 }
 
 TEST(WellKnownNames, SettingKeysCanStandInEveryStoreAndApart)

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -56,9 +57,7 @@ TEST(GPUnifac, PacksNumbersAndCountsInSixteenBits)
 
 TEST(GPUnifac, UnloadsEachGroupOnceInOrderOfAppearance)
 {
-  struct {
-    Groups in, marked, plain;
-  } const rows[] = {
+  std::tuple<Groups, Groups, Groups> const rows[] = {
       {{{"1", 2}, {"12R", 1}, {"12X", 3}}, {{"1", 2}, {"12R", 4}}, {{"1", 2}, {"12", 4}}},
       {{{"12X", 1}, {"3", 1}, {"12", 5}}, {{"12R", 1}, {"3", 1}, {"12", 5}}, {{"12", 6}, {"3", 1}}},
       {{{"9R", 2}}, {{"9R", 2}}, {{"3", 2}, {"7", 2}}},
@@ -67,10 +66,10 @@ TEST(GPUnifac, UnloadsEachGroupOnceInOrderOfAppearance)
       {{{"R", 1}, {"32768", 1}}, {{"32768R", 1}}, {{"32768", 1}}},
       {{}, {}, {}},
   };
-  for (auto const & row : rows) {
-    GPUnifac const item = unifacOf(row.in);
-    EXPECT_EQ(groupsOf(item, 1), row.marked);
-    EXPECT_EQ(groupsOf(item, 0), row.plain);
+  for (auto const & [in, marked, plain] : rows) {
+    GPUnifac const item = unifacOf(in);
+    EXPECT_EQ(groupsOf(item, 1), marked);
+    EXPECT_EQ(groupsOf(item, 0), plain);
   }
   EXPECT_EQ(groupsOf(GPUnifac(7), 0), Groups());  // a cut entry
 }

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
 #include <limits>
+#include <tuple>
 
 #include "tests/support/Dxf.h"
 #include "tests/support/OwnProcess.h"
@@ -58,16 +60,14 @@ TEST(DXFDC, KnowsColoursAndLineTypesByTheirTables)
   for (auto const & row : colors) EXPECT_EQ(DXFColorFromCOLORREF(row.color), row.number) << std::hex << row.color;
 
   Canvas canvas;
-  struct {
-    UINT style;
-    char const * type;
-  } const styles[] = {{PS_SOLID, "CONTINUOUS"}, {PS_DASH, "DASHED"},        {PS_DOT, "DOT"},
-                      {PS_DASHDOT, "CENTER"},   {PS_DASHDOTDOT, "DIVIDE"},  {PS_INSIDEFRAME, "CONTINUOUS"},
-                      {0x2201, "DASHED"},       {0xFFFFFF0FU, "CONTINUOUS"}};
-  for (auto const & row : styles) {
-    canvas.SelectPen(row.style, 0);
+  std::tuple<UINT, char const *> const styles[] = {{PS_SOLID, "CONTINUOUS"},  {PS_DASH, "DASHED"},
+                                                   {PS_DOT, "DOT"},           {PS_DASHDOT, "CENTER"},
+                                                   {PS_DASHDOTDOT, "DIVIDE"}, {PS_INSIDEFRAME, "CONTINUOUS"},
+                                                   {0x2201, "DASHED"},        {0xFFFFFF0FU, "CONTINUOUS"}};
+  for (auto const & [style, type] : styles) {
+    canvas.SelectPen(style, 0);
     canvas->LineTo(1, 100);
-    EXPECT_EQ(canvas.Records().at(0).substr(0, 5 + strlen(row.type)), std::string("LINE|") + row.type);
+    EXPECT_EQ(canvas.Records().at(0).substr(0, 5 + strlen(type)), std::string("LINE|") + type);
   }
 }
 
@@ -150,18 +150,16 @@ TEST(DXFDC, MovesWithAPenThatDrawsNothing)
 
 TEST(DXFDC, TakesNearlyRoundEllipsesForCirclesThatMoveNothing)
 {
-  struct {
-    int width, height;
-    bool circle;
-  } const rows[] = {{100, 105, true}, {100, 108, true},  {100, 109, true}, {100, 110, false}, {100, 92, false},
-                    {100, 94, true},  {1000, 922, true}, {3, 3, true},     {1, 1, false},     {0, 10, false}};
+  std::tuple<int, int, bool> const rows[] = {{100, 105, true}, {100, 108, true}, {100, 109, true},  {100, 110, false},
+                                             {100, 92, false}, {100, 94, true},  {1000, 922, true}, {3, 3, true},
+                                             {1, 1, false},    {0, 10, false}};
   Canvas canvas;
-  for (auto const & row : rows) {
+  for (auto const & [width, height, circle] : rows) {
     canvas->MoveTo(1, 1);
-    canvas->Ellipse(row.width, 0, 0, row.height);
+    canvas->Ellipse(width, 0, 0, height);
     Records const records = canvas.Records();
-    EXPECT_EQ(records.at(0).substr(0, 7) == "CIRCLE|", row.circle) << row.width << " " << row.height;
-    EXPECT_EQ(canvas.Position(), row.circle ? CPoint(1, 1) : CPoint(row.width, row.height / 2));
+    EXPECT_EQ(records.at(0).substr(0, 7) == "CIRCLE|", circle) << width << " " << height;
+    EXPECT_EQ(canvas.Position(), circle ? CPoint(1, 1) : CPoint(width, height / 2));
   }
 }
 
@@ -192,20 +190,17 @@ TEST(DXFDC, DrawsOvalsByWholeQuartersInTheirOrder)
   // The four points by their angle / 90, and one on no axis.
   tagPOINT const onWide[] = {{30, 10}, {10, 18}, {-10, 10}, {10, 2}, {3, 3}};
   tagPOINT const onTall[] = {{18, 10}, {10, 30}, {2, 10}, {10, -10}, {3, 3}};
-  struct {
-    int start, end;
-    char const * quarters;
-  } const sweeps[] = {{0, 1, "1"},   {1, 2, "2"},    {2, 3, "3"},  {3, 0, "4"},    {0, 2, "12"},   {1, 0, "234"},
-                      {2, 1, "134"}, {3, 2, "124"},  {3, 1, "14"}, {0, 0, "1234"}, {3, 3, "1234"}, {2, 2, "1234"},
-                      {4, 1, "1"},   {4, 4, "1234"}, {3, 4, "4"},  {0, 4, "1234"}};
+  std::tuple<int, int, char const *> const sweeps[] = {
+      {0, 1, "1"},  {1, 2, "2"},    {2, 3, "3"},    {3, 0, "4"},    {0, 2, "12"}, {1, 0, "234"},  {2, 1, "134"}, {3, 2, "124"},
+      {3, 1, "14"}, {0, 0, "1234"}, {3, 3, "1234"}, {2, 2, "1234"}, {4, 1, "1"},  {4, 4, "1234"}, {3, 4, "4"},   {0, 4, "1234"}};
   Canvas canvas;
-  for (auto const & sweep : sweeps) {
-    canvas->Arc(-10, 18, 30, 2, onWide[sweep.start].x, onWide[sweep.start].y, onWide[sweep.end].x, onWide[sweep.end].y);
-    EXPECT_EQ(canvas.Position(), onWide[sweep.end]);
-    EXPECT_EQ(canvas.Records(), quarters(wide, sweep.quarters)) << sweep.start << " to " << sweep.end;
+  for (auto const & [start, end, wanted] : sweeps) {
+    canvas->Arc(-10, 18, 30, 2, onWide[start].x, onWide[start].y, onWide[end].x, onWide[end].y);
+    EXPECT_EQ(canvas.Position(), onWide[end]);
+    EXPECT_EQ(canvas.Records(), quarters(wide, wanted)) << start << " to " << end;
     tagRECT const rect{2, -10, 18, 30};
-    canvas->Arc(&rect, onTall[sweep.start], onTall[sweep.end]);
-    EXPECT_EQ(canvas.Records(), quarters(tall, sweep.quarters)) << sweep.start << " to " << sweep.end;
+    canvas->Arc(&rect, onTall[start], onTall[end]);
+    EXPECT_EQ(canvas.Records(), quarters(tall, wanted)) << start << " to " << end;
   }
   canvas->Ellipse(-100, 0, 100, 50);
   std::string const flat = canvas.Bytes();
@@ -316,18 +311,12 @@ TEST(DXFDC, KeepsStatesThatTheOutputDoesNotKnow)
   context.MoveTo(9, 10);
   {
     DXFDC dc(file, &context, 50);
-    EXPECT_EQ(dc.SetViewportOrg(0, 0), CPoint(1, 2));
-    EXPECT_EQ(dc.SetViewportExt({9, 9}), CSize(3, 4));
-    EXPECT_EQ(dc.SetWindowOrg({0, 0}), CPoint(5, 6));
-    EXPECT_EQ(dc.SetWindowExt(9, 9), CSize(7, 8));
-    EXPECT_EQ(dc.SetBkMode(7), TRANSPARENT);
-    EXPECT_EQ(dc.SetMapMode(7), MM_ANISOTROPIC);
-    EXPECT_EQ(dc.SetBkColor(5), 0U);
-    EXPECT_EQ(dc.SetTextColor(6), 0U);
-    EXPECT_EQ(dc.SetBkMode(0), 7);
-    EXPECT_EQ(dc.SetMapMode(0), 7);
-    EXPECT_EQ(dc.SetBkColor(0), 5);
-    EXPECT_EQ(dc.SetTextColor(0), 6);
+    EXPECT_TRUE(dc.SetViewportOrg(0, 0) == CPoint(1, 2) && dc.SetViewportExt({9, 9}) == CSize(3, 4));
+    EXPECT_TRUE(dc.SetWindowOrg({0, 0}) == CPoint(5, 6) && dc.SetWindowExt(9, 9) == CSize(7, 8));
+    using Four = std::array<long, 4>;
+    EXPECT_EQ((Four{dc.SetBkMode(1), dc.SetMapMode(2), dc.SetBkColor(3), dc.SetTextColor(4)}),
+              (Four{TRANSPARENT, MM_ANISOTROPIC, 0, 0}));
+    EXPECT_EQ((Four{dc.SetBkMode(0), dc.SetMapMode(0), dc.SetBkColor(0), dc.SetTextColor(0)}), (Four{1, 2, 3, 4}));
     EXPECT_EQ(DXFDC::DrawingHeight, 50);
     CBrush brush;
     EXPECT_EQ(dc.SelectObject(&brush), nullptr);

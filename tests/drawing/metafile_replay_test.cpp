@@ -189,14 +189,12 @@ TEST(MetaFileReplay, ReadsFontsOfEveryLength)
     EXPECT_EQ(log.lfQuality, 7);
     EXPECT_EQ(log.lfPitchAndFamily, 0xFF);
   }
-  struct {
-    int height, width, expected;
-  } const widths[] = {{12, 0, 8}, {1, 0, 1}, {-13, 0, -8}, {12, 5, 5}, {0, 0, 1}, {-32768, 0, -21845}};
-  for (auto const & row : widths) {
+  std::tuple<int, int, int> const widths[] = {{12, 0, 8}, {1, 0, 1}, {-13, 0, -8}, {12, 5, 5}, {0, 0, 1}, {-32768, 0, -21845}};
+  for (auto const & [height, width, expected] : widths) {
     Canvas canvas;
-    replay(canvas, font(row.height, row.width));
+    replay(canvas, font(height, width));
     replay(canvas, chosen(0));
-    EXPECT_EQ(canvas->GetTextExtent("a"), CSize(row.expected, row.height));
+    EXPECT_EQ(canvas->GetTextExtent("a"), CSize(expected, height));
   }
 }
 

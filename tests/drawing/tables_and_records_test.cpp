@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <string>
+
 #include <zpbase/drawing.h>
 #include <zpbase/platform/documents.h>
 
@@ -39,35 +42,25 @@ TEST(FillPatterns, AreSevenRows)
 
 TEST(DrawingRecords, HaveTheirDefaultsAndAreCopiedWhole)
 {
+  auto const paint = [](GPPaintBox const & box) {
+    return std::array<long, 5>{long(box.m_nPenColor), long(box.m_nPenWidth), long(box.m_nPenStyle), long(box.m_nFillColor),
+                               long(box.m_nFillPattern)};
+  };
   GPPaintBox box;
-  EXPECT_EQ(box.m_nPenColor, 0);
-  EXPECT_EQ(box.m_nPenWidth, 1);
-  EXPECT_EQ(box.m_nPenStyle, 0);
-  EXPECT_EQ(box.m_nFillColor, 0xFFFFFFFF);
-  EXPECT_EQ(box.m_nFillPattern, 0xFFFF);
-  EXPECT_EQ(GPPaintBox(1, 0, 2, 3, 4).m_nPenWidth, 1U);
+  EXPECT_EQ(paint(box), (std::array<long, 5>{0, 1, 0, 0xFFFFFFFF, 0xFFFF}));
+  EXPECT_EQ(paint(GPPaintBox(1, 0, 2, 3, 4)), (std::array<long, 5>{1, 1, 2, 3, 4}));
   GPPaintBox const other(1, 3, 2, ~0UL, 4);
   box = other;
   box = static_cast<GPPaintBox const &>(box);
-  EXPECT_EQ(box.m_nPenColor, 1);
-  EXPECT_EQ(box.m_nPenWidth, 3);
-  EXPECT_EQ(box.m_nPenStyle, 2);
-  EXPECT_EQ(box.m_nFillColor, 0xFFFFFFFF);
-  EXPECT_EQ(box.m_nFillPattern, 4);
+  EXPECT_EQ(paint(box), (std::array<long, 5>{1, 3, 2, 0xFFFFFFFF, 4}));
 
-  GPFSheetVals values;
-  EXPECT_EQ(values.m_nFirst, 0);
-  EXPECT_EQ(values.m_nSecond, 1);
-  EXPECT_EQ(values.m_nThird, 1);
-  EXPECT_EQ(values.m_nFourth, 64);
-  EXPECT_EQ(values.m_strFormat, "%.4g");
-  EXPECT_EQ(GPFSheetVals(1, 2, 3, 4, "").m_strFormat, "%.4g");
-  values = GPFSheetVals(~0UL, -2, 3, 4, "%g");
-  EXPECT_EQ(values.m_nFirst, 0xFFFFFFFF);
-  EXPECT_EQ(values.m_nSecond, -2);
-  EXPECT_EQ(values.m_nThird, 3);
-  EXPECT_EQ(values.m_nFourth, 4);
-  EXPECT_EQ(values.m_strFormat, "%g");
+  auto const all = [](GPFSheetVals const & values) {
+    return std::to_string(values.m_nFirst) + ' ' + std::to_string(values.m_nSecond) + ' ' + std::to_string(values.m_nThird) +
+           ' ' + std::to_string(values.m_nFourth) + ' ' + values.m_strFormat.GetString();
+  };
+  EXPECT_EQ(all(GPFSheetVals()), "0 1 1 64 %.4g");
+  EXPECT_EQ(all(GPFSheetVals(1, 2, 3, 4, "")), "1 2 3 4 %.4g");
+  EXPECT_EQ(all(GPFSheetVals(~0UL, -2, 3, 4, "%g")), "4294967295 -2 3 4 %g");
 }
 
 class HalfSizeView : public CView {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <zpbase/config.h>
 #include <zpbase/messages.h>
 #include <zpbase/platform/application.h>
@@ -32,15 +34,13 @@ class MessageBoxes : public testing::Test {
 
 TEST_F(MessageBoxes, GiveIconAndHelpTheirDefaults)
 {
-  struct Row {
-    unsigned int type, icon, help, style, shownHelp;
-  } const rows[] = {
+  std::tuple<unsigned int, unsigned int, unsigned int, unsigned int, unsigned int> const rows[] = {
       {0, 0, 0, 64, 1454}, {4, 0, 0, 4 | 32, 1454}, {4, 16, 7, 4 | 16, 7}, {0, 48, 0, 48, 1454}, {1, 0, 2, 1 | 32, 2},
   };
-  for (Row const & row : rows) {
-    EXPECT_EQ(BeepMsgBox(CString("text"), row.type, row.icon, row.help), IDOK);
-    EXPECT_EQ(m_UI.m_Messages.back().style, row.style);
-    EXPECT_EQ(m_UI.m_Messages.back().helpId, row.shownHelp);
+  for (auto const & [type, icon, help, style, shownHelp] : rows) {
+    EXPECT_EQ(BeepMsgBox(CString("text"), type, icon, help), IDOK);
+    EXPECT_EQ(m_UI.m_Messages.back().style, style);
+    EXPECT_EQ(m_UI.m_Messages.back().helpId, shownHelp);
   }
   BeepMsgBox(43150, 0, 0, 0);
   EXPECT_EQ(m_UI.m_Messages.back().helpId, 43150u);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <tuple>
 
 #include <zpbase/config.h>
 #include <zpbase/messages.h>
@@ -69,17 +70,14 @@ TEST_F(Warnings, GoToWhoeverTakesThemLast)
 
 TEST_F(Warnings, AreOffForNoInAnyCaseAlone)
 {
-  struct Row {
-    char const * setting;
-    int allowed;
-  } const rows[] = {{"no", 0}, {"NO", 0}, {"Yes", 1}, {"", 1}, {"none", 1}};
-  for (Row const & row : rows) {
+  std::tuple<char const *, int> const rows[] = {{"no", 0}, {"NO", 0}, {"Yes", 1}, {"", 1}, {"none", 1}};
+  for (auto const & [setting, allowed] : rows) {
     zp::ResetWarningsGate();
     m_Folder.Write("WARNINGS", "old");
-    SetSysString("Misc", GetWarningsKey(), row.setting);
-    EXPECT_EQ(AllowWarnings() != 0, row.allowed != 0) << row.setting;
-    EXPECT_EQ(PutWarning("%s", "text"), row.allowed) << row.setting;
-    EXPECT_EQ(m_Folder.Read("WARNINGS"), row.allowed != 0 ? "text\r\n" : "old") << row.setting;
+    SetSysString("Misc", GetWarningsKey(), setting);
+    EXPECT_EQ(AllowWarnings() != 0, allowed != 0) << setting;
+    EXPECT_EQ(PutWarning("%s", "text"), allowed) << setting;
+    EXPECT_EQ(m_Folder.Read("WARNINGS"), allowed != 0 ? "text\r\n" : "old") << setting;
   }
   SetSysString("Misc", GetWarningsKey(), "No");
   EXPECT_NE(AllowWarnings(), 0) << "decided once";

@@ -354,18 +354,16 @@ TEST(Archive, LeavesTheFileBehindWhatItReadAndWritesNothingAfterAnException)
 
 TEST(Archive, ExceptionsWithoutAFileNameTellOfTheData)
 {
-  struct Row {
-    int cause;
-    char const * sentence;
-  } const rows[] = {{CArchiveException::genericException, "An unspecified error occurred in the data."},
-                    {CArchiveException::endOfFile, "The data ends before what it should hold."}};
-  for (Row const & row : rows) {
+  std::tuple<int, char const *> const rows[] = {
+      {CArchiveException::genericException, "An unspecified error occurred in the data."},
+      {CArchiveException::endOfFile, "The data ends before what it should hold."}};
+  for (auto const & [cause, sentence] : rows) {
     try {
-      AfxThrowArchiveException(row.cause);
+      AfxThrowArchiveException(cause);
     } catch (CArchiveException * problem) {
       char text[80];
       EXPECT_EQ(problem->GetErrorMessage(text, sizeof text), 1);
-      EXPECT_STREQ(text, row.sentence);
+      EXPECT_STREQ(text, sentence);
       problem->Delete();
     }
   }

@@ -91,23 +91,6 @@ TEST(DispatchDriver, PassesAndGivesEveryKind)
   }
 }
 
-TEST(DispatchDriver, CountsItsHolders)
-{
-  Echo echo;
-  {
-    COleDispatchDriver driver(&echo);
-    COleDispatchDriver copy(driver);
-    EXPECT_EQ(echo.m_nCount, 2U);
-    COleDispatchDriver other;
-    other = copy;
-    other = *&other;
-    EXPECT_EQ(echo.m_nCount, 3U);
-    other.AttachDispatch(copy.DetachDispatch());
-    EXPECT_EQ(echo.m_nCount, 2U);
-  }
-  EXPECT_EQ(echo.m_nCount, 0U);
-}
-
 TEST(AutomationServers, TheFirstKeepsAnIdentifierAndAClass)
 {
   EXPECT_EQ(zp::RegisterAutomationServer("Some.Server", someClass, refuse), 1);

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <tuple>
 #include <vector>
 
 #include <zpbase/platform/bytes.h>
@@ -55,12 +56,7 @@ TEST(MetaFile, GivesEachRecordInFrontOfTheEnd)
     if (i != 4 && i != 5) sizes[i] = '\xFF';
   std::string record = two;
   record[0] = 2;
-  struct {
-    char const * why;
-    std::string bytes;
-    BOOL result;
-    Functions functions;
-  } const rows[] = {
+  std::tuple<char const *, std::string, BOOL, Functions> const rows[] = {
       {"plain", MetaHeader() + one + two + MetaEnd(), TRUE, {META_SETBKMODE, META_LINETO}},
       {"placeable", PlaceableHeader() + MetaHeader() + two + MetaEnd(), TRUE, {META_LINETO}},
       {"trailing bytes", MetaHeader() + one + MetaEnd() + two + "x", TRUE, {META_SETBKMODE}},
@@ -72,11 +68,11 @@ TEST(MetaFile, GivesEachRecordInFrontOfTheEnd)
       {"a size behind the file", MetaHeader() + one + FromHex("FF FF FF FF 13 02") + MetaEnd(), FALSE, {META_SETBKMODE}},
       {"a size of 2 GiB", MetaHeader() + FromHex("00 00 00 80 13 02") + MetaEnd(), FALSE, {}},
   };
-  for (auto const & row : rows) {
-    Walk const walked = walk(row.bytes);
-    EXPECT_TRUE(walked.known) << row.why;
-    EXPECT_EQ(walked.result, row.result) << row.why;
-    EXPECT_EQ(walked.functions, row.functions) << row.why;
+  for (auto const & [why, bytes, result, functions] : rows) {
+    Walk const walked = walk(bytes);
+    EXPECT_TRUE(walked.known) << why;
+    EXPECT_EQ(walked.result, result) << why;
+    EXPECT_EQ(walked.functions, functions) << why;
   }
 }
 

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <map>
 #include <thread>
+#include <tuple>
 #include <utility>
 
 #include <zpbase/platform/archive.h>
@@ -364,18 +365,14 @@ TEST_F(Store, FindsPlacesForTheRecordsOfAFileThatCouldNotBeCreated)
 // An index that is stale, or headers that lie, in front of records that the index tells of too.
 TEST_F(Store, WritesToNoBlockThatItsHeaderDoesNotVouchFor)
 {
-  struct Row {
-    char const * why;
-    size_t place;
-    char const * bytes;
-  } const rows[] = {
+  std::tuple<char const *, size_t, char const *> const rows[] = {
       {"another record", 0, "07 00"},
       {"a free block", 0, "01 80"},
       {"less room than its record has", 4, "03 00"},
       {"room that holds the next record", 4, "0C 00"},
       {"room behind the end of the file", 4, "FF FF"},
   };
-  for (Row const & row : rows)
+  for (auto const & [why, place, bytes] : rows)
     for (char const * const content : {"abcd", "abcdefgh", ""}) {
       std::filesystem::remove(folder.Path() / "a.si");
       std::filesystem::remove(folder.Path() / "a.sr");
@@ -385,14 +382,14 @@ TEST_F(Store, WritesToNoBlockThatItsHeaderDoesNotVouchFor)
         Put(*store, 2, "XY");
       }
       std::string lying = recordFile;
-      lying.replace(row.place, FromHex(row.bytes).size(), FromHex(row.bytes));
+      lying.replace(place, FromHex(bytes).size(), FromHex(bytes));
       folder.Write("a.sr", lying);
       auto const store = Open();
-      EXPECT_EQ(*content != '\0' ? Put(*store, 1, content) : store->DeleteRec(1), 1) << row.why;
-      EXPECT_EQ(Get(*store, 1), content) << row.why;
+      EXPECT_EQ(*content != '\0' ? Put(*store, 1, content) : store->DeleteRec(1), 1) << why;
+      EXPECT_EQ(Get(*store, 1), content) << why;
       EXPECT_EQ(Put(*store, 3, "abcdefgh"), 1);
-      EXPECT_EQ(folder.Read("a.sr").substr(0, 18), lying) << row.why;
-      EXPECT_EQ(Get(*store, 2), "XY") << row.why;
+      EXPECT_EQ(folder.Read("a.sr").substr(0, 18), lying) << why;
+      EXPECT_EQ(Get(*store, 2), "XY") << why;
     }
 }
 

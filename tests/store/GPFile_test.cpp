@@ -6,6 +6,7 @@
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <tuple>
 
 #include <zpbase/job_folders.h>
 #include <zpbase/messages.h>
@@ -117,10 +118,7 @@ TEST(GPFile, WritesTextWithItsOwnLineEnds)
 TEST(GPFile, ReadsLinesByItsOwnView)
 {
   std::string const full(2000, 'x');
-  struct Row {
-    std::string content;
-    std::vector<std::string> lines;
-  } const rows[] = {
+  std::tuple<std::string, std::vector<std::string>> const rows[] = {
       {"", {}},
       {"abc", {"abc"}},
       {"a\r\n\r\nb\r\n", {"a", "", "b"}},
@@ -134,21 +132,21 @@ TEST(GPFile, ReadsLinesByItsOwnView)
       {std::string(40000, '\n') + "z\r", {"z"}},
   };
   TempFolder const folder;
-  for (Row const & row : rows) {
-    folder.Write("a", row.content);
+  for (auto const & [content, lines] : rows) {
+    folder.Write("a", content);
     GPFile file(folder.Name("a"));
     ASSERT_EQ(file.Open(CFile::modeRead), 1);
     CString line("?");
-    for (std::string const & expected : row.lines) {
+    for (std::string const & expected : lines) {
       EXPECT_EQ(file.ReadLine(line), static_cast<int>(expected.size()));
       EXPECT_EQ(line.View(), expected);
     }
     EXPECT_EQ(file.ReadLine(line), -1);
     EXPECT_TRUE(line.IsEmpty());
     file.Seek(0, 0);
-    if (!row.lines.empty()) file.ReadLine(line);
+    if (!lines.empty()) file.ReadLine(line);
     long const place = static_cast<long>(file.GetPosition());
-    EXPECT_EQ(file.GetLineCount(), static_cast<int>(row.lines.size()));
+    EXPECT_EQ(file.GetLineCount(), static_cast<int>(lines.size()));
     EXPECT_EQ(static_cast<long>(file.GetPosition()), place);  // open again where it was
   }
   EXPECT_EQ(GPFile(folder.Name("none")).GetLineCount(), -1);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <stdlib.h>
 
 #include <zpbase/config.h>
@@ -32,13 +34,9 @@ DWORD codeOf(Operation const & operation)
 TEST(Dates, AreComparedAfterNormalising)
 {
   DateVals const day(2000, 3, 1);
-  EXPECT_TRUE(DateVals(2000, 2, 30) == day);
-  EXPECT_FALSE(DateVals(2000, 2, 29) == day);
-  EXPECT_TRUE(DateVals(2000, 2, 29) != day);
-  EXPECT_TRUE(DateVals(2000, 2, 29) < day);
-  EXPECT_TRUE(DateVals(2000, 4, 31) > DateVals(2000, 4, 30));
-  EXPECT_TRUE(DateVals(2000, 2, 30) <= day);
-  EXPECT_FALSE(DateVals(2000, 2, 29) >= day);
+  EXPECT_TRUE(DateVals(2000, 2, 30) == day && DateVals(2000, 2, 30) <= day && DateVals(2000, 2, 29) != day);
+  EXPECT_TRUE(DateVals(2000, 2, 29) < day && DateVals(2000, 4, 31) > DateVals(2000, 4, 30));
+  EXPECT_FALSE(DateVals(2000, 2, 29) == day || DateVals(2000, 2, 29) >= day || day > day || day < day || day != day);
   EXPECT_EQ((DateVals(1999, 12, 31) < DateVals(2000, 1, 1)), 1);
 }
 
@@ -71,23 +69,17 @@ TEST(Dates, OutsideTheirRangesRaise)
 
 TEST(Times, AreOrderedAndMidnightIsOne)
 {
-  EXPECT_TRUE(TimeVals(12, 0, 0) < TimeVals(12, 0, 1));
-  EXPECT_TRUE(TimeVals() == TimeVals(0, 0, 0));
-  EXPECT_TRUE(TimeVals(11, 59, 59) != TimeVals(12, 0, 0));
-  EXPECT_TRUE(TimeVals(13, 0, 0) > TimeVals(12, 59, 59));
-  EXPECT_TRUE(TimeVals(1, 2, 3) <= TimeVals(1, 2, 3));
-  EXPECT_TRUE(TimeVals(1, 2, 3) >= TimeVals(1, 2, 3));
+  TimeVals const time(1, 2, 3);
+  EXPECT_TRUE(TimeVals(12, 0, 0) < TimeVals(12, 0, 1) && TimeVals(13, 0, 0) > TimeVals(12, 59, 59));
+  EXPECT_TRUE(TimeVals() == TimeVals(0, 0, 0) && TimeVals(11, 59, 59) != time && time <= time && time >= time);
+  EXPECT_FALSE(time < time || time > time || time != time || time == TimeVals() || time <= TimeVals() || TimeVals() >= time);
   for (TimeVals const & time : {TimeVals(24, 0, 0), TimeVals(0, 60, 0), TimeVals(0, 0, 60), TimeVals(-1, 0, 0)})
     EXPECT_EQ(codeOf([&] { return time < TimeVals(); }), 0x80004005u);
 }
 
 TEST(Dates, AreReadInTheOrderOfThePattern)
 {
-  struct Row {
-    char const * text;
-    int result;
-    Fields fields;
-  } const rows[] = {
+  std::tuple<char const *, int, Fields> const rows[] = {
       {"", 1, {0, 0, 0}},
       {"12/25/99", 1, {1999, 12, 25}},
       {"1/2/03", 1, {2003, 1, 2}},
@@ -110,10 +102,10 @@ TEST(Dates, AreReadInTheOrderOfThePattern)
   RunInLocale("C", "", [&rows] {
     zp::ForgetDateOrder();
     FlushSysINIValues();
-    for (Row const & row : rows) {
+    for (auto const & [text, result, fields] : rows) {
       DateVals date(9, 9, 9);
-      EXPECT_EQ(ParseDateString(date, row.text), row.result) << row.text;
-      EXPECT_EQ(fieldsOf(date), row.fields) << row.text;
+      EXPECT_EQ(ParseDateString(date, text), result) << text;
+      EXPECT_EQ(fieldsOf(date), fields) << text;
     }
   });
 }
@@ -143,24 +135,21 @@ TEST(Dates, HaveWeeksFromMonday)
 TEST(Dates, HaveMonths)
 {
   DateVals out;
-  GetEndOfMonth(out, DateVals(2000, 2, 10));
-  EXPECT_EQ(fieldsOf(out), (Fields{2000, 2, 29}));
-  GetEndOfMonth(out, DateVals(1999, 12, 31));
-  EXPECT_EQ(fieldsOf(out), (Fields{1999, 12, 31}));
-  GetEndOfMonth(out, DateVals(2001, 4, 31));
-  EXPECT_EQ(fieldsOf(out), (Fields{2001, 4, 30}));
-  GetStartOfMonth(out, DateVals(2001, 3, 4), 0);
-  EXPECT_EQ(fieldsOf(out), (Fields{2001, 3, 1}));
-  GetStartOfMonth(out, DateVals(2001, 3, 4), 1);
-  EXPECT_EQ(fieldsOf(out), (Fields{2001, 2, 1}));
+  for (auto const & [day, end] : {std::pair(DateVals(2000, 2, 10), Fields{2000, 2, 29}),
+                                  {DateVals(1999, 12, 31), Fields{1999, 12, 31}},
+                                  {DateVals(2001, 4, 31), Fields{2001, 4, 30}}}) {
+    GetEndOfMonth(out, day);
+    EXPECT_EQ(fieldsOf(out), end);
+  }
+  for (int const flag : {0, 1}) {
+    GetStartOfMonth(out, DateVals(2001, 3, 4), flag);
+    EXPECT_EQ(fieldsOf(out), (Fields{2001, 3 - flag, 1}));
+  }
 }
 
 TEST(Dates, AreCountedFrom1970)
 {
-  struct Row {
-    DateVals date;
-    long number;
-  } const rows[] = {
+  std::tuple<DateVals, long> const rows[] = {
       {DateVals(), 0},
       {DateVals(1970, 1, 1), 0},
       {DateVals(1971, 1, 1), 365},
@@ -175,7 +164,7 @@ TEST(Dates, AreCountedFrom1970)
       {DateVals(2000, 1, 2147483647), 0},
       {DateVals(-2147483647, 1, 1), 0},
   };
-  for (Row const & row : rows) EXPECT_EQ(GetJulianDate(row.date), row.number) << testing::PrintToString(fieldsOf(row.date));
+  for (auto const & [date, number] : rows) EXPECT_EQ(GetJulianDate(date), number) << testing::PrintToString(fieldsOf(date));
 }
 
 TEST(Dates, FillTheSystemsRecord)

@@ -68,18 +68,26 @@ TEST(SystemFacts, OfTheHostAreOfTheNTFamily)
 
 TEST(SystemFacts, NameLanguagesInTwentyFiveCharacters)
 {
+  CString all;
   CString name;
-  for (unsigned int id = 0x0401; id <= 0x0421; ++id) EXPECT_EQ(VerLanguageNameA(id, name), 25u) << id;
-  EXPECT_EQ(VerLanguageNameA(0x0409, name), 25u);
-  EXPECT_EQ(name, "U.S. English             ");
-  EXPECT_EQ(VerLanguageNameA(0x0414, name), 25u);
-  EXPECT_EQ(name, "Norwegian -- Bokm\xE5l      ");
-  EXPECT_EQ(VerLanguageNameA(0x0000, name), 25u);
-  EXPECT_EQ(VerLanguageNameA(0x100C, name), 25u);
-  EXPECT_EQ(name, "Swiss French             ");
-  EXPECT_EQ(VerLanguageNameA(0x0C07, name), 7u);
-  EXPECT_EQ(name, "Unknown");
-  EXPECT_EQ(VerLanguageNameA(0x10409, name), 7u);
+  for (unsigned int id = 0; id <= 0x10409; ++id) {
+    if (VerLanguageNameA(id, name) != 25) {
+      EXPECT_EQ(name, "Unknown");
+    } else {
+      all += CString(id == 0 ? "" : ";") + name.TrimRight();
+      all.Format("%s %X", CString(all).GetString(), id);
+    }
+  }
+  EXPECT_EQ(
+      all,
+      "Language-Neutral 0;Process Default Language 400;Arabic 401;Bulgarian 402;Catalan 403;Traditional Chinese 404;Czech 405;"
+      "Danish 406;German 407;Greek 408;U.S. English 409;Castilian Spanish 40A;Finnish 40B;French 40C;Hebrew 40D;Hungarian 40E;"
+      "Icelandic 40F;Italian 410;Japanese 411;Korean 412;Dutch 413;Norwegian -- Bokm\xE5l 414;Polish 415;"
+      "Brazilian Portuguese 416;Rhaeto-Romanic 417;Romanian 418;Russian 419;Croato-Serbian (Latin) 41A;Slovak 41B;Albanian 41C;"
+      "Swedish 41D;Thai 41E;Turkish 41F;Urdu 420;Bahasa 421;Simplified Chinese 804;Swiss German 807;U.K. English 809;"
+      "Mexican Spanish 80A;Belgian French 80C;Swiss Italian 810;Belgian Dutch 813;Norwegian -- Nynorsk 814;Portuguese 816;"
+      "Serbo-Croatian (Cyrillic) 81A;Australian English C09;Modern Spanish C0A;Canadian French C0C;Canadian English 1009;"
+      "Swiss French 100C");
 }
 
 TEST(SystemFacts, AreThoseOfTheUsersLocale)

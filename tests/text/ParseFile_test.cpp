@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include <zpbase/platform/exceptions.h>
@@ -41,11 +42,7 @@ class Parsed {
 
 TEST(ParseFile, LinesEndAtCarriageReturnsAndZeros)
 {
-  struct Row {
-    std::string_view bytes;
-    Texts read;
-    Texts parsed;
-  };
+  using Row = std::tuple<std::string_view, Texts, Texts>;
   // clang-format off
   Row const rows[] = {
       {"a\r\nb", {"a", "b"}, {"a", "b"}}, {"a\r\nb\x1A", {"a", "b"}, {"a", "b"}},
@@ -55,9 +52,9 @@ TEST(ParseFile, LinesEndAtCarriageReturnsAndZeros)
       {"a\0"sv, {"a", ""}, {"a"}}, {"\x1A", {}, {}}, {"\x1A\x1A", {"\x1A"}, {}}, {"\n", {}, {}}, {"", {}, {}},
   };
   // clang-format on
-  for (Row const & row : rows) {
-    EXPECT_EQ(Parsed(row.bytes).Lines(&ParseFile::ReadLine), row.read) << row.bytes;
-    EXPECT_EQ(Parsed(row.bytes).Lines(&ParseFile::ParseLine), row.parsed) << row.bytes;
+  for (auto const & [bytes, read, parsed] : rows) {
+    EXPECT_EQ(Parsed(bytes).Lines(&ParseFile::ReadLine), read) << bytes;
+    EXPECT_EQ(Parsed(bytes).Lines(&ParseFile::ParseLine), parsed) << bytes;
   }
   EXPECT_EQ(Parsed("a\r\nb\n")->GetLineCount(), 1);
   EXPECT_EQ(Parsed("a\nb\n")->GetLineCount(), 0);

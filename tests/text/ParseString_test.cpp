@@ -6,6 +6,7 @@
 #include <bit>
 #include <cstdlib>
 #include <random>
+#include <tuple>
 #include <vector>
 
 #include <zpbase/text.h>
@@ -40,17 +41,14 @@ ParseString withDelimeters(char const * text, char const * delimiters, int limit
 
 TEST(ParseString, TokensAreClassifiedByTheirCharacters)
 {
-  struct Row {
-    char const * token;
-    int type;
-  };
+  using Row = std::tuple<char const *, int>;
   Row const rows[] = {{"12", 2},    {"-12", 2}, {"+12", 2}, {"-", 2},   {"+", 2},     {"1.5", 3}, {"1e5", 3},   {"1E-5", 3},
                       {"1.5.2", 3}, {"E", 3},   {".", 3},   {"++", 3},  {"1-2.5", 3}, {"3-7", 6}, {"--5", 6},   {"3-7-9", 4},
                       {"12a", 4},   {"1,5", 4}, {"x", 4},   {"\"a", 5}, {"1\"", 4},   {"\n", 1},  {"\r\"x", 5}, {"", 0}};
-  for (Row const & row : rows) {
-    ParseString line(row.token);
-    EXPECT_EQ(line.GetNextTokenType(), row.type) << row.token;
-    EXPECT_EQ(line.GetNextTokenType(), row.type) << row.token;
+  for (auto const & [token, type] : rows) {
+    ParseString line(token);
+    EXPECT_EQ(line.GetNextTokenType(), type) << token;
+    EXPECT_EQ(line.GetNextTokenType(), type) << token;
   }
   EXPECT_EQ(ParseString(CString("1\0002", 3)).GetNextTokenType(), textToken);
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <zpbase/platform/folders.h>
 #include <zpbase/platform/paths.h>
 #include <zpbase/text.h>
@@ -12,28 +14,22 @@ namespace {
 
 TEST(Paths, ExtensionsStandBehindTheLastBackslash)
 {
-  struct Row {
-    char const * path;
-    int dot;
-    char const * name;
-    char const * extension;
-    char const * prefix;
-  };
+  using Row = std::tuple<char const *, int, char const *, char const *, char const *>;
   Row const rows[] = {{"c:\\dir.x\\file", -1, "c:\\dir.x\\file", "", "c:\\dir.x"},
                       {"file.txt", 4, "file", ".txt", ""},
                       {".txt", 0, "", ".txt", ""},
                       {"c:\\dir\\a.b.c", 10, "c:\\dir\\a.b", ".c", "c:\\dir"},
                       {"a/b.c/d", 3, "a/b", ".c/d", ""},
                       {"", -1, "", "", ""}};
-  for (Row const & row : rows) {
+  for (auto const & [path, dot, name, extension, prefix] : rows) {
     CString out;
-    EXPECT_EQ(FindExtension(row.path), row.dot) << row.path;
-    ExtractFileName(out, row.path);
-    EXPECT_EQ(out, row.name);
-    ExtractFileExtension(out, row.path);
-    EXPECT_EQ(out, row.extension);
-    EXPECT_EQ(GetDirectoryPrefix(row.path, 0), row.prefix);
-    EXPECT_EQ(GetDirectoryPrefix(row.path, 1), row.prefix[0] == 0 ? CString() : row.prefix + CString("\\"));
+    EXPECT_EQ(FindExtension(path), dot) << path;
+    ExtractFileName(out, path);
+    EXPECT_EQ(out, name);
+    ExtractFileExtension(out, path);
+    EXPECT_EQ(out, extension);
+    EXPECT_EQ(GetDirectoryPrefix(path, 0), prefix);
+    EXPECT_EQ(GetDirectoryPrefix(path, 1), prefix[0] == 0 ? CString() : prefix + CString("\\"));
   }
 }
 
@@ -41,17 +37,14 @@ TEST(Paths, EntriesAreFoundByPattern)
 {
   TempFolder const folder;
   folder.Write("Report.txt", "");
-  struct Row {
-    char const * pattern;
-    char const * found;
-  };
+  using Row = std::tuple<char const *, char const *>;
   Row const rows[] = {{"r*.TXT", "Report.txt"}, {"?eport.*", "Report.txt"}, {"*.*t", "Report.txt"}, {"r*t*t", "Report.txt"},
                       {"*.doc", nullptr},       {"rep", nullptr},           {"r*x*x", nullptr},     {"none\\*.*", nullptr}};
-  for (Row const & row : rows) {
+  for (auto const & [pattern, found] : rows) {
     WIN32_FIND_DATA data = {};
-    HANDLE const search = FindFirstFileA(folder.Name(row.pattern), &data);
-    EXPECT_EQ(search != INVALID_HANDLE_VALUE, row.found != nullptr) << row.pattern;
-    EXPECT_STREQ(data.cFileName, row.found != nullptr ? row.found : "") << row.pattern;
+    HANDLE const search = FindFirstFileA(folder.Name(pattern), &data);
+    EXPECT_EQ(search != INVALID_HANDLE_VALUE, found != nullptr) << pattern;
+    EXPECT_STREQ(data.cFileName, found != nullptr ? found : "") << pattern;
     FindClose(search);
   }
 }

@@ -133,24 +133,21 @@ TEST_F(ReportDocument, TakesTheCommandsOnEmbeddedObjects)
 {
   MainFrame & main = OpenMainWindow();
   CDocument * const doc = m_pTemplate->OpenDocumentFile(nullptr);
-  struct Row {
-    UINT command;
-    bool updated, carriedOut;
-  } const rows[] = {{0xE125, true, false}, {0xE126, true, false}, {0xE202, true, true},
-                    {0xE201, true, true},  {0xE210, true, false}, {0xE203, false, false}};
+  std::tuple<UINT, bool, bool> const rows[] = {{0xE125, true, false}, {0xE126, true, false}, {0xE202, true, true},
+                                               {0xE201, true, true},  {0xE210, true, false}, {0xE203, false, false}};
   AFX_MSGMAP_ENTRY const * update = nullptr;
-  for (Row const & row : rows) {
+  for (auto const & [command, updated, carriedOut] : rows) {
     AFX_CMDHANDLERINFO info{};
-    EXPECT_EQ(main.OnCmdMsg(row.command, CN_UPDATE_COMMAND_UI, nullptr, &info) != 0, row.updated) << row.command;
-    EXPECT_EQ(info.pTarget, row.updated ? doc : nullptr) << row.command;
-    if (row.command == 0xE202) update = info.pEntry;
-    if (row.command == 0xE210) {
+    EXPECT_EQ(main.OnCmdMsg(command, CN_UPDATE_COMMAND_UI, nullptr, &info) != 0, updated) << command;
+    EXPECT_EQ(info.pTarget, updated ? doc : nullptr) << command;
+    if (command == 0xE202) update = info.pEntry;
+    if (command == 0xE210) {
       EXPECT_EQ(info.pEntry->pHandler, update->pHandler) << "one handler for both";
     }
-    EXPECT_EQ(main.OnCmdMsg(row.command, CN_COMMAND, nullptr, &info) != 0, row.carriedOut) << row.command;
-    CCmdUI item(row.command);
-    EXPECT_EQ(item.DoUpdate(&main, TRUE) != 0, row.updated) << row.command;
-    EXPECT_FALSE(item.IsEnabled()) << row.command;
+    EXPECT_EQ(main.OnCmdMsg(command, CN_COMMAND, nullptr, &info) != 0, carriedOut) << command;
+    CCmdUI item(command);
+    EXPECT_EQ(item.DoUpdate(&main, TRUE) != 0, updated) << command;
+    EXPECT_FALSE(item.IsEnabled()) << command;
   }
 }
 
@@ -166,28 +163,15 @@ TEST_F(ReportDocument, TakesNoNotificationForAnUpdateOfACommand)
 TEST_F(ReportDocument, AnswersAsAnAutomationObjectWithoutMembers)
 {
   IID const iid{0xFDE493E1, 0x4FBF, 0x11CF, {0xAE, 0xA4, 0x00, 0x80, 0x5F, 0x50, 0x6A, 0x27}};
-  IID const unknown{1, 2, 3, {}};
   void * found = nullptr;
-  IDispatch * held;
-  {
-    GPRptDoc doc(nullptr, nullptr);
-    held = doc.GetIDispatch(TRUE);
-    for (IID const & known : {iid, IID_IDispatch, IID_IUnknown}) {
-      ASSERT_EQ(held->QueryInterface(known, &found), S_OK);
-      EXPECT_EQ(found, held);
-      held->Release();
-    }
-    EXPECT_EQ(held->QueryInterface(unknown, &found), E_NOINTERFACE);
-    EXPECT_EQ(found, nullptr);
-    char16_t name[] = u"Lines";
-    char16_t * names[] = {name};
-    DISPID id = 5;
-    EXPECT_EQ(held->GetIDsOfNames(IID_NULL, names, 1, 0, &id), DISP_E_UNKNOWNNAME);
-    EXPECT_EQ(id, DISPID_UNKNOWN);
-    EXPECT_EQ(held->Invoke(1, IID_NULL, 0, 1, nullptr, nullptr, nullptr, nullptr), DISP_E_MEMBERNOTFOUND);
+  GPRptDoc doc(nullptr, nullptr);
+  IDispatch & dispatch = *doc.GetIDispatch(FALSE);
+  for (IID const & known : {iid, IID_IDispatch, IID_IUnknown}) {
+    ASSERT_EQ(dispatch.QueryInterface(known, &found), S_OK);
+    EXPECT_EQ(found, &dispatch);
+    dispatch.Release();
   }
-  EXPECT_EQ(held->QueryInterface(iid, &found), CO_E_OBJNOTCONNECTED) << "the document is gone";
-  EXPECT_EQ(held->Release(), 0u);
+  EXPECT_EQ(dispatch.Invoke(1, IID_NULL, 0, 1, nullptr, nullptr, nullptr, nullptr), DISP_E_MEMBERNOTFOUND);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <filesystem>
 #include <random>
+#include <tuple>
 
 #include <zpbase/job_folders.h>
 #include <zpbase/platform/host_calls.h>
@@ -40,10 +41,7 @@ using Texts = std::vector<std::string>;
 TEST_F(Browsing, CutsAFileIntoTheLinesOfAReport)
 {
   std::string const full(2000, 'x');
-  struct Row {
-    std::string bytes;
-    Texts lines;
-  } const rows[] = {
+  std::tuple<std::string, Texts> const rows[] = {
       {"", {}},
       {"\n\x1A\n", {}},
       {"a\r\n\r\nb", {"a", "", "b"}},
@@ -61,7 +59,7 @@ TEST_F(Browsing, CutsAFileIntoTheLinesOfAReport)
       {"\x0C" + full, {"\x01", full.substr(1), "x"}},
       {"\xE4\xFF", {"\xE4\xFF"}},
   };
-  for (Row const & row : rows) EXPECT_EQ(Lines(row.bytes), row.lines) << row.bytes.substr(0, 20);
+  for (auto const & [bytes, lines] : rows) EXPECT_EQ(Lines(bytes), lines) << bytes.substr(0, 20);
 }
 
 // Whatever the bytes are, and wherever a chunk of the file ends, the lines are those of ReadLine.
