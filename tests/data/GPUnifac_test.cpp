@@ -83,7 +83,7 @@ TEST(GPUnifac, RefusesMoreThanAnAreaHolds)
   EXPECT_EQ(groupsOf(item, 0), (Groups{{"1", 1}}));
   names.SetSize(8191);
   EXPECT_EQ(item.Load(names, GPIntVector(5)), 8191);  // missing counts are 0
-  EXPECT_EQ(item.GetSize(), 32764);
+  EXPECT_EQ(areaOf(item), Bytes(32764));
 }
 
 TEST(GPUnifac, ComesBackFromAPlainItem)
