@@ -195,24 +195,6 @@ TEST_F(Containers, AppendMovesPointersAndDeleteAtDeletes)
   EXPECT_EQ(backwards(list), textOf(list));
 }
 
-TEST_F(Containers, RefuseIndexesAndPositionsOutside)
-{
-  GPObArray array;
-  fill(array, {1, 2});
-  GPObList list;
-  POSITION none = nullptr;
-  std::function<void()> const steps[] = {[&] { array.GetAt(2); },
-                                         [&] { array.GetAt(-1); },
-                                         [&] { array.DeleteAt(2); },
-                                         [&] { array.RemoveAt(1, 2); },
-                                         [&] { array.InsertAt(-1, nullptr); },
-                                         [&] { array.SetSize(-1); },
-                                         [&] { list.GetNext(none); },
-                                         [&] { list.GetHead(); }};
-  for (auto const & step : steps) EXPECT_TRUE(CodeOf<CInvalidArgException>(step)) << &step - steps;
-  EXPECT_EQ(textOf(array), "1 2 ");
-}
-
 TEST_F(Containers, ArraysGrowAndListsInsertAtAnyPlace)
 {
   GPObArray array;

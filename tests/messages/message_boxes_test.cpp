@@ -27,6 +27,13 @@ class MessageBoxes : public testing::Test {
     ClearAbortFlag();
   }
 
+  // Text, style and help of the last box.
+  std::string Last() const
+  {
+    RecordingInterface::Message const & last = m_UI.m_Messages.back();
+    return last.text + '|' + std::to_string(last.style) + '|' + std::to_string(last.helpId);
+  }
+
   TempFolder m_Folder;
   CWinApp m_App{"test"};
   RecordingInterface m_UI;
@@ -39,12 +46,10 @@ TEST_F(MessageBoxes, GiveIconAndHelpTheirDefaults)
   };
   for (auto const & [type, icon, help, style, shownHelp] : rows) {
     EXPECT_EQ(BeepMsgBox(CString("text"), type, icon, help), IDOK);
-    EXPECT_EQ(m_UI.m_Messages.back().style, style);
-    EXPECT_EQ(m_UI.m_Messages.back().helpId, shownHelp);
+    EXPECT_EQ(Last(), "text|" + std::to_string(style) + '|' + std::to_string(shownHelp));
   }
   BeepMsgBox(43150, 0, 0, 0);
-  EXPECT_EQ(m_UI.m_Messages.back().helpId, 43150u);
-  EXPECT_EQ(m_UI.m_Messages.back().text, "Do you want to leave Zephlow?");
+  EXPECT_EQ(Last(), "Do you want to leave Zephlow?|64|43150");
 }
 
 char const * findShare(UINT id)
@@ -126,30 +131,22 @@ TEST_F(MessageBoxes, OfferToStopARunningSimulation)
 TEST_F(MessageBoxes, FormatTheirResource)
 {
   PrintfMsgBox(43782, "C:\\a.obj", 3, "It ends early.");
-  EXPECT_EQ(m_UI.m_Messages.back().text, "The file C:\\a.obj can't be read (problem 3): It ends early.");
-  EXPECT_EQ(m_UI.m_Messages.back().style, 64u);
-  EXPECT_EQ(m_UI.m_Messages.back().helpId, 43782u);
-
+  EXPECT_EQ(Last(), "The file C:\\a.obj can't be read (problem 3): It ends early.|64|43782");
   PrintfMsgBoxStyle(4, 48, 43782, std::string(6000, 'x').c_str(), 3, "");
-  EXPECT_EQ(m_UI.m_Messages.back().text.size(), 5000u);
-  EXPECT_EQ(m_UI.m_Messages.back().style, 52u);
-
+  EXPECT_EQ(Last(), "The file " + std::string(4991, 'x') + "|52|43782");
   PrintfMsgBox(1, "a name", 5);
-  EXPECT_EQ(m_UI.m_Messages.back().text, "1: a name 5");
+  EXPECT_EQ(Last(), "1: a name 5|64|1");
   PrintfMsgBox(1, {"a name", 5});
-  EXPECT_EQ(m_UI.m_Messages.back().text, "1: a name 5");
+  EXPECT_EQ(Last(), "1: a name 5|64|1");
   PrintfMsgBoxStyle(4, 48, 1, CString("a name"), 0.5);
-  EXPECT_EQ(m_UI.m_Messages.back().text, "1: a name 0.5");
+  EXPECT_EQ(Last(), "1: a name 0.5|52|1");
 }
 
 TEST_F(MessageBoxes, TellASystemErrorWithTheStateOfTheSystem)
 {
   SystemErrorMsgBox(112, CString("Writing a record"));
-  EXPECT_EQ(m_UI.m_Messages.back().text,
-            "--- SYSTEM ERROR 112 ---\nThere is not enough space on the disk.\n\n--- SYSTEM STATE ---\nWriting a record");
-  EXPECT_EQ(m_UI.m_Messages.back().style, 16u);
-  EXPECT_EQ(m_UI.m_Messages.back().helpId, 1454u);
-
+  EXPECT_EQ(Last(),
+            "--- SYSTEM ERROR 112 ---\nThere is not enough space on the disk.\n\n--- SYSTEM STATE ---\nWriting a record|16|1454");
   SystemErrorMsgBox(0xFFFFFFFFul, 43150);
   EXPECT_EQ(m_UI.m_Messages.back().text,
             "--- SYSTEM ERROR 4294967295 ---\nThere is no text for this error.\n\n"

@@ -352,23 +352,6 @@ TEST(Archive, LeavesTheFileBehindWhatItReadAndWritesNothingAfterAnException)
   EXPECT_EQ(folder.Read("numbers"), "abcdefgh");
 }
 
-TEST(Archive, ExceptionsWithoutAFileNameTellOfTheData)
-{
-  std::tuple<int, char const *> const rows[] = {
-      {CArchiveException::genericException, "An unspecified error occurred in the data."},
-      {CArchiveException::endOfFile, "The data ends before what it should hold."}};
-  for (auto const & [cause, sentence] : rows) {
-    try {
-      AfxThrowArchiveException(cause);
-    } catch (CArchiveException * problem) {
-      char text[80];
-      EXPECT_EQ(problem->GetErrorMessage(text, sizeof text), 1);
-      EXPECT_STREQ(text, sentence);
-      problem->Delete();
-    }
-  }
-}
-
 TEST(Archive, CarriesBlocksLargerThanItsBuffer)
 {
   std::string big(10000, '\0');

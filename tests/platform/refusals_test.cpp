@@ -103,6 +103,11 @@ TEST(Refusals, OfPlacesOutsideACollection)
     EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { numbers.SetAt(place, 1); })) << place;
     EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { texts.GetAt(place); })) << place;
   }
+  CObList list;
+  POSITION none = nullptr;
+  EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { list.GetNext(none); }) & CodeOf<CInvalidArgException>([&] { list.GetHead(); }));
+  EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { objects.GetAt(1); }) &
+              CodeOf<CInvalidArgException>([&] { objects.RemoveAt(0, 2); }));
   EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { objects.SetSize(-1); }));
   EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { numbers.SetSize(-1); }));
   EXPECT_TRUE(CodeOf<CInvalidArgException>([&] { texts.SetSize(-1); }));
@@ -151,6 +156,10 @@ TEST(Refusals, AreToldInTheRoomThereIs)
   char text[40] = "kept";
   EXPECT_EQ(CFileException().GetErrorMessage(text, 0), 0);
   EXPECT_STREQ(text, "kept");
+  CArchiveException(CArchiveException::endOfFile, "").GetErrorMessage(text, sizeof text);
+  EXPECT_STREQ(text, "The data ends before what it should hol");
+  CArchiveException(CArchiveException::genericException, "").GetErrorMessage(text, sizeof text);
+  EXPECT_STREQ(text, "An unspecified error occurred in the da");
   for (int const cause : {-1, 999}) {
     EXPECT_NE(CFileException(cause).GetErrorMessage(text, 5), 0);
     EXPECT_EQ(std::string(text).size(), 4U);

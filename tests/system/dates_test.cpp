@@ -73,8 +73,8 @@ TEST(Times, AreOrderedAndMidnightIsOne)
   EXPECT_TRUE(TimeVals(12, 0, 0) < TimeVals(12, 0, 1) && TimeVals(13, 0, 0) > TimeVals(12, 59, 59));
   EXPECT_TRUE(TimeVals() == TimeVals(0, 0, 0) && TimeVals(11, 59, 59) != time && time <= time && time >= time);
   EXPECT_FALSE(time < time || time > time || time != time || time == TimeVals() || time <= TimeVals() || TimeVals() >= time);
-  for (TimeVals const & time : {TimeVals(24, 0, 0), TimeVals(0, 60, 0), TimeVals(0, 0, 60), TimeVals(-1, 0, 0)})
-    EXPECT_EQ(codeOf([&] { return time < TimeVals(); }), 0x80004005u);
+  for (TimeVals const & wrong : {TimeVals(24, 0, 0), TimeVals(0, 60, 0), TimeVals(0, 0, 60), TimeVals(-1, 0, 0)})
+    EXPECT_EQ(codeOf([&] { return wrong < TimeVals(); }), 0x80004005u);
 }
 
 TEST(Dates, AreReadInTheOrderOfThePattern)
