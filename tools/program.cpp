@@ -156,5 +156,6 @@ CString ToText(std::string_view utf8, std::string_view what)
 {
   CString text;
   if (zp::Utf8ToText(utf8, text)) return text;
+  if (std::u16string wide; !zp::Utf8ToWide(utf8, wide)) throw Failure(fmt::format("{}: \"{}\" is no UTF-8", what, utf8));
   throw Failure(fmt::format("{}: \"{}\" has characters outside Windows-1252; spell it with those of that code page", what, utf8));
 }

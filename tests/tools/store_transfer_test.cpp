@@ -6,6 +6,7 @@
 
 #include <zpbase/numeric.h>
 #include <zpbase/platform/archive.h>
+#include <zpbase/platform/encoding.h>
 
 #include "tests/tools/store_fixture.h"
 
@@ -171,6 +172,61 @@ TEST_F(StoreTool, TableKeepsQuotesMarksAndCoefficientsOfZero)
   EXPECT_NE(Zp("show a 3").out.find("│          F = 0.0\n"), std::string::npos);
 }
 
+std::string wideBytes(std::string const & utf8, bool bigEnd)
+{
+  std::u16string wide;
+  EXPECT_TRUE(zp::Utf8ToWide("\uFEFF" + utf8, wide));
+  std::string bytes;
+  for (char16_t const unit : wide) {
+    std::string both = {static_cast<char>(unit), static_cast<char>(unit >> 8)};
+    if (bigEnd) std::swap(both[0], both[1]);
+    bytes += both;
+  }
+  return bytes;
+}
+
+std::string replacedIn(std::string text, char from, std::string const & to)
+{
+  for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) text.replace(at, 1, to);
+  return text;
+}
+
+TEST_F(StoreTool, TablesOfEveryMakeAreOneStore)
+{
+  std::string const english =
+      "id,name,tc_K,omega,antoine_A,antoine_B\n4,\"\u00C4,\u20AC\",647.25,,20.5,-3e2\n5,Gr\u00F6\u00DFe,1.5,,,\n";
+  std::string const german =
+      "id;name;tc_K;omega;antoine_A;antoine_B\r\n4;\u00C4,\u20AC;647,25;\" \";20.5;-3E2\r\n;;;;;\r\n5;Gr\u00F6\u00DFe;1,5;;;\r\n";
+  std::string const tabbed = replacedIn(german, ';', "\t");
+  std::string const windows =
+      "# note\n\nid,name,tc_K,omega,antoine_A,antoine_B,,\n4,\"\xC4,\x80\",647.25,,20.5,-3e2,,\n5,Gr\xF6\xDF"
+      "e,1.5,,,,,\n";
+  ASSERT_EQ(Zp("import a -", english).status, 0);
+  for (std::string const & table : {windows, "\xEF\xBB\xBF" + german, german, tabbed, wideBytes(english, true),
+                                    wideBytes(tabbed, false), replacedIn(windows, ',', ";"), "\xEF\xBB\xBF" + english}) {
+    ProgramRun const run = Zp("import b -", table);
+    EXPECT_EQ(run.status, 0) << table << run.err;
+    EXPECT_EQ(m_Folder.Read("b.SR"), m_Folder.Read("a.SR")) << table;
+    std::filesystem::remove(m_Folder.Path() / "b.SR");
+    std::filesystem::remove(m_Folder.Path() / "b.SI");
+  }
+}
+
+// Characters that stand on both sides of where pieces of a file meet, which is after 65536 bytes.
+TEST_F(StoreTool, CharactersMayLieAcrossPiecesOfATable)
+{
+  for (size_t before = 0x10000 - 12; before < 0x10000 + 2; ++before) {
+    std::string const comment = "#" + std::string(before - 13, '.') + "\n";
+    std::string const table = comment + "id,name\n1,\u20AC\u00E4\n";
+    std::string const halfComment = "#" + std::string(before / 2 - 13, '.') + "\n";
+    for (std::string const & input :
+         {table, comment + "id,name\n1,\x80\xE4\n", wideBytes(halfComment + "id,name\n1,\u20AC\u00E4\n", before % 2)}) {
+      Zp("import a -", input);
+      EXPECT_EQ(Zp("export a").out, "id,name\n1,\u20AC\u00E4\n") << before;
+    }
+  }
+}
+
 TEST_F(StoreTool, GroupsAreMarkedByEitherLetterAndFitOneRecord)
 {
   std::string cell = "12X:2";
@@ -234,11 +290,25 @@ constexpr Refusal refusals[] = {
     {"id,colour\n1,x\n", "standard input: line 1: there is no column \"colour\"; the manual of zp store lists them"},
     {"id,name,name\n", "standard input: line 1: column name stands twice"},
     {"# note\nid,name\n1,a\n1,b\n", "standard input: line 4: column id: 1 stands twice; nothing was stored"},
-    {"id\n32768\n", "standard input: line 2: \"32768\" is no whole number from 0 to 32767; nothing was stored"},
-    {"id,tc_K\n1,12x\n", "standard input: line 2: column tc_K: \"12x\" is no number; nothing was stored"},
+    {"id\n32768\n", "standard input: line 2: column id: \"32768\" is no whole number from 0 to 32767; nothing was stored"},
+    {"id,tc_K\n1,12x\n", "standard input: line 2: column tc_K: \"12x\" is no number such as 647.1 or 2.2e7; nothing was stored"},
+    {"id,tc_K\n1,0x10\n",
+     "standard input: line 2: column tc_K: \"0x10\" is no number such as 647.1 or 2.2e7; nothing was stored"},
+    {"id;tc_K\n1;nan\n", "standard input: line 2: column tc_K: \"nan\" is no number such as 647.1 or 2.2e7; nothing was stored"},
+    {"id;tc_K\n\n1;1.234,5\n",
+     "standard input: line 3: column tc_K: \"1.234,5\" is no number such as 647.1 or 2.2e7; nothing was stored"},
+    {"id,tc_K,\n1,2,3\n", "standard input: line 2: column 3: \"3\" has no name above it; nothing was stored"},
+    {"id,tc_K\n1,2,3\n",
+     "standard input: line 2: 3 fields under 2 columns; with decimal commas in it, a table needs semicolons or tabs between its "
+     "columns; nothing was stored"},
+    {"id;name\n1;\u0107\n",
+     "standard input: line 2: column name: \"\u0107\" has characters outside Windows-1252; spell it with those of that code "
+     "page; "
+     "nothing was stored"},
+    {"id;name\n1;\u00E4\n2;\xE4\n", "standard input: line 3: column name: \"\\xE4\" is no UTF-8; nothing was stored"},
     {"id,tc_K\n1,1e39\n", "standard input: line 2: column tc_K: 1e39 doesn't fit a 32-bit number; nothing was stored"},
     {"id,sigma_A\n1,2\n", "standard input: line 2: column sigma_eq: the equation number is missing; nothing was stored"},
-    {"id,name\n1\n", "standard input: line 2: 1 fields under 2 columns; nothing was stored"},
+    {"id,name\n1\n", "standard input: line 2: 1 field under 2 columns; nothing was stored"},
     {"id,name\n1,\"a\"b\n", "standard input: line 2: a quote stands alone; quote the whole field and double the quotes in it"},
     {"id,unifac_groups\n1,5\n",
      "standard input: line 2: column unifac_groups: \"5\" is no list of groups and counts such as 1:2 12R:1; nothing was stored"},
@@ -259,6 +329,13 @@ TEST_F(StoreTool, RefusedImportsStoreNothingAndSayWhere)
     EXPECT_FALSE(m_Folder.Has("a.SR"));
     EXPECT_FALSE(m_Folder.Has("a.SI"));
   }
+  ProgramRun const unmarked = Zp("import a -", wideBytes("id\n1\n", false).substr(2));
+  EXPECT_EQ(unmarked.err, "zp: standard input: is UTF-16 without its mark; save it as UTF-8\n");
+  EXPECT_EQ(Zp("import a -", wideBytes("id\n1\n", true) + "x").err, "zp: standard input: ends within a character of UTF-16\n");
+  ProgramRun const headAlone = Zp("import a -", "id,name\n,\n");
+  EXPECT_EQ(headAlone.err, "zp: standard input: has the names of columns alone; there is nothing to store\n");
+  EXPECT_EQ(headAlone.out, "0 records stored in a.SR: 0 new, 0 replaced\n");
+  EXPECT_FALSE(m_Folder.Has("a.SR"));
   ProgramRun const deep =
       Zp("import a -", std::string(R"({"format": "zp-store-records", "version": 1, "records": )") + std::string(100000, '['));
   EXPECT_EQ(deep.status, 1);

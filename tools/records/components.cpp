@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <set>
 
 #include <fmt/format.h>
@@ -17,6 +18,7 @@
 #include "tools/program.h"
 #include "tools/records/component_columns.h"
 #include "tools/records/data_ids.h"
+#include "tools/records/table_text.h"
 
 namespace {
 
@@ -71,12 +73,13 @@ size_t columnsOf(DataMeaning const & meaning)
   return static_cast<size_t>(std::max(meaning.coefficients, 1)) + (meaning.kind == DataKind::Equation ? 1 : 0);
 }
 
-// Raises for text that is no number, or one that a 32-bit float can't hold.
+// Raises for text that is no decimal number, or one that a 32-bit float can't hold.
 void requireNumber(std::string const & cell)
 {
   size_t used = 0;
   double const value = zp::TextToDouble(cell, &used);
-  if (used != cell.size()) throw Failure(fmt::format("\"{}\" is no number", cell));
+  bool const isDecimal = cell.find_first_not_of("0123456789+-.eE \t\n\v\f\r") == std::string::npos;
+  if (used != cell.size() || !isDecimal) throw Failure(fmt::format("\"{}\" is no number such as 647.1 or 2.2e7", cell));
   auto const narrow = static_cast<float>(value);
   if (!std::isfinite(narrow) || (narrow == 0.0F && value != 0.0)) {
     throw Failure(fmt::format("{} doesn't fit a 32-bit number", cell));
@@ -130,7 +133,9 @@ void requireGroups(std::string const & cell)
 void RequireCell(Column const & column, std::string const & cell)
 {
   if (cell.empty()) return;
-  if (column.part == equationPart)
+  if (column.meaning == nullptr)
+    wholeNumber(cell, zp::maxRecordID);
+  else if (column.part == equationPart)
     wholeNumber(cell, 0xFFFF);
   else if (column.meaning->kind == DataKind::Groups)
     requireGroups(cell);
@@ -205,12 +210,23 @@ void LoadComponent(GPDataArray & data, Cells const & cells)
 
 namespace {
 
-// For each of a table's columns its place among all of them.
+constexpr size_t nameless = SIZE_MAX;
+
+bool isBlank(std::string const & field)
+{
+  return field.find_first_not_of(" \t\n\v\f\r") == std::string::npos;
+}
+
+// For each of a table's columns its place among all of them; spreadsheets may write some without a name behind the others.
 std::vector<size_t> placesOf(CsvRow const & head, std::string const & name)
 {
   std::vector<size_t> places;
   auto const & columns = AllColumns();
   for (std::string const & field : head.fields) {
+    if (isBlank(field)) {
+      places.push_back(nameless);
+      continue;
+    }
     auto const found = std::find_if(columns.begin(), columns.end(), [&](Column const & column) { return column.name == field; });
     if (found == columns.end()) {
       throw Failure(
@@ -228,20 +244,42 @@ std::vector<size_t> placesOf(CsvRow const & head, std::string const & name)
   return places;
 }
 
+void requireCount(CsvRow const & row, size_t columns)
+{
+  size_t const fields = row.fields.size();
+  if (fields == columns) return;
+  bool const mayBeDecimal = fields > columns && !row.hasDecimalCommas;
+  throw Failure(
+      fmt::format("{} under {}{}", Counted(fields, "field"), Counted(columns, "column"),
+                  mayBeDecimal ? "; with decimal commas in it, a table needs semicolons or tabs between its columns" : ""));
+}
+
+// What the column takes of a field: no blanks alone but in a text, and numbers with a point.
+std::string cellOf(Column const & column, CsvRow const & row, size_t i)
+{
+  std::string const & field = row.fields[i];
+  if (column.meaning != nullptr && column.meaning->kind == DataKind::Text) return field;
+  if (isBlank(field)) return "";
+  return row.hasDecimalCommas ? WithDecimalPoint(field) : field;
+}
+
 Cells cellsOf(CsvRow const & row, std::vector<size_t> const & places)
 {
-  if (row.fields.size() != places.size()) {
-    throw Failure(fmt::format("{} fields under {} columns", row.fields.size(), places.size()));
-  }
+  requireCount(row, places.size());
   Cells cells(AllColumns().size());
   for (size_t i = 0; i < places.size(); ++i) {
+    if (places[i] == nameless) {
+      if (!isBlank(row.fields[i])) throw Failure(fmt::format("column {}: \"{}\" has no name above it", i + 1, row.fields[i]));
+      continue;
+    }
     Column const & column = AllColumns()[places[i]];
+    std::string & cell = cells[places[i]];
+    cell = cellOf(column, row, i);
     try {
-      if (column.meaning != nullptr) RequireCell(column, row.fields[i]);
+      RequireCell(column, cell);
     } catch (Failure const & failure) {
       throw Failure(fmt::format("column {}: {}", column.name, failure.what()));
     }
-    cells[places[i]] = row.fields[i];
   }
   return cells;
 }
@@ -266,6 +304,7 @@ void ReadComponents(std::istream & input, std::string const & name, std::functio
       places = placesOf(row, name);
       return;
     }
+    if (std::all_of(row.fields.begin(), row.fields.end(), isBlank)) return;
     try {
       Component const component = readComponent(row, places);
       if (!ids.insert(component.id).second) throw Failure(fmt::format("column id: {} stands twice", component.id));

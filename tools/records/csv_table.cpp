@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "tools/program.h"
+#include "tools/records/table_text.h"
 
 namespace {
 
@@ -32,33 +33,29 @@ class CsvReader {
   void Read(std::istream & input)
   {
     std::string piece(pieceBytes, '\0');
-    while (input.read(piece.data(), pieceBytes), input.gcount() > 0) {
-      std::string_view rest(piece.data(), static_cast<size_t>(input.gcount()));
-      if (m_nLine == 1 && m_bAtBegin) SkipMark(rest);
+    TableText text(m_Name);
+    do {
+      input.read(piece.data(), pieceBytes);
+      std::string_view rest = text.Take({piece.data(), static_cast<size_t>(input.gcount())});
       while (!rest.empty()) {
         std::string_view const line = rest.substr(0, std::min(rest.find('\n'), rest.size() - 1) + 1);
         rest.remove_prefix(line.size());
         TakeLine(line);
       }
-    }
+    } while (input.gcount() > 0);
     if (csv_fini(&m_Parser, TakeField, TakeRow, this) != 0) Fail();
     if (m_pRaised) std::rethrow_exception(m_pRaised);
   }
 
  private:
-  // The mark of an encoding at the beginning of the file.
-  void SkipMark(std::string_view & text) const
-  {
-    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
-      throw Failure(fmt::format("{}: is a table in UTF-16; save it as \"CSV UTF-8\", or convert it with iconv", m_Name));
-    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-  }
-
   // A line or a part of one; the parser's calls know by it where they are.
   void TakeLine(std::string_view line)
   {
     if (m_bAtBegin) m_bComment = m_bHead && line.starts_with('#');
-    m_bHead &= m_bComment;
+    if (m_bHead && !m_bComment && line.find_first_not_of(" \t\r\n") != std::string_view::npos) {
+      csv_set_delim(&m_Parser, static_cast<unsigned char>(DelimiterOf(line)));
+      m_bHead = false;
+    }
     m_bAtBegin = line.ends_with('\n');
     m_nRowBytes += line.size();
     if (!m_bComment && csv_parse(&m_Parser, line.data(), line.size(), TakeField, TakeRow, this) != line.size()) Fail();
@@ -78,7 +75,10 @@ class CsvReader {
   {
     CsvReader & self = *static_cast<CsvReader *>(reader);
     self.Keep([&] {
-      if (self.m_Row.fields.empty()) self.m_Row.line = self.m_nLine;
+      if (self.m_Row.fields.empty()) {
+        self.m_Row.line = self.m_nLine;
+        self.m_Row.hasDecimalCommas = csv_get_delim(&self.m_Parser) != ',';
+      }
       self.m_Row.fields.emplace_back(static_cast<char const *>(bytes), count);
     });
   }
@@ -107,7 +107,7 @@ class CsvReader {
   Take const & m_pfnTake;
   csv_parser m_Parser = {};
   size_t m_nLine = 1;
-  bool m_bHead = true;  // nothing but comments so far
+  bool m_bHead = true;  // nothing but comments and empty lines so far
   bool m_bComment = false;
   bool m_bAtBegin = true;  // of a line
   size_t m_nRowBytes = 0;

@@ -1,4 +1,4 @@
-// Tables of comma-separated values.
+// Tables of values between commas, semicolons or tabs.
 #pragma once
 
 #include <functional>
@@ -9,8 +9,9 @@
 #include <vector>
 
 struct CsvRow {
-  size_t line;  // of the file, from 1, in which the row begins
-  std::vector<std::string> fields;
+  size_t line;                      // of the file, from 1, in which the row begins
+  bool hasDecimalCommas;            // may have: no comma is between its fields
+  std::vector<std::string> fields;  // in UTF-8
 };
 
 // Gives take the rows of a table one after the other; comment lines with # before the first row and empty lines are left out.

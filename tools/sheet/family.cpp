@@ -12,6 +12,7 @@
 #include "tools/program.h"
 #include "tools/records/csv_table.h"
 #include "tools/records/json_text.h"
+#include "tools/records/table_text.h"
 #include "tools/sheet/cell_block.h"
 #include "tools/sheet/cell_text.h"
 #include "tools/sheet/sheet_arguments.h"
@@ -164,7 +165,7 @@ struct WriteCommand : SheetArguments {
   {
     AddBook(command);
     command.add_option("SHEET", sheet, "Name of the new worksheet")->required();
-    command.add_option("TABLE", table, "CSV file, - for standard input")->required();
+    command.add_option("TABLE", table, "CSV file, between commas, semicolons or tabs; - for standard input")->required();
     AddDrop(command);
   }
 
@@ -200,7 +201,8 @@ struct WriteCommand : SheetArguments {
       std::vector<COleVariant> values;
       values.reserve(row.fields.size());
       try {
-        for (std::string const & field : row.fields) values.push_back(ReadCsvCell(field));
+        for (std::string const & field : row.fields)
+          values.push_back(ReadCsvCell(row.hasDecimalCommas ? WithDecimalPoint(field) : field));
         filled.Add(std::move(values));
       } catch (Failure const & failure) {
         throw Failure(fmt::format("{}: line {}: {}", ShownName(table), row.line, failure.what()));

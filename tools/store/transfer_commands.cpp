@@ -100,6 +100,7 @@ Incoming readTable(std::istream & input, std::string const & name)
     requireLength(bytes);
     incoming.records.emplace_back(component.id, std::move(bytes));
   });
+  if (incoming.records.empty()) Tell(fmt::format("{}: has the names of columns alone; there is nothing to store", name));
   return incoming;
 }
 
@@ -205,7 +206,7 @@ struct ImportCommand : StoreArguments {
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("FILE", file, "CSV or JSON file, - for standard input")->required();
+    command.add_option("FILE", file, "CSV file, between commas, semicolons or tabs, or JSON file; - for standard input")->required();
     command.footer(toldColumns());
   }
 
