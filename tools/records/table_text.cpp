@@ -49,7 +49,7 @@ size_t TableText::TakeMark(std::string_view bytes)
   if (bytes.starts_with("\xFF\xFE")) m_Form = Form::WideLittle;
   if (bytes.starts_with("\xFE\xFF")) m_Form = Form::WideBig;
   if (m_Form != Form::Ascii) return 2;
-  if (bytes.substr(0, 2).find('\0') != std::string_view::npos)
+  if (bytes.size() >= 2 && (bytes[0] == '\0') != (bytes[1] == '\0'))
     throw Failure(fmt::format("{}: is UTF-16 without its mark; save it as UTF-8", m_Name));
   if (!bytes.starts_with("\xEF\xBB\xBF")) return 0;
   m_Form = Form::Utf8;
@@ -83,14 +83,15 @@ size_t TableText::TakeWide(std::string_view bytes, bool isEnd)
 
 char DelimiterOf(std::string_view head)
 {
-  constexpr char delimiters[] = {',', ';', '\t'};
+  constexpr char delimiters[] = {';', '\t', ','};
   size_t counts[std::size(delimiters)] = {};
   bool isQuoted = false;
   for (char const c : head) {
     isQuoted ^= c == '"';
     for (size_t i = 0; !isQuoted && i < std::size(delimiters); ++i) counts[i] += c == delimiters[i];
   }
-  return delimiters[std::max_element(std::begin(counts), std::end(counts)) - counts];
+  auto const most = std::max_element(std::begin(counts), std::end(counts));
+  return *most == 0 ? ',' : delimiters[most - counts];
 }
 
 std::string WithDecimalPoint(std::string text)

@@ -28,7 +28,8 @@ class TableText {
   std::string m_Utf8;
 };
 
-// Of comma, semicolon and tab the one that stands most often outside of quotes in a table's first line; the comma among equals.
+// Of comma, semicolon and tab the one that stands most often outside of quotes in a table's first line; the
+// comma only where it stands more often than the others, or where none stands.
 char DelimiterOf(std::string_view head);
 
 // The number with a point where it has its one comma; any other text as it is.
