@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 #include <zpbase/config.h>
 #include <zpbase/platform/application.h>
@@ -134,22 +135,19 @@ TEST_F(Preferences, ReportFileFallsBackWithoutWriting)
 
 TEST_F(Preferences, ColoursAreReadOnceAsRedGreenBlue)
 {
-  struct Row {
-    char const * text;
-    unsigned long colour;
-  };
-  for (Row const & row : {Row{"", 0x80},
-                          {"1, 2, 3", 0x030201},
-                          {"0, 0, 0", 0},
-                          {"256,-1,\t+7x", 0x07FF00},
-                          {"1, 2", 0x80},
-                          {"1 ,2,3", 0x80},
-                          {"red", 0x80}}) {
+  using Row = std::tuple<char const *, unsigned long>;
+  for (auto const & [written, colour] : {Row{"", 0x80},
+                                         {"1, 2, 3", 0x030201},
+                                         {"0, 0, 0", 0},
+                                         {"256,-1,\t+7x", 0x07FF00},
+                                         {"1, 2", 0x80},
+                                         {"1 ,2,3", 0x80},
+                                         {"red", 0x80}}) {
     zp::ForgetCachedSettings();
-    m_App.WriteProfileString("Misc", "EULabels", row.text);
-    EXPECT_EQ(GetEULabelColor(), row.colour) << row.text;
+    m_App.WriteProfileString("Misc", "EULabels", written);
+    EXPECT_EQ(GetEULabelColor(), colour) << written;
     m_App.WriteProfileString("Misc", "EULabels", "9, 9, 9");
-    EXPECT_EQ(GetEULabelColor(), row.colour) << row.text;
+    EXPECT_EQ(GetEULabelColor(), colour) << written;
   }
 }
 
@@ -182,14 +180,11 @@ TEST_F(Preferences, RightsGoByTheExactName)
   }
   EXPECT_EQ(GetAuthorityAppendChar(-1), '\0');
   EXPECT_EQ(GetAuthorityAppendChar(8), '\0');
-  struct Row {
-    char const * text;
-    int level;
-  };
-  for (Row const & row : {Row{nullptr, 3}, {"mgr", 3}, {"None", 0}, {"Mgr", 4}}) {
-    if (row.level != 4) zp::ForgetCachedSettings();  // level 0 isn't kept
-    m_App.WriteProfileString("Authorization", "Authority", row.text);
-    EXPECT_EQ(GetUserAuthority(), row.level);
+  using Row = std::tuple<char const *, int>;
+  for (auto const & [text, rank] : {Row{nullptr, 3}, {"mgr", 3}, {"None", 0}, {"Mgr", 4}}) {
+    if (rank != 4) zp::ForgetCachedSettings();  // level 0 isn't kept
+    m_App.WriteProfileString("Authorization", "Authority", text);
+    EXPECT_EQ(GetUserAuthority(), rank);
   }
   EXPECT_EQ(SetLoadAuthority(6), 0);
   EXPECT_EQ(SetLoadAuthority(0), 6);

@@ -41,21 +41,18 @@ TEST(WellKnownNames, EachFamilyKeepsItsForm)
 
 TEST(WellKnownNames, SettingKeysCanStandInEveryStoreAndApart)
 {
-  struct Name {
-    char const * accessor;
-    char const * text;
-  };
+  using Name = std::tuple<char const *, char const *>;
   Name const names[] = {
 #define ZP_NAME(accessor, text) {#accessor, accessor()},
 #include <zpbase/well_known_names.h>
   };
   std::map<std::string, std::string> owners;
-  for (Name const & name : names) {
-    EXPECT_STRNE(name.text, "") << name.accessor;
-    if (!std::string_view(name.accessor).ends_with("Key")) continue;
+  for (auto const & [function, written] : names) {
+    EXPECT_STRNE(written, "") << function;
+    if (!std::string_view(function).ends_with("Key")) continue;
     // A profile file has keys as "key=value" and sections in brackets, a hive both in quotes.
-    EXPECT_EQ(std::string_view(name.text).find_first_of("=[];\"\\\r\n"), std::string_view::npos) << name.accessor;
-    auto const [place, isNew] = owners.emplace(zp::ToLower(name.text), name.accessor);
-    EXPECT_TRUE(isNew) << name.accessor << " has the text of " << place->second;
+    EXPECT_EQ(std::string_view(written).find_first_of("=[];\"\\\r\n"), std::string_view::npos) << function;
+    auto const [place, isNew] = owners.emplace(zp::ToLower(written), function);
+    EXPECT_TRUE(isNew) << function << " has the text of " << place->second;
   }
 }

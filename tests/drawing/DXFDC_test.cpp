@@ -50,14 +50,12 @@ TEST(DXFDC, WritesEachRecordByteForByte)
 
 TEST(DXFDC, KnowsColoursAndLineTypesByTheirTables)
 {
-  struct {
-    COLORREF color;
-    int number;
-  } const colors[] = {{0x000000, 7},   {0x000080, 14},  {0x008000, 74},  {0x008080, 44}, {0x800000, 164}, {0x800080, 202},
-                      {0x808000, 124}, {0xC0C0C0, 254}, {0xC0DCC0, 74},  {0xF0CAA6, 5},  {0xF0FBFF, 41},  {0xA4A0A0, 254},
-                      {0x808080, 252}, {0x0000FF, 1},   {0x00FF00, 3},   {0x00FFFF, 2},  {0xFF0000, 5},   {0xFF00FF, 6},
-                      {0xFFFF00, 4},   {0xFFFFFF, 41},  {0x010000FF, 7}, {0x123456, 7},  {0xFFFFFFFF, 7}};
-  for (auto const & row : colors) EXPECT_EQ(DXFColorFromCOLORREF(row.color), row.number) << std::hex << row.color;
+  std::tuple<COLORREF, int> const colors[] = {{0x000000, 7},   {0x000080, 14},  {0x008000, 74},  {0x008080, 44}, {0x800000, 164},
+                                              {0x800080, 202}, {0x808000, 124}, {0xC0C0C0, 254}, {0xC0DCC0, 74}, {0xF0CAA6, 5},
+                                              {0xF0FBFF, 41},  {0xA4A0A0, 254}, {0x808080, 252}, {0x0000FF, 1},  {0x00FF00, 3},
+                                              {0x00FFFF, 2},   {0xFF0000, 5},   {0xFF00FF, 6},   {0xFFFF00, 4},  {0xFFFFFF, 41},
+                                              {0x010000FF, 7}, {0x123456, 7},   {0xFFFFFFFF, 7}};
+  for (auto const & [color, number] : colors) EXPECT_EQ(DXFColorFromCOLORREF(color), number) << std::hex << color;
 
   Canvas canvas;
   std::tuple<UINT, char const *> const styles[] = {{PS_SOLID, "CONTINUOUS"},  {PS_DASH, "DASHED"},
@@ -232,18 +230,13 @@ TEST(DXFDC, SetsTextsLineByLineWithOneFactor)
             "  0\r\nTEXT\r\n  8\r\nFS_OBJECT\r\n 62\r\n     7\r\n 10\r\n2.50\r\n 20\r\n97.00\r\n 40\r\n4.00\r\n  1\r\nde\rf\n\r\n"
             " 41\r\n2.75\r\n");
   EXPECT_EQ(rect, (tagRECT{0, 30, 60, 0}));
-  struct {
-    char const * text;
-    tagRECT rect;
-    UINT format;
-    int height;
-  } const silent[] = {{"a\r\nb", {0, 0, 9, 29}, DT_CALCRECT, 5},
-                      {"\r\n\r\n", {0, 0, 9, 30}, 0, 6},
-                      {"", {0, 0, 9, 30}, 0, 0},
-                      {"a", {0, 5, 9, 5}, 0, 0}};
-  for (auto const & row : silent) {
-    tagRECT copy = row.rect;
-    EXPECT_EQ(canvas->DrawTextA(row.text, &copy, row.format), row.height) << row.text;
+  std::tuple<char const *, tagRECT, UINT, int> const silent[] = {{"a\r\nb", {0, 0, 9, 29}, DT_CALCRECT, 5},
+                                                                 {"\r\n\r\n", {0, 0, 9, 30}, 0, 6},
+                                                                 {"", {0, 0, 9, 30}, 0, 0},
+                                                                 {"a", {0, 5, 9, 5}, 0, 0}};
+  for (auto const & [text, area, format, height] : silent) {
+    tagRECT copy = area;
+    EXPECT_EQ(canvas->DrawTextA(text, &copy, format), height) << text;
   }
   tagRECT const flat{0, 5, 9, 5};
   EXPECT_EQ(canvas->ExtTextOutA(0, 0, 0, &flat, "a", nullptr), 1);

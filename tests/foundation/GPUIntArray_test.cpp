@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <tuple>
 #include <vector>
 
 #include <zpbase/foundation.h>
@@ -78,17 +79,13 @@ TEST(GPUIntArray, SortsBySignedDifferenceAndDropsDuplicates)
 
 TEST(GPUIntArray, SearchStaysOnTheLastProbe)
 {
-  struct Row {
-    UINT value;
-    int found;
-    int index;
-  };
+  using Row = std::tuple<UINT, int, int>;
   Row const rows[] = {{10, 1, 0}, {30, 1, 2}, {40, 1, 3}, {5, 0, 0}, {25, 0, 2}, {50, 0, 3}};
   GPUIntArray array = arrayOf({10, 20, 30, 40});
-  for (Row const & row : rows) {
+  for (auto const & [value, found, place] : rows) {
     int index = 99;
-    EXPECT_EQ(array.BSearch(index, row.value), row.found) << row.value;
-    EXPECT_EQ(index, row.index) << row.value;
+    EXPECT_EQ(array.BSearch(index, value), found) << value;
+    EXPECT_EQ(index, place) << value;
   }
   int index = 99;
   EXPECT_EQ(GPUIntArray().BSearch(index, 1), 0);
@@ -97,13 +94,7 @@ TEST(GPUIntArray, SearchStaysOnTheLastProbe)
 
 TEST(GPUIntArray, AddingFollowsTheFlags)
 {
-  struct Row {
-    UINT value;
-    unsigned int flags;
-    Values valid;
-    int added;
-    Values after;
-  };
+  using Row = std::tuple<UINT, unsigned int, Values, int, Values>;
   // clang-format off
   Row const rows[] = {
       {2, 0, {}, 1, {1, 2, 4, 2}}, {3, 1, {}, 1, {1, 2, 3, 4}}, {2, 1, {}, 1, {1, 2, 2, 4}}, {9, 1, {}, 1, {1, 2, 4, 9}},
@@ -111,25 +102,22 @@ TEST(GPUIntArray, AddingFollowsTheFlags)
       {2, 4, {1, 4}, 0, {1, 2, 4}}, {3, 7, {3}, 1, {1, 2, 3, 4}},
   };
   // clang-format on
-  for (Row const & row : rows) {
+  for (auto const & [number, flags, valid, added, after] : rows) {
     GPUIntArray array = arrayOf({1, 2, 4});
-    EXPECT_EQ(array.AddUIntVal(row.value, row.flags, arrayOf(row.valid)), row.added) << row.value << ' ' << row.flags;
-    EXPECT_EQ(valuesOf(array), row.after) << row.value << ' ' << row.flags;
+    EXPECT_EQ(array.AddUIntVal(number, flags, arrayOf(valid)), added) << number << ' ' << flags;
+    EXPECT_EQ(valuesOf(array), after) << number << ' ' << flags;
   }
 }
 
 TEST(GPUIntArray, RangesInTextTakeZerosAndMissingSidesAsOne)
 {
-  struct Row {
-    char const * text;
-    Values after;
-  };
+  using Row = std::tuple<char const *, Values>;
   Row const rows[] = {{"5-7", {5, 6, 7}}, {"3-0", {3, 2, 1}},           {"0-3", {1, 2, 3}}, {"-4", {1, 2, 3, 4}},    {"5-5", {}},
                       {"x-2", {1, 2}},    {"7", {1, 2, 3, 4, 5, 6, 7}}, {"", {}},           {"2--1", {2, 1, 0, ~0U}}};
-  for (Row const & row : rows) {
+  for (auto const & [text, left] : rows) {
     GPUIntArray array;
-    EXPECT_EQ(array.AddUIntRange(row.text, 0, GPUIntArray()), static_cast<int>(row.after.size())) << row.text;
-    EXPECT_EQ(valuesOf(array), row.after) << row.text;
+    EXPECT_EQ(array.AddUIntRange(text, 0, GPUIntArray()), static_cast<int>(left.size())) << text;
+    EXPECT_EQ(valuesOf(array), left) << text;
   }
   GPUIntArray array(1, 9);
   EXPECT_EQ(array.AddUIntRange("2-8", GPUIntArray::addToggles, GPUIntArray()), -7);

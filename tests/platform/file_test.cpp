@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <functional>
+#include <tuple>
 #include <utility>
 
 #include <zpbase/platform/exceptions.h>
@@ -95,17 +96,14 @@ TEST(Exceptions, SayWhatTheyKnow)
   COleDispatchException const server("told", 7);
   COleException const code(static_cast<LONG>(0x80020009));
   CInvalidArgException const place;
-  struct Row {
-    CException const & exception;
-    char const * text;
-    UINT help;
-  };
-  for (Row const & row : {Row{server, "told", 7}, Row{code, "The operation failed with the code 0x80020009.", 0},
-                          Row{place, "An index or position is not inside its container.", 0}}) {
+  using Row = std::tuple<CException const &, char const *, UINT>;
+  for (auto const & [exception, written, helpId] :
+       {Row{server, "told", 7}, Row{code, "The operation failed with the code 0x80020009.", 0},
+        Row{place, "An index or position is not inside its container.", 0}}) {
     char text[80] = "";
     UINT help = 0;
-    EXPECT_NE(row.exception.GetErrorMessage(text, sizeof text, &help), 0);
-    EXPECT_STREQ(text, row.text);
-    EXPECT_EQ(help, row.help);
+    EXPECT_NE(exception.GetErrorMessage(text, sizeof text, &help), 0);
+    EXPECT_STREQ(text, written);
+    EXPECT_EQ(help, helpId);
   }
 }

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 #include <random>
+#include <tuple>
 
 #include <zpbase/platform/number_text.h>
 
@@ -106,17 +107,14 @@ TEST(TextToDouble, RoundsLikeTheStandardLibraryNearTheMiddleBetweenTwoDoubles)
 
 TEST(TextToInt, ReadsLikeAtoiAndWrapsAt32Bits)
 {
-  struct Row {
-    char const * text;
-    int expected;
-  };
+  using Row = std::tuple<char const *, int>;
   // clang-format off
   Row const rows[] = {
       {"", 0}, {"12", 12}, {" \t\r\n-7x", -7}, {"+5", 5}, {"+-5", 0}, {"- 5", 0}, {"x", 0}, {"0x10", 0}, {"1.9", 1},
       {"2147483648", INT32_MIN}, {"4294967295", -1}, {"4294967297", 1}, {"-2147483649", INT32_MAX},
       {"100000000000000000000", 1661992960}};
   // clang-format on
-  for (Row const & row : rows) EXPECT_EQ(zp::TextToInt(row.text), row.expected) << row.text;
+  for (auto const & [written, wanted] : rows) EXPECT_EQ(zp::TextToInt(written), wanted) << written;
   EXPECT_EQ(zp::TextToInt(std::string_view("1234", 2)), 12);
 }
 

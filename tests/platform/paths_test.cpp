@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <tuple>
 
 #include <zpbase/platform/folders.h>
 #include <zpbase/platform/known_places.h>
@@ -17,11 +18,7 @@ using namespace std::string_literals;
 
 TEST(Paths, InsideFormBecomesTheHosts)
 {
-  struct Row {
-    std::string inside;
-    bool accepted;
-    std::string host;
-  };
+  using Row = std::tuple<std::string, bool, std::string>;
   Row const rows[] = {
       {"C:\\var\\job\\a.SI", true, "/var/job/a.SI"},
       {"c:\\", true, "/"},
@@ -37,10 +34,10 @@ TEST(Paths, InsideFormBecomesTheHosts)
       {"\\/server", false, ""},
       {"C:\\cut\0here"s, false, ""},
   };
-  for (Row const & row : rows) {
+  for (auto const & [inside, accepted, onHost] : rows) {
     std::string host = "former";
-    EXPECT_EQ(ToHostPath(row.inside, host), row.accepted) << row.inside;
-    EXPECT_EQ(host, row.host) << row.inside;
+    EXPECT_EQ(ToHostPath(inside, host), accepted) << inside;
+    EXPECT_EQ(host, onHost) << inside;
   }
 }
 
@@ -94,29 +91,24 @@ TEST(Folders, AreSearchedInTheirOrder)
   folder.Write("y", "");
   CString const here = folder.Name("");
   CString const both = here + "sub;;D:\\none;" + here;
-  struct Row {
-    CString path;
-    CString name;
-    char const * extension;
-    char const * found;
-  };
+  using Row = std::tuple<CString, CString, char const *, char const *>;
   Row const rows[] = {
       {both, "x.txt", nullptr, "sub\\x.txt"},        {both, "x", ".txt", "sub\\x.txt"},     {both, "y", nullptr, "\\y"},
       {here, here + "sub\\x", ".txt", "sub\\x.txt"}, {here, "x.", "txt", nullptr},          {here, "sub", nullptr, nullptr},
       {here, here + "none", nullptr, nullptr},       {here, "D:\\x.txt", nullptr, nullptr}, {";", "", ".txt", nullptr}};
-  for (Row const & row : rows) {
+  for (auto const & [path, name, extension, wanted] : rows) {
     char found[300] = "";
     char * last = nullptr;
-    DWORD const length = SearchPathA(row.path, row.name, row.extension, sizeof found, found, &last);
-    if (row.found == nullptr) {
-      EXPECT_TRUE(length == 0 && GetLastError() == ERROR_FILE_NOT_FOUND && last == nullptr) << row.name;
+    DWORD const length = SearchPathA(path, name, extension, sizeof found, found, &last);
+    if (wanted == nullptr) {
+      EXPECT_TRUE(length == 0 && GetLastError() == ERROR_FILE_NOT_FOUND && last == nullptr) << name;
       continue;
     }
-    EXPECT_STREQ(found, here + row.found) << row.name;
-    EXPECT_STREQ(last, CString(row.found).Mid(CString(row.found).Find('\\') + 1));
+    EXPECT_STREQ(found, here + wanted) << name;
+    EXPECT_STREQ(last, CString(wanted).Mid(CString(wanted).Find('\\') + 1));
     char cut[300] = "kept";
-    EXPECT_EQ(SearchPathA(row.path, row.name, row.extension, length, cut, nullptr), length + 1);
-    EXPECT_EQ(SearchPathA(row.path, row.name, row.extension, length + 1, found, nullptr), length);
+    EXPECT_EQ(SearchPathA(path, name, extension, length, cut, nullptr), length + 1);
+    EXPECT_EQ(SearchPathA(path, name, extension, length + 1, found, nullptr), length);
     EXPECT_STREQ(cut, "kept");
   }
   std::string const programs = std::getenv("PATH");

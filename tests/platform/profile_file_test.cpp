@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include <zpbase/platform/application.h>
 
@@ -83,12 +84,9 @@ TEST_F(ProfileFile, NumbersAndBlocksHaveTheirTextForms)
   m_Folder.Write(
       "app.ini",
       "[S]\nn=102 apples\nminus=-1\nbig=4294967295\nempty=\nword=x\nodd=PBA\nbad=PZ\nlow=@@\nover=QA\nunder=AQ\nblock=PBAA\n");
-  struct Row {
-    char const * key;
-    int expected;
-  };
-  for (Row const & row : {Row{"n", 102}, {"minus", -1}, {"big", -1}, {"empty", 9}, {"none", 9}, {"word", 0}})
-    EXPECT_EQ(static_cast<int>(m_App.GetProfileInt("S", row.key, 9)), row.expected) << row.key;
+  using Row = std::tuple<char const *, int>;
+  for (auto const & [name, expected] : {Row{"n", 102}, {"minus", -1}, {"big", -1}, {"empty", 9}, {"none", 9}, {"word", 0}})
+    EXPECT_EQ(static_cast<int>(m_App.GetProfileInt("S", name, 9)), expected) << name;
   BYTE * bytes = nullptr;
   UINT length = 0;
   for (char const * key : {"odd", "bad", "low", "over", "under", "empty", "none"})

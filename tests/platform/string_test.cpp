@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/string.h>
@@ -70,19 +71,16 @@ TEST(CString, ComparesByUnsignedBytes)
 
 TEST(Encoding, CharactersKeepTheirValueInEveryForm)
 {
-  struct Row {
-    std::string utf8;
-    std::u16string wide;
-  };
-  for (Row const & row : {Row{"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80", u"\x7F\u0080\u07FF\u0800"},
-                          Row{"\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF", u"\uD7FF\uE000\uFFFF"},
-                          Row{"\xF0\x90\x80\x80\xF4\x8F\xBF\xBFz", u"\U00010000\U0010FFFFz"}}) {
+  using Row = std::tuple<std::string, std::u16string>;
+  for (auto const & [narrow, broad] : {Row{"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80", u"\x7F\u0080\u07FF\u0800"},
+                                       Row{"\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF", u"\uD7FF\uE000\uFFFF"},
+                                       Row{"\xF0\x90\x80\x80\xF4\x8F\xBF\xBFz", u"\U00010000\U0010FFFFz"}}) {
     std::u16string wide;
     std::string utf8;
-    EXPECT_TRUE(zp::Utf8ToWide(row.utf8, wide));
-    EXPECT_EQ(wide, row.wide);
-    zp::AppendUtf8(utf8, row.wide);
-    EXPECT_EQ(utf8, row.utf8);
+    EXPECT_TRUE(zp::Utf8ToWide(narrow, wide));
+    EXPECT_EQ(wide, broad);
+    zp::AppendUtf8(utf8, broad);
+    EXPECT_EQ(utf8, narrow);
   }
   CString text("kept");
   std::u16string wide = u"kept";

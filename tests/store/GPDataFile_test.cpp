@@ -370,12 +370,9 @@ TEST_F(Store, WritesToNoBlockThatItsHeaderDoesNotVouchFor)
 TEST_F(Store, GrowsNoFileToWhereABlockHasNoPosition)
 {
   constexpr uintmax_t end = 0x7FFFFFFF;
-  struct Row {
-    uintmax_t length;
-    size_t record;
-    bool fits;
-  } const rows[] = {{end - 17, 10, true}, {end - 16, 10, false}, {end, 1, false}, {end + 0x1000, 1, false}};
-  for (Row const & row : rows) {
+  std::tuple<uintmax_t, size_t, bool> const rows[] = {
+      {end - 17, 10, true}, {end - 16, 10, false}, {end, 1, false}, {end + 0x1000, 1, false}};
+  for (auto const & [length, size, isFit] : rows) {
     std::filesystem::remove(folder.Path() / "a.si");
     std::filesystem::remove(folder.Path() / "a.sr");
     auto store = Open();
@@ -383,19 +380,19 @@ TEST_F(Store, GrowsNoFileToWhereABlockHasNoPosition)
     Put(*store, 2, std::string(64, 'f'));
     store->DeleteRec(2);
     store->Close();
-    std::filesystem::resize_file(folder.Path() / "a.sr", row.length);  // a hole
+    std::filesystem::resize_file(folder.Path() / "a.sr", length);  // a hole
     store = Open();
-    std::string const record(row.record, 'x');
+    std::string const record(size, 'x');
     Put(*store, 3, std::string(64, 'y'));  // the free block fits
-    EXPECT_EQ(Put(*store, 4, record), row.fits) << row.length;
-    EXPECT_EQ(Get(*store, 4), row.fits ? record : "") << row.length;
-    EXPECT_EQ(Put(*store, 1, "more than it has"), 0) << row.length;
+    EXPECT_EQ(Put(*store, 4, record), isFit) << length;
+    EXPECT_EQ(Get(*store, 4), isFit ? record : "") << length;
+    EXPECT_EQ(Put(*store, 1, "more than it has"), 0) << length;
     EXPECT_EQ(Get(*store, 1), "ABCD");
     EXPECT_EQ(store->DeleteRec(3), 1);
-    EXPECT_EQ(Put(*store, 1, "more than it has"), 1) << row.length;  // into the free block
+    EXPECT_EQ(Put(*store, 1, "more than it has"), 1) << length;  // into the free block
     EXPECT_EQ(Get(*store, 1), "more than it has");
     EXPECT_EQ(store->DeleteRec(4), 1);
-    EXPECT_LT(std::filesystem::file_size(folder.Path() / "a.sr"), std::max(end, row.length + 1));
+    EXPECT_LT(std::filesystem::file_size(folder.Path() / "a.sr"), std::max(end, length + 1));
   }
 }
 

@@ -112,21 +112,18 @@ TEST(Dates, AreReadInTheOrderOfThePattern)
 
 TEST(Dates, HaveWeeksFromMonday)
 {
-  struct Row {
-    DateVals date;
-    Fields plain, flagged;
-  } const rows[] = {
+  std::tuple<DateVals, Fields, Fields> const rows[] = {
       {DateVals(2000, 1, 3), {2000, 1, 3}, {1999, 12, 27}}, {DateVals(2000, 1, 4), {2000, 1, 3}, {1999, 12, 27}},
       {DateVals(2000, 1, 5), {2000, 1, 3}, {1999, 12, 27}}, {DateVals(2000, 1, 6), {2000, 1, 3}, {2000, 1, 3}},
       {DateVals(2000, 1, 7), {2000, 1, 3}, {2000, 1, 3}},   {DateVals(2000, 1, 8), {2000, 1, 3}, {2000, 1, 3}},
       {DateVals(2000, 1, 9), {2000, 1, 3}, {2000, 1, 3}},
   };
-  for (Row const & row : rows) {
+  for (auto const & [day, plain, flagged] : rows) {
     DateVals out;
-    GetStartOfWeek(out, row.date, 0);
-    EXPECT_EQ(fieldsOf(out), row.plain);
-    GetStartOfWeek(out, row.date, 1);
-    EXPECT_EQ(fieldsOf(out), row.flagged);
+    GetStartOfWeek(out, day, 0);
+    EXPECT_EQ(fieldsOf(out), plain);
+    GetStartOfWeek(out, day, 1);
+    EXPECT_EQ(fieldsOf(out), flagged);
     GetEndOfWeek(out, DateVals(2000, 2, 28));
     EXPECT_EQ(fieldsOf(out), (Fields{2000, 3, 5}));
   }

@@ -33,25 +33,21 @@ class SystemVersion : public testing::Test {
 
 TEST_F(SystemVersion, IsToldByFamily)
 {
-  struct Row {
-    DWORD platform;
-    char const * text;
-    int win32s, win95, winNT;
-  } const rows[] = {
+  std::tuple<DWORD, char const *, int, int, int> const rows[] = {
       {0, "Win32s on Windows 3.1 - Version 6:1:7601", 1, 0, 0},
       {1, "Win32 on Windows 95 - Version 6:1:7601", 0, 1, 0},
       {2, "Windows NT - Version 6:1:7601", 0, 0, 1},
       {0xFFFFFFFF, "Unknown Platform 4294967295 - Version 6:1:7601", 0, 0, 0},
       {77, "Win32s on Windows 3.1 - Version 6:1:7601", 1, 0, 0},  // the call that fails
   };
-  for (Row const & row : rows) {
-    g_nPlatform = row.platform;
+  for (auto const & [platform, written, win32s, win95, winNT] : rows) {
+    g_nPlatform = platform;
     CString text;
     GetOSVersionString(text);
-    EXPECT_EQ(text, row.text);
-    EXPECT_EQ(OSIsWin32s(), row.win32s);
-    EXPECT_EQ(OSIsWin95(), row.win95);
-    EXPECT_EQ(OSIsWinNT(), row.winNT);
+    EXPECT_EQ(text, written);
+    EXPECT_EQ(OSIsWin32s(), win32s);
+    EXPECT_EQ(OSIsWin95(), win95);
+    EXPECT_EQ(OSIsWinNT(), winNT);
   }
   CString mods;
   GetOSModsString(mods);

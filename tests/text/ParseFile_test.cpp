@@ -172,11 +172,7 @@ TEST(ParseFile, NumericLinesAgreeOnTheirDelimeter)
 
 TEST(ParseFile, ColumnsAreWhereTheValuesOverlap)
 {
-  struct Row {
-    std::string_view bytes;
-    std::vector<UINT> starts;
-    std::vector<UINT> ends;
-  };
+  using Row = std::tuple<std::string_view, std::vector<UINT>, std::vector<UINT>>;
   // clang-format off
   Row const rows[] = {
       {"1  22\r\n10 2\r\n", {0, 3}, {1, 4}}, {"1 2\r\n1234\r\n", {}, {}}, {"1234\r\n1 2\r\n", {0}, {3}},
@@ -186,17 +182,17 @@ TEST(ParseFile, ColumnsAreWhereTheValuesOverlap)
       {"1 \r\n2 \r\n3 567\r\n", {0, 2, 2, 2}, {0, 1, 1, 4}}, {"1 \r\n2 \r\n 23\r\n", {}, {}}, {"x\r\n", {}, {}}, {"", {}, {}},
   };
   // clang-format on
-  for (Row const & row : rows) {
-    Parsed file(row.bytes);
+  for (auto const & [raw, begins, stops] : rows) {
+    Parsed file(raw);
     CUIntArray starts;
     CUIntArray ends;
     ends.SetSize(7);
-    EXPECT_EQ(file->GetColumnPositions(starts, ends), !row.starts.empty()) << row.bytes;
-    ASSERT_EQ(starts.GetSize(), static_cast<int>(row.starts.size())) << row.bytes;
-    ASSERT_EQ(ends.GetSize(), static_cast<int>(row.ends.size())) << row.bytes;
-    for (size_t i = 0; i < row.starts.size(); ++i) {
-      EXPECT_EQ(starts[static_cast<int>(i)], row.starts[i]) << row.bytes;
-      EXPECT_EQ(ends[static_cast<int>(i)], row.ends[i]) << row.bytes;
+    EXPECT_EQ(file->GetColumnPositions(starts, ends), !begins.empty()) << raw;
+    ASSERT_EQ(starts.GetSize(), static_cast<int>(begins.size())) << raw;
+    ASSERT_EQ(ends.GetSize(), static_cast<int>(stops.size())) << raw;
+    for (size_t i = 0; i < begins.size(); ++i) {
+      EXPECT_EQ(starts[static_cast<int>(i)], begins[i]) << raw;
+      EXPECT_EQ(ends[static_cast<int>(i)], stops[i]) << raw;
     }
     EXPECT_EQ(file->GetCurLineNumber(), 0);
   }

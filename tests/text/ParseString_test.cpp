@@ -68,22 +68,18 @@ TEST(ParseString, DelimetersAtTheEndMakeALastEmptyToken)
 
 TEST(ParseString, TheLimitSaysHowManyDelimetersBelongTogether)
 {
-  struct Row {
-    char const * text;
-    int limit;
-    Texts tokens;
-  };
+  using Row = std::tuple<char const *, int, Texts>;
   // clang-format off
   Row const rows[] = {
       {"a,,b", -1, {"a", "b"}}, {"a,,b", 1, {"a", "", "b"}}, {"a,,,b", 2, {"a", "", "b"}}, {"a,,b", 0, {"a", "", "b"}},
       {",a", 1, {"a"}}, {"a,", 1, {"a", ""}}, {",,,", 1, {"", "", ""}}, {",,,", -5, {""}}, {"", -1, {}},
       {"x,\"a,b\"y", 1, {"x", "a,b", "y"}}};
   // clang-format on
-  for (Row const & row : rows) {
-    ParseString line = withDelimeters(row.text, ",", row.limit);
+  for (auto const & [text, limit, words] : rows) {
+    ParseString line = withDelimeters(text, ",", limit);
     CStringArray tokens;
-    EXPECT_EQ(line.BuildTokenArray(tokens), static_cast<int>(row.tokens.size())) << row.text;
-    EXPECT_EQ(textsOf(tokens), row.tokens) << row.text << " with " << row.limit;
+    EXPECT_EQ(line.BuildTokenArray(tokens), static_cast<int>(words.size())) << text;
+    EXPECT_EQ(textsOf(tokens), words) << text << " with " << limit;
   }
 }
 
@@ -207,22 +203,18 @@ TEST(ParseString, QuotedStringsKeepEscapesAndExpandTabsAtTheirColumn)
 
 TEST(ParseString, ListsOfNumbersAndRangesFallBackToTheDefaultDelimeters)
 {
-  struct Row {
-    char const * text;
-    char const * delimiters;
-    std::vector<int> values;
-  };
+  using Row = std::tuple<char const *, char const *, std::vector<int>>;
   // clang-format off
   Row const rows[] = {
       {"1 3-5 12", " ", {1, 3, 4, 5, 12}}, {"1 - 3 , 5", " ", {1, 2, 3, 5}}, {"1  -   3", " ", {1, 2, 3}},
       {"1,3-4,7", ",", {1, 3, 4, 7}}, {"1,3 -4,7", ",", {}}, {"2.5 x \"1 2\" 9", " ", {9}}, {"4294967297", " ", {1}},
       {"", " ", {}}};
   // clang-format on
-  for (Row const & row : rows) {
-    ParseString line = withDelimeters(row.text, row.delimiters);
+  for (auto const & [written, delimiters, values] : rows) {
+    ParseString line = withDelimeters(written, delimiters);
     GPUIntArray out(77, 78);
-    EXPECT_EQ(line.GetUIntArray(out, 0, GPUIntArray()), static_cast<int>(row.values.size())) << row.text;
-    EXPECT_EQ(valuesOf(out), row.values) << row.text;
+    EXPECT_EQ(line.GetUIntArray(out, 0, GPUIntArray()), static_cast<int>(values.size())) << written;
+    EXPECT_EQ(valuesOf(out), values) << written;
   }
   ParseString line("3 1-4 2");
   GPUIntArray out;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include <zpbase/text.h>
@@ -12,40 +13,31 @@ using Texts = std::vector<std::string>;
 
 TEST(Strings, ChoppingCutsAtWholeLineEndsOnly)
 {
-  struct Row {
-    char const * text;
-    int longest;
-    Texts lines;
-  };
+  using Row = std::tuple<char const *, int, Texts>;
   // clang-format off
   Row const rows[] = {
       {"a\r\nb", 1, {"a", "b"}}, {"a\r\n\r\nbcd\r\n", 3, {"a", "", "bcd"}}, {"", 0, {}}, {"\r\n", 0, {""}},
       {"a\r\r\nb", 5, {"a\r\r\nb"}}, {"a\rb\nc", 5, {"a\rb\nc"}}, {"a\r", 2, {"a\r"}}, {"\r\r\r\nx", 2, {"\r\r", "x"}}};
   // clang-format on
-  for (Row const & row : rows) {
+  for (auto const & [text, longest, parts] : rows) {
     CStringArray lines;
     lines.Add("kept");
-    EXPECT_EQ(ChopString(lines, row.text), row.longest) << row.text;
-    ASSERT_EQ(lines.GetSize(), static_cast<int>(row.lines.size()) + 1) << row.text;
-    for (size_t i = 0; i < row.lines.size(); ++i) EXPECT_EQ(lines[static_cast<int>(i) + 1], row.lines[i].c_str());
+    EXPECT_EQ(ChopString(lines, text), longest) << text;
+    ASSERT_EQ(lines.GetSize(), static_cast<int>(parts.size()) + 1) << text;
+    for (size_t i = 0; i < parts.size(); ++i) EXPECT_EQ(lines[static_cast<int>(i) + 1], parts[i].c_str());
   }
 }
 
 TEST(Strings, TabsReachTheNextStop)
 {
-  struct Row {
-    char const * text;
-    int width;
-    unsigned int tabs;
-    char const * expanded;
-  };
+  using Row = std::tuple<char const *, int, unsigned int, char const *>;
   Row const rows[] = {{"a\tb", 8, 1, "a       b"}, {"12345678\t|", 8, 1, "12345678        |"},
                       {"\t\tx", 2, 2, "    x"},    {"none", 8, 0, "none"},
                       {"a\tb", 0, 1, "a b"},       {"", 8, 0, ""}};
-  for (Row const & row : rows) {
-    CString text(row.text);
-    EXPECT_EQ(ExpandTabs(text, row.width), row.tabs) << row.text;
-    EXPECT_EQ(text, row.expanded);
+  for (auto const & [written, width, tabs, expanded] : rows) {
+    CString text(written);
+    EXPECT_EQ(ExpandTabs(text, width), tabs) << written;
+    EXPECT_EQ(text, expanded);
   }
   CString wide(std::string(100, '\t'));
   ExpandTabs(wide, 8);

@@ -102,11 +102,7 @@ TEST_F(DrawingTool, PutsTheEntitiesInAWholeDrawing)
 
 TEST_F(DrawingTool, CountsYFromTheLowerEdge)
 {
-  struct {
-    std::string metafile;
-    char const * options;
-    int height;
-  } const rows[] = {
+  std::tuple<std::string, char const *, int> const rows[] = {
       {oneLine().Plain(), "", 300},
       {oneLine().Plain(), "--height 1000", 1000},
       {oneLine().Plain(), "--height -5", -5},
@@ -119,9 +115,9 @@ TEST_F(DrawingTool, CountsYFromTheLowerEdge)
       {MetafileBytes().Line(10, 10, 20, 10).Placeable(600, 400, 0, 0), "", 11},
       {MetafileBytes().Window(0, 0, 0, 0).Line(10, 10, 20, 10).Placeable(0, 0, 20, 30), "", 30},
   };
-  for (auto const & row : rows) {
-    std::string const entities = EntitiesOf(row.metafile, row.options);
-    std::string const last = lineFrom("CONTINUOUS", 7, 10, row.height - 10, 20, row.height - 10);
+  for (auto const & [metafile, options, height] : rows) {
+    std::string const entities = EntitiesOf(metafile, options);
+    std::string const last = lineFrom("CONTINUOUS", 7, 10, height - 10, 20, height - 10);
     EXPECT_TRUE(entities.ends_with(last)) << entities << last;
   }
 }
@@ -259,11 +255,7 @@ TEST_F(DrawingTool, CheckTellsWhatIsBroken)
 {
   EntitiesOf(MetafileBytes(oneLine()).Add(0x0418, {30, 30, 10, 10}).Text(5, 5, "x").Plain());
   std::string const sound = m_Folder.Read("out.dxf");
-  struct {
-    char const * old;
-    char const * other;
-    char const * told;
-  } const rows[] = {
+  std::tuple<char const *, char const *, char const *> const rows[] = {
       {" 20\r\n290.0", " 20\r\nx", "\"x\" is no number for group 20"},
       {" 20\r\n290.0", " 20\r\n1e300", "\"1e300\" is no number for group 20"},
       {" 20\r\n290.0\r\n", "", "the LINE has no group 20"},
@@ -283,14 +275,14 @@ TEST_F(DrawingTool, CheckTellsWhatIsBroken)
       {"  2\r\nENTITIES", "  2\r\nENTITIES\r\n", "\"\" is no group code"},
       {"\r\n", "\n", "the line doesn't end with CR LF"},
   };
-  for (auto const & row : rows) {
+  for (auto const & [old, other, told] : rows) {
     std::string broken = sound;
-    size_t const at = broken.find(row.old);
-    ASSERT_NE(at, std::string::npos) << row.old;
-    m_Folder.Write("broken.dxf", broken.replace(at, std::strlen(row.old), row.other));
+    size_t const at = broken.find(old);
+    ASSERT_NE(at, std::string::npos) << old;
+    m_Folder.Write("broken.dxf", broken.replace(at, std::strlen(old), other));
     ProgramRun const run = Zp("--check broken.dxf");
-    EXPECT_EQ(run.status, 1) << row.told;
-    EXPECT_NE(run.out.find(std::string(": ") + row.told + "\n"), std::string::npos) << row.told << '\n' << run.out;
+    EXPECT_EQ(run.status, 1) << told;
+    EXPECT_NE(run.out.find(std::string(": ") + told + "\n"), std::string::npos) << told << '\n' << run.out;
   }
   for (size_t length = 0; length < sound.size(); length += 37)
     m_Folder.Write("cut" + std::to_string(length), sound.substr(0, length));

@@ -3,6 +3,7 @@
 #include <limits>
 #include <memory>
 #include <sstream>
+#include <tuple>
 
 #include <zpbase/numeric.h>
 #include <zpbase/platform/archive.h>
@@ -119,10 +120,7 @@ TEST_F(StoreTool, TableGivesBackComponentsBitForBit)
 
 TEST_F(StoreTool, EachColumnHasTheItemOfItsName)
 {
-  struct Item {
-    char const * column;
-    int id;
-  };
+  using Item = std::tuple<char const *, int>;
   Item const items[] = {{"name", 1},
                         {"formula", 2},
                         {"cas", 3},
@@ -148,10 +146,10 @@ TEST_F(StoreTool, EachColumnHasTheItemOfItsName)
   std::string head = "id";
   std::string row = "5";
   std::string ids;
-  for (Item const & item : items) {
-    head += std::string(",") + item.column;
+  for (auto const & [column, id] : items) {
+    head += std::string(",") + column;
     row += ",7";
-    ids += " " + std::to_string(item.id);
+    ids += " " + std::to_string(id);
   }
   ASSERT_EQ(Zp("import a -", head + "\n" + row + "\n").status, 0);
   std::string told;
@@ -350,11 +348,7 @@ TEST_F(StoreTool, WhatCantBeReadIsToldAndLeftOut)
   std::string const wrong =
       "zp: a.SR: record 1: the index has it at 0, but the block there is record 5; look with zp store check\n";
   std::string const raw = "zp: a.SR: record 3 is no component that a table can tell; export with --json\n";
-  struct Reading {
-    char const * arguments;
-    int status;
-    std::string err;
-  };
+  using Reading = std::tuple<char const *, int, std::string>;
   Reading const readings[] = {
       {"export a o.csv", 1, wrong + raw + "zp: a.SR: 2 records left out\n"},
       {"export a o.csv --skip", 0, wrong + raw + "zp: a.SR: 2 records left out\n"},
@@ -363,10 +357,10 @@ TEST_F(StoreTool, WhatCantBeReadIsToldAndLeftOut)
       {"list a --skip", 0, wrong + "zp: a.SR: 1 record left out\n"},
       {"get a 1", 1, wrong},
   };
-  for (Reading const & reading : readings) {
-    ProgramRun const run = Zp(reading.arguments);
-    EXPECT_EQ(run.status, reading.status) << reading.arguments;
-    EXPECT_EQ(run.err, reading.err);
+  for (auto const & [arguments, status, err] : readings) {
+    ProgramRun const run = Zp(arguments);
+    EXPECT_EQ(run.status, status) << arguments;
+    EXPECT_EQ(run.err, err);
   }
   EXPECT_EQ(m_Folder.Read("o.csv"), "id,name\n2,two\n");
   EXPECT_EQ(Zp("import b o.json").out, "2 records stored in b.SR: 2 new, 0 replaced\n");

@@ -230,16 +230,13 @@ TEST_F(Windows, KeepTheirPlaceInTheSettings)
   CPropertySheet sheet;
   RECT const start{1, 2, 201, 102};
   CString text;
-  struct Kind {
-    CWnd & window;
-    char const * value;
-  } const kinds[] = {{window, "1, 2, 201, 102"}, {dialog, "1, 2"}, {sheet, "1, 2"}};
-  for (Kind const & kind : kinds) {
-    kind.window.Create("w");
-    kind.window.MoveWindow(&start);
-    CWindowPlacement().Save("Frame", &kind.window);
+  std::tuple<CWnd &, char const *> const kinds[] = {{window, "1, 2, 201, 102"}, {dialog, "1, 2"}, {sheet, "1, 2"}};
+  for (auto const & [target, number] : kinds) {
+    target.Create("w");
+    target.MoveWindow(&start);
+    CWindowPlacement().Save("Frame", &target);
     GetSysString(text, "WindowPlacement", "Frame", CString());
-    EXPECT_EQ(text, kind.value);
+    EXPECT_EQ(text, number);
   }
   struct Row {
     CWnd & window;
