@@ -20,8 +20,8 @@ struct Sizes {
 
 constexpr std::size_t noEnd = SIZE_MAX;
 
-// Where lanes of 64 bytes are quicker than those of 32: on processors that have them whole, as measured on a Xeon, and on those that
-// halve them, as was found on a Zen 4 before the kernels for small products.
+// Where lanes of 64 bytes are quicker than those of 32: on processors that have them whole, as measured on a Xeon, and on those
+// that halve them, as was found on a Zen 4 before the kernels for small products.
 struct WideSizes {
   Sizes product;           // columns of the result
   Sizes matrixVector;      // columns of the matrix

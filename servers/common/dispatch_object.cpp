@@ -144,7 +144,8 @@ HRESULT DispatchObject::TellCurrent(EXCEPINFO * record) const
   } catch (Failure const & failure) {
     return failure.sentence.empty() ? failure.code : TellSentence(*m_pSpreadsheet, record, failure.code, failure.sentence);
   } catch (std::filesystem::filesystem_error const & error) {
-    return TellSentence(*m_pSpreadsheet, record, applicationError, error.path1().string() + ": " + TextOfError(error.code().value()));
+    return TellSentence(*m_pSpreadsheet, record, applicationError,
+                        error.path1().string() + ": " + TextOfError(error.code().value()));
   } catch (std::bad_alloc const &) {
     return E_OUTOFMEMORY;
   } catch (...) {

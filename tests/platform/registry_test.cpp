@@ -277,7 +277,7 @@ TEST_F(Registry, DamagedLinesAreNoValues)
   std::string levels = "[HKEY_CURRENT_USER";
   for (int i = 0; i < 511; ++i) levels += "\\k";
   for (std::string const & path : {levels + "]", levels + "\\k]"s, "[\\K]"s, "[K\\]"s, "[K\\\\K]"s, "[]"s, "[-]"s, "[K\x1FK]"s,
-                                 "[K\xE4]K] \t"s, "[K"s, "[K] x"s}) {
+                                   "[K\xE4]K] \t"s, "[K"s, "[K] x"s}) {
     bool const taken = path.ends_with("k]") ? path.size() == 1041 : path.ends_with('\t');
     std::vector<zp::RegistryEntry> entries;
     int lines = 0;

@@ -206,7 +206,8 @@ struct ImportCommand : StoreArguments {
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("FILE", file, "CSV file, between commas, semicolons or tabs, or JSON file; - for standard input")->required();
+    command.add_option("FILE", file, "CSV file, between commas, semicolons or tabs, or JSON file; - for standard input")
+        ->required();
     command.footer(toldColumns());
   }
 
