@@ -61,7 +61,9 @@ void appendShortened(std::string & lines, std::string const & text)
 void appendRow(std::string & lines, ListRow const & row, size_t classWidth)
 {
   std::string_view const name = row.className.empty() ? std::string_view("-") : row.className;
-  fmt::format_to(std::back_inserter(lines), FMT_COMPILE("{:>5}  {:>6}  {:<{}}  "), row.id, row.bytes, name, classWidth);
+  fmt::format_to(std::back_inserter(lines), FMT_COMPILE("{:>5}  {:>6}  "), row.id, row.bytes);
+  lines += name;
+  lines.append(classWidth - name.size() + 2, ' ');
   appendShortened(lines, row.text);
   lines.erase(lines.find_last_not_of(' ') + 1);
   lines += '\n';
