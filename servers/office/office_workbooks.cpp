@@ -72,9 +72,9 @@ class OfficeBook : public servers::Book {
 // The office's own words, which may be no more than a place in its source.
 std::string sentenceOf(rtl::OUString const & message)
 {
-  std::string const refused = "The office refuses this";
+  constexpr char const * refused = "The office refuses this";
   if (message.isEmpty()) return refused;
-  return message.startsWith("at ") ? refused + " (" + ToUtf8(message) + ")" : ToUtf8(message);
+  return message.startsWith("at ") ? std::string(refused) + " (" + ToUtf8(message) + ")" : ToUtf8(message);
 }
 
 }  // namespace

@@ -125,6 +125,7 @@ Chart MakeChart(std::vector<Curve> const & curves, TemperatureRange const & show
   chart.property = curves.front().property;
   chart.temperature = linearAxis(shown.from, shown.to, temperatureTicks);
   std::vector<std::vector<ChartPoint>> points;
+  points.reserve(curves.size());
   for (Curve const & curve : curves) points.push_back(sample(curve, shown, samples));
   chart.value = axisOf(points);
   for (size_t i = 0; i < curves.size(); ++i) {
