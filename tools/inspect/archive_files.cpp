@@ -64,7 +64,7 @@ bool takesAll(std::string const & bytes, Read const & read)
 std::string told(CObject const * object)
 {
   if (object == nullptr) return "null";
-  std::string const name = object->GetRuntimeClass()->m_lpszClassName;
+  std::string name = object->GetRuntimeClass()->m_lpszClassName;
   if (!object->IsKindOf(RUNTIME_CLASS(GPData))) return name;
   unsigned int const id = static_cast<GPData const *>(object)->GetDataID();
   DataMeaning const * const meaning = FindDataMeaning(id);

@@ -102,8 +102,8 @@ std::vector<Run> joined(std::vector<Run> runs, std::vector<Misfit> const & misfi
 {
   for (Misfit const & misfit : misfits) runs.push_back({misfit.line, false});
   std::ranges::sort(runs, {}, &Run::first);
-  auto const rest = std::ranges::unique(runs, {}, &Run::isNumeric);
-  runs.erase(rest.begin(), rest.end());
+  auto const isSameKind = [](Run const & one, Run const & next) { return one.isNumeric == next.isNumeric; };
+  runs.erase(std::unique(runs.begin(), runs.end(), isSameKind), runs.end());
   return runs;
 }
 
