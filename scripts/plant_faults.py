@@ -113,7 +113,8 @@ class Planter:
                 argument = self.root / "fuzz/seeds" / pathlib.Path(name).name if name.startswith("fuzz/") else "--gtest_brief=1"
                 run = subprocess.Popen([self.build / name, argument], cwd=scratch, stdout=sink,
                                        stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL, start_new_session=True,
-                                       env=dict(os.environ, TMPDIR=scratch, GTEST_CATCH_EXCEPTIONS="1"), preexec_fn=bounded)
+                                       env=dict(os.environ, TMPDIR=scratch, GTEST_CATCH_EXCEPTIONS="1", GTEST_FAIL_FAST="1"),
+                                       preexec_fn=bounded)
                 try:
                     status = run.wait(self.seconds.get(name, MOST_SECONDS))
                 except subprocess.TimeoutExpired:
@@ -213,6 +214,7 @@ def relocated(root, log):
 
 
 def main():
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))  # a planted fault is taken out and its build ended first
     options = arguments()
     root, build = pathlib.Path(__file__).resolve().parent.parent, options.build.resolve()
     planter = Planter(root, build)
