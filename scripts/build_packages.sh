@@ -2,7 +2,7 @@
 # Builds Debian's packages, has lintian judge them, unpacks them into a scratch root and uses them there: what autopkgtest runs on a
 # machine that has them installed (debian/tests) runs here without one, and so do the tests of zp where build/debug has them.
 #   scripts/build_packages.sh           the packages, in build/packages
-#   scripts/build_packages.sh --twice   and once more in another folder, without a compiler cache: both must be the same, bit by bit
+#   scripts/build_packages.sh --twice   and once more in another folder: both must be the same, bit by bit
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
@@ -47,15 +47,18 @@ use() {
 # compare FOLDER: the packages of another folder, built by another user's habits.
 compare() {
   local package
-  (umask 077 && CCACHE_DISABLE=1 TZ=Asia/Tokyo LC_ALL=C.UTF-8 build "$1")
+  (umask 077 && TZ=Asia/Tokyo LC_ALL=C.UTF-8 build "$1")
   for package in "$packages"/*.deb; do
     cmp "$package" "$1/${package##*/}"
     echo "${package##*/}: the same"
   done
 }
 
-# Debhelper gives the build a home of its own, where a compiler cache is not.
-if command -v ccache >/dev/null; then
+# Debhelper gives the build a home of its own, where a compiler cache is not. A cache writes paths of its own into what it keeps, so two
+# builds do without.
+if [ "${1:-}" = --twice ]; then
+  unset CMAKE_CXX_COMPILER_LAUNCHER
+elif command -v ccache >/dev/null; then
   CCACHE_DIR=$(ccache -k cache_dir)
   export CCACHE_DIR CCACHE_BASEDIR=$packages CCACHE_NOHASHDIR=1
 fi
