@@ -69,7 +69,7 @@ struct EvalCommand : StoreArguments {
 
   ExitStatus Run() const
   {
-    std::vector<double> const all = readTemperatures();
+    std::vector<double> const all = ReadTemperatures();
     DataMeaning const & meaning = FindCurveProperty(property);
     StoredRecords const records(GetNames());
     std::string const subject = recordName(records.GetNames(), id);
@@ -77,12 +77,11 @@ struct EvalCommand : StoreArguments {
     auto const & component = static_cast<GPDataArray const &>(*object);
     auto const curve = FindCurve(component, id, meaning, subject);
     if (!curve) throw Failure(fmt::format("{}: has no {}; it has {}", subject, property, knownCurves(component)));
-    bool const isWhole = json ? printJson(*curve, all) : printTable(*curve, all);
+    bool const isWhole = json ? PrintJson(*curve, all) : PrintTable(*curve, all);
     return isWhole ? exitDone : exitWanting;
   }
 
- private:
-  static double readNumber(std::string_view text, std::string const & whole)
+  static double ReadNumber(std::string_view text, std::string const & whole)
   {
     double value = 0;
     auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -92,7 +91,7 @@ struct EvalCommand : StoreArguments {
         exitUsage);
   }
 
-  std::vector<double> readTemperatures() const
+  std::vector<double> ReadTemperatures() const
   {
     constexpr size_t most = 100'000;
     std::vector<double> all;
@@ -100,10 +99,10 @@ struct EvalCommand : StoreArguments {
       size_t const first = text.find(':');
       size_t const second = first == std::string::npos ? first : text.find(':', first + 1);
       std::string_view const view = text;
-      double const from = readNumber(view.substr(0, first), text);
-      double const to = first == std::string::npos ? from : readNumber(view.substr(first + 1, second - first - 1), text);
-      double const step = second == std::string::npos ? 1.0 : readNumber(view.substr(second + 1), text);
-      if (first != std::string::npos && second == std::string::npos) readNumber("", text);
+      double const from = ReadNumber(view.substr(0, first), text);
+      double const to = first == std::string::npos ? from : ReadNumber(view.substr(first + 1, second - first - 1), text);
+      double const step = second == std::string::npos ? 1.0 : ReadNumber(view.substr(second + 1), text);
+      if (first != std::string::npos && second == std::string::npos) ReadNumber("", text);
       constexpr double slack = 1e-9;
       for (size_t i = 0; from + static_cast<double>(i) * step <= to + step * slack && all.size() <= most; ++i)
         all.push_back(from + static_cast<double>(i) * step);
@@ -112,7 +111,7 @@ struct EvalCommand : StoreArguments {
     throw Failure(fmt::format("more than {} temperatures", most), exitUsage);
   }
 
-  bool printTable(Curve const & curve, std::vector<double> const & all) const
+  bool PrintTable(Curve const & curve, std::vector<double> const & all) const
   {
     std::string const head = fmt::format("{} [{}]", property, curve.property->unit);
     PrintShown(fmt::format("{}: {} = {}\n", curve.facts.name, property, curve.form->formula));
@@ -129,7 +128,7 @@ struct EvalCommand : StoreArguments {
     return isWhole;
   }
 
-  bool printJson(Curve const & curve, std::vector<double> const & all) const
+  bool PrintJson(Curve const & curve, std::vector<double> const & all) const
   {
     Json values = Json::array();
     bool isWhole = true;
@@ -181,15 +180,14 @@ struct PlotCommand : StoreArguments {
     for (std::string const & file : {svg, png}) {
       if (!file.empty()) RequireOtherFile(names, file);
     }
-    std::vector<Chart> const charts = readCharts(names);
-    if (!svg.empty()) draw(charts, PictureFormat::Svg, svg);
-    if (!png.empty()) draw(charts, PictureFormat::Png, png);
-    if (terminal || (svg.empty() && png.empty())) print(charts);
+    std::vector<Chart> const charts = ReadCharts(names);
+    if (!svg.empty()) Draw(charts, PictureFormat::Svg, svg);
+    if (!png.empty()) Draw(charts, PictureFormat::Png, png);
+    if (terminal || (svg.empty() && png.empty())) PrintCharts(charts);
     return exitDone;
   }
 
- private:
-  std::vector<DataMeaning const *> wanted() const
+  std::vector<DataMeaning const *> Wanted() const
   {
     if (properties.empty()) return GetCurveProperties();
     std::vector<DataMeaning const *> each;
@@ -197,7 +195,7 @@ struct PlotCommand : StoreArguments {
     return each;
   }
 
-  TemperatureRange shown(std::vector<Curve> const & curves) const
+  TemperatureRange Shown(std::vector<Curve> const & curves) const
   {
     TemperatureRange range = RangeToShow(curves);
     if (from > 0) range.from = from;
@@ -214,7 +212,7 @@ struct PlotCommand : StoreArguments {
     std::unique_ptr<CObject> object;
   };
 
-  std::vector<Member> readMembers(StoreNames const & names) const
+  std::vector<Member> ReadMembers(StoreNames const & names) const
   {
     StoredRecords const records(names);
     auto const & all = records.GetIDs();
@@ -227,21 +225,21 @@ struct PlotCommand : StoreArguments {
     return members;
   }
 
-  std::vector<Chart> readCharts(StoreNames const & names) const
+  std::vector<Chart> ReadCharts(StoreNames const & names) const
   {
     constexpr int samples = 400;
-    std::vector<Member> const members = readMembers(names);
+    std::vector<Member> const members = ReadMembers(names);
     std::vector<Chart> charts;
-    for (DataMeaning const * const property : wanted()) {
-      std::vector<Curve> const curves = readCurves(members, *property);
-      if (!curves.empty()) charts.push_back(MakeChart(curves, shown(curves), samples));
+    for (DataMeaning const * const property : Wanted()) {
+      std::vector<Curve> const curves = ReadCurves(members, *property);
+      if (!curves.empty()) charts.push_back(MakeChart(curves, Shown(curves), samples));
     }
     if (!charts.empty()) return charts;
     throw Failure(fmt::format("{}: has no curves for the plot", names.index));
   }
 
   // A curve that was asked for by name and that a component doesn't have is told; of all curves those are drawn that can be.
-  std::vector<Curve> readCurves(std::vector<Member> const & members, DataMeaning const & property) const
+  std::vector<Curve> ReadCurves(std::vector<Member> const & members, DataMeaning const & property) const
   {
     std::vector<Curve> curves;
     for (Member const & member : members) {
@@ -259,7 +257,7 @@ struct PlotCommand : StoreArguments {
     return curves;
   }
 
-  static void draw(std::vector<Chart> const & charts, PictureFormat format, std::string const & file)
+  static void Draw(std::vector<Chart> const & charts, PictureFormat format, std::string const & file)
   {
     constexpr double width = 860;
     constexpr double height = 380;
@@ -271,7 +269,7 @@ struct PlotCommand : StoreArguments {
     output.Commit();
   }
 
-  static void print(std::vector<Chart> const & charts)
+  static void PrintCharts(std::vector<Chart> const & charts)
   {
     constexpr int columns = 80;
     constexpr int rows = 20;
