@@ -1,7 +1,12 @@
 // zp store import and export: nothing of a record is lost on the way.
 
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <memory>
+#include <random>
 #include <sstream>
 #include <tuple>
 
@@ -199,9 +204,11 @@ TEST_F(StoreTool, TablesOfEveryMakeAreOneStore)
   std::string const windows =
       "# note\n\nid,name,tc_K,omega,antoine_A,antoine_B,,\n4,\"\xC4,\x80\",647.25,,20.5,-3e2,,\n5,Gr\xF6\xDF"
       "e,1.5,,,,,\n";
+  std::string mixed = replacedIn(windows, ',', ";");
+  mixed.replace(mixed.find("\xC4;") + 1, 1, ",");
   ASSERT_EQ(Zp("import a -", english).status, 0);
   for (std::string const & table : {windows, "\xEF\xBB\xBF" + german, german, tabbed, wideBytes(english, true),
-                                    wideBytes(tabbed, false), "\xEF\xBB\xBF" + english}) {
+                                    wideBytes(tabbed, false), mixed, "\xEF\xBB\xBF" + english}) {
     ProgramRun const run = Zp("import b -", table);
     EXPECT_EQ(run.status, 0) << table << run.err;
     EXPECT_EQ(m_Folder.Read("b.SR"), m_Folder.Read("a.SR")) << table;
@@ -223,6 +230,39 @@ TEST_F(StoreTool, CharactersMayLieAcrossPiecesOfATable)
       EXPECT_EQ(Zp("export a").out, "id,name\n1,\u20AC\u00E4\n") << before;
     }
   }
+}
+
+// Of any bits, each number has the fewest digits that lead back to it.
+TEST_F(StoreTool, TableHasTheShortestNumbersThatGiveTheirBitsBack)
+{
+  std::mt19937 random(15);
+  Records records;
+  for (int id = 0; id < 300; ++id) {
+    GPDataArray data;
+    for (unsigned int item = 10; item < 19; ++item) {
+      auto const value = std::bit_cast<float>(static_cast<uint32_t>(random()));
+      if (std::isfinite(value)) data.AddData(new GPf(item, value));
+    }
+    records[id] = bytesOf(data);
+  }
+  Store(records);
+  ASSERT_EQ(Zp("export a a.csv").status, 0);
+  ASSERT_EQ(Zp("import b a.csv").status, 0);
+  EXPECT_EQ(Load("b"), records);
+  std::istringstream cells(replacedIn(m_Folder.Read("a.csv"), ',', "\n"));
+  int checked = 0;
+  for (std::string cell; std::getline(cells, cell);) {
+    if (std::isalpha(cell.front()) != 0 || cell.find_first_of(".e") == std::string::npos) continue;
+    float const value = std::strtof(cell.c_str(), nullptr);
+    size_t const first = cell.find_first_of("123456789");
+    std::string const digits = cell.substr(first, cell.find('e') - first);
+    auto const count = std::count_if(digits.begin(), digits.end(), [](char c) { return c != '.'; });
+    char shorter[40];
+    std::snprintf(shorter, sizeof shorter, "%.*e", static_cast<int>(count) - 2, static_cast<double>(value));
+    EXPECT_TRUE(count == 1 || std::strtof(shorter, nullptr) != value) << cell;
+    ++checked;
+  }
+  EXPECT_GT(checked, 2000);
 }
 
 TEST_F(StoreTool, GroupsAreMarkedByEitherLetterAndFitOneRecord)
