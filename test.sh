@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes the machine ready, builds, and runs every test. With --all also: the tests of the bridge to LibreOffice, the formatting gate,
-# clang-tidy, the tests in other locales, 20,000 states of a store after a crash, a second run under AddressSanitizer and
+# clang-tidy, the tests in other locales, files of other programs, 20,000 states of a store after a crash, a second run under AddressSanitizer and
 # UndefinedBehaviorSanitizer, the benchmarks' build, a trial of the installation, the packager's page with Debian's packages, the site of
 # headers and pages, and a while of each fuzz target (ZP_FUZZ_SECONDS, 60).
 # Each stage ends with the seconds that it took.
@@ -73,6 +73,7 @@ stage "clang-tidy" scripts/tidy.sh build/debug
 if [ -x scripts/test_in_locales.sh ]; then
   stage "Tests in other locales" scripts/test_in_locales.sh build/debug
 fi
+stage "Files of other programs" scripts/test_corpus.sh build/debug
 stage "Crash states" crash_states
 stage "Sanitizers" suite asan-ubsan
 stage "Benchmarks build" release

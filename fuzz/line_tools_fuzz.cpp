@@ -1,5 +1,5 @@
 // Any bytes as a text file under zp text and zp view; the first byte chooses the options. What is printed has no control
-// characters, and the numbers of a file, read once more, are the same.
+// characters, and the numbers of a file of nothing else, read once more, are the same.
 
 #include <algorithm>
 #include <cstdint>
@@ -43,11 +43,16 @@ void text(unsigned int choice)
   };
   std::string const json = choice & 64 ? "--json" : "";
   int const lines = run("lines", json);
+  std::string const told = readFile("out");
+  bool const areNumbers =
+      json.empty()
+          ? told.find("\nhead in line ") == std::string::npos && told.find("\ntexts in ") == std::string::npos
+          : told.find("\"head_line\": 0,") != std::string::npos && told.find("\"text_columns\": []") != std::string::npos;
   run("columns", json);
   int const numbers = run("numbers", "");
   require(lines == numbers);
   std::string const csv = readFile("out");
-  if (csv.find(',') == std::string::npos) return;
+  if (!areNumbers || csv.find(',') == std::string::npos) return;
   writeFile("csv", csv);
   options = {pathOf("csv"), "--delimiter", "comma"};
   run("numbers", "");

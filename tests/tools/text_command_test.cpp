@@ -8,7 +8,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <random>
+#include <thread>
 
 #include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
@@ -94,6 +96,46 @@ TEST(TextCommand, KeepsEachValueInItsColumn)
   });
 }
 
+TEST(TextCommand, KeepsHeadsNamesAndDates)
+{
+  char const * const cars = "\"mpg\" \"cyl\"\n\"Mazda \"\"RX4\"\"\" 21 6\n\"Fiat, 128\" 32.40 4\n";
+  runRows({
+      {cars, "numbers f", 0, ",mpg,cyl\n\"Mazda \"\"RX4\"\"\",21,6\n\"Fiat, 128\",32.4,4\n"},
+      {"\"a\",\"b\"\n\"1\",2,3\n\"2\",5,6\n", "numbers f", 0, ",a,b\n1,2,3\n2,5,6\n"},
+      {"Date,Open,\xB0"
+       "C\n2004-01-02,1.50,-\n2004-01-05,NA,x y\n2004-01-06,nan,2\n007,x,3\n",
+       "numbers f --missing 'x y'", 1,
+       "Date,Open,\u00B0"
+       "C\n2004-01-02,1.5,\n2004-01-05,,\n2004-01-06,,2\n",
+       "f: line 5, column 5: \"x\" is no number\n"},
+      {"Prose stands here\n\nT p\n1 2\nT p\n3 4\n", "numbers f", 1, "T,p\n1,2\n3,4\n",
+       "f: line 1, column 1: \"Prose\" is no number\nf: line 5, column 1: \"T\" is no number\n"},
+      {"# T p\n1 2\n", "numbers f", 1, "1,2\n",
+       "f: line 1, column 1: \"#\" is no number\n"
+       "f: hint: --comment TEXT leaves out the rest of a line from TEXT on, such as --comment '#'\n"},
+      {"a x 1\nb y 2\n3 z 3\n", "lines f", 0,
+       "3 lines, delimiter blank: 3 numeric, 0 blank, 0 not numeric; the longest has 5 characters\ntexts in column 1, 2\n"},
+      {"Ort;T\nK\xF6ln;1,5\n", "lines f", 0,
+       "2 lines, delimiter semicolon with decimal commas: 1 numeric, 0 blank, 0 not numeric; the longest has 8 characters\n"
+       "head in line 1: Ort, T\ntexts in column 1\n"},
+  });
+}
+
+TEST(TextCommand, LooksAtTheChosenColumnsAlone)
+{
+  std::string const table = "day,T,\"p, bar\",note\nMo,1,5,a\nTu,2,x,b\nWe,,7\n";
+  runRows({
+      {table, "numbers --columns T f", 0, "T\n1\n2\n\n"},
+      {table, "numbers --columns '2-3,day' f", 1, "T,\"p, bar\",day\n1,5,Mo\n,7,We\n",
+       "f: line 3, column 6: \"x\" is no number\n"},
+      {table, "numbers --columns 4,1 f", 0, "note,day\na,Mo\nb,Tu\n,We\n"},
+      {table, "numbers --columns 5 f", 2, "", "zp: --columns 5: a line has 4 columns\n"},
+      {table, "numbers --columns t f", 2, "", "zp: --columns t: is no column; there are day, T, p, bar, note\n"},
+      {"1 2\n", "numbers --columns 0 f", 2, "",
+       "zp: --columns 0: is no column; the file has no head, so columns have numbers alone\n"},
+  });
+}
+
 TEST(TextCommand, FindsTheDelimiterThatMakesMostLinesNumeric)
 {
   struct {
@@ -105,13 +147,16 @@ TEST(TextCommand, FindsTheDelimiterThatMakesMostLinesNumeric)
       {"1\t2\r\n3\t\r\n", "tab"},
       {"1\t2 3\r\n", "blank"},
       {"1, 2, 3\r\n", "comma"},
-      {"1;2\r\n1,2\r\n3;4\r\n", "semicolon"},
       {"1\r\n2\r\n", "none"},
       {"1\r\n\t\r\n2 3\r\n", "blank"},
       {",,,\r\n1 2\r\n", "blank"},
       {"Buzz,1\r\nRex 2,3\r\n", "comma"},
       {"x\t1\ty z\r\n", "tab"},
-      {"298,15;3,17\r\n", "none"},
+      {"298,15;3,17\r\n", "semicolon with decimal commas"},
+      {"298,15\t3,17\r\nx\t1\r\n", "tab with decimal commas"},
+      {"n;1,5;2\r\nm;3,5;\r\n", "semicolon with decimal commas"},
+      {"1;2\r\n1,2\r\n3;4\r\n", "semicolon"},
+      {"298,15 3,17\r\n", "none"},
       {"a b\r\n", "none"},
       {"\"a, b\";1;2\r\n\"x;y\";3\r\n", "semicolon"},
   };
@@ -126,10 +171,8 @@ TEST(TextCommand, FindsTheDelimiterThatMakesMostLinesNumeric)
 TEST(TextCommand, KeepsAQuotedCellWhole)
 {
   runRows({
-      {"\"a, b\",1\r\n\"1\" ,2\r\n\"say \"\"x, y\"\"\",3\r\n\"5,6\r\n", "lines --delimiter comma f", 1,
-       "4 lines, delimiter comma: 1 numeric, 0 blank, 3 not numeric; the longest has 16 characters\n"
-       "f: line 1, column 1: \"a, b\" is no number\nf: line 3, column 1: \"say \"\"x, y\"\"\" is no number\n"
-       "f: line 4, column 1: \"\"5\" is no number\n"},
+      {"\"a, b\",1\r\n\"1\" ,2\r\n\"say \"\"x, y\"\"\",3\r\n\"5,6\r\n", "numbers --delimiter comma f", 0,
+       "\"a, b\",1\n1,2\n\"say \"\"x, y\"\"\",3\n\"\"\"5\",6\n"},
   });
 }
 
@@ -168,8 +211,8 @@ TEST(TextCommand, PrintsTheShortestFormThatADoubleHas)
 
 TEST(TextCommand, TakesNothingElseForANumber)
 {
-  for (char const * word : {"-", "+", ".", "E", "1e", "1e5x", "0x10", "1-3", "1.2.3.4", "0.10132-100", "1e400", "nan", "-inf",
-                            "10%", "1_000", "\"1", "1\"\"", "1,5"}) {
+  for (char const * word : {"+",    ".",    "E",   "1e",    "1e5x", "0x10",  "1-3", "1.2.3.4", "0.10132-100", "1e400",
+                            "-nan", "-inf", "10%", "1_000", "\"1",  "1\"\"", "1,5", "--",      "na",          "NAN"}) {
     TempFolder const folder;
     folder.Write("f", "1 2\r\n3 "s + word + "\r\n4 5\r\n");
     Outcome const outcome = runText(folder, "numbers --delimiter blank --report 1 f");
@@ -179,13 +222,14 @@ TEST(TextCommand, TakesNothingElseForANumber)
   }
 }
 
-TEST(TextCommand, ReadsEveryLineEndAndSaysWhichParseFileDoesNotTake)
+TEST(TextCommand, ReadsEveryLineEndAndSaysWhereTheyAreMixed)
 {
-  char const * const one = "zp: f: 1 line ends in LF alone where ParseFile expects CR LF; a copy that has both was read\n";
-  char const * const two = "zp: f: 2 lines end in LF alone where ParseFile expects CR LF; a copy that has both was read\n";
+  char const * const one = "zp: f: 1 line ends in LF alone, others in CR LF; the file may be of two halves\n";
+  char const * const two = "zp: f: 2 lines end in LF alone, others in CR LF; the file may be of two halves\n";
   runRows({
-      {"1 2\n3 4\n", "numbers f", 0, "1,2\n3,4\n", two},
-      {" 1 2 \n 3 4 \n 5 6 ", "numbers f", 0, "1,2\n3,4\n5,6\n", two},
+      {"1 2\n3 4\n", "numbers f", 0, "1,2\n3,4\n"},
+      {" 1 2 \n 3 4 \n 5 6 ", "numbers f", 0, "1,2\n3,4\n5,6\n"},
+      {"1 2\n3 4\n5 6\r\n", "numbers f", 0, "1,2\n3,4\n5,6\n", two},
       {"1 2\r\n3 4\n5 6\r\n", "numbers f", 0, "1,2\n3,4\n5,6\n", one},
       {"1 2\r\n3 4\n", "numbers f", 0, "1,2\n3,4\n", one},
       {"1 2\r3 4\r", "numbers f", 0, "1,2\n3,4\n"},
@@ -222,11 +266,12 @@ TEST(TextCommand, CountsAndShowsLines)
        "is no number\n"
        "f: line 2, column 1: \"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx...\" is no number\n"
        "f: hint: --skip 2 passes over what stands in front of the first numeric line\n"},
-      {"Buzz,1,2\r\nRex,3,4\r\n", "lines --json --report 1 f", 1,
-       "{\n  \"blank\": 0,\n  \"comments\": 0,\n  \"delimiter\": \"comma\",\n  \"hints\": [],\n  \"lines\": 2,\n  \"longest\": "
-       "8,\n"
-       "  \"not_numeric\": [\n    {\n      \"column\": 1,\n      \"line\": 1,\n      \"text\": \"Buzz\"\n    },\n    {\n"
-       "      \"column\": 1,\n      \"line\": 2,\n      \"text\": \"Rex\"\n    }\n  ],\n  \"numeric\": 0\n}\n"},
+      {"n,1\r\nRex,3\r\nRex,x\r\nRex,y\r\n", "lines --json --report 1 f", 1,
+       "{\n  \"blank\": 0,\n  \"comments\": 0,\n  \"decimal_comma\": false,\n  \"delimiter\": \"comma\",\n  \"head_line\": 0,\n"
+       "  \"hints\": [],\n  \"lines\": 4,\n  \"longest\": 5,\n"
+       "  \"not_numeric\": [\n    {\n      \"column\": 5,\n      \"line\": 3,\n      \"text\": \"x\"\n    },\n    {\n"
+       "      \"column\": 5,\n      \"line\": 4,\n      \"text\": \"y\"\n    }\n  ],\n  \"numeric\": 2,\n"
+       "  \"text_columns\": [\n    1\n  ]\n}\n"},
   });
 }
 
@@ -237,7 +282,7 @@ TEST(TextCommand, ShowsWhereColumnsStand)
        "delimiter: blank\nvalues on a line: 2\ncolumn 1: characters 1 to 2\ncolumn 2: characters 4 to 5\n"},
       {"T\r\n 1,,33,\r\n10,,3,\r\n", "columns f --skip 1", 0,
        "delimiter: comma\nvalues on a line: 4\ncolumn 1: characters 1 to 2\ncolumn 2: characters 5 to 6\n"},
-      {"1 2\r\n1  2\r\n1 -\r\n", "columns f", 0,
+      {"1 2\r\n1  2\r\n1 x\r\n", "columns f", 0,
        "delimiter: blank\nvalues on a line: 2\ncolumn 1: characters 1 to 1\ncolumn 2: characters 3 to 3\ncolumn 3: characters 4 "
        "to 4\n"
        "more columns than values on a line: some lack values, or they don't stand below each other\n"
@@ -264,7 +309,7 @@ TEST(TextCommand, SaysWhyNothingIsNumeric)
 
 TEST(TextCommand, HintsAtWhatHelps)
 {
-  EXPECT_TRUE(hintsOf("T;p\r\n1,5;2,5\r\n").starts_with("--decimal-comma reads"));
+  EXPECT_TRUE(hintsOf("1;2,5\r\n1;2.5\r\n1;3.5\r\n").starts_with("--decimal-comma reads"));
   EXPECT_TRUE(hintsOf("1.5;2\r\n", "--decimal-comma").starts_with("with --decimal-comma a point"));
   EXPECT_TRUE(hintsOf("1,000,000 2\r\n").starts_with("commas between groups"));
   EXPECT_TRUE(hintsOf("# x\r\n1 2\r\n").starts_with("--comment TEXT"));
@@ -272,7 +317,7 @@ TEST(TextCommand, HintsAtWhatHelps)
   EXPECT_TRUE(hintsOf("1 1.#QNAN\r\n").starts_with("infinite and undefined"));
   EXPECT_TRUE(hintsOf("1 -NaN\r\n").starts_with("infinite and undefined"));
   EXPECT_TRUE(hintsOf("1 1e400\r\n").starts_with("beyond 1.8e308"));
-  EXPECT_TRUE(hintsOf("1 -0x1F\r\n").starts_with("hexadecimal"));
+  EXPECT_TRUE(hintsOf("1 2\r\n1 -0x1F\r\n").starts_with("hexadecimal"));
   EXPECT_TRUE(hintsOf("2024-01-02 12:30\r\n").starts_with("dates and times"));
   EXPECT_TRUE(hintsOf("1 0.1-100\r\n").starts_with("two numbers run together"));
   EXPECT_TRUE(hintsOf("1 ****\r\n").starts_with("asterisks"));
@@ -284,7 +329,7 @@ TEST(TextCommand, RefusesWhatIsNoFile)
   runRows({
       {"", "lines none", 1, "", "zp: none: there is no such file; check the name\n"},
       {"", "lines .", 1, "", "zp: .: is a folder; name a file\n"},
-      {"", "lines /dev/zero", 1, "", "zp: /dev/zero: is no regular file; give a file's name, or - for standard input\n"},
+      {"", "lines /dev/zero", 1, "", "zp: /dev/zero: is no file or pipe; give a file's name, or - for standard input\n"},
       {"", "lines", 2, "", "zp: FILE is required; see zp text lines --help\n"},
       {"1\r\n", "lines --delimiter 5 f", 2, "",
        "zp: --delimiter \"5\": is comma, tab, semicolon, blank, or one character that no number has in it\n"},
@@ -296,7 +341,9 @@ TEST(TextCommand, RefusesWhatIsNoFile)
   EXPECT_EQ(runText(folder, "lines long").errors,
             "zp: long: is too long: at most 2147483645 bytes can be parsed at once; split it\n");
   ASSERT_EQ(mkfifo((folder.Path() / "pipe").c_str(), 0600), 0);
-  EXPECT_EQ(runText(folder, "lines pipe").errors, "zp: pipe: is no regular file; give a file's name, or - for standard input\n");
+  std::thread writer([&] { std::ofstream(folder.Path() / "pipe") << "1 2\n3 4\n"; });
+  EXPECT_EQ(runText(folder, "numbers pipe").output, "1,2\n3,4\n");
+  writer.join();
   folder.Write("held", "1 2\r\n");
   std::FILE * const held = std::fopen((folder.Path() / "held").c_str(), "r+");
   ASSERT_EQ(flock(fileno(held), LOCK_EX), 0);

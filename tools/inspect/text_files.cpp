@@ -136,10 +136,10 @@ bool isNumeric(std::string_view text, InspectedFile const & file, Inspection & f
   options.json = true;  // keeps every misfit
   options.tellsLineEnds = false;
   TextLines lines(options, PassesOf(options));
-  char const delimiter = ChooseDelimiter(lines, options);
+  TextForm const form = FindForm(lines, options);
   std::vector<Run> numeric;
   int former = 0;
-  TextSurvey const survey = SurveyLines(lines, delimiter, options, [&](std::vector<Cell> const &) {
+  TextSurvey const survey = SurveyLines(lines, form, options, {}, [&](std::vector<Cell> const &) {
     if (lines.GetNumber() != former + 1) numeric.push_back({lines.GetNumber(), true});
     former = lines.GetNumber();
   });
@@ -147,7 +147,7 @@ bool isNumeric(std::string_view text, InspectedFile const & file, Inspection & f
   auto const count = static_cast<size_t>(survey.lines);
   found.kind = "text of numbers";
   found.holds.push_back(fmt::format("{}, delimiter {}: {} numeric, {} blank, {} not numeric", Counted(count, "line"),
-                                    NameOf(delimiter), survey.numeric, survey.blank, survey.other));
+                                    NameOf(form.delimiter), survey.numeric, survey.blank, survey.other));
   if (file.WantsParts() && countLines(text) == count) addRuns(text, joined(std::move(numeric), survey.misfits), found);
   addWhole(file, found, "lines of text");
   found.GoOn(survey.other == 0 ? "zp text numbers %" : "zp text lines %");

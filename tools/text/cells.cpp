@@ -145,6 +145,22 @@ bool NumberReader::ReadText()
 {
   m_dValue = 0.0;
   if (m_Text.empty()) return true;
+  std::string_view const text = m_Text;
+  if (ReadNumber()) return true;
+  if (!IsMissingWord(text)) return false;
+  m_Text = {};
+  return true;
+}
+
+bool NumberReader::IsMissingWord(std::string_view text) const
+{
+  constexpr std::string_view usual[] = {"NA", "nan", "NaN", "-"};
+  return std::find(std::begin(usual), std::end(usual), text) != std::end(usual) ||
+         std::find(m_Missing.begin(), m_Missing.end(), text) != m_Missing.end();
+}
+
+bool NumberReader::ReadNumber()
+{
   if (!(m_bDecimalComma ? commaNumbers : pointNumbers).HasAll(m_Text)) return false;
   m_Text = InPlainForm(m_Text);
   size_t used = 0;

@@ -1,6 +1,7 @@
 // A line's cells, and the numbers in them.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,21 +26,29 @@ std::string_view WithoutQuotes(std::string_view text);
 // quotes and have Fortran's D for an E.
 class NumberReader {
  public:
-  explicit NumberReader(bool decimalComma) : m_bDecimalComma(decimalComma) {}
+  // Words of missing values are NA, nan, NaN and -, and those in missing, which must outlive this.
+  explicit NumberReader(bool decimalComma, std::span<std::string const> missing = {})
+      : m_bDecimalComma(decimalComma), m_Missing(missing)
+  {
+  }
 
-  // False if the cell is no number and not empty.
+  // False if the cell is neither a number nor missing.
   bool Read(Cell const & cell);
   bool IsMissing() const { return m_Text.empty(); }
+  bool IsNumber(Cell const & cell) { return Read(cell) && !IsMissing(); }
 
   // The last cell's number in the shortest form that gives the same double; as it stands if it has more digits than a double.
   void AppendTo(std::string & csv) const;
 
  private:
   bool ReadText();
+  bool ReadNumber();
+  bool IsMissingWord(std::string_view text) const;
   std::string_view InPlainForm(std::string_view text);
   bool IsHeldByDouble() const;
 
   bool m_bDecimalComma;
+  std::span<std::string const> m_Missing;
   std::string m_strPlain;
   std::string_view m_Text;  // of the last cell, in plain form
   zp::Decimal m_Number;     // its number, if that is exact

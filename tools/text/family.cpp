@@ -6,14 +6,17 @@
 #include <vector>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <zpbase/platform/terminal.h>
 #include <zpbase/text.h>
 #include <nlohmann/json.hpp>
 
 #include "tools/json_output.h"
 #include "tools/program.h"
+#include "tools/text/csv_output.h"
 #include "tools/text/line_survey.h"
 #include "tools/text/misfit_report.h"
+#include "tools/text/table_shape.h"
 
 namespace {
 
@@ -21,25 +24,49 @@ constexpr int standardOutput = 1;
 
 CLI::Range const count(0, 0x7FFFFFFF);
 
+std::vector<size_t> textColumns(TableShape const & shape)
+{
+  std::vector<size_t> columns;
+  for (size_t i = 0; i < shape.texts.size(); ++i) {
+    if (shape.texts[i]) columns.push_back(i + 1);
+  }
+  return columns;
+}
+
+std::string descriptionOf(TextForm const & form, TextOptions const & options)
+{
+  return NameOf(form.delimiter) + (form.decimalComma && !options.decimalComma ? " with decimal commas" : "");
+}
+
 ExitStatus showLines(TextOptions const & options)
 {
   TextLines text(options, PassesOf(options));
-  char const delimiter = ChooseDelimiter(text, options);
-  TextSurvey const found = SurveyLines(text, delimiter, options, [](std::vector<Cell> const &) {});
+  TextForm const form = FindForm(text, options);
+  TableShape const shape = FindShape(text, form, options);
+  TextSurvey const found = SurveyLines(text, form, options, shape, [](std::vector<Cell> const &) {});
   ExitStatus const status = found.other == 0 && found.numeric > 0 ? exitDone : exitWanting;
   if (options.json) {
-    nlohmann::json const all = {{"lines", found.lines},        {"numeric", found.numeric},
-                                {"blank", found.blank},        {"comments", found.comments},
-                                {"longest", found.longest},    {"delimiter", NameOf(delimiter)},
-                                {"hints", JsonOfHints(found)}, {"not_numeric", JsonOfMisfits(found)}};
+    nlohmann::json const all = {{"lines", found.lines},
+                                {"numeric", found.numeric},
+                                {"blank", found.blank},
+                                {"comments", found.comments},
+                                {"longest", found.longest},
+                                {"delimiter", NameOf(form.delimiter)},
+                                {"decimal_comma", form.decimalComma},
+                                {"head_line", shape.headLine},
+                                {"text_columns", textColumns(shape)},
+                                {"hints", JsonOfHints(found)},
+                                {"not_numeric", JsonOfMisfits(found)}};
     Print(DumpJson(all, 2) + "\n");
     return status;
   }
   std::string const comments = options.comment.empty() ? "" : Counted(static_cast<unsigned>(found.comments), "comment") + ", ";
   PrintShown(fmt::format("{}, delimiter {}: {} numeric, {} blank, {}{} not numeric; the longest has {}\n",
-                         Counted(static_cast<unsigned>(found.lines), "line"), NameOf(delimiter), found.numeric, found.blank,
-                         comments, found.other, Counted(static_cast<unsigned>(found.longest), "character")));
+                         Counted(static_cast<unsigned>(found.lines), "line"), descriptionOf(form, options), found.numeric,
+                         found.blank, comments, found.other, Counted(static_cast<unsigned>(found.longest), "character")));
   if (found.numeric == 0) PrintShown(WhyNone(text, options, found) + "\n");
+  if (shape.headLine > 0) PrintShown(fmt::format("head in line {}: {}\n", shape.headLine, fmt::join(shape.head, ", ")));
+  if (!shape.texts.empty()) PrintShown(fmt::format("texts in column {}\n", fmt::join(textColumns(shape), ", ")));
   ReportMisfits(stdout, options, found);
   return status;
 }
@@ -72,9 +99,9 @@ std::vector<Column> findColumns(std::string const & pictures, TextOptions const 
   return columns;
 }
 
-void printColumns(TextSurvey const & found, char delimiter, std::vector<Column> const & columns)
+void printColumns(TextSurvey const & found, std::string const & delimiter, std::vector<Column> const & columns)
 {
-  PrintShown(fmt::format("delimiter: {}\nvalues on a line: {}\n", NameOf(delimiter), ValueCounts(found)));
+  PrintShown(fmt::format("delimiter: {}\nvalues on a line: {}\n", delimiter, ValueCounts(found)));
   if (columns.empty()) Print("columns: none, the values of different lines don't stand below each other\n");
   int number = 0;
   for (Column const & column : columns)
@@ -91,72 +118,46 @@ void printColumns(TextSurvey const & found, char delimiter, std::vector<Column> 
 ExitStatus showColumns(TextOptions const & options)
 {
   TextLines text(options, PassesOf(options));
-  char const delimiter = ChooseDelimiter(text, options);
+  TextForm const form = FindForm(text, options);
+  TableShape const shape = FindShape(text, form, options);
   std::string pictures;
   TextSurvey const found =
-      SurveyLines(text, delimiter, options, [&](std::vector<Cell> const & cells) { appendPicture(pictures, cells); });
+      SurveyLines(text, form, options, shape, [&](std::vector<Cell> const & cells) { appendPicture(pictures, cells); });
   std::vector<Column> const columns = findColumns(pictures, options);
   if (options.json) {
     nlohmann::json places = nlohmann::json::array();
     for (Column const & column : columns) places.push_back({column.first, column.last});
-    nlohmann::json const all = {{"delimiter", NameOf(delimiter)},
+    nlohmann::json const all = {{"delimiter", NameOf(form.delimiter)},
                                 {"fewest_values", found.fewestValues},
                                 {"most_values", found.mostValues},
                                 {"not_numeric", found.other},
                                 {"columns", places}};
     Print(DumpJson(all, 2) + "\n");
   } else if (found.numeric > 0) {
-    printColumns(found, delimiter, columns);
+    printColumns(found, descriptionOf(form, options), columns);
   } else {
     PrintShown(WhyNone(text, options, found) + (found.other > 0 ? "; zp text lines shows why\n" : "\n"));
   }
   return found.numeric > 0 ? exitDone : exitWanting;
 }
 
-// Lines of CSV on their way to standard output, in pieces large enough to be written as they are.
-class CsvOutput {
- public:
-  explicit CsvOutput(bool decimalComma) : m_Reader(decimalComma) {}
-
-  void Add(std::vector<Cell> const & cells)
-  {
-    for (Cell const & cell : cells) {
-      if (&cell != &cells.front()) m_strPiece += ',';
-      m_Reader.Read(cell);
-      m_Reader.AppendTo(m_strPiece);
-    }
-    m_strPiece += '\n';
-    if (m_strPiece.size() >= pieceBytes) Flush();
-  }
-
-  void Flush()
-  {
-    Print(m_strPiece);
-    m_strPiece.clear();
-  }
-
- private:
-  static constexpr size_t pieceBytes = 0x10000;
-
-  NumberReader m_Reader;
-  std::string m_strPiece;
-};
-
 ExitStatus showNumbers(TextOptions const & options)
 {
   TextLines text(options, PassesOf(options));
-  char const delimiter = ChooseDelimiter(text, options);
+  TextForm const form = FindForm(text, options);
+  TableShape const shape = FindShape(text, form, options);
   if (IsTerminal(standardOutput)) text.EndProgress();
-  CsvOutput csv(options.decimalComma);
-  TextSurvey const found = SurveyLines(text, delimiter, options, [&](std::vector<Cell> const & cells) { csv.Add(cells); });
+  CsvOutput csv(form, options, shape);
+  csv.AddHead();
+  TextSurvey const found = SurveyLines(text, form, options, shape, [&](std::vector<Cell> const & cells) { csv.Add(cells); });
   csv.Flush();
   FlushOutput();
   ReportMisfits(stderr, options, found);
   if (found.numeric == 0) throw Failure(WhyNone(text, options, found));
   if (found.fewestValues != found.mostValues) {
     Tell(fmt::format("{}: lines have {} values; {}", options.Name(), ValueCounts(found),
-                     delimiter == blankDelimiter ? "where one is missing between blanks, those behind it have moved up"
-                                                 : "short ones were not filled up"));
+                     form.delimiter == blankDelimiter ? "where one is missing between blanks, those behind it have moved up"
+                                                      : "short ones were not filled up"));
   }
   return found.other == 0 ? exitDone : exitWanting;
 }
@@ -164,13 +165,17 @@ ExitStatus showNumbers(TextOptions const & options)
 struct TextArguments : TextOptions {
   void AddOptions(CLI::App & command)
   {
-    command.add_option("FILE", file, "A text file, or - for standard input")->required();
+    command.add_option("FILE", file, "A text file or a pipe, or - for standard input")->required();
     command.add_option("--skip", skip, "Lines at the begin, such as a header, that aren't looked at")->check(count);
     command.add_option("--delimiter", delimiter,
                        "comma, tab, semicolon, blank (blanks and tabs in any mixture) or another character; by default the one "
                        "that makes most lines numeric");
     command.add_option("--comment", comment, "Leave out the rest of a line from this text on");
-    command.add_flag("--decimal-comma", decimalComma, "Numbers have a comma where others have a point");
+    command.add_flag("--decimal-comma", decimalComma,
+                     "Numbers have a comma where others have a point; between semicolons or tabs that is found");
+    command.add_option("--missing", missing, "Words of missing values, WORD,WORD, beside NA, nan, NaN and -")
+        ->delimiter(',')
+        ->allow_extra_args(false);
   }
 
   void AddJson(CLI::App & command) { command.add_flag("--json", json, "Print JSON"); }
@@ -210,12 +215,17 @@ struct ColumnsCommand : TextArguments {
 
 struct NumbersCommand : TextArguments {
   static constexpr char const * name = "numbers";
-  static constexpr char const * help = "Print the values as CSV; lines that aren't numeric are reported, with status 1";
-  static constexpr char const * example = "zp text numbers result.txt --skip 1 > result.csv";
+  static constexpr char const * help =
+      "Print the values as CSV, with head, names and dates; lines that aren't numeric are reported, with status 1";
+  static constexpr char const * example = "zp text numbers result.txt --columns T,3-5 > result.csv";
 
   void AddOptions(CLI::App & command)
   {
     TextArguments::AddOptions(command);
+    command
+        .add_option("--columns", columns, "Look at these alone, in this order: numbers from 1, ranges as 3-5, names of the head")
+        ->delimiter(',')
+        ->allow_extra_args(false);
     AddReport(command);
   }
   ExitStatus Run() const { return showNumbers(*this); }

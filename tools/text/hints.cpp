@@ -24,10 +24,10 @@ constexpr std::array<std::string_view, static_cast<size_t>(Hint::Count)> hintTex
     "--comment TEXT leaves out the rest of a line from TEXT on, such as --comment '#'",
     "--delimiter CHAR cuts at another character, such as --delimiter '|'",
     "some lines have another delimiter; --delimiter reads those and reports the others",
-    "infinite and undefined values are no numbers here; give them a value or take them out",
+    "infinite and undefined values are no numbers here; --missing WORD takes such a word for no value",
     "beyond 1.8e308 there is no number of double precision",
     "hexadecimal numbers aren't read; write them in decimal",
-    "dates and times are no numbers; take their columns out first, as by cut",
+    "dates and times are no numbers; zp text numbers --columns leaves their columns out",
     "two numbers run together, or an exponent lacks its E; put a blank or the E between",
     "asterisks stand for a number that was too wide for its field; write the file with wider fields",
 };

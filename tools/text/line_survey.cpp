@@ -18,94 +18,120 @@ struct NamedDelimiter {
   std::string_view name;
 };
 
-// In the order in which they are preferred.
+// In the order in which they are preferred, which is that of FindForm.
 constexpr NamedDelimiter delimiters[] = {{',', "comma"}, {'\t', "tab"}, {';', "semicolon"}, {blankDelimiter, "blank"}};
 
-class LineReader {
- public:
-  explicit LineReader(TextOptions const & options) : m_Numbers(options.decimalComma) {}
+// A way to cut lines and read their cells.
+struct Candidate {
+  char delimiter;
+  bool decimalComma;
+};
 
-  // The first cell of the line that is no number, or null.
-  Cell const * FindMisfit(std::string_view line, char delimiter)
+// Decimal commas that the options don't name come last, and not with commas or blanks, where they make two readings likely.
+std::vector<Candidate> candidatesFor(std::string_view delimiterList, bool decimalComma)
+{
+  std::vector<Candidate> candidates;
+  for (char const each : delimiterList) candidates.push_back({each, decimalComma});
+  for (char const each : delimiterList) {
+    if (!decimalComma && (each == '\t' || each == ';')) candidates.push_back({each, true});
+  }
+  return candidates;
+}
+
+class LineWeigher {
+ public:
+  LineWeigher(Candidate const & candidate, TextOptions const & options)
+      : m_Candidate(candidate), m_Numbers(candidate.decimalComma, options.missing)
   {
-    CutCells(line, delimiter, m_Cells);
-    m_nNumbers = 0;
-    for (Cell const & cell : m_Cells) {
-      if (!m_Numbers.Read(cell)) return &cell;
-      m_nNumbers += !m_Numbers.IsMissing();
-    }
-    return nullptr;
   }
 
-  std::vector<Cell> const & Cells() const { return m_Cells; }
-  int CountNumbers() const { return m_nNumbers; }  // in front of the misfit
+  // A comma between unquoted cells can't be told from a decimal one.
+  bool MayCut(std::string_view line) const
+  {
+    if (m_Candidate.delimiter == blankDelimiter) return true;
+    if (m_Candidate.delimiter == ',' && m_Candidate.decimalComma && !TrimBlanks(line).starts_with('"')) return false;
+    return line.find(m_Candidate.delimiter) != std::string_view::npos;
+  }
+
+  // A line of one cell speaks for no delimiter, and neither does one without a number.
+  int SpeaksFor(std::string_view line)
+  {
+    CutCells(line, m_Candidate.delimiter, m_Cells);
+    int numbers = 0;
+    for (Cell const & cell : m_Cells) {
+      if (!m_Numbers.Read(cell)) return 0;
+      numbers += !m_Numbers.IsMissing();
+    }
+    return m_Cells.size() > 1 && numbers > 0;
+  }
 
   // 0 for a line of one cell, and for one that is cut inside of numbers and leaves several in a cell.
-  int CountNumbersIn(std::string_view line, char delimiter)
+  int CountNumbers(std::string_view line)
   {
-    CutCells(line, delimiter, m_Cells);
+    CutCells(line, m_Candidate.delimiter, m_Cells);
     auto const hasSeveral = [](Cell const & cell) { return HintFor(cell.text, false) == Hint::MixedDelimiters; };
     if (m_Cells.size() < 2 || std::any_of(m_Cells.begin(), m_Cells.end(), hasSeveral)) return 0;
-    auto const isNumber = [&](Cell const & cell) { return m_Numbers.Read(cell) && !m_Numbers.IsMissing(); };
-    return static_cast<int>(std::count_if(m_Cells.begin(), m_Cells.end(), isNumber));
+    return static_cast<int>(
+        std::count_if(m_Cells.begin(), m_Cells.end(), [&](Cell const & cell) { return m_Numbers.IsNumber(cell); }));
   }
 
  private:
+  Candidate m_Candidate;
   NumberReader m_Numbers;
   std::vector<Cell> m_Cells;
-  int m_nNumbers = 0;
 };
 
-// A comma between unquoted cells can't be told from a decimal one.
-bool mayCut(std::string_view line, char delimiter, bool decimalComma)
-{
-  if (delimiter == blankDelimiter) return true;
-  if (delimiter == ',' && decimalComma && !TrimBlanks(line).starts_with('"')) return false;
-  return line.find(delimiter) != std::string_view::npos;
-}
+using Weigh = int (LineWeigher::*)(std::string_view line);
 
-// A line of one cell speaks for no delimiter, and neither does one without a number.
-int speaksFor(LineReader & reader, std::string_view line, char delimiter)
-{
-  return reader.FindMisfit(line, delimiter) == nullptr && reader.Cells().size() > 1 && reader.CountNumbers() > 0;
-}
+struct Weights {
+  std::vector<long long> of;
+  long long lines = 0;  // that aren't blank
+};
 
-int countNumbers(LineReader & reader, std::string_view line, char delimiter)
+Weights weighCandidates(TextLines & text, TextOptions const & options, std::vector<Candidate> const & candidates, Weigh weigh)
 {
-  return reader.CountNumbersIn(line, delimiter);
-}
-
-using Weigh = int (*)(LineReader & reader, std::string_view line, char delimiter);
-using Weights = std::array<long long, std::size(delimiters)>;
-
-Weights weighDelimiters(TextLines & text, TextOptions const & options, Weigh weigh)
-{
-  LineReader reader(options);
-  Weights weights = {};
+  std::vector<LineWeigher> weighers;
+  for (Candidate const & each : candidates) weighers.emplace_back(each, options);
+  Weights weights = {std::vector<long long>(candidates.size()), 0};
   for (text.Rewind(); text.Next();) {
     std::string_view const line = text.Get();
     if (TrimBlanks(line).empty()) continue;
-    for (size_t i = 0; i < weights.size(); ++i) {
-      char const delimiter = delimiters[i].character;
-      if (mayCut(line, delimiter, options.decimalComma)) weights[i] += weigh(reader, line, delimiter);
+    ++weights.lines;
+    for (size_t i = 0; i < weighers.size(); ++i) {
+      if (weighers[i].MayCut(line)) weights.of[i] += (weighers[i].*weigh)(line);
     }
   }
   return weights;
 }
 
-// Where no line is numeric, the delimiter with most numbers between it shows best why; of equal ones it isn't the comma, which
-// may be a decimal one.
-char findDelimiter(TextLines & text, TextOptions const & options)
+// Of equal ones it is the last but the blank, thus not the comma, which may be a decimal one; those with decimal commas must have
+// more.
+size_t mostNumbers(std::vector<long long> const & numbers, std::vector<Candidate> const & candidates)
 {
-  Weights const lines = weighDelimiters(text, options, speaksFor);
-  auto most = std::max_element(lines.begin(), lines.end());
-  if (*most > 0) return delimiters[most - lines.begin()].character;
-  Weights const numbers = weighDelimiters(text, options, countNumbers);
-  most = std::prev(numbers.end());
-  for (auto each = numbers.begin(); each != std::prev(numbers.end()); ++each) {
-    if (*each >= *most) most = each;
+  size_t most = 0;
+  auto const isBetter = [&](size_t i) {
+    if (numbers[i] != numbers[most]) return numbers[i] > numbers[most];
+    bool const isComma = candidates[most].delimiter == ',';
+    return candidates[i].delimiter != blankDelimiter && (isComma || candidates[i].decimalComma == candidates[most].decimalComma);
+  };
+  for (size_t i = 1; i < numbers.size(); ++i) {
+    if (isBetter(i)) most = i;
   }
-  return *most == 0 ? '\0' : delimiters[most - numbers.begin()].character;
+  return most;
+}
+
+// Where no line is numeric, the delimiter with most numbers between it shows best why.
+TextForm findForm(TextLines & text, TextOptions const & options, std::vector<Candidate> const & candidates)
+{
+  Weights const lines = weighCandidates(text, options, candidates, &LineWeigher::SpeaksFor);
+  auto const most = std::max_element(lines.of.begin(), lines.of.end());
+  Candidate const & best = candidates[static_cast<size_t>(most - lines.of.begin())];
+  bool const mayHaveTexts = 2 * *most <= lines.lines;
+  if (*most > 0) return {best.delimiter, best.decimalComma, mayHaveTexts};
+  Weights const numbers = weighCandidates(text, options, candidates, &LineWeigher::CountNumbers);
+  size_t const next = mostNumbers(numbers.of, candidates);
+  if (numbers.of[next] == 0) return {'\0', options.decimalComma, mayHaveTexts};
+  return {candidates[next].delimiter, candidates[next].decimalComma, mayHaveTexts};
 }
 
 char delimiterNamed(std::string const & name)
@@ -143,14 +169,51 @@ void noteNumeric(TextSurvey & found, TextLines const & text, size_t cells)
 
 }  // namespace
 
+LineReader::LineReader(TextForm const & form, TextOptions const & options, TableShape const & shape)
+    : m_Form(form), m_Shape(shape), m_Numbers(form.decimalComma, options.missing)
+{
+}
+
+Cell const * LineReader::FindMisfit(std::string_view line)
+{
+  CutCells(line, m_Form.Delimiter(), m_Cells);
+  if (!m_Shape.chosen.empty()) Choose();
+  m_nNumbers = 0;
+  bool hasText = false;
+  for (Cell const & cell : m_Cells) {
+    if (!m_Shape.texts.empty() && m_Shape.IsText(m_Shape.ColumnOf(static_cast<size_t>(&cell - m_Cells.data())))) {
+      hasText |= !cell.text.empty();
+      continue;
+    }
+    if (!m_Numbers.Read(cell)) return &cell;
+    m_nNumbers += !m_Numbers.IsMissing();
+  }
+  bool const isTextAlone = hasText && m_nNumbers == 0 && m_Shape.chosen.empty() && m_Cells.size() < m_Shape.texts.size();
+  return isTextAlone ? &m_Cells.front() : nullptr;
+}
+
+// Columns that the line doesn't have are missing.
+void LineReader::Choose()
+{
+  m_All.swap(m_Cells);
+  m_Cells.clear();
+  for (size_t const column : m_Shape.chosen) m_Cells.push_back(column < m_All.size() ? m_All[column] : Cell{});
+}
+
 int PassesOf(TextOptions const & options)
 {
   return options.delimiter.empty() ? 2 : 1;
 }
 
-char ChooseDelimiter(TextLines & text, TextOptions const & options)
+TextForm FindForm(TextLines & text, TextOptions const & options)
 {
-  return options.delimiter.empty() ? findDelimiter(text, options) : delimiterNamed(options.delimiter);
+  bool const isNamed = !options.delimiter.empty();
+  std::vector<Candidate> const candidates =
+      candidatesFor(isNamed ? std::string(1, delimiterNamed(options.delimiter)) : ",\t; ", options.decimalComma);
+  if (candidates.size() == 1) return {candidates.front().delimiter, options.decimalComma, true};
+  TextForm form = findForm(text, options, candidates);
+  if (isNamed) form.delimiter = candidates.front().delimiter;
+  return form;
 }
 
 std::string NameOf(char delimiter)
@@ -162,19 +225,21 @@ std::string NameOf(char delimiter)
   return std::string(1, delimiter);
 }
 
-TextSurvey SurveyLines(TextLines & text, char delimiter, TextOptions const & options, TakeCells const & take)
+TextSurvey SurveyLines(TextLines & text, TextForm const & form, TextOptions const & options, TableShape const & shape,
+                       TakeCells const & take)
 {
-  if (delimiter == '\0') delimiter = blankDelimiter;
   size_t const keep = options.json ? std::numeric_limits<size_t>::max() : static_cast<size_t>(options.report);
-  LineReader reader(options);
+  LineReader reader(form, options, shape);
   TextSurvey found;
   found.lines = text.GetCount();
   for (text.Rewind(); text.Next();) {
     found.longest = std::max(found.longest, text.GetLength());
     if (TrimBlanks(text.Get()).empty()) {
       ++(text.IsComment() ? found.comments : found.blank);
-    } else if (Cell const * const misfit = reader.FindMisfit(text.Get(), delimiter)) {
-      note(found, text, *misfit, keep, options.decimalComma);
+    } else if (text.GetNumber() == shape.headLine) {
+      ++found.heads;
+    } else if (Cell const * const misfit = reader.FindMisfit(text.Get())) {
+      note(found, text, *misfit, keep, form.decimalComma);
     } else {
       noteNumeric(found, text, reader.Cells().size());
       take(reader.Cells());

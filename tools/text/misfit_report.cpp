@@ -3,39 +3,23 @@
 #include "tools/text/misfit_report.h"
 
 #include <fmt/format.h>
-#include <zpbase/platform/encoding.h>
 
 #include "tools/program.h"
+#include "tools/text/cell_text.h"
 
 namespace {
 
 constexpr size_t shownCharacters = 40;
-
-bool isUtf8(std::string_view bytes)
-{
-  try {
-    nlohmann::json(std::string(bytes)).dump();
-    return true;
-  } catch (nlohmann::json::type_error const &) {
-    return false;
-  }
-}
 
 bool continuesCharacter(char c)
 {
   return (c & 0xC0) == 0x80;
 }
 
-// Text of a file in UTF-8, whichever of that and Windows-1252 it is in.
-std::string inUtf8(std::string_view bytes)
-{
-  return isUtf8(bytes) ? std::string(bytes) : zp::TextToUtf8(bytes);
-}
-
 // The text's begin, with no control character that a terminal would obey.
 std::string shown(std::string_view bytes)
 {
-  std::string const text = inUtf8(bytes);
+  std::string const text = InUtf8(bytes);
   std::string result;
   size_t characters = 0;
   for (size_t i = 0; i < text.size(); ++i) {
@@ -91,7 +75,7 @@ nlohmann::json JsonOfMisfits(TextSurvey const & found)
 {
   nlohmann::json list = nlohmann::json::array();
   for (Misfit const & misfit : found.misfits)
-    list.push_back({{"line", misfit.line}, {"column", misfit.column}, {"text", inUtf8(misfit.text)}});
+    list.push_back({{"line", misfit.line}, {"column", misfit.column}, {"text", InUtf8(misfit.text)}});
   return list;
 }
 

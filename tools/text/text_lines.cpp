@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 
 #include <fmt/format.h>
 #include <zpbase/platform/exceptions.h>
@@ -25,13 +26,19 @@ constexpr long long mostBytes = 0x7FFFFFFF - 2;  // that ParseFile takes
   throw Failure(fmt::format("{}: is too long: at most {} bytes can be parsed at once; split it", name, mostBytes));
 }
 
+bool isPipe(std::string const & name)
+{
+  std::error_code ignored;
+  return name == "-" || std::filesystem::is_fifo(name, ignored);
+}
+
 void requireRegularFile(std::string const & name)
 {
   auto const status = StatusOf(name);
   if (!status) throw Failure(fmt::format("{}: there is no such file; check the name", name));
   if (status->kind == zp::HostStatus::Folder) throw Failure(fmt::format("{}: is a folder; name a file", name));
   if (status->kind != zp::HostStatus::File)
-    throw Failure(fmt::format("{}: is no regular file; give a file's name, or - for standard input", name));
+    throw Failure(fmt::format("{}: is no file or pipe; give a file's name, or - for standard input", name));
   if (status->size > mostBytes) failTooLong(name);
 }
 
@@ -71,9 +78,9 @@ class Content {
   size_t m_nSkipped = 0;
 };
 
-Content readStandardInput(std::string const & name)
+Content readPipe(std::string const & hostName, std::string const & name)
 {
-  InputFile input("-");
+  InputFile input(hostName);
   Content content(0);
   content.Gather([&](char * place, size_t room) { return input.Read(place, room); }, name);
   return content;
@@ -119,8 +126,8 @@ std::unique_ptr<ParseFile> parse(std::string const & hostName, std::string const
 std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
 {
   std::string const name = options.Name();
-  bool const isPiped = options.file == "-";
-  std::optional<Content> content(isPiped ? readStandardInput(name) : readFile(options.file));
+  bool const isPiped = isPipe(options.file);
+  std::optional<Content> content(isPiped ? readPipe(options.file, name) : readFile(options.file));
   if (isWide(content->View()))
     throw Failure(fmt::format("{}: is UTF-16 text; convert it, as by iconv -f UTF-16 -t WINDOWS-1252", name));
   bool const isMarked = content->View().starts_with(utf8Mark);
@@ -129,8 +136,8 @@ std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
   isEmpty = bytes.empty();
   size_t const lone = CountLoneLineFeeds(bytes);
   if (lone != 0) {
-    if (options.tellsLineEnds) {
-      Tell(fmt::format("{}: {} in LF alone where ParseFile expects CR LF; a copy that has both was read", name,
+    if (options.tellsLineEnds && bytes.find("\r\n") != std::string_view::npos) {
+      Tell(fmt::format("{}: {} in LF alone, others in CR LF; the file may be of two halves", name,
                        lone == 1 ? "1 line ends" : fmt::format("{} lines end", lone)));
     }
     std::string const complete = WithLineEnds(bytes, lone);

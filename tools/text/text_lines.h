@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <zpbase/text.h>
 
@@ -19,6 +20,8 @@ struct TextOptions {
   std::string delimiter;  // empty: the one that makes most lines numeric
   std::string comment;
   bool decimalComma = false;
+  std::vector<std::string> missing;  // words of missing values beside the usual ones
+  std::vector<std::string> columns;  // numbers, ranges and names of those that are looked at; none: all
   bool json = false;
   bool tellsLineEnds = true;
 
@@ -27,8 +30,9 @@ struct TextOptions {
 
 class TextLines {
  public:
-  // Reads the file. A file that ParseFile can't take as it stands goes through a copy, with a word on standard error where its
-  // lines end otherwise than in CR LF. passes is how often all lines will be read, for the progress bar. Raises Failure.
+  // Reads the file, or a pipe to its end. What ParseFile can't take as it stands goes through a copy, with a word on standard
+  // error where some lines end in CR LF and others in LF alone. passes is how often all lines will be read, for the progress bar.
+  // Raises Failure.
   TextLines(TextOptions const & options, int passes);
 
   int GetCount() const { return m_nCount; }
