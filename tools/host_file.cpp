@@ -33,7 +33,8 @@ std::optional<zp::HostStatus> lookAt(std::string const & name, int (*look)(char 
   zp::HostStatus status;
   if (untilDone([&] { return look(name.c_str(), status); }) == 0) return status;
   if (saysMissing(errno)) return std::nullopt;
-  throw Failure(fmt::format("{}: can't be looked at: {}", name, std::strerror(errno)));
+  int const error = errno;
+  throw SystemFailure(fmt::format("{}: can't be looked at: {}", name, std::strerror(error)), error);
 }
 
 }  // namespace
@@ -99,7 +100,8 @@ std::string FollowedName(std::string const & name)
   std::unique_ptr<char, decltype(&std::free)> const target(zp::GetHostCalls().ResolveLinks(name.c_str()), &std::free);
   if (target) return target.get();
   if (saysMissing(errno)) return name;
-  throw Failure(fmt::format("{}: can't be looked at: {}", name, std::strerror(errno)));
+  int const error = errno;
+  throw SystemFailure(fmt::format("{}: can't be looked at: {}", name, std::strerror(error)), error);
 }
 
 Removal TryToRemove(std::string const & name)

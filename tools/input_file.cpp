@@ -13,9 +13,10 @@ InputFile::Buffer::Buffer(std::string const & name)
     : m_strName(ShownName(name)), m_pFile(name == "-" ? std::make_unique<HostFile>(0) : std::make_unique<HostFile>())
 {
   if (m_pFile->IsOpen()) return;
-  if (IsFolder(name)) throw Failure(fmt::format("{}: is a folder; name a file", name));
+  if (IsFolder(name)) throw SystemFailure(fmt::format("{}: is a folder; name a file", name), EISDIR);
   if (m_pFile->Open(name, zp::hostRead)) return;
-  throw Failure(fmt::format("{}: can't be opened: {}; check the name", name, std::strerror(errno)));
+  int const error = errno;
+  throw SystemFailure(fmt::format("{}: can't be opened: {}; check the name", name, std::strerror(error)), error);
 }
 
 size_t InputFile::Buffer::Take(char * buffer, size_t count)
@@ -28,7 +29,7 @@ size_t InputFile::Buffer::Take(char * buffer, size_t count)
 
 void InputFile::Buffer::Fail() const
 {
-  throw Failure(fmt::format("{}: can't be read: {}", m_strName, std::strerror(m_nError)));
+  throw SystemFailure(fmt::format("{}: can't be read: {}", m_strName, std::strerror(m_nError)), m_nError);
 }
 
 // A stream that meets the failure turns bad; others that read here let it pass.

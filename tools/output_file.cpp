@@ -40,8 +40,9 @@ OutputFile::~OutputFile()
 
 void OutputFile::Fail(int error) const
 {
-  throw Failure(
-      fmt::format("{}: can't be written: {}{}", m_strName, std::strerror(error), m_bDevice ? "" : "; nothing was changed"));
+  throw SystemFailure(
+      fmt::format("{}: can't be written: {}{}", m_strName, std::strerror(error), m_bDevice ? "" : "; nothing was changed"),
+      error);
 }
 
 void OutputFile::Write(std::string_view bytes)

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include <fmt/format.h>
 #include <zpbase/platform/encoding.h>
@@ -23,6 +24,7 @@
 namespace {
 
 volatile std::sig_atomic_t g_bInterrupted = 0;
+Teller g_pfnTeller = nullptr;
 
 void noteInterrupt(int)
 {
@@ -52,6 +54,11 @@ bool InterruptGuard::IsInterrupted()
   return g_bInterrupted != 0;
 }
 
+void InterruptGuard::Forget()
+{
+  g_bInterrupted = 0;
+}
+
 void Print(std::string_view text)
 {
   static bool const isTerminal = IsTerminal(1);
@@ -65,8 +72,14 @@ void PrintShown(std::string_view lines)
   Print(VisibleLines(lines));
 }
 
+Teller SetTeller(Teller teller)
+{
+  return std::exchange(g_pfnTeller, teller);
+}
+
 void Tell(std::string_view line)
 {
+  if (g_pfnTeller != nullptr) return g_pfnTeller(line);
   std::fflush(stdout);
   try {
     std::string const shown = fmt::format("zp: {}\n", Visible(line));
@@ -112,7 +125,7 @@ void WriteWholeFile(std::string const & name, std::string_view bytes)
 void FailCreating(std::string const & name, char const * what, CFileException const & problem)
 {
   if (problem.m_cause != CFileException::accessDenied) FailOpening(name, what, problem);
-  throw Failure(fmt::format("{}: the {} can't be created: permission denied; check the folder", name, what));
+  throw SystemFailure(fmt::format("{}: the {} can't be created: permission denied; check the folder", name, what), EACCES);
 }
 
 void FailOpening(std::string const & name, char const * what, CFileException const & problem)
@@ -121,14 +134,15 @@ void FailOpening(std::string const & name, char const * what, CFileException con
   switch (problem.m_cause) {
     case CFileException::fileNotFound:
     case CFileException::badPath:
-      throw Failure(fmt::format("{}: there is no such {}; check the name", name, what != nullptr ? what : "file"));
+      throw SystemFailure(fmt::format("{}: there is no such {}; check the name", name, what != nullptr ? what : "file"), ENOENT);
     case CFileException::sharingViolation:
     case CFileException::lockViolation:
-      throw Failure(fmt::format("{}: {}is in use by another program; try again when that has ended", name, subject));
+      throw SystemFailure(fmt::format("{}: {}is in use by another program; try again when that has ended", name, subject),
+                          EWOULDBLOCK);
     case CFileException::accessDenied:
-      throw Failure(fmt::format("{}: {}can't be opened: access is denied; check its permissions", name, subject));
+      throw SystemFailure(fmt::format("{}: {}can't be opened: access is denied; check its permissions", name, subject), EACCES);
     default:
-      throw Failure(fmt::format("{}: {}can't be opened: {}", name, subject, Describe(problem)));
+      throw SystemFailure(fmt::format("{}: {}can't be opened: {}", name, subject, Describe(problem)), EIO);
   }
 }
 

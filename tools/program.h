@@ -22,6 +22,16 @@ class Failure : public std::runtime_error {
   int m_nStatus;
 };
 
+// A failure for which the system gave the reason, as errno tells it.
+class SystemFailure : public Failure {
+ public:
+  SystemFailure(std::string const & line, int error) : Failure(line), m_nError(error) {}
+  int GetError() const { return m_nError; }
+
+ private:
+  int m_nError;
+};
+
 // Holds Ctrl-C back for as long as it lives, so that a step that mustn't be cut can end; the program asks between steps.
 class InterruptGuard {
  public:
@@ -31,6 +41,7 @@ class InterruptGuard {
   InterruptGuard & operator=(InterruptGuard const &) = delete;
 
   static bool IsInterrupted();
+  static void Forget();  // for a process that goes on
 
  private:
   void (*m_pfnFormer)(int);
@@ -47,6 +58,10 @@ void FlushOutput();
 
 // One line of the program's own on standard error, with whatever names in it.
 void Tell(std::string_view line);
+
+// Takes those lines in place of standard error; null brings that back. The result is the former one.
+using Teller = void (*)(std::string_view line);
+Teller SetTeller(Teller teller);
 
 // The line for memory that ran out, which needs none.
 void TellMemoryRanOut();

@@ -12,6 +12,7 @@
 #include "tools/drawing/drawing_file.h"
 #include "tools/drawing/dxf_report.h"
 #include "tools/drawing/file_names.h"
+#include "tools/drawing/metafile_input.h"
 #include "tools/drawing/record_names.h"
 #include "tools/host_file.h"
 #include "tools/json_output.h"
@@ -21,29 +22,6 @@
 namespace {
 
 using Json = nlohmann::json;
-
-struct DeleteMetafile {
-  void operator()(HMETAFILE metafile) const { DeleteMetaFile(metafile); }
-};
-using Metafile = std::unique_ptr<std::remove_pointer_t<HMETAFILE>, DeleteMetafile>;
-
-bool isEnhanced(std::string_view bytes)
-{
-  constexpr size_t place = 40;  // of the mark in an enhanced metafile's header
-  return bytes.size() > place && bytes.substr(place, 4) == " EMF";
-}
-
-Metafile openMetafile(std::string const & name)
-{
-  std::string const bytes = ReadWholeFile(name);
-  if (bytes.size() <= UINT32_MAX) {
-    Metafile metafile(SetMetaFileBitsEx(static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE const *>(bytes.data())));
-    if (metafile) return metafile;
-  }
-  throw Failure(fmt::format("{}: {}", name,
-                            isEnhanced(bytes) ? "is an enhanced metafile (EMF); save the picture as WMF"
-                                              : "doesn't begin as a metafile (WMF); check which program wrote it"));
-}
 
 // One drawing that was written, and what was read back of it where that was asked for.
 struct Result {
@@ -60,7 +38,7 @@ Result convert(DxfTask const & task, DxfOptions const & options)
   bool const draws = !names.svg.empty() || !names.png.empty();
   Result result;
   result.task = task;
-  Metafile const metafile = openMetafile(task.input);
+  Metafile const metafile = OpenMetafile(task.input);
   DrawingFile file(task.output);
   result.conversion = ConvertMetafile(metafile.get(), file, options.height);
   if (result.conversion.interrupted) return result;

@@ -2,6 +2,7 @@
 
 #include "tools/store/open_store.h"
 
+#include <cerrno>
 #include <cstdio>
 
 #include <fmt/format.h>
@@ -102,8 +103,9 @@ void OpenStore::LockRecordFile()
 {
   if (OpenRecordFile() || IsExchangeMarked(m_Names) || OpenRecordFile()) return;
   if (FileExists(m_Names.index)) {
-    throw Failure(fmt::format("{}: there is no such record file beside {}; bring it back or move the index file away",
-                              m_Names.record, m_Names.index));
+    throw SystemFailure(fmt::format("{}: there is no such record file beside {}; bring it back or move the index file away",
+                                    m_Names.record, m_Names.index),
+                        ENOENT);
   }
   CFileException const missing(CFileException::fileNotFound);
   if (m_Access != StoreAccess::Create) FailOpening(m_Names.record, "record file", missing);
@@ -140,8 +142,9 @@ void OpenStore::EndExchange()
 void OpenStore::RequireIndexFile() const
 {
   if (FileExists(m_Names.index)) return;
-  throw Failure(fmt::format("{}: there is no such index file beside {}; make a new one with zp store recover", m_Names.index,
-                            m_Names.record));
+  throw SystemFailure(fmt::format("{}: there is no such index file beside {}; make a new one with zp store recover",
+                                  m_Names.index, m_Names.record),
+                      ENOENT);
 }
 
 void OpenStore::FailEmptyIndex() const

@@ -3,6 +3,7 @@
 #include "tools/store/store_writer.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <optional>
 
@@ -32,6 +33,27 @@ StoreWriter::StoreWriter(StoreNames const & names, StoreAccess access)
     : m_Store(names, access), m_Backup(names, m_Store.TakeSurvey())
 {
   if (!m_Store.GetEndedExchange().empty()) Tell(fmt::format("{}: {}", names.record, m_Store.GetEndedExchange()));
+}
+
+std::vector<int> StoreWriter::GetIDs()
+{
+  GPDataFile & tables = m_Store.GetTables();
+  std::vector<int> ids;
+  ids.reserve(static_cast<size_t>(tables.GetRecCount()));
+  auto const end = static_cast<int>(tables.GetNextRecID());
+  for (auto id = static_cast<int>(tables.GetFirstRecID()); id < end; ++id) {
+    if (Has(id)) ids.push_back(id);
+  }
+  return ids;
+}
+
+std::vector<BYTE> StoreWriter::Load(int id)
+{
+  GPDataFile & tables = m_Store.GetTables();
+  unsigned int const length = tables.GetRecLength(id);
+  std::vector<BYTE> bytes(length);
+  if (length == 0 || Apply([&] { return tables.LoadRec(bytes.data(), length, id) == length; })) return bytes;
+  throw Failure(fmt::format("{}: record {} can't be read; look with zp store check", m_Store.GetNames().record, id));
 }
 
 void StoreWriter::SetHeader(std::unique_ptr<CObject> header)
@@ -65,11 +87,15 @@ void StoreWriter::Try(size_t bytes, std::function<void()> const & step)
 {
   std::string what;
   std::string reason;
+  int error = EIO;
   try {
     return step();
   } catch (Unwritten const & failure) {
     what = failure.what();
     reason = ": a write failed or didn't last";
+  } catch (SystemFailure const & failure) {
+    what = failure.what();
+    error = failure.GetError();
   } catch (Failure const & failure) {
     what = failure.what();
   } catch (CException * caught) {
@@ -78,8 +104,9 @@ void StoreWriter::Try(size_t bytes, std::function<void()> const & step)
   }
   std::string why;
   bool const isBack = TakeBack(bytes + zp::BlockHeader::byteCount, why);
-  throw Failure(fmt::format("{}{}; {}", what, why.empty() ? reason : ": " + why,
-                            isBack ? "the store is as it was" : "and it can't be undone: look with zp store check"));
+  throw SystemFailure(fmt::format("{}{}; {}", what, why.empty() ? reason : ": " + why,
+                                  isBack ? "the store is as it was" : "and it can't be undone: look with zp store check"),
+                      error);
 }
 
 bool StoreWriter::TakeBack(size_t bytes, std::string & why)

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "tools/store/open_store.h"
 #include "tools/store/store_backup.h"
@@ -21,6 +22,11 @@ class StoreWriter {
 
   bool IsNew() const { return m_Store.IsNew(); }
   bool Has(int id) { return m_Store.GetTables().GetRecLength(id) > 0; }
+
+  std::vector<int> GetIDs();  // ascending, as changed so far
+
+  // The record's bytes, none where there is no such record. Raises Failure, or the file's exception; nothing is undone then.
+  std::vector<BYTE> Load(int id);
 
   void SetHeader(std::unique_ptr<CObject> header);
 

@@ -36,6 +36,7 @@ class NumberReader {
   bool Read(Cell const & cell);
   bool IsMissing() const { return m_Text.empty(); }
   bool IsNumber(Cell const & cell) { return Read(cell) && !IsMissing(); }
+  double GetValue() const { return m_Number.isExact ? zp::ExactValue(m_Text.data(), m_Number) : m_dValue; }
 
   // The last cell's number in the shortest form that gives the same double; as it stands if it has more digits than a double.
   void AppendTo(std::string & csv) const;

@@ -3,6 +3,7 @@
 #include "tools/text/text_lines.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
 
@@ -35,8 +36,8 @@ bool isPipe(std::string const & name)
 void requireRegularFile(std::string const & name)
 {
   auto const status = StatusOf(name);
-  if (!status) throw Failure(fmt::format("{}: there is no such file; check the name", name));
-  if (status->kind == zp::HostStatus::Folder) throw Failure(fmt::format("{}: is a folder; name a file", name));
+  if (!status) throw SystemFailure(fmt::format("{}: there is no such file; check the name", name), ENOENT);
+  if (status->kind == zp::HostStatus::Folder) throw SystemFailure(fmt::format("{}: is a folder; name a file", name), EISDIR);
   if (status->kind != zp::HostStatus::File)
     throw Failure(fmt::format("{}: is no file or pipe; give a file's name, or - for standard input", name));
   if (status->size > mostBytes) failTooLong(name);
