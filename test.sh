@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Makes the machine ready, builds, and runs every test. With --all also: the tests of the bridge to LibreOffice, the formatting gate,
-# clang-tidy, the tests in other locales, files of other programs, 20,000 states of a store after a crash, a second run under AddressSanitizer and
-# UndefinedBehaviorSanitizer, the benchmarks' build, a trial of the installation, the packager's page with Debian's packages, the site of
-# headers and pages, and a while of each fuzz target (ZP_FUZZ_SECONDS, 60).
+# Makes the machine ready, builds, and runs every test. With --all also: the tests of the bridge to LibreOffice and of the Python
+# package, the formatting gate, clang-tidy, the tests in other locales, files of other programs, 20,000 states of a store after a
+# crash, a second run under AddressSanitizer and UndefinedBehaviorSanitizer, the benchmarks' build, a trial of the installation, the
+# packager's page with Debian's packages, the site of headers and pages, and a while of each fuzz target (ZP_FUZZ_SECONDS, 60).
 # Each stage ends with the seconds that it took.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -18,7 +18,7 @@ stage() {
 }
 
 suite() {
-  cmake --preset "$1" >/dev/null
+  cmake --preset "$@" >/dev/null
   cmake --build --preset "$1"
   ctest --preset "$1" --output-log "build/$1/ctest.log" | tail -n 30
 }
@@ -61,10 +61,12 @@ fuzzing() {
 }
 
 prepare "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
+options=()
 if [ "${1:-}" = --all ]; then
-  prepare "${OFFICE_PACKAGES[@]}"
+  prepare "${OFFICE_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}"
+  options=(-DZP_BUILD_PYTHON=ON)
 fi
-stage "Tests" suite debug
+stage "Tests" suite debug "${options[@]}"
 [ "${1:-}" = --all ] || exit 0
 
 prepare "${CHECK_PACKAGES[@]}" "${PACKAGING_PACKAGES[@]}" "${SITE_PACKAGES[@]}"

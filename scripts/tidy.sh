@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 build=${1:-build/debug}
 folders=()
-for folder in platform foundation store data numeric text config messages drawing views spreadsheet system tools servers; do
+for folder in platform foundation store data numeric text config messages drawing views spreadsheet system tools servers python; do
   [ -d "$folder" ] && folders+=("$folder")
 done
 find "${folders[@]}" -name '*.cpp' | sort | while read -r file; do
