@@ -94,9 +94,10 @@ class Settings {
   {
     std::string const & file = GetFile();
     if (file.empty()) return;
+    if (HostFile().Open(file, zp::hostWrite)) return;
+    int const error = errno;
     std::string const folder = std::filesystem::path(file).parent_path().string();
-    if (!folder.empty() && !FileExists(folder)) throw SystemFailure(sentence, ENOENT);
-    if (FileExists(file) && !HostFile().Open(file, zp::hostWrite)) throw SystemFailure(sentence, errno);
+    if (error != ENOENT || (!folder.empty() && !FileExists(folder))) throw SystemFailure(sentence, error);
   }
 
   SettingsOptions m_Options;

@@ -85,8 +85,8 @@ def test_settings_of_a_profile_and_of_a_hive(tmp_path, zp):
     assert zp("settings", "get", "-r", hive, "-c", "Zephlow", "Units", "Block") == "00ff\n"
     with pytest.raises(ValueError, match="line end"):
         zpbase.settings(profile=profile)["Units", "Name"] = "two\nlines"
-    with pytest.raises(FileNotFoundError):
-        zpbase.settings(profile=tmp_path / "no" / "app.ini")["Units", "Name"] = "x"
+    with pytest.raises(NotADirectoryError):
+        zpbase.settings(profile=profile / "app.ini")["Units", "Name"] = "x"
     with pytest.raises(ValueError):
         zpbase.settings(profile=profile, hive=hive)
     hive.write_text("something else")

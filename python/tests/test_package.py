@@ -12,7 +12,7 @@ from conftest import BINARY, SOURCE, TABLE
 
 
 def test_the_stub_names_what_there_is():
-    tree = ast.parse((SOURCE / "python" / "zpbase" / "__init__.pyi").read_text())
+    tree = ast.parse((SOURCE / "python" / "package" / "__init__.pyi").read_text())
     told = {node.name: node for node in tree.body if isinstance(node, (ast.ClassDef, ast.FunctionDef))}
     assert set(told) == set(zpbase.__all__)
     for name, node in told.items():
