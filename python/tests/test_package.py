@@ -38,5 +38,5 @@ def test_an_installed_package_is_found(tmp_path):
     assert {path.suffix for path in (package / "zpbase").iterdir()} == {".py", ".pyi", ".typed", ".so"}
     environment = {**os.environ, "PYTHONPATH": str(package), "LD_LIBRARY_PATH": str(BINARY)}
     program = "import zpbase; print(zpbase.__file__, zpbase.Vector([1, 2]).sum())"
-    run = subprocess.run([sys.executable, "-c", program], env=environment, capture_output=True, text=True, check=True)
+    run = subprocess.run([sys.executable, "-c", program], env=environment, cwd=tmp_path, capture_output=True, text=True, check=True)
     assert run.stdout.split() == [str(package / "zpbase" / "__init__.py"), "3.0"]
