@@ -33,11 +33,11 @@ class TableReader {
 
   NumberTable Read()
   {
-    char const delimiter = ChooseDelimiter(m_Text, m_Options);
-    NumberReader reader(m_Options.decimalComma);
+    TextForm const form = FindForm(m_Text, m_Options);
+    NumberReader reader(form.decimalComma);
     std::vector<size_t> ends;
     std::vector<double> values;
-    TextSurvey const found = SurveyLines(m_Text, delimiter, m_Options, [&](std::vector<Cell> const & cells) {
+    TextSurvey const found = SurveyLines(m_Text, form, m_Options, TableShape(), [&](std::vector<Cell> const & cells) {
       for (Cell const & cell : cells) {
         reader.Read(cell);
         values.push_back(reader.IsMissing() ? missing : reader.GetValue());
@@ -50,7 +50,7 @@ class TableReader {
     table.rows = ends.size();
     table.columns = static_cast<size_t>(found.mostValues);
     table.values = found.fewestValues == found.mostValues ? std::move(values) : Filled(values, ends, table.columns);
-    FindHeads(table, found.firstNumeric, delimiter);
+    FindHeads(table, found.firstNumeric, form.Delimiter());
     return table;
   }
 
