@@ -24,7 +24,7 @@ class LibraryCall {
   LibraryCall & operator=(LibraryCall const &) = delete;
 
  private:
-  std::optional<py::gil_scoped_release> m_Released;  // first, so that who leaves gives the library back before it waits for Python
+  std::optional<py::gil_scoped_release> m_Released;  // first: the library is given back before Python is waited for
   std::unique_lock<std::mutex> m_Lock;
 };
 
