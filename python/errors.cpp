@@ -55,7 +55,7 @@ void setFailure(Failure const & failure)
 void translate(std::exception_ptr raised)
 {
   try {
-    if (raised) std::rethrow_exception(raised);
+    if (raised) std::rethrow_exception(std::move(raised));
   } catch (SystemFailure const & failure) {
     setOSError(failure.GetError(), failure.what());
   } catch (Failure const & failure) {

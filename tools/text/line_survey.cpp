@@ -91,6 +91,7 @@ struct Weights {
 Weights weighCandidates(TextLines & text, TextOptions const & options, std::vector<Candidate> const & candidates, Weigh weigh)
 {
   std::vector<LineWeigher> weighers;
+  weighers.reserve(candidates.size());
   for (Candidate const & each : candidates) weighers.emplace_back(each, options);
   Weights weights = {std::vector<long long>(candidates.size()), 0};
   for (text.Rewind(); text.Next();) {
