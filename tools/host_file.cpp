@@ -67,13 +67,6 @@ unsigned long long SizeOf(std::string const & name)
   return status ? static_cast<unsigned long long>(status->size) : 0;
 }
 
-zp::HostTime TimeOf(std::string const & name)
-{
-  auto const status = StatusOf(name);
-  if (status) return status->modified;
-  throw Failure(fmt::format("{}: is gone", name));
-}
-
 bool IsLink(std::string const & name)
 {
   auto const itself = lookAt(name, zp::GetHostCalls().GetStatusOfLink);

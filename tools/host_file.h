@@ -18,9 +18,6 @@ bool IsRegularFile(std::string const & name);
 // The bytes of the file, 0 where there is none. Raises Failure.
 unsigned long long SizeOf(std::string const & name);
 
-// When it was last written to. Raises Failure, also where there is none.
-zp::HostTime TimeOf(std::string const & name);
-
 // Whether the name is that of a link. Raises Failure.
 bool IsLink(std::string const & name);
 

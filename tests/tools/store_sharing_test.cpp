@@ -1,9 +1,13 @@
 // Several programs at one store: who is let in, and that nothing that was said to be stored is gone.
 
 #include <array>
+#include <functional>
 #include <thread>
 
+#include <zpbase/platform/host_calls.h>
+
 #include "tests/tools/store_fixture.h"
+#include "tools/command_line.h"
 
 namespace {
 
@@ -92,6 +96,56 @@ TEST_F(StoreTool, LosesNothingOfTwoProgramsThatMakeAStore)
     if (other == 0) stored[2] = "b";
     EXPECT_FALSE(stored.empty());
     EXPECT_EQ(Load(stem), stored);
+  }
+}
+
+// Behind one close of a file lets another program do its work, as soon as it stands at that close.
+class Rival {
+ public:
+  Rival(int place, std::function<void()> work)
+  {
+    s_nLeft = place;
+    s_Work = std::move(work);
+    zp::GetHostCalls().Close = [](int file) {
+      int const result = s_Kept.Close(file);
+      if (--s_nLeft == 0) s_Work();
+      return result;
+    };
+  }
+  ~Rival() { zp::GetHostCalls() = s_Kept; }
+  Rival(Rival const &) = delete;
+  Rival & operator=(Rival const &) = delete;
+  bool HasCome() const { return s_nLeft <= 0; }
+
+ private:
+  static inline zp::HostCalls const s_Kept = zp::GetHostCalls();
+  static inline int s_nLeft;
+  static inline std::function<void()> s_Work;
+};
+
+int runInside(std::vector<char const *> const & words)
+{
+  return RunCommandLine(static_cast<int>(words.size()), words.data());
+}
+
+TEST_F(StoreTool, TakesBackNothingOfAProgramThatCameBetween)
+{
+  m_Folder.Write("one", "one");
+  std::string const stem = (m_Folder.Path() / "a").string();
+  std::string const one = (m_Folder.Path() / "one").string();
+  std::string const other = (m_Folder.Path() / "other").string();
+  for (std::string const bytes : {"two", "longer"}) {
+    m_Folder.Write("other", bytes);
+    bool hasCome = true;
+    for (int place = 1; hasCome; ++place) {
+      Store({{1, "old"}, {2, "beside"}});
+      int second = 1;
+      Rival const rival(place, [&] { second = runInside({"zp", "store", "put", stem.c_str(), "1", other.c_str()}); });
+      int const first = runInside({"zp", "store", "put", stem.c_str(), "1", one.c_str()});
+      hasCome = rival.HasCome();
+      std::string const now = Load()[1];
+      EXPECT_TRUE(now == bytes ? second == 0 : now == "one" && first == 0) << place << ": " << first << second << now;
+    }
   }
 }
 

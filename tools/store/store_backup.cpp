@@ -43,7 +43,7 @@ std::string whyNoRoom(CFile & file, size_t count)
 
 StoreBackup::StoreBackup(StoreNames const & names, Survey survey) : m_Names(names), m_Before(std::move(survey))
 {
-  if (FileExists(names.index)) m_Index = ReadWholeFile(names.index);
+  if (FileExists(names.index)) m_IndexBytes = ReadWholeFile(names.index);
   for (size_t i = 0; i < m_Before.blocks.size(); ++i) {
     zp::RecordBlock const & block = m_Before.blocks[i].block;
     if (!block.isFree) m_Blocks.emplace(block.id, i);
@@ -62,18 +62,14 @@ void StoreBackup::Keep(int id)
   m_Payloads.emplace(found->second, ReadPayload(file, m_Before.blocks[found->second].block));
 }
 
-StoreBackup::Times StoreBackup::WriteTimes() const
+std::optional<StoreBackup::FileState> StoreBackup::StateOf(std::string const & name)
 {
   try {
-    return {{TimeOf(m_Names.record), TimeOf(m_Names.index)}};
+    auto const status = StatusOf(name);
+    if (status) return FileState{status->file, status->device, status->size, status->modified};
   } catch (Failure const &) {
-    return std::nullopt;
   }
-}
-
-void StoreBackup::NoteClosed()
-{
-  m_Closed = WriteTimes();
+  return std::nullopt;
 }
 
 void StoreBackup::RestoreBlocks(CFile & file) const
@@ -96,8 +92,8 @@ void StoreBackup::RestoreBlocks(CFile & file) const
 // In its place: on a full disk there is no room for a second one beside it.
 void StoreBackup::RestoreIndex(CFile & file) const
 {
-  if (!m_Index.empty()) file.WriteAt(0, m_Index.data(), static_cast<UINT>(m_Index.size()));
-  file.SetLength(m_Index.size());
+  if (!m_IndexBytes.empty()) file.WriteAt(0, m_IndexBytes.data(), static_cast<UINT>(m_IndexBytes.size()));
+  file.SetLength(m_IndexBytes.size());
 }
 
 bool StoreBackup::Restore(size_t count, std::string & why) const
@@ -105,11 +101,10 @@ bool StoreBackup::Restore(size_t count, std::string & why) const
   try {
     CFile record;
     CFile index;
-    if (!openForRepair(record, m_Names.record) || !openForRepair(index, m_Names.index) || !m_Closed || WriteTimes() != m_Closed)
-      return false;
+    if (!openForRepair(record, m_Names.record) || !openForRepair(index, m_Names.index) || !IsOurs()) return false;
     why = whyNoRoom(record, count);
     RestoreBlocks(record);
-    if (why.empty()) why = whyNoRoom(index, m_Index.size() + count);
+    if (why.empty()) why = whyNoRoom(index, m_IndexBytes.size() + count);
     RestoreIndex(index);
     return true;
   } catch (CException * caught) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <optional>
 
 #include <fmt/format.h>
 
@@ -23,6 +22,12 @@ size_t hashOf(std::span<BYTE const> bytes)
 
 // What the store did without a word of its failure.
 class Unwritten : public Failure {
+ public:
+  using Failure::Failure;
+};
+
+// What may be another program's work, and so isn't undone.
+class Overtaken : public Failure {
  public:
   using Failure::Failure;
 };
@@ -90,6 +95,9 @@ void StoreWriter::Try(size_t bytes, std::function<void()> const & step)
   int error = EIO;
   try {
     return step();
+  } catch (Overtaken const &) {
+    m_bEnded = true;
+    throw;
   } catch (Unwritten const & failure) {
     what = failure.what();
     reason = ": a write failed or didn't last";
@@ -121,8 +129,9 @@ void StoreWriter::CloseStore()
 {
   if (m_bClosed) return;
   m_bClosed = true;
+  m_Backup.NoteRecordFile();
   m_Store.Close();
-  m_Backup.NoteClosed();
+  m_Backup.NoteIndexFile();
 }
 
 StoreWriter::~StoreWriter()
@@ -183,26 +192,32 @@ bool StoreWriter::IsChanged(OpenStore & store) const
   });
 }
 
-// The next program may have been let in meanwhile: it has looked at the store itself, and may have changed the same records.
+// The next program may have been let in meanwhile: it has looked at the store itself, and may have changed the same records. That
+// shows in the record file's state, but not if it came within one step of the system's clock. What was stored had been read back
+// under the lock, so where the store is sound nothing is taken back.
 void StoreWriter::LookAtDisk()
 {
   StoreNames const & names = m_Store.GetNames();
   std::string why;
   CloseStore();
-  std::optional<zp::HostTime> written;
   for (Patience patience; !patience.IsOver(); Patience::Pause()) {
-    std::string fault = "what was stored isn't there";
+    std::string fault;
     try {
-      if (!written) written = TimeOf(names.index);
       OpenStore store(names, StoreAccess::Look);
       CheckReport const report = CheckStore(store, CheckDepth::Blocks);
-      if (report.faults.empty() && (IsChanged(store) || TimeOf(names.index) != written)) return;
-      if (!report.faults.empty()) fault = report.faults.front().text;
+      if (!report.faults.empty())
+        fault = report.faults.front().text;
+      else if (IsChanged(store) || !m_Backup.IsRecordFileOurs())
+        return;
     } catch (Failure const & failure) {
       why = failure.what();
       continue;
     }
-    throw Unwritten(fmt::format("{}: {}", names.record, fault));
+    if (!fault.empty()) throw Unwritten(fmt::format("{}: {}", names.record, fault));
+    throw Overtaken(
+        fmt::format("{}: what was stored isn't there, but another program may have changed the store, which is left as it is; "
+                    "look at the record, and store it again",
+                    names.record));
   }
   throw Failure(fmt::format("{}: what was stored can't be looked at: {}", names.record, why));
 }
