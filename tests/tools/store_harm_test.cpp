@@ -99,6 +99,22 @@ TEST_F(StoreTool, AfterAKilledWriterReadersTellAndWritersRefuse)
   EXPECT_EQ(Load("b"), (Records{{2, "longer than before"}, {3, "three"}, {9, "new"}}));
 }
 
+// As a record that found no room leaves it.
+TEST_F(StoreTool, AnImportPassesByRecordsWithoutAPlace)
+{
+  for (std::string const id : {"2", "3"}) {
+    Store({{1, "one"}, {2, "two"}});
+    std::string index = m_Folder.Read("a.SI");
+    m_Folder.Write("a.SI", index.replace(index.find(std::string("\x09\0\0\0\2\0", 6)), 4, 4, '\xFF'));
+    m_Folder.Write("a.SR", m_Folder.Read("a.SR").substr(0, 9));
+    std::string const json = R"({"format":"zp-store-records","version":1,"records":[{"id":)" + id + R"(,"hex":"41"}]})";
+    ProgramRun const run = Zp("import a -", json);
+    EXPECT_EQ(run.out, "1 record stored in a.SR: 1 new, 0 replaced\n") << run.err;
+    EXPECT_EQ(Load(), (Records{{1, "one"}, {std::stoi(id), "A"}}));
+    for (char const * const name : {"a.SI", "a.SR"}) std::filesystem::remove(m_Folder.Path() / name);
+  }
+}
+
 // The first records of many are before the harm, and the index helps or not.
 struct Harm {
   char const * what;

@@ -95,6 +95,7 @@ void StoreCopy::Check(size_t count, Other const & other)
     OpenStore copy(m_New, StoreAccess::Look);
     CheckReport const report = CheckStore(copy, CheckDepth::Blocks);
     if (!report.faults.empty()) Differ("its copy is damaged, is the disk full? " + report.faults.front().text);
+    if (report.records != count) Differ("its copy has other records");
   }
   StoredRecords const records(m_New);
   Progress progress("comparing", m_Report.survey.fileLength);
@@ -104,7 +105,6 @@ void StoreCopy::Check(size_t count, Other const & other)
     if (at.block.isFree || other(at.block.id) != nullptr) continue;
     if (records.Load(at.block.id) != ReadPayload(m_Old.GetRecordFile(), at.block)) Differ("its copy differs, is the disk full?");
   }
-  if (records.GetIDs().size() != count) Differ("its copy has other records");
   for (int const id : records.GetIDs()) {
     std::vector<BYTE> const * const bytes = other(id);
     if (bytes != nullptr && records.Load(id) != *bytes) Differ("its copy differs, is the disk full?");

@@ -24,7 +24,7 @@ class StoreCopy {
   void Change(std::function<void(GPDataFile & tables)> const & change);
 
   // The copy must be sound, and hold what is told of its records: in place of each of the old store's what other gives for it, or
-  // what it was for null; and count in all.
+  // what it was for null; and count with a place in all.
   using Other = std::function<std::vector<BYTE> const *(int id)>;
   void Check(size_t count, Other const & other);
 

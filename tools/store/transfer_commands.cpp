@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <functional>
 #include <unordered_map>
+#include <unordered_set>
 
 #include <fmt/format.h>
 
@@ -156,10 +157,14 @@ Stored storeBeside(StoreNames const & names, Incoming const & incoming)
   Stored stored;
   StoreCopy copy(store, report);
   std::unordered_map<int, std::vector<BYTE> const *> given;
+  std::unordered_set<int> placed;
+  for (SurveyBlock const & at : report.survey.blocks) {
+    if (!at.block.isFree) placed.insert(at.block.id);
+  }
   copy.Change([&](GPDataFile & tables) {
     ForEachStep("storing", incoming.records.size(), [&](size_t i) {
       auto const & [id, bytes] = incoming.records[i];
-      stored.replaced += tables.GetRecLength(id) > 0 ? 1U : 0U;
+      stored.replaced += placed.contains(id) ? 1U : 0U;
       given[id] = &bytes;
       tables.StoreRec(bytes.data(), static_cast<unsigned int>(bytes.size()), id);
       ++stored.count;
