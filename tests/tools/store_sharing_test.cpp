@@ -194,6 +194,10 @@ TEST_F(StoreTool, AnEmptyIndexFileForgetsNoRecord)
 TEST_F(StoreTool, AStoreOfNothingLeavesNoFiles)
 {
   EXPECT_EQ(Zp("import a -", "id\n").out, "0 records stored in a.SR: 0 new, 0 replaced\n");
+  m_Folder.Write("e.SI", "");
+  m_Folder.Write("e.SR", "");
+  EXPECT_TRUE(Zp("recover e --to a").out.ends_with("0 kept, 0 suspect, 0 lost\nnothing to save, nothing was written\n"));
+  EXPECT_NE(Zp("recover e --to a --json").out.find("\"written_to\": \"\""), std::string::npos);
   EXPECT_FALSE(m_Folder.Has("a.SI"));
   EXPECT_FALSE(m_Folder.Has("a.SR"));
 }

@@ -64,6 +64,9 @@ class Recovery {
     return count;
   }
 
+  // By Write; without any there are no new files.
+  size_t GetWritten() const { return m_nWritten; }
+
   // Stores in new files what is kept, and what is suspect unless that is to be left. False after Ctrl-C.
   bool Write(StoreNames const & to, bool leaveSuspect)
   {
@@ -72,7 +75,9 @@ class Recovery {
     bool const whole = ForEachStep("recovering", m_Verdicts.size(), [&](size_t i) {
       Verdict const & verdict = m_Verdicts[i];
       bool const isWanted = verdict.state == Verdict::Kept || (verdict.state == Verdict::Suspect && !leaveSuspect);
-      if (isWanted) writer.Store(verdict.id, ReadPayload(m_Store.GetRecordFile(), verdict.block));
+      if (!isWanted) return;
+      writer.Store(verdict.id, ReadPayload(m_Store.GetRecordFile(), verdict.block));
+      ++m_nWritten;
     });
     writer.Close();
     return whole;
@@ -166,6 +171,7 @@ class Recovery {
   OpenStore m_Store;
   StoreIndex & m_Index;
   Survey m_Survey;
+  size_t m_nWritten = 0;
   std::vector<Verdict> m_Verdicts;
   std::unordered_map<int, LiveEntry const *> m_Entries;  // of the index, by id
   std::unordered_map<int, size_t> m_Places;              // of each id's record among the verdicts
@@ -239,7 +245,7 @@ struct RecoverCommand : StoreArguments {
     InterruptGuard const guard;
     if (!to.empty() && !recovery.Write(written, leaveSuspect)) return giveUp(written);
     if (json)
-      printVerdictsAsJson(recovery, written.index);
+      printVerdictsAsJson(recovery, recovery.GetWritten() > 0 ? written.index : "");
     else
       Tell(recovery, written);
     bool const isWhole = recovery.Count(Verdict::Kept) == recovery.GetVerdicts().size() && recovery.HeaderLoss().empty();
@@ -252,6 +258,8 @@ struct RecoverCommand : StoreArguments {
     bool const isLeft = leaveSuspect && recovery.Count(Verdict::Suspect) > 0;
     if (to.empty())
       Print("nothing was written; --to NEW writes what is kept and suspect into new files\n");
+    else if (recovery.GetWritten() == 0)
+      Print("nothing to save, nothing was written\n");
     else
       PrintShown(
           fmt::format("{}written to {} and {}\n", isLeft ? "without what is suspect " : "", written.index, written.record));
