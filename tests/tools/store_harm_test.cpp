@@ -2,10 +2,12 @@
 // files, names and texts that steer a terminal.
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 
 #include "tests/tools/store_fixture.h"
+#include "tools/command_line.h"
 
 namespace {
 
@@ -45,6 +47,7 @@ TEST_F(StoreTool, AFullDiskChangesNothingAndIsNamed)
   SmallDisk const disk(m_Folder);
   if (!disk.IsMounted()) GTEST_SKIP() << "no file system can be mounted here";
   Store({{1, std::string(6000, 'a')}, {2, std::string(30000, 'b')}});
+  Store({{1, "x"}}, "s");
   Files const before = filesOf(m_Folder);
   std::string const large(30000, 'c');
   std::string const table = "id,name\n5," + large + "\n";
@@ -53,11 +56,14 @@ TEST_F(StoreTool, AFullDiskChangesNothingAndIsNamed)
   EXPECT_EQ(replacing.err, "zp: a.SR: record 1 of 30000 bytes can't be stored: " + why);
   EXPECT_EQ(replacing.status, 1);
   EXPECT_EQ(Zp("put a 3", large).err, "zp: a.SR: record 3 of 30000 bytes can't be stored: " + why);
-  ProgramRun const import = Zp("import a -", table);
-  EXPECT_EQ(import.status, 1);
-  EXPECT_NE(import.err.find("disk is full"), std::string::npos) << import.err;
-  EXPECT_EQ(Zp("recover a --to b").status, 1);
-  EXPECT_EQ(Zp("import c -", table + "6," + large + "\n7," + large + "\n").status, 1);
+  std::string small = "id,name\n";
+  for (int id = 1; id <= 400; ++id) small += std::to_string(id) + ",n\n";  // whose index is what finds no room
+  for (char const * const command : {"import a -", "import s -", "recover a --to b", "import c -"}) {
+    ProgramRun const run = Zp(command, command[7] == 'c' ? small : table + "6," + large + "\n7," + large + "\n");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.err.find(": The disk is full while writing "), std::string::npos) << command << run.err;
+    EXPECT_TRUE(run.err.ends_with("; the store is as it was\n")) << command << run.err;
+  }
   EXPECT_EQ(filesOf(m_Folder), before);
   EXPECT_EQ(Zp("check a").status, 0);
   EXPECT_EQ(Zp("put a 3", "small").status, 0);
@@ -97,6 +103,25 @@ TEST_F(StoreTool, AfterAKilledWriterReadersTellAndWritersRefuse)
   EXPECT_EQ(filesOf(m_Folder), before);
   EXPECT_EQ(Zp("recover a --to b").status, 1);
   EXPECT_EQ(Load("b"), (Records{{2, "longer than before"}, {3, "three"}, {9, "new"}}));
+}
+
+TEST_F(StoreTool, AnIndexThatMayNotBeWrittenIsNotReplaced)
+{
+  StoreFour();
+  namespace fs = std::filesystem;
+  fs::permissions(m_Folder.Path(), fs::perms::all);
+  fs::permissions(m_Folder.Path() / "a.SR", fs::perms::all);
+  fs::permissions(m_Folder.Path() / "a.SI", fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+  std::string const stem = (m_Folder.Path() / "a").string();
+  char const * const words[] = {"zp", "store", "compact", stem.c_str()};
+  uid_t const user = geteuid();
+  ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
+  testing::internal::CaptureStderr();
+  int const status = RunCommandLine(4, words);
+  ASSERT_EQ(seteuid(user), 0);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "zp: " + stem + ".SI: the index file can't be opened: access is denied; check its permissions\n");
+  EXPECT_EQ(status, 1);
 }
 
 // As a record that found no room leaves it.

@@ -113,12 +113,10 @@ void OpenStore::LockRecordFile()
   if (!OpenRecordFile(creating)) FailOpening(m_Names.record, "record file", missing);
 }
 
-// Who is going to write the index asks for that now: a refusal must come before the record file is changed.
+// The index is going to be written or replaced: a refusal must come before anything is changed.
 void OpenStore::LockIndexFile()
 {
-  bool const isWritten = m_Access == StoreAccess::Change || m_Access == StoreAccess::Create;
-  unsigned int const access = isWritten ? CFile::modeReadWrite : CFile::modeRead;
-  unsigned int const mode = m_bNew ? ownMode | creating : access | CFile::shareExclusive;
+  unsigned int const mode = m_bNew ? ownMode | creating : CFile::modeReadWrite | CFile::shareExclusive;
   CFileException problem;
   if (m_IndexFile.Open(InsidePath(m_Names.index), mode, &problem)) return;
   if (m_Access == StoreAccess::Replace && problem.m_cause == CFileException::fileNotFound) return;

@@ -23,8 +23,10 @@ bool openForRepair(CFile & file, std::string const & name)
   return false;
 }
 
+}  // namespace
+
 // What is tried stands behind the file's end, where nothing else does.
-std::string whyNoRoom(CFile & file, size_t count)
+std::string WhyNoRoom(CFile & file, size_t count)
 {
   ULONGLONG const length = file.GetLength();
   std::string why;
@@ -38,8 +40,6 @@ std::string whyNoRoom(CFile & file, size_t count)
   file.SetLength(length);
   return why;
 }
-
-}  // namespace
 
 StoreBackup::StoreBackup(StoreNames const & names, Survey survey) : m_Names(names), m_Before(std::move(survey))
 {
@@ -102,9 +102,9 @@ bool StoreBackup::Restore(size_t count, std::string & why) const
     CFile record;
     CFile index;
     if (!openForRepair(record, m_Names.record) || !openForRepair(index, m_Names.index) || !IsOurs()) return false;
-    why = whyNoRoom(record, count);
+    why = WhyNoRoom(record, count);
+    if (why.empty()) why = WhyNoRoom(index, m_IndexBytes.size() + count);
     RestoreBlocks(record);
-    if (why.empty()) why = whyNoRoom(index, m_IndexBytes.size() + count);
     RestoreIndex(index);
     return true;
   } catch (CException * caught) {

@@ -11,6 +11,9 @@
 #include "tools/store/block_survey.h"
 #include "tools/store/store_names.h"
 
+// What the system says to count more bytes in the file, which is as it was afterwards; empty if it takes them.
+std::string WhyNoRoom(CFile & file, size_t count);
+
 class StoreBackup {
  public:
   // Of a store that was just surveyed, while nobody else can change it.

@@ -9,6 +9,7 @@
 #include "tools/program.h"
 #include "tools/progress.h"
 #include "tools/store/file_exchange.h"
+#include "tools/store/store_backup.h"
 #include "tools/store/stored_records.h"
 
 namespace {
@@ -77,6 +78,23 @@ void StoreCopy::Differ(std::string const & how) const
   throw Failure(fmt::format("{}: can't be copied and changed: {}; the store is as it was", m_Old.GetNames().record, how));
 }
 
+// The store is silent on writes that failed, so the system is asked whether it takes any more.
+void StoreCopy::DifferInBytes(std::string const & how) const
+{
+  std::string why;
+  try {
+    for (std::string const & name : {m_New.record, m_New.index}) {
+      CFile file;
+      bool const isOpen = why.empty() && file.Open(InsidePath(name), CFile::modeReadWrite | CFile::shareDenyNone);
+      if (isOpen) why = WhyNoRoom(file, zp::BlockHeader::byteCount + zp::maxRecordLength);
+    }
+  } catch (CException * caught) {
+    zp::ExceptionGuard const guard(caught);
+    why = Describe(*caught);
+  }
+  Differ(why.empty() ? how : why);
+}
+
 void StoreCopy::Change(std::function<void(GPDataFile & tables)> const & change)
 {
   try {
@@ -94,8 +112,8 @@ void StoreCopy::Check(size_t count, Other const & other)
   {
     OpenStore copy(m_New, StoreAccess::Look);
     CheckReport const report = CheckStore(copy, CheckDepth::Blocks);
-    if (!report.faults.empty()) Differ("its copy is damaged, is the disk full? " + report.faults.front().text);
-    if (report.records != count) Differ("its copy has other records");
+    if (!report.faults.empty()) DifferInBytes("its copy is damaged: " + report.faults.front().text);
+    if (report.records != count) DifferInBytes("its copy has other records");
   }
   StoredRecords const records(m_New);
   Progress progress("comparing", m_Report.survey.fileLength);
@@ -103,11 +121,11 @@ void StoreCopy::Check(size_t count, Other const & other)
     if (InterruptGuard::IsInterrupted()) throw Interrupted();
     progress.Reach(at.block.position);
     if (at.block.isFree || other(at.block.id) != nullptr) continue;
-    if (records.Load(at.block.id) != ReadPayload(m_Old.GetRecordFile(), at.block)) Differ("its copy differs, is the disk full?");
+    if (records.Load(at.block.id) != ReadPayload(m_Old.GetRecordFile(), at.block)) DifferInBytes("its copy differs");
   }
   for (int const id : records.GetIDs()) {
     std::vector<BYTE> const * const bytes = other(id);
-    if (bytes != nullptr && records.Load(id) != *bytes) Differ("its copy differs, is the disk full?");
+    if (bytes != nullptr && records.Load(id) != *bytes) DifferInBytes("its copy differs");
   }
 }
 

@@ -33,6 +33,7 @@ class StoreCopy {
 
  private:
   [[noreturn]] void Differ(std::string const & how) const;
+  [[noreturn]] void DifferInBytes(std::string const & how) const;
   void Copy(CFile const & from, std::string const & fromName, std::string const & toName);
 
   OpenStore & m_Old;

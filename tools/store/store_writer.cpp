@@ -224,7 +224,8 @@ void StoreWriter::LookAtDisk()
 
 void StoreWriter::Close()
 {
-  size_t most = 0;
+  constexpr size_t entryBytes = GPActiveRec::streamBytes + 2;  // with its tag
+  size_t most = m_Changes.size() * entryBytes;
   for (auto const & [id, change] : m_Changes) most = std::max(most, change.length);
   if (m_Changes.empty())
     m_Store.Close();
