@@ -1,5 +1,8 @@
 // Several programs at one store: who is let in, and that nothing that was said to be stored is gone.
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <array>
 #include <functional>
 #include <thread>
@@ -180,6 +183,27 @@ TEST_F(StoreTool, WritesFinishAnInterruptedExchangeFirst)
             "zp: a.SR: the exchange of this store's files is under way or was interrupted; finish it with zp store compact\n");
   EXPECT_EQ(Zp("put a 9", "x").err, "zp: a.SR: an interrupted exchange of the store's files was finished\n");
   EXPECT_EQ(Load(), (Records{{1, "ab"}, {2, "cde"}, {3, "fgh"}, {9, "x"}}));
+}
+
+TEST_F(StoreTool, AKillWhileTheMarkIsWrittenLeavesNothingForEver)
+{
+  StoreFour();
+  std::string const stem = (m_Folder.Path() / "a").string();
+  pid_t const child = fork();
+  if (child == 0) {
+    static zp::HostCalls const kept = zp::GetHostCalls();
+    zp::GetHostCalls().Rename = [](char const * from, char const * to) {
+      if (std::string_view(to).ends_with("-swap")) _exit(7);
+      return kept.Rename(from, to);
+    };
+    _exit(runInside({"zp", "store", "compact", stem.c_str()}));
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_EQ(WEXITSTATUS(status), 7);
+  EXPECT_EQ(Zp("compact a").status, 0);
+  auto const files = std::filesystem::directory_iterator(m_Folder.Path());
+  EXPECT_EQ(std::distance(begin(files), end(files)), 2);
 }
 
 TEST_F(StoreTool, AnEmptyIndexFileForgetsNoRecord)

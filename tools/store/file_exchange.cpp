@@ -43,6 +43,19 @@ void move(std::string const & from, std::string const & to)
   throw Failure(fmt::format("{}: can't take the name {}: {}", from, to, std::strerror(error)));
 }
 
+// A mark that a crash kept from getting its name has one that can be told.
+std::string unfinishedMarkName(StoreNames const & names)
+{
+  return markName(names) + ".zp-new";
+}
+
+void writeMark(StoreNames const & names)
+{
+  int error = 0;
+  if (ReplaceFileDurably(markName(names).c_str(), markText, &error)) return;
+  throw Failure(fmt::format("{}: can't be written: {}", markName(names), std::strerror(error)));
+}
+
 // From any step on. A file that stands beside both its new and its old form was put there by someone else.
 void exchange(std::string const & file)
 {
@@ -119,7 +132,7 @@ std::string TidyExchange(StoreNames const & names)
     finish(names);
     return "an interrupted exchange of the store's files was finished";
   }
-  bool undone = false;
+  bool undone = RemoveFile(unfinishedMarkName(names));
   bool ended = false;
   for (std::string const & file : filesOf(names)) {
     undone |= RemoveFile(newName(file));
@@ -141,7 +154,7 @@ void SwapIn(StoreNames const & names)
   CFile mark;
   try {
     for (std::string const & file : filesOf(names)) move(TemporaryName(file), newName(file));
-    WriteWholeFile(markName(names), markText);
+    writeMark(names);
     CFileException problem;
     if (!mark.Open(InsidePath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite, &problem)) {
       FailOpening(markName(names), nullptr, problem);
