@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <exception>
+#include <utility>
 
 #include <zpbase/platform/exceptions.h>
 

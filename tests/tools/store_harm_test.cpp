@@ -223,6 +223,7 @@ TEST_F(StoreTool, NothingSteersATerminal)
 {
   std::string const harm = "x\x1B[2J\x7F\xC2\x90y";
   m_Folder.Write("t.csv", "id,name\n1," + harm + "\n");
+  m_Folder.Write("n\x1B[31mX", "no number\n1 2\nnone\n");
   m_Folder.Write("p.ini", "[a]\nk=x\x1B[2J\x7Fy\n");
   ASSERT_EQ(Zp("import a t.csv").status, 0);
   char const * const commands[] = {"store list a",
@@ -233,6 +234,7 @@ TEST_F(StoreTool, NothingSteersATerminal)
                                    "store get 'a\x1B[2J' 1",
                                    "store show a '\x1B[2J'",
                                    "store import a 'n\x7F'",
+                                   "text lines 'n\x1B[31mX'",
                                    "settings list --profile p.ini",
                                    "settings list --profile p.ini --json"};
   for (char const * const command : commands) {

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "tools/program.h"
+#include "tools/shown_text.h"
 #include "tools/text/cell_text.h"
 
 namespace {
@@ -61,7 +62,7 @@ std::vector<std::string> hintsOf(TextSurvey const & found)
 
 void ReportMisfits(std::FILE * to, TextOptions const & options, TextSurvey const & found)
 {
-  std::string const name = options.Name();
+  std::string const name = Visible(options.Name());
   for (Misfit const & misfit : found.misfits) {
     fmt::print(to, "{}: line {}, column {}: \"{}\" is no number\n", name, misfit.line, misfit.column,
                shown(WithoutQuotes(misfit.text)));
