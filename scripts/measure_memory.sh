@@ -56,8 +56,8 @@ seq 0 32767 | sed 's/.*/{"id":&,"hex":"41"}/' | paste -sd, | exported >many.json
 { repeated 900 '{"class":"GPObArray","items":['; repeated 900 ']}'; } >nest
 { printf '{"id":1,"object":'; cat nest; printf '}'; } | exported >nested.json
 repeated 1000000 '[' >brackets.json
-{ printf '{"id":1,"x":['; repeated 500000 '0,'; printf '0],"hex":"41"}'; } | exported >numbers.json
-{ printf '{"id":1,"x":['; repeated 300000 '{},'; printf '0],"hex":"41"}'; } | exported >objects.json
+{ printf '{"id":1,"rows":['; repeated 500000 '0,'; printf '0],"hex":"41"}'; } | exported >numbers.json
+{ printf '{"id":1,"rows":['; repeated 300000 '{},'; printf '0],"hex":"41"}'; } | exported >objects.json
 { printf '{"id":1,"object":{"class":"GPObArray","items":['; repeated 32000 'null,'; printf 'null]}}'; } | exported >nulls.json
 { printf '{"id":1,"object":{"class":"GPUIntArray","values":['; seq 1 16000 | paste -sd,; printf ']}}'; } | exported >values.json
 { printf '{"id":1,"object":{"class":"GPDataArray","items":['; seq 1 5000 | sed 's/.*/{"class":"GPw","data_id":&,"value":1}/' | paste -sd,

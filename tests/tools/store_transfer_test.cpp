@@ -356,6 +356,27 @@ constexpr Refusal refusals[] = {
      "standard input: record 4: items[1]: \"value\" must be a whole number from -32768 to 32767; nothing was stored"},
     {"{\"format\": \"zp-store-records\", \"version\": 1, \"records\": [{\"id\": 4, \"hex\": \"\"}]}",
      "standard input: record 4: has 0 bytes, and a record has 1 to 65535; nothing was stored"},
+    {"{\"a\":1,\"a\":1,", "standard input: \"a\": no record has such a member; nothing was stored"},
+    {"{\"version\": 1, \"version\": 1", "standard input: \"version\": stands twice in one object; nothing was stored"},
+    {"{\"format\": \"zp-store-records\", \"version\": 1, \"records\": [{\"id\": 4, \"hex\": \"00\"}, {\"id\": 4, \"hex\": \"\"}",
+     "standard input: record 4: stands twice; nothing was stored"},
+};
+
+// What never ends is refused as soon as it is more than anything that can be stored.
+struct Endless {
+  char const * begin;
+  char const * more;
+  size_t enough;  // bytes
+  char const * error;
+};
+
+constexpr Endless endless[] = {
+    {"", "# x\n", 0x110000, "has more than 1048576 bytes of comments and empty lines in front"},
+    {"#\n", "\n", 0x110000, "has more than 1048576 bytes of comments and empty lines in front"},
+    {"", "\n", 0x110000, "begins with more than 1048576 blanks"},
+    {"id,name\n", ",\n", 0x210000, "line 1048578: 1048577 rows have no content"},
+    {"{\"records\": ", " ", 0x120000, "has more than the 16777216 bytes of a record told in JSON; nothing was stored"},
+    {"{\"format\": \"", "x", 0x1010000, "has more than the 16777216 bytes of a record told in JSON; nothing was stored"},
 };
 
 TEST_F(StoreTool, RefusedImportsStoreNothingAndSayWhere)
@@ -366,6 +387,12 @@ TEST_F(StoreTool, RefusedImportsStoreNothingAndSayWhere)
     EXPECT_EQ(run.err, std::string("zp: ") + refusal.error + "\n");
     EXPECT_FALSE(m_Folder.Has("a.SR"));
     EXPECT_FALSE(m_Folder.Has("a.SI"));
+  }
+  for (Endless const & each : endless) {
+    std::string input = each.begin;
+    input.reserve(each.enough);
+    while (input.size() < each.enough) input += each.more;
+    EXPECT_EQ(Zp("import a -", input + "{\"id").err, std::string("zp: standard input: ") + each.error + "\n");
   }
   ProgramRun const unmarked = Zp("import a -", wideBytes("id\n1\n", false).substr(2));
   EXPECT_EQ(unmarked.err, "zp: standard input: is UTF-16 without its mark; save it as UTF-8\n");

@@ -211,6 +211,7 @@ void LoadComponent(GPDataArray & data, Cells const & cells)
 namespace {
 
 constexpr size_t nameless = SIZE_MAX;
+constexpr size_t mostBlankRows = 0x100000;  // as many as a sheet has rows
 
 bool isBlank(std::string const & field)
 {
@@ -299,12 +300,16 @@ void ReadComponents(std::istream & input, std::string const & name, std::functio
 {
   std::vector<size_t> places;
   std::set<int> ids;
+  size_t blankRows = 0;
   ReadCsv(input, name, [&](CsvRow const & row) {
     if (places.empty()) {
       places = placesOf(row, name);
       return;
     }
-    if (std::all_of(row.fields.begin(), row.fields.end(), isBlank)) return;
+    if (std::all_of(row.fields.begin(), row.fields.end(), isBlank)) {
+      if (++blankRows <= mostBlankRows) return;
+      throw Failure(fmt::format("{}: line {}: {} rows have no content", name, row.line, blankRows));
+    }
     try {
       Component const component = readComponent(row, places);
       if (!ids.insert(component.id).second) throw Failure(fmt::format("column id: {} stands twice", component.id));

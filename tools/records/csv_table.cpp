@@ -17,7 +17,8 @@ namespace {
 using Take = std::function<void(CsvRow const & row)>;
 
 constexpr size_t pieceBytes = 0x10000;
-constexpr size_t mostRowBytes = 0x400000;  // every column filled as far as a record holds it
+constexpr size_t mostRowBytes = 0x400000;   // every column filled as far as a record holds it
+constexpr size_t mostHeadBytes = 0x100000;  // of comments and empty lines in front
 
 class CsvReader {
  public:
@@ -55,6 +56,9 @@ class CsvReader {
     if (m_bHead && !m_bComment && line.find_first_not_of(" \t\r\n") != std::string_view::npos) {
       csv_set_delim(&m_Parser, static_cast<unsigned char>(DelimiterOf(line)));
       m_bHead = false;
+    }
+    if (m_bHead && (m_nHeadBytes += line.size()) > mostHeadBytes) {
+      throw Failure(fmt::format("{}: has more than {} bytes of comments and empty lines in front", m_Name, mostHeadBytes));
     }
     m_bAtBegin = line.ends_with('\n');
     m_nRowBytes += line.size();
@@ -110,6 +114,7 @@ class CsvReader {
   bool m_bHead = true;  // nothing but comments and empty lines so far
   bool m_bComment = false;
   bool m_bAtBegin = true;  // of a line
+  size_t m_nHeadBytes = 0;
   size_t m_nRowBytes = 0;
   CsvRow m_Row = {};
   std::exception_ptr m_pRaised;

@@ -15,7 +15,8 @@ struct CsvRow {
 };
 
 // Gives take the rows of a table one after the other; comment lines with # before the first row and empty lines are left out.
-// Raises Failure for a quote that stands alone, and for a row that is longer than any record; name is the file's.
+// Raises Failure for a quote that stands alone, for a row that is longer than any record, and for more in front of the first row
+// than comments need; name is the file's.
 void ReadCsv(std::istream & input, std::string const & name, std::function<void(CsvRow const & row)> const & take);
 
 // Appends one line with its end; fields are quoted where they must be.

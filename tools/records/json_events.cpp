@@ -2,6 +2,9 @@
 
 #include "tools/records/json_events.h"
 
+#include <algorithm>
+#include <streambuf>
+#include <string_view>
 #include <vector>
 
 #include <fmt/format.h>
@@ -13,26 +16,76 @@ namespace {
 
 using Take = std::function<void(Json const & rest, Json const & element)>;
 
+constexpr char const * notesMember = "decoded";  // for people alone, of any size
+
+constexpr std::string_view members[] = {"format", "version", "header", "records", "id",        "object",   "hex",
+                                        "class",  "data_id", "value",  "values",  "rows",      "columns",  "x",
+                                        "y",      "array",   "items",  "area",    notesMember, "second_id"};
+
+// Passes a stream on until too much of it belongs to one record. Values nested deep stand behind many blanks, so a blank counts
+// for less, but no indent fills a piece.
+class Meter : public std::streambuf {
+ public:
+  explicit Meter(std::streambuf & source) : m_Source(source), m_Piece(pieceBytes) {}
+
+  // Whatever is read from here on belongs to the next record.
+  void BeginNext() { m_nTaken = Weigh(gptr(), egptr()); }
+
+ protected:
+  int_type underflow() override
+  {
+    if (m_nTaken > mostJsonBytes)
+      throw Failure(fmt::format("has more than the {} bytes of a record told in JSON", mostJsonBytes));
+    std::streamsize const count = m_Source.sgetn(m_Piece.data(), static_cast<std::streamsize>(m_Piece.size()));
+    setg(m_Piece.data(), m_Piece.data(), m_Piece.data() + count);
+    m_nTaken += Weigh(gptr(), egptr());
+    return count > 0 ? traits_type::to_int_type(m_Piece[0]) : traits_type::eof();
+  }
+
+ private:
+  static constexpr size_t pieceBytes = 0x4000;
+  static constexpr size_t blanksOfByte = 8;
+  static constexpr size_t mostBlankPieces = 64;
+
+  static size_t Weigh(char const * first, char const * last)
+  {
+    auto const count = static_cast<size_t>(last - first);
+    size_t const blanks = static_cast<size_t>(std::count(first, last, ' ') + std::count(first, last, '\n'));
+    return blanks == pieceBytes ? mostJsonBytes / mostBlankPieces : count - blanks + blanks / blanksOfByte;
+  }
+
+  std::streambuf & m_Source;
+  std::vector<char> m_Piece;
+  size_t m_nTaken = 0;
+};
+
 class Builder : public Json::json_sax_t {
  public:
-  Builder(std::string const & member, Take take) : m_strMember(member), m_pfnTake(std::move(take)) {}
+  Builder(Meter & meter, std::string const & member, Take take) : m_Meter(meter), m_strMember(member), m_pfnTake(std::move(take))
+  {
+  }
 
   Json & GetResult() { return m_Root; }
   std::string const & GetProblem() const { return m_strProblem; }
 
-  bool null() override { return End(Put(nullptr)); }
-  bool boolean(bool value) override { return End(Put(value)); }
-  bool number_integer(number_integer_t value) override { return End(Put(value)); }
-  bool number_unsigned(number_unsigned_t value) override { return End(Put(value)); }
-  bool number_float(number_float_t value, string_t const &) override { return End(Put(value)); }
-  bool string(string_t & value) override { return End(Put(std::move(value))); }
+  bool null() override { return PutWhole(nullptr); }
+  bool boolean(bool value) override { return PutWhole(value); }
+  bool number_integer(number_integer_t value) override { return PutWhole(value); }
+  bool number_unsigned(number_unsigned_t value) override { return PutWhole(value); }
+  bool number_float(number_float_t value, string_t const &) override { return PutWhole(value); }
+  bool string(string_t & value) override { return PutWhole(std::move(value)); }
   bool binary(binary_t &) override { return false; }
-  bool start_object(std::size_t) override { return Begin(Put(Json::object())); }
-  bool start_array(std::size_t) override { return Begin(Put(Json::array())); }
+  bool start_object(std::size_t) override { return Begin(Json::object()); }
+  bool start_array(std::size_t) override { return Begin(Json::array()); }
   bool end_object() override { return EndHolder(); }
   bool end_array() override { return EndHolder(); }
   bool key(string_t & name) override
   {
+    if (m_nNotes > 0) return true;
+    if (std::ranges::find(members, name) == std::end(members)) {
+      throw Failure(fmt::format("\"{}\": no record has such a member", name));
+    }
+    if (m_Holders.back()->contains(name)) throw Failure(fmt::format("\"{}\": stands twice in one object", name));
     m_strKey = std::move(name);
     return true;
   }
@@ -43,6 +96,8 @@ class Builder : public Json::json_sax_t {
   }
 
  private:
+  bool PutWhole(Json value) { return m_nNotes > 0 || End(Put(IsNotes() ? nullptr : std::move(value))); }
+
   Json & Put(Json value)
   {
     if (m_Holders.empty()) return m_Root = std::move(value);
@@ -51,11 +106,19 @@ class Builder : public Json::json_sax_t {
     return holder[m_strKey] = std::move(value);
   }
 
+  bool IsNotes() const { return !m_Holders.empty() && m_Holders.back()->is_object() && m_strKey == notesMember; }
+
   // An object of a record is an object in JSON, and so is its list of items.
-  bool Begin(Json & holder)
+  bool Begin(Json empty)
   {
     constexpr size_t mostLevels = 2 * static_cast<size_t>(CArchive::maxDepth) + 8;
+    if (m_nNotes == 0 && IsNotes()) Put(nullptr);
+    if (m_nNotes > 0 || IsNotes()) {
+      ++m_nNotes;
+      return true;
+    }
     if (m_Holders.size() == mostLevels) throw Failure("values are nested too deep");
+    Json & holder = Put(std::move(empty));
     if (holder.is_array() && m_Holders.size() == 1 && m_pfnTake && m_strKey == m_strMember) m_pList = &holder;
     m_Holders.push_back(&holder);
     return true;
@@ -63,6 +126,10 @@ class Builder : public Json::json_sax_t {
 
   bool EndHolder()
   {
+    if (m_nNotes > 0) {
+      --m_nNotes;
+      return true;
+    }
     Json & holder = *m_Holders.back();
     m_Holders.pop_back();
     if (&holder == m_pList) m_pList = nullptr;
@@ -74,14 +141,17 @@ class Builder : public Json::json_sax_t {
     if (m_pList == nullptr || m_Holders.size() != 2) return true;
     m_pfnTake(m_Root, value);
     m_pList->clear();
+    m_Meter.BeginNext();
     return true;
   }
 
+  Meter & m_Meter;
   std::string const & m_strMember;
   Take m_pfnTake;
   Json m_Root;
   std::vector<Json *> m_Holders;
   Json * m_pList = nullptr;  // while its elements are read
+  size_t m_nNotes = 0;       // levels open of what only people read
   std::string m_strKey;
   std::string m_strProblem;
 };
@@ -90,8 +160,10 @@ class Builder : public Json::json_sax_t {
 
 Json ReadJson(std::istream & input, std::string const & member, Take take)
 {
-  Builder builder(member, std::move(take));
-  if (!Json::sax_parse(input, &builder)) throw Failure(fmt::format("is no JSON: {}", builder.GetProblem()));
+  Meter meter(*input.rdbuf());
+  std::istream metered(&meter);
+  Builder builder(meter, member, std::move(take));
+  if (!Json::sax_parse(metered, &builder)) throw Failure(fmt::format("is no JSON: {}", builder.GetProblem()));
   return std::move(builder.GetResult());
 }
 

@@ -27,9 +27,8 @@
 
 namespace {
 
-constexpr size_t shownText = 40;             // bytes of a text in the list
-constexpr size_t pieceBytes = 0x10000;       // of what is printed
-constexpr size_t mostJsonBytes = 0x1000000;  // of a record with every blank that one can wish for
+constexpr size_t shownText = 40;        // bytes of a text in the list
+constexpr size_t pieceBytes = 0x10000;  // of what is printed
 
 struct ListRow {
   int id;

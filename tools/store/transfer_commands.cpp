@@ -4,6 +4,7 @@
 #include "tools/store/store_arguments.h"
 
 #include <algorithm>
+#include <bitset>
 #include <functional>
 #include <unordered_map>
 #include <unordered_set>
@@ -46,10 +47,15 @@ void requireLength(std::vector<BYTE> const & bytes)
   }
 }
 
-void readJsonRecord(Incoming & incoming, Json const & json)
+// Of each id whether it stood already.
+using SeenIDs = std::bitset<zp::maxRecordID + 1>;
+
+void readJsonRecord(Incoming & incoming, SeenIDs & seen, Json const & json)
 {
   auto const id = static_cast<int>(IntegerMember(json, "id", 0, zp::maxRecordID));
   try {
+    if (seen.test(static_cast<size_t>(id))) throw Failure("stands twice");
+    seen.set(static_cast<size_t>(id));
     std::vector<BYTE> bytes = RecordFromJson(json);
     requireLength(bytes);
     incoming.records.emplace_back(id, std::move(bytes));
@@ -75,9 +81,10 @@ void requireFormat(Json const & json)
 Incoming readJson(std::istream & input)
 {
   Incoming incoming;
+  SeenIDs seen;
   Json const json = ReadJson(input, "records", [&](Json const & rest, Json const & record) {
     if (incoming.records.empty() && rest.contains("format")) requireFormat(rest);
-    readJsonRecord(incoming, record);
+    readJsonRecord(incoming, seen, record);
   });
   requireFormat(json);
   ArrayMember(json, "records");
@@ -85,11 +92,7 @@ Incoming readJson(std::istream & input)
     incoming.header = readHeader(json["header"]);
     incoming.hasHeader = true;
   }
-  auto & all = incoming.records;
-  std::sort(all.begin(), all.end());
-  auto const twice =
-      std::adjacent_find(all.begin(), all.end(), [](auto const & a, auto const & b) { return a.first == b.first; });
-  if (twice != all.end()) throw Failure(fmt::format("record {}: stands twice", twice->first));
+  std::sort(incoming.records.begin(), incoming.records.end());
   return incoming;
 }
 
@@ -105,12 +108,22 @@ Incoming readTable(std::istream & input, std::string const & name)
   return incoming;
 }
 
+void skipBlanks(std::istream & stream, std::string const & file)
+{
+  constexpr size_t mostBlanks = 0x100000;
+  size_t blanks = 0;
+  for (int c = stream.peek(); c == ' ' || c == '\t' || c == '\r' || c == '\n'; c = stream.peek()) {
+    if (++blanks > mostBlanks) throw Failure(fmt::format("{}: begins with more than {} blanks", ShownName(file), mostBlanks));
+    stream.get();
+  }
+}
+
 // An object's bracket begins JSON, and nothing else does.
 Incoming readIncoming(std::string const & file)
 {
   InputFile input(file);
   std::istream & stream = input.GetStream();
-  for (int c = stream.peek(); c == ' ' || c == '\t' || c == '\r' || c == '\n'; c = stream.peek()) stream.get();
+  skipBlanks(stream, file);
   bool const isJson = stream.peek() == '{';
   if (stream.eof()) stream.clear();
   Incoming incoming;
