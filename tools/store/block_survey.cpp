@@ -7,7 +7,7 @@
 
 #include <fmt/format.h>
 
-#include "tools/records/payload.h"
+#include "tools/store/chain_search.h"
 
 namespace {
 
@@ -69,60 +69,6 @@ class Anchors {
   unsigned long long m_nLength;
   std::vector<unsigned long long> m_Places;
   std::vector<unsigned long long> m_Records;
-};
-
-// Where chains of headers begin in a file without a usable index: for each place how much speaks for the blocks that follow each
-// other from there, and of the places from each on the one for which most does. What lies two bytes beside a chain of equal
-// blocks is a chain as well, but most blocks are full, some begin like objects, and the last one ends with the file.
-class ChainSearch {
- public:
-  ChainSearch(CFile const & file, unsigned long long length) : m_nLength(length), m_Bytes(static_cast<size_t>(length))
-  {
-    m_Bytes.resize(file.ReadAt(0, m_Bytes.data(), static_cast<UINT>(m_Bytes.size())));
-    Weigh();
-  }
-
-  // The begin of the best chain from start on, or the file's length; that also where the file has become shorter meanwhile.
-  unsigned long long Find(unsigned long long start) const
-  {
-    unsigned long long const found = start < m_Best.size() ? m_Best[static_cast<size_t>(start)] : m_nLength;
-    return found < m_Bytes.size() ? found : m_nLength;
-  }
-
- private:
-  static constexpr DWORD forAny = 1;
-  static constexpr DWORD forFull = 2;
-  static constexpr DWORD forObject = 4;
-  static constexpr DWORD forEnd = 4;
-  static constexpr DWORD least = 4;  // else it may be chance
-
-  void Weigh()
-  {
-    size_t const length = m_Bytes.size();
-    std::vector<DWORD> weights(length + 1);
-    weights[length] = forEnd;
-    m_Best.assign(length, static_cast<DWORD>(length));
-    size_t best = length;
-    for (size_t i = length; i-- > 0;) {
-      if (length - i > headerBytes) weights[i] = WeighFrom(i, weights);
-      if (weights[i] >= least && (best == length || weights[i] >= weights[best])) best = i;
-      m_Best[i] = static_cast<DWORD>(best);
-    }
-  }
-
-  DWORD WeighFrom(size_t at, std::vector<DWORD> const & weights) const
-  {
-    zp::BlockHeader const header = zp::BlockHeader::Read(&m_Bytes[at]);
-    size_t const end = at + headerBytes + header.capacity;
-    if (isHole(header) || header.length > header.capacity || end > m_Bytes.size()) return 0;
-    std::span<BYTE const> const payload(&m_Bytes[at + headerBytes], header.length);
-    bool const isObject = !header.isFree && !NamedClass(payload).empty();
-    return weights[end] + (isObject ? forObject : header.length == header.capacity ? forFull : forAny);
-  }
-
-  unsigned long long m_nLength;
-  std::vector<BYTE> m_Bytes;
-  std::vector<DWORD> m_Best;
 };
 
 // The walk over a file whose headers don't lead to its end.
