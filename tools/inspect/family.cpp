@@ -10,12 +10,10 @@
 #include "tools/host_file.h"
 #include "tools/inspect/folder_walk.h"
 #include "tools/inspect/inspection.h"
-#include "tools/json_output.h"
+#include "tools/json_pieces.h"
 #include "tools/program.h"
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 void printParts(Inspection const & found)
 {
@@ -39,17 +37,26 @@ void print(Inspection const & found)
   printParts(found);
 }
 
-Json jsonOf(Inspection const & found, bool withParts)
+void printAsJson(Inspection const & found, bool withParts)
 {
-  Json json = {{"file", found.file},   {"kind", found.kind},    {"version", found.version}, {"bytes", found.bytes},
-               {"holds", found.holds}, {"is_not", found.isNot}, {"faults", found.faults},   {"fault_count", found.faultCount},
-               {"next", found.next}};
-  if (!withParts) return json;
-  json["parts"] = Json::array();
-  for (FilePart const & part : found.parts) {
-    json["parts"].push_back({{"offset", part.offset}, {"length", part.length}, {"what", part.what}});
+  JsonPieces json(Print);
+  json.Member("file", found.file);
+  json.Member("kind", found.kind);
+  json.Member("version", found.version);
+  json.Member("bytes", found.bytes);
+  json.Member("holds", found.holds);
+  json.Member("is_not", found.isNot);
+  json.Member("faults", found.faults);
+  json.Member("fault_count", found.faultCount);
+  json.Member("next", found.next);
+  if (withParts) {
+    json.BeginList("parts");
+    for (FilePart const & part : found.parts) {
+      json.Element({{"offset", part.offset}, {"length", part.length}, {"what", part.what}});
+    }
+    json.EndList();
   }
-  return json;
+  json.End();
 }
 
 struct InspectCommand {
@@ -69,10 +76,12 @@ struct InspectCommand {
     auto const look = [&](std::string const & name) {
       Inspection const found = InspectFile(name, bytes);
       isSound &= found.faultCount == 0;
-      if (json)
-        Print((count++ == 0 ? "[\n" : ",\n") + DumpJson(jsonOf(found, bytes), 2));
-      else
+      if (json) {
+        Print(count++ == 0 ? "[\n" : ",\n");
+        printAsJson(found, bytes);
+      } else {
         print(found);
+      }
     };
     FolderWalk walk(look);
     for (std::string const & file : files) {

@@ -1,11 +1,11 @@
 // zp store check: the report for people and machines.
 
-#include "tools/json_output.h"
 #include "tools/store/many_stores.h"
 #include "tools/store/store_arguments.h"
 
 #include <fmt/format.h>
 
+#include "tools/json_pieces.h"
 #include "tools/program.h"
 #include "tools/records/object_json.h"
 #include "tools/store/store_check.h"
@@ -31,18 +31,23 @@ void printReport(CheckReport const & report, StoreOutput & output)
 
 void printReportAsJson(CheckReport const & report, StoreOutput & output)
 {
-  Json json = {{"sound", report.faults.empty()},
-               {"records", report.records},
-               {"free_blocks", report.freeBlocks},
-               {"bytes", report.survey.fileLength},
-               {"fault_count", report.faultCount},
-               {"faults", Json::array()},
-               {"notes", report.notes}};
+  std::string text;
+  JsonPieces json([&](std::string_view piece) { text += piece; });
+  json.Member("sound", report.faults.empty());
+  json.Member("records", report.records);
+  json.Member("free_blocks", report.freeBlocks);
+  json.Member("bytes", report.survey.fileLength);
+  json.Member("fault_count", report.faultCount);
+  json.BeginList("faults");
   for (StoreFault const & fault : report.faults) {
-    json["faults"].push_back(
-        {{"file", fault.file}, {"offset", fault.offset < 0 ? Json() : Json(fault.offset)}, {"text", fault.text}});
+    json.Element({{"file", fault.file}, {"offset", fault.offset < 0 ? Json() : Json(fault.offset)}, {"text", fault.text}});
   }
-  output.PrintJson(DumpJson(json, 2) + "\n");
+  json.EndList();
+  json.BeginList("notes");
+  for (std::string const & note : report.notes) json.Element(note);
+  json.EndList();
+  json.End();
+  output.PrintJson(text + "\n");
 }
 
 struct CheckCommand : ManyStoresArguments {

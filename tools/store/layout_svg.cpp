@@ -44,18 +44,19 @@ void drawArea(Picture & picture, LayoutArea const & area, unsigned long long row
 }
 
 // Neighbours of one kind are one area: what is thinner than a hair isn't drawn alone.
-std::vector<LayoutArea> mergedAreas(StoreLayout const & layout, unsigned long long rowBytes)
+void drawAreas(Picture & picture, StoreLayout const & layout, unsigned long long rowBytes)
 {
   unsigned long long const hair = rowBytes / 4000;
-  std::vector<LayoutArea> merged;
+  LayoutArea merged = {};
   for (LayoutArea const & area : layout.areas) {
-    bool const thin = area.bytes <= hair;
-    if (!merged.empty() && (thin || merged.back().kind == area.kind))
-      merged.back().bytes += area.bytes;
-    else
-      merged.push_back(area);
+    if (merged.bytes > 0 && (area.bytes <= hair || merged.kind == area.kind)) {
+      merged.bytes += area.bytes;
+    } else {
+      drawArea(picture, merged, rowBytes);
+      merged = area;
+    }
   }
-  return merged;
+  drawArea(picture, merged, rowBytes);
 }
 
 void drawLegend(Picture & picture, StoreLayout const & layout, double y)
@@ -118,13 +119,12 @@ StoreLayout LayoutOf(Survey const & survey)
   return layout;
 }
 
-std::string LayoutToSvg(StoreLayout const & layout, std::string const & title)
+void LayoutToSvg(StoreLayout const & layout, std::string const & title, std::function<void(std::string_view)> const & pass)
 {
   unsigned long long const rowBytes = rowBytesOf(layout);
   unsigned long long const rows = (layout.bytes + rowBytes - 1) / rowBytes;
   double const legendY = top + static_cast<double>(rows) * rowStep + 24;
-  std::string bytes;
-  Picture picture(PictureFormat::Svg, pageWidth, legendY + 20, [&bytes](std::string_view piece) { bytes += piece; });
+  Picture picture(PictureFormat::Svg, pageWidth, legendY + 20, pass);
   picture.DrawText(left, 26, title, titleSize, black);
   picture.DrawText(left, 48,
                    fmt::format("{} bytes, {} records, {} free blocks; compaction would win {} bytes, {:.1f}%", layout.bytes,
@@ -134,8 +134,7 @@ std::string LayoutToSvg(StoreLayout const & layout, std::string const & title)
     picture.DrawText(left - 10, top + static_cast<double>(row) * rowStep + 14, fmt::format("{}", row * rowBytes), textSize, grey,
                      TextSide::Right);
   }
-  for (LayoutArea const & area : mergedAreas(layout, rowBytes)) drawArea(picture, area, rowBytes);
+  drawAreas(picture, layout, rowBytes);
   drawLegend(picture, layout, legendY);
   picture.Finish();
-  return bytes;
 }

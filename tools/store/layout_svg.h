@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/store/block_survey.h"
@@ -30,4 +32,6 @@ struct StoreLayout {
 };
 
 StoreLayout LayoutOf(Survey const & survey);
-std::string LayoutToSvg(StoreLayout const & layout, std::string const & title);
+
+// Gives pass the drawing's text in pieces.
+void LayoutToSvg(StoreLayout const & layout, std::string const & title, std::function<void(std::string_view)> const & pass);

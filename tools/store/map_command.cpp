@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/output_file.h"
 #include "tools/program.h"
 #include "tools/records/object_json.h"
 #include "tools/store/block_survey.h"
@@ -90,7 +91,11 @@ struct MapCommand : StoreArguments {
     StoreNames const names = GetNames();
     StoreLayout const layout = readLayout(names);
     if (!svg.empty()) RequireOtherFile(names, svg);
-    if (!svg.empty()) WriteWholeFile(svg, LayoutToSvg(layout, names.record));
+    if (!svg.empty()) {
+      OutputFile output(svg);
+      LayoutToSvg(layout, names.record, [&](std::string_view piece) { output.Write(piece); });
+      output.Commit();
+    }
     if (svg == "-") return exitDone;
     if (json) {
       printMapAsJson(layout);

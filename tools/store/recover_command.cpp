@@ -1,6 +1,5 @@
 // zp store recover: a new store from the block headers of one whose index is lost, stale or damaged.
 
-#include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 
 #include <unordered_map>
@@ -8,9 +7,9 @@
 #include <fmt/format.h>
 
 #include "tools/host_file.h"
+#include "tools/json_pieces.h"
 #include "tools/program.h"
 #include "tools/progress.h"
-#include "tools/records/object_json.h"
 #include "tools/records/payload.h"
 #include "tools/store/block_survey.h"
 #include "tools/store/store_writer.h"
@@ -194,15 +193,20 @@ void printVerdicts(Recovery const & recovery, bool each)
 }
 void printVerdictsAsJson(Recovery const & recovery, std::string const & to)
 {
-  Json json = {{"records", Json::array()}, {"header_lost", !recovery.HeaderLoss().empty()}, {"written_to", to}};
+  JsonPieces json(Print);
+  json.BeginList("records");
   for (Verdict const & verdict : recovery.GetVerdicts()) {
-    json["records"].push_back({{"id", verdict.id},
-                               {"state", stateNames[verdict.state]},
-                               {"position", verdict.position},
-                               {"bytes", verdict.block.length},
-                               {"why", verdict.why}});
+    json.Element({{"id", verdict.id},
+                  {"state", stateNames[verdict.state]},
+                  {"position", verdict.position},
+                  {"bytes", verdict.block.length},
+                  {"why", verdict.why}});
   }
-  Print(DumpJson(json, 2) + "\n");
+  json.EndList();
+  json.Member("header_lost", !recovery.HeaderLoss().empty());
+  json.Member("written_to", to);
+  json.End();
+  Print("\n");
 }
 
 StoreNames newStore(StoreNames const & from, std::string const & name)
