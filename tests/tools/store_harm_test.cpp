@@ -149,13 +149,19 @@ struct Harm {
   bool hasIndex;
   size_t kept;
   size_t suspect;
+  size_t grown = 0;  // where two bytes were inserted; the blocks behind are beside a chain of the same step
 };
 
 constexpr Harm harms[] = {
-    {"hole, index", 300, 0, false, true, 16, 1},     {"hole, no index", 300, 0, false, false, 7, 10},
-    {"cut, index", 0, 5, false, true, 19, 0},        {"cut, no index", 0, 5, false, false, 19, 0},
-    {"cut, stale index", 0, 5, true, true, 17, 0},   {"stale index", 0, 0, true, true, 18, 0},
+    {"hole, index", 300, 0, false, true, 16, 1},
+    {"hole, no index", 300, 0, false, false, 7, 10},
+    {"cut, index", 0, 5, false, true, 19, 0},
+    {"cut, no index", 0, 5, false, false, 19, 0},
+    {"cut, stale index", 0, 5, true, true, 17, 0},
+    {"stale index", 0, 0, true, true, 18, 0},
     {"hole, stale index", 300, 0, true, true, 7, 8},
+    {"grown, index", 0, 0, false, true, 6, 14, 270},
+    {"grown, no index", 0, 0, false, false, 6, 14, 270},
 };
 
 TEST_F(StoreTool, RecoveryKeepsWhatIsProvedAndFindsItsStepAgain)
@@ -174,6 +180,7 @@ TEST_F(StoreTool, RecoveryKeepsWhatIsProvedAndFindsItsStepAgain)
     }
     std::string bytes = m_Folder.Read("a.SR");
     if (harm.hole > 0) bytes.replace(harm.hole, 128, 128, '\0');
+    if (harm.grown > 0) bytes.insert(harm.grown, "xy");
     m_Folder.Write("a.SR", bytes.substr(0, bytes.size() - harm.cut));
     if (!harm.hasIndex) std::filesystem::remove(m_Folder.Path() / "a.SI");
     ProgramRun const run = Zp("recover a --to b --leave-suspect --json");

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <unordered_set>
 
 #include <fmt/format.h>
 
@@ -36,6 +37,9 @@ class Anchors {
     auto const next = std::upper_bound(m_Places.begin(), m_Places.end(), position);
     return next != m_Places.end() ? *next : m_nLength;
   }
+
+  // Whether the index has a block there.
+  bool IsPlace(unsigned long long position) const { return std::binary_search(m_Places.begin(), m_Places.end(), position); }
 
   // Whether the index has just the record that stands there.
   bool IsRecord(unsigned long long position) const { return std::binary_search(m_Records.begin(), m_Records.end(), position); }
@@ -75,7 +79,7 @@ class Anchors {
 class BrokenWalk {
  public:
   BrokenWalk(CFile const & file, StoreIndex const & index, unsigned long long length)
-      : m_File(file), m_nLength(length), m_Anchors(file, index, length)
+      : m_File(file), m_Index(index), m_nLength(length), m_Anchors(file, index, length)
   {
     m_Survey.fileLength = length;
   }
@@ -83,6 +87,7 @@ class BrokenWalk {
   Survey Run()
   {
     while (m_nAt < m_nLength) Step();
+    DoubtUnknown();
     return std::move(m_Survey);
   }
 
@@ -118,22 +123,100 @@ class BrokenWalk {
     m_Survey.blocks.back().isTrusted = false;
   }
 
+  // Where the file has breaks, a block of an id that the index doesn't have may be chance.
+  void DoubtUnknown()
+  {
+    if (m_Survey.breaks.empty() || m_Index.state != StoreIndex::Sound) return;
+    std::unordered_set<int> ids;
+    for (LiveEntry const & entry : m_Index.live) ids.insert(entry.id);
+    for (SurveyBlock & at : m_Survey.blocks) at.isTrusted = at.isTrusted && ids.contains(at.block.id);
+  }
+
   void Resume(std::string problem, unsigned int skipped)
   {
     unsigned long long resumed = m_Anchors.Next(m_nAt);
     if (resumed == m_nLength && m_nLength <= zp::maxBlockPosition) {
       if (!m_pSearch) m_pSearch = std::make_unique<ChainSearch>(m_File, m_nLength);
+      unsigned long long const left = FindLeft();
+      if (left < m_nLength && GoBack(left, problem)) return;
       resumed = m_pSearch->Find(m_nAt + skipped);
     }
-    m_Survey.breaks.push_back({m_nAt, resumed, std::move(problem)});
+    GoOn(m_nAt, resumed, std::move(problem));
+  }
+
+  void GoOn(unsigned long long position, unsigned long long resumed, std::string problem)
+  {
+    m_Survey.breaks.push_back({position, resumed, std::move(problem)});
     m_nAt = resumed;
+    m_nFirst = m_Survey.blocks.size();
+  }
+
+  // What lies beside a chain of like blocks is a chain as well, which breaks late: where a heavier one begins that shares no
+  // block with the walk, or the file's length.
+  unsigned long long FindLeft() const
+  {
+    auto const & blocks = m_Survey.blocks;
+    size_t i = blocks.size();
+    while (i > m_nFirst && !m_Anchors.IsPlace(blocks[i - 1].block.position)) --i;
+    for (i = std::max(i, m_nFirst + 1) - 1; i < blocks.size();) {
+      unsigned long long const at = blocks[i].block.position;
+      unsigned long long const found = m_pSearch->Find(at + 1);
+      if (found == m_nLength || m_pSearch->WeightAt(found) <= m_pSearch->WeightAt(at)) {
+        ++i;
+      } else {
+        size_t const shared = FindShared(found);
+        if (shared == blocks.size()) return found;
+        i = std::max(shared, i + 1);
+      }
+    }
+    return m_nLength;
+  }
+
+  // The first block of the walk that the chain from there leads to, or how many there are.
+  size_t FindShared(unsigned long long position) const
+  {
+    auto const & blocks = m_Survey.blocks;
+    auto at = blocks.begin() + static_cast<std::ptrdiff_t>(m_nFirst);
+    while (m_pSearch->WeightAt(position) > 0) {
+      at = std::lower_bound(at, blocks.end(), position,
+                            [](SurveyBlock const & block, unsigned long long wanted) { return block.block.position < wanted; });
+      if (at == blocks.end() || at->block.position == position) break;
+      BYTE header[headerBytes];
+      if (m_File.ReadAt(position, header, headerBytes) != headerBytes) return blocks.size();
+      position += headerBytes + zp::BlockHeader::Read(header).capacity;
+    }
+    return at != blocks.end() && at->block.position == position ? static_cast<size_t>(at - blocks.begin()) : blocks.size();
+  }
+
+  // Takes back the blocks that reach over the begin of the heavier chain, and those behind a length that can't be. The first of
+  // them stands if there is room for it, and counts if its bytes end just there; without room the one before has grown.
+  bool GoBack(unsigned long long left, std::string & problem)
+  {
+    auto & blocks = m_Survey.blocks;
+    auto const first = std::find_if(blocks.begin() + static_cast<std::ptrdiff_t>(m_nFirst), blocks.end(), [&](auto const & at) {
+      return at.block.length > at.block.capacity || at.block.position + headerBytes + at.block.capacity > left;
+    });
+    unsigned long long const position = first != blocks.end() ? first->block.position : m_nAt;
+    bool const hasRoom = left > position + headerBytes;
+    if (!hasRoom && first != blocks.begin()) std::prev(first)->isTrusted = false;
+    if (first == blocks.end()) return false;
+    if (std::next(first) != blocks.end()) problem = "the blocks from here on lead past others";
+    if (hasRoom) {
+      first->isTrusted = first->isTrusted && position + headerBytes + first->block.length == left;
+      first->fits = false;
+    }
+    blocks.erase(hasRoom ? std::next(first) : first, blocks.end());
+    GoOn(position, left, std::move(problem));
+    return true;
   }
 
   CFile const & m_File;
+  StoreIndex const & m_Index;
   unsigned long long m_nLength;
   Anchors m_Anchors;
   std::unique_ptr<ChainSearch> m_pSearch;
   unsigned long long m_nAt = 0;
+  size_t m_nFirst = 0;  // of the blocks since the walk last went on elsewhere
   Survey m_Survey;
 };
 

@@ -100,16 +100,20 @@ DWORD ChainSearch::WeighFrom(Stretch const & stretch, size_t at) const
   if (block.length == 0 || block.length > block.capacity || end > m_nRead) return 0;
   std::span<BYTE const> const rest = bytes.subspan(std::min<size_t>(headerBytes, bytes.size()));
   bool const isObject = !block.isFree && !NamedClass(rest.first(std::min<size_t>(block.length, rest.size()))).empty();
-  return WeightAt(end, stretch) + (isObject ? forObject : block.length == block.capacity ? forFull : forAny);
+  DWORD const behind = stretch.Has(end) ? WeightIn(stretch, end) : WeightAt(end);
+  return behind + (isObject ? forObject : block.length == block.capacity ? forFull : forAny);
 }
 
-DWORD ChainSearch::WeightAt(unsigned long long position, Stretch const & likely) const
+DWORD ChainSearch::WeightIn(Stretch const & stretch, unsigned long long position) const
+{
+  return m_Weights[stretch.first + static_cast<size_t>(position - stretch.position)];
+}
+
+DWORD ChainSearch::WeightAt(unsigned long long position) const
 {
   if (position == m_nRead) return forEnd;
-  if (likely.Has(position)) return m_Weights[likely.first + static_cast<size_t>(position - likely.position)];
   auto const found = StretchAt(position);
-  if (found == m_Stretches.end() || !found->Has(position)) return 0;
-  return m_Weights[found->first + static_cast<size_t>(position - found->position)];
+  return found != m_Stretches.end() && found->Has(position) ? WeightIn(*found, position) : 0;
 }
 
 std::vector<ChainSearch::Stretch>::const_iterator ChainSearch::StretchAt(unsigned long long position) const

@@ -17,6 +17,9 @@ class ChainSearch {
   // The begin of the best chain from start on, or the file's length; that also where the file has become shorter meanwhile.
   unsigned long long Find(unsigned long long start) const;
 
+  // How much speaks for the chain from there; 0 where no block begins.
+  DWORD WeightAt(unsigned long long position) const;
+
  private:
   // Neighbouring pages that aren't all zeros, and the page in front of them, where a header may begin.
   struct Stretch {
@@ -33,7 +36,7 @@ class ChainSearch {
   void Append(std::span<BYTE const> bytes);
   void Weigh();
   DWORD WeighFrom(Stretch const & stretch, size_t at) const;
-  DWORD WeightAt(unsigned long long position, Stretch const & likely) const;
+  DWORD WeightIn(Stretch const & stretch, unsigned long long position) const;
 
   // The first one that ends behind a position.
   std::vector<Stretch>::const_iterator StretchAt(unsigned long long position) const;
