@@ -65,6 +65,7 @@ repeated 1000000 '[' >brackets.json
 for name in many nested nulls values items; do "$zp" store import "$name" "$name.json" >/dev/null; done
 for name in many nulls values items; do mkdir -p "s/$name"; mv "$name.SI" "$name.SR" "s/$name/"; done
 mkdir -p s/nested && mv nested.S? s/nested/
+cp s/many/many.SR bare.SR
 head -c 4000000 /dev/zero >zeros.SR
 head -c 4000000 /dev/urandom >noise.SR
 head -c 4000000 /dev/zero | tr '\0' '\1' >ones.SR
@@ -101,8 +102,8 @@ for store in many nested nulls values items; do
   done
   measure s/$store/$store.SR small.SR store put @ 40 small.ini
 done
-for file in zeros ones noise; do
-  for command in list check map "recover --list" "recover --to n" "export --json"; do
+for file in zeros ones noise bare; do
+  for command in list check "check --json" map "recover --list" "recover --json" "recover --to n" "export --json"; do
     # shellcheck disable=SC2086
     measure $file.SR small.SR store ${command%% *} @ $([[ $command == *' '* ]] && echo "${command#* }")
     : >$file.SI
