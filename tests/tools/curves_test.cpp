@@ -33,7 +33,7 @@ class Curves : public StoreTool {
   void ExpectPublished(Published const & published)
   {
     std::string temperatures;
-    for (double const t : published.at) temperatures += std::to_string(t) + " ";
+    for (double const t : published.at) temperatures += Json(t).dump() + " ";  // with a point in any locale
     std::vector<double> const values = Eval(published.id, published.column, temperatures);
     ASSERT_EQ(values.size(), 3U) << published.column << " of " << published.id;
     for (size_t i = 0; i < 3; ++i) {

@@ -1,8 +1,8 @@
 // zp store import and export: nothing of a record is lost on the way.
 
 #include <bit>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -253,13 +253,19 @@ TEST_F(StoreTool, TableHasTheShortestNumbersThatGiveTheirBitsBack)
   int checked = 0;
   for (std::string cell; std::getline(cells, cell);) {
     if (std::isalpha(cell.front()) != 0 || cell.find_first_of(".e") == std::string::npos) continue;
-    float const value = std::strtof(cell.c_str(), nullptr);
+    auto const read = [](std::string_view text) {
+      float value = 0;
+      std::from_chars(text.data(), text.data() + text.size(), value);
+      return value;
+    };
+    float const value = read(cell);
     size_t const first = cell.find_first_of("123456789");
     std::string const digits = cell.substr(first, cell.find('e') - first);
     auto const count = std::count_if(digits.begin(), digits.end(), [](char c) { return c != '.'; });
     char shorter[40];
-    std::snprintf(shorter, sizeof shorter, "%.*e", static_cast<int>(count) - 2, static_cast<double>(value));
-    EXPECT_TRUE(count == 1 || std::strtof(shorter, nullptr) != value) << cell;
+    int const fewer = std::max(static_cast<int>(count) - 2, 0);
+    char const * const end = std::to_chars(shorter, std::end(shorter), value, std::chars_format::scientific, fewer).ptr;
+    EXPECT_TRUE(count == 1 || read(std::string_view(shorter, end)) != value) << cell;
     ++checked;
   }
   EXPECT_GT(checked, 2000);

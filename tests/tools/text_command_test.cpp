@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
-#include <cstdio>
+#include <charconv>
 #include <cstdlib>
 #include <fstream>
 #include <random>
@@ -200,9 +200,10 @@ TEST(TextCommand, PrintsTheShortestFormThatADoubleHas)
     if (random() % 2 != 0) number += "e" + std::to_string(exponent > 5 ? exponent + 14 : exponent);
     if (random() % 3 == 0) number.insert(0, "-");
     text += number + "\r\n";
+    double value = 0;
+    std::from_chars(number.data(), number.data() + number.size(), value);
     char shortest[40];
-    std::snprintf(shortest, sizeof shortest, "%.15g\n", std::strtod(number.c_str(), nullptr));
-    expected += shortest;
+    expected.append(shortest, std::to_chars(shortest, std::end(shortest), value, std::chars_format::general, 15).ptr) += '\n';
   }
   TempFolder const folder;
   folder.Write("f", text);
