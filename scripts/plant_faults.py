@@ -8,7 +8,7 @@
 
 A fault is an operator turned, a statement removed, a bound moved or a constant changed, in one line of the area's .cpp files: `library`
 (platform and the folders) or `tools` (tools and store). The places are drawn evenly over all that there are; a fault that doesn't compile
-is drawn anew. The tests of the fault's folder run first, then the others and the seeds of the fuzz targets; a program that outlives its
+is drawn anew. The tests of the fault's folder run first, then the others and what the fuzz targets begin with; a program that outlives its
 time has caught the fault. A log that exists is gone on with. Each fault becomes one line of JSON in the log. --again LOG plants the missed faults of an earlier run once more.
 
 The checkout is written to: use a clone. Exit status: 0 done, 1 the tests fail without a fault, 2 used wrongly.
