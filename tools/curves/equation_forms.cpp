@@ -49,7 +49,7 @@ double reduced(double t, double critical, double const * c)
 }
 
 // The heat capacity of saturated liquids, which grows without bounds towards the critical point.
-double zabransky(double temperature, double critical, double const * c)
+double saturatedHeatCapacity(double temperature, double critical, double const * c)
 {
   double const t = 1 - temperature / critical;
   double const cubic[] = {c[1], -2 * c[0] * c[2], -c[0] * c[3], -square(c[2]) / 3, -c[2] * c[3] / 2, -square(c[3]) / 5};
@@ -98,7 +98,7 @@ constexpr EquationForm forms[] = {
      [](double t, double, double const * c) {
        return c[0] + c[1] * square(overSinh(c[2] / t)) + c[3] * square(overCosh(c[4] / t));
      }},
-    {114, "A^2/t + B - 2 A C t - A D t^2 - C^2 t^3 / 3 - C D t^4 / 2 - D^2 t^5 / 5", true, zabransky},
+    {114, "A^2/t + B - 2 A C t - A D t^2 - C^2 t^3 / 3 - C D t^4 / 2 - D^2 t^5 / 5", true, saturatedHeatCapacity},
     {115, "exp(A + B/T + C ln T + D T^2 + E/T^2)", false,
      [](double t, double, double const * c) {
        return std::exp(c[0] + c[1] / t + c[2] * std::log(t) + c[3] * square(t) + c[4] / square(t));
