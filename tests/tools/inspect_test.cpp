@@ -151,7 +151,7 @@ TEST_F(InspectTool, AnyDamageEndsInAnExitStatusWithAllBytesTold)
   for (Kind const & each : kinds) {
     std::string const whole = m_Folder.Read(each.file);
     std::vector<std::string> const damaged = {whole.substr(0, whole.size() / 2), whole + "xy", "\x80\xFF" + whole,
-                                              std::string(whole).replace(whole.size() / 3, 1, "\xFE")};
+                                              "\xFE\xFF" + whole, std::string(whole).replace(whole.size() / 3, 1, "\xFE")};
     for (std::string const & bytes : damaged) {
       m_Folder.Write(each.file, bytes);
       ProgramRun const run = Inspect("--json --bytes '" + std::string(each.file) + "'");

@@ -115,9 +115,9 @@ TEST(TextCommand, KeepsHeadsNamesAndDates)
        "f: hint: --comment TEXT leaves out the rest of a line from TEXT on, such as --comment '#'\n"},
       {"a x 1\nb y 2\n3 z 3\n", "lines f", 0,
        "3 lines, delimiter blank: 3 numeric, 0 blank, 0 not numeric; the longest has 5 characters\ntexts in column 1, 2\n"},
-      {"Ort;T\nK\xF6ln;1,5\n", "lines f", 0,
+      {"O\trt;T\nK\xF6ln;1,5\n", "lines f", 0,
        "2 lines, delimiter semicolon with decimal commas: 1 numeric, 0 blank, 0 not numeric; the longest has 8 characters\n"
-       "head in line 1: Ort, T\ntexts in column 1\n"},
+       "head in line 1: O\\x09rt, T\ntexts in column 1\n"},
   });
 }
 

@@ -30,6 +30,9 @@ constexpr std::string_view operator""_b(char const * text, size_t length)
   return {text, length};
 }
 
+constexpr std::string_view wideMark = "\xFF\xFE";
+constexpr std::string_view turnedWideMark = "\xFE\xFF";
+
 // Files of others, by their first bytes.
 constexpr Mark marks[] = {
     {"\x89PNG", "a PNG picture"},
@@ -43,8 +46,8 @@ constexpr Mark marks[] = {
      "ELF",
      "a program or library"},
     {"SQLite format 3", "an SQLite database"},
-    {"\xFF\xFE", "text in UTF-16; iconv -f UTF-16 -t WINDOWS-1252 makes it readable here"},
-    {"\xFE\xFF", "text in UTF-16; iconv -f UTF-16 -t WINDOWS-1252 makes it readable here"},
+    {wideMark, "text in UTF-16; iconv -f UTF-16 -t WINDOWS-1252 makes it readable here"},
+    {turnedWideMark, "text in UTF-16; iconv -f UTF-16 -t WINDOWS-1252 makes it readable here"},
     {"\x01\x00\x00\x00\x6C\x00\x00\x00"_b, "an enhanced metafile (EMF); zp dxf reads Windows metafiles (WMF)"},
     {"regf", "a binary registry hive of Windows; export it as Win9x/NT4 registration entries"},
 };
@@ -53,6 +56,11 @@ bool isTextCharacter(char c)
 {
   constexpr std::string_view allowed = "\t\n\v\f\r\x1A\x1B";
   return (static_cast<unsigned char>(c) >= ' ' && c != '\x7F') || allowed.find(c) != std::string_view::npos;
+}
+
+bool isText(std::string_view head)
+{
+  return !head.starts_with(wideMark) && !head.starts_with(turnedWideMark) && std::ranges::all_of(head, isTextCharacter);
 }
 
 void tellUnknown(InspectedFile const & file, Inspection & found)
@@ -77,7 +85,6 @@ void look(std::string const & name, bool wantsParts, Inspection & found)
     break;
   }
   if (found.kind.empty()) tellUnknown(file, found);
-  if (wantsParts && found.GetEnd() < found.bytes) found.AddPart(found.bytes - found.GetEnd(), "unreadable");
 }
 
 }  // namespace
@@ -117,7 +124,7 @@ InspectedFile::InspectedFile(std::string const & name, bool wantsParts) : m_strN
   if (!m_File.Open(InsidePath(name), CFile::modeRead | CFile::shareDenyNone, &problem)) FailOpening(name, nullptr, problem);
   m_nSize = m_File.GetLength();
   m_Head = Read(0, headBytes);
-  m_bText = std::ranges::all_of(m_Head, isTextCharacter);
+  m_bText = isText(m_Head);
 }
 
 std::string InspectedFile::Read(unsigned long long position, size_t count) const
@@ -154,5 +161,6 @@ Inspection InspectFile(std::string const & name, bool wantsParts)
     found.AddFault(Describe(*caught));
   }
   if (found.kind.empty()) found.kind = "file that can't be looked at";
+  if (wantsParts && found.GetEnd() < found.bytes) found.AddPart(found.bytes - found.GetEnd(), "unreadable");
   return found;
 }

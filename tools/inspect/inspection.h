@@ -54,7 +54,7 @@ class InspectedFile {
 
   std::string_view GetHead() const { return m_Head; }
 
-  // Whether nothing in the head is a control character that no text has.
+  // Whether nothing in the head is a control character that no text has, or the mark of UTF-16.
   bool IsText() const { return m_bText; }
 
   // False for a file that is too large for it.

@@ -13,6 +13,7 @@
 
 #include "tools/json_output.h"
 #include "tools/program.h"
+#include "tools/shown_text.h"
 #include "tools/text/csv_output.h"
 #include "tools/text/line_survey.h"
 #include "tools/text/misfit_report.h"
@@ -65,7 +66,8 @@ ExitStatus showLines(TextOptions const & options)
                          Counted(static_cast<unsigned>(found.lines), "line"), descriptionOf(form, options), found.numeric,
                          found.blank, comments, found.other, Counted(static_cast<unsigned>(found.longest), "character")));
   if (found.numeric == 0) PrintShown(WhyNone(text, options, found) + "\n");
-  if (shape.headLine > 0) PrintShown(fmt::format("head in line {}: {}\n", shape.headLine, fmt::join(shape.head, ", ")));
+  if (shape.headLine > 0)
+    Print(fmt::format("head in line {}: {}\n", shape.headLine, Visible(fmt::format("{}", fmt::join(shape.head, ", ")))));
   if (!shape.texts.empty()) PrintShown(fmt::format("texts in column {}\n", fmt::join(textColumns(shape), ", ")));
   ReportMisfits(stdout, options, found);
   return status;
