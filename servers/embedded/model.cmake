@@ -13,7 +13,7 @@ endif()
 
 include(${CMAKE_CURRENT_LIST_DIR}/../common/common.cmake)
 set(workbook_rooms book_part cell cell_store cell_text chart_contents chart_writer iso_dates number_text package package_names
-    package_writer relations sheet_writer workbook_writer properties sheet_frame styles_part usual
+    package_writer relations sheet_writer workbook_writer properties sheet_frame styles_part usual plain_xml
     rich_text shared_strings sheet_part unkept workbook_reader xml_reader)
 list(TRANSFORM workbook_rooms PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
 list(TRANSFORM workbook_rooms APPEND .cpp)

@@ -48,6 +48,9 @@ class SheetHandler {
 
   bool HasSheet() const { return m_bSheet; }
 
+  static constexpr std::string_view plainTag = "<row";
+  bool TakesPlain() const { return m_Where == Where::Rows; }
+
  private:
   enum class Where : unsigned char { Outside, Sheet, Frame, Rows, Row, Cell, Value, Inline };
 

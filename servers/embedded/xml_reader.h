@@ -7,11 +7,13 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <expat.h>
 
 #include "servers/embedded/limits.h"
 #include "servers/embedded/package.h"
+#include "servers/embedded/plain_xml.h"
 
 namespace embedded {
 
@@ -25,6 +27,13 @@ struct XmlNamespace {
   {
     if (std::strncmp(name, transitional.data(), transitional.size()) == 0) return name + transitional.size();
     return std::strncmp(name, strict.data(), strict.size()) == 0 ? name + strict.size() : nullptr;
+  }
+
+  // Whether it has that identifier, which stands without a bar; null is none.
+  bool Is(char const * identifier) const
+  {
+    return identifier != nullptr &&
+           (transitional.substr(0, transitional.size() - 1) == identifier || strict.substr(0, strict.size() - 1) == identifier);
   }
 };
 
@@ -59,6 +68,28 @@ class XmlAttributes {
   char const ** m_pList;
 };
 
+// The bytes of a part in a block that is filled again behind what is left of it.
+class PartBuffer {
+ public:
+  explicit PartBuffer(PartStream & part);
+
+  // Reads on, up to the block's end. False where the part has ended.
+  bool Fill();
+
+  std::span<char> GetRest() { return std::span(m_Block).subspan(m_nBegin, m_nEnd - m_nBegin); }
+  void Drop(size_t count) { m_nBegin += count; }
+
+  // Whether reading on would bring more.
+  bool CanGrow() const { return !m_bEnd && m_nEnd - m_nBegin < m_Block.size(); }
+
+ private:
+  PartStream & m_Part;
+  std::vector<char> m_Block;
+  size_t m_nBegin = 0;
+  size_t m_nEnd = 0;
+  bool m_bEnd = false;
+};
+
 // What the readers of all parts share: expat, its bounds, and the way of exceptions around it.
 class XmlParser {
  public:
@@ -67,12 +98,22 @@ class XmlParser {
   XmlParser(XmlParser const &) = delete;
   XmlParser & operator=(XmlParser const &) = delete;
 
-  // Gives the part to the handler to its end. Throws what the handler throws, and BookFailure for what is no XML or passes a
-  // bound.
-  void Read(PartStream & part);
-
  protected:
   static constexpr unsigned int passesAll = ~0U;
+
+  void ReadAll(PartStream & part);
+
+  // Has the parser tell what IsBetweenElements has to know. The namespace is borrowed.
+  void WatchPlain(XmlNamespace const & space);
+
+  // Of the part that is being read; none for its end.
+  void Feed(PartStream const & part, std::span<char const> bytes);
+
+  // Counts what is read past the parser.
+  void Pass(std::string_view bytes);
+
+  // Whether an element may begin where the parser stands, one of that namespace if it has no prefix.
+  bool IsBetweenElements() const;
 
   // Ends the reading with the exception that is being handled.
   void KeepException();
@@ -82,12 +123,22 @@ class XmlParser {
   unsigned int m_nPassed = 0;  // the depth of the element that is passed over; 0 outside one
 
  private:
+  static XmlParser & From(void * self) { return *static_cast<XmlParser *>(self); }
   static void XMLCALL OnDoctype(void * self, char const *, char const *, char const *, int);
+  static void XMLCALL OnNamespace(void * self, char const * prefix, char const * identifier);
+  static void XMLCALL OnNamespaceEnd(void * self, char const * prefix);
+  static void XMLCALL OnSection(void * self) { From(self).m_bSection = true; }
 
-  void CheckToken(PartStream const & part, uint64_t fed) const;
+  void CheckFed(PartStream const & part, XML_Status status, size_t bytes);
+  uint64_t CountTold() const;
   [[noreturn]] void Fail(PartStream const & part) const;
 
   std::exception_ptr m_Exception;
+  uint64_t m_nFed = 0;
+  uint64_t m_nLinesPast = 0;  // that the parser hasn't seen
+  XmlNamespace const * m_pSpace = nullptr;
+  std::vector<bool> m_Known;  // for each default namespace that is declared here, whether it is that one
+  bool m_bSection = false;
 };
 
 [[noreturn]] void FailAtDepth();
@@ -98,6 +149,9 @@ class XmlParser {
 //   void Characters(std::string_view text)                       a piece of what stands in that element
 // and, if it wants to know of them,
 //   void PassForeign()                                           before an element of another namespace is passed over
+// and, if it has many plain elements in one place,
+//   std::string_view plainTag                                    how their tags begin, such as "<row"
+//   bool TakesPlain() const                                      whether it is at that place
 template <class Handler>
 class XmlReader : public XmlParser {
  public:
@@ -108,52 +162,114 @@ class XmlReader : public XmlParser {
     XML_SetCharacterDataHandler(m_pParser, OnCharacters);
   }
 
+  // Gives the part to the handler to its end. Throws what the handler throws, and BookFailure for what is no XML or passes a
+  // bound.
+  void Read(PartStream & part)
+  {
+    if constexpr (requires { m_Handler.TakesPlain(); })
+      ReadMixed(part);
+    else
+      ReadAll(part);
+  }
+
  private:
   static XmlReader & From(void * self) { return *static_cast<XmlReader *>(static_cast<XmlParser *>(self)); }
 
-  static void XMLCALL OnStart(void * self, char const * name, char const ** attributes)
+  template <class Call>
+  static void Guarded(void * self, Call call)
   {
     XmlReader & reader = From(self);
-    ++reader.m_nDepth;
-    if (reader.m_nPassed != 0 && reader.m_nDepth <= mostDepth) return;
     try {
-      if (reader.m_nDepth > mostDepth) FailAtDepth();
-      char const * const own = reader.m_Handler.space.FindOwnName(name);
-      if constexpr (requires { reader.m_Handler.PassForeign(); })
-        if (own == nullptr) reader.m_Handler.PassForeign();
-      if (own == nullptr || !reader.m_Handler.Start(own, XmlAttributes(attributes))) reader.m_nPassed = reader.m_nDepth;
+      call(reader);
     } catch (...) {
       reader.KeepException();
     }
+  }
+
+  static void XMLCALL OnStart(void * self, char const * name, char const ** attributes)
+  {
+    Guarded(self, [&](XmlReader & reader) {
+      char const * const own = reader.m_Handler.space.FindOwnName(name);
+      reader.Start(own != nullptr ? std::string_view(own) : std::string_view(), attributes);
+    });
   }
 
   static void XMLCALL OnEnd(void * self, char const *)
   {
-    XmlReader & reader = From(self);
-    unsigned int const depth = reader.m_nDepth--;
-    if (reader.m_nPassed != 0) {
-      if (reader.m_nPassed == depth) reader.m_nPassed = 0;
-      return;
-    }
-    try {
-      reader.m_Handler.End();
-    } catch (...) {
-      reader.KeepException();
-    }
+    Guarded(self, [](XmlReader & reader) { reader.End(); });
   }
 
   static void XMLCALL OnCharacters(void * self, char const * text, int length)
   {
-    XmlReader & reader = From(self);
-    if (reader.m_nPassed != 0) return;
-    try {
-      reader.m_Handler.Characters(std::string_view(text, static_cast<size_t>(length)));
-    } catch (...) {
-      reader.KeepException();
+    Guarded(self, [&](XmlReader & reader) { reader.Characters({text, static_cast<size_t>(length)}); });
+  }
+
+  // An element of another namespace has no name.
+  void Start(std::string_view own, char const ** attributes)
+  {
+    ++m_nDepth;
+    if (m_nPassed != 0 && m_nDepth <= mostDepth) return;
+    if (m_nDepth > mostDepth) FailAtDepth();
+    if (!own.empty() && m_Handler.Start(own, XmlAttributes(attributes))) return;
+    if constexpr (requires { m_Handler.PassForeign(); })
+      if (own.empty()) m_Handler.PassForeign();
+    m_nPassed = m_nDepth;
+  }
+
+  void End()
+  {
+    unsigned int const depth = m_nDepth--;
+    if (m_nPassed == 0)
+      m_Handler.End();
+    else if (m_nPassed == depth)
+      m_nPassed = 0;
+  }
+
+  void Characters(std::string_view text)
+  {
+    if (m_nPassed == 0) m_Handler.Characters(text);
+  }
+
+  // Plain elements don't go through the parser, which takes several times as long for them.
+  void ReadMixed(PartStream & part)
+  {
+    WatchPlain(m_Handler.space);
+    PartBuffer buffer(part);
+    while (buffer.Fill() || !buffer.GetRest().empty()) {
+      while (!buffer.GetRest().empty() && TakeSome(part, buffer)) {
+      }
     }
+    Feed(part, {});
+  }
+
+  // False if more has to be read first.
+  bool TakeSome(PartStream const & part, PartBuffer & buffer)
+  {
+    std::span<char> const rest = buffer.GetRest();
+    size_t length = 0;
+    if (m_nPassed == 0 && m_Handler.TakesPlain() && IsBetweenElements()) {
+      PlainElement::Found const found = m_Plain.Scan(rest);
+      if (found == PlainElement::Found::Cut && buffer.CanGrow()) return false;
+      if (found == PlainElement::Found::Whole) length = m_Plain.GetLength();
+    }
+    std::string_view const bytes(rest.data(), rest.size());
+    if (length > 0)
+      TakePlain(bytes.substr(0, length));
+    else
+      Feed(part, rest.first(length = std::min(bytes.find(Handler::plainTag, 1), bytes.size())));
+    buffer.Drop(length);
+    return true;
+  }
+
+  void TakePlain(std::string_view bytes)
+  {
+    Pass(bytes);
+    m_Plain.Replay([this](std::string_view name, char const ** attributes) { Start(name, attributes); },
+                   [this](std::string_view text) { Characters(text); }, [this] { End(); });
   }
 
   Handler & m_Handler;
+  PlainElement m_Plain;
 };
 
 template <class Handler>

@@ -1,6 +1,8 @@
 // What .xlsx files hold, as cells or as the sentence that refuses them.
 
+#include <algorithm>
 #include <cmath>
+#include <random>
 #include <span>
 #include <string>
 #include <vector>
@@ -38,6 +40,16 @@ std::string sheetOf(std::string const & rows)
 std::string readSheet(std::string const & sheet, std::string const & texts = "")
 {
   return read(MakeBookPackage(sheet, texts).Finish());
+}
+
+// Rows with double quotes are read plain where they can be, and by the parser alone where a section stands in front of them.
+std::string readRows(std::string rows)
+{
+  std::string const told = readSheet(sheetOf(rows));
+  std::replace(rows.begin(), rows.end(), '\'', '"');
+  EXPECT_EQ(readSheet(sheetOf(rows)), told) << rows.substr(0, 1000);
+  EXPECT_EQ(readSheet(sheetOf("<![CDATA[]]>" + rows)), told) << rows.substr(0, 1000);
+  return told;
 }
 
 struct Case {
@@ -79,20 +91,73 @@ TEST(Reader, ReadsTheCellsOfARow)
   };
   for (Case const & row : cases) {
     std::string const expected = row.told.front() == '!' ? row.told : "Data:" + row.told;
-    EXPECT_EQ(readSheet(sheetOf("<row>" + row.xml + "</row>")), expected) << row.xml.substr(0, 200);
+    EXPECT_EQ(readRows("<row>" + row.xml + "</row>"), expected) << row.xml.substr(0, 200);
   }
 }
 
 TEST(Reader, CountsRowsThatTellNoNumber)
 {
   std::string const cell = "<c><v>1</v></c>";
-  EXPECT_EQ(readSheet(sheetOf("<row>" + cell + "</row><row r='5'>" + cell + "</row><row>" + cell + "</row>")),
-            "Data: A1=1 A5=1 A6=1");
+  EXPECT_EQ(readRows("<row>" + cell + "</row><row r='5'>" + cell + "</row><row>" + cell + "</row>"), "Data: A1=1 A5=1 A6=1");
   for (char const * number : {"0", "x", "-1", "99999999999"}) {
-    EXPECT_EQ(readSheet(sheetOf("<row r='"s + number + "'/>")),
-              "! The sheet \"Data\" has a row with the number \""s + number + "\"");
+    EXPECT_EQ(readRows("<row r='"s + number + "'/>"), "! The sheet \"Data\" has a row with the number \""s + number + "\"");
   }
-  EXPECT_EQ(readSheet(sheetOf("<row r='1048576'/><row/>")), "! The sheet \"Data\" has rows beyond the last one");
+  EXPECT_EQ(readRows("<row r='1048576'/><row/>"), "! The sheet \"Data\" has rows beyond the last one");
+}
+
+TEST(Reader, ReadsPlainRowsAsTheParserDoes)
+{
+  std::vector<std::string> const usual = {"<c><v>1</v></c>",
+                                          "<c r='C9' s='1'><v>2e3</v></c>",
+                                          "<c/>",
+                                          "<c t='b' ><v>1</v></c >",
+                                          "<f>A1</f>",
+                                          "<row>",
+                                          "</row>",
+                                          "<row r='7' spans='1:2'>\n",
+                                          "\n  ",
+                                          "</row>\n<row>"};
+  std::vector<std::string> const odd = {"<v>",
+                                        "</c>",
+                                        "<c r='A1' r='B1'/>",
+                                        "<c r='A1's='1'/>",
+                                        "<c r = 'A1'/>",
+                                        "<c r='A&#49;'/>",
+                                        "<c r='\xC3\xA9'/>",
+                                        "]]>",
+                                        "<c t='str'><v>]]&gt;</v></c>",
+                                        "<!-- <row> -->",
+                                        "<![CDATA[<row><c><v>5</v></c></row>]]>",
+                                        "<row xmlns='urn:other'>",
+                                        "<x:row/>",
+                                        "<?row <row>?>",
+                                        "\r\n",
+                                        "\1",
+                                        "<rowBreaks/>",
+                                        "<c t='str'><v>a\r</v></c>",
+                                        "</sheetData>",
+                                        "<row",
+                                        "&",
+                                        "<row/>",
+                                        "<c><v>x</v></c>",
+                                        "<c t='inlineStr'><is><t>\xC3\xA9</t></is></c>",
+                                        "<a><b><c><d><e><f><g><h><i/></h></g></f></e></d></c></b></a>"};
+  std::mt19937 random(7);
+  auto const oneOf = [&](std::vector<std::string> const & pieces) { return pieces[random() % pieces.size()]; };
+  for (int round = 0; round < 1500; ++round) {
+    std::string rows = "<row>";
+    for (size_t left = random() % 12; left > 0; --left) rows += oneOf(random() % 8 == 0 ? odd : usual);
+    readRows(rows + "</row><row r='12'><c><v>3</v></c></row>");
+  }
+  EXPECT_EQ(readRows("<![CDATA[<row><c><v>5</v></c></row>]]>"), "Data:");
+  std::string large;
+  for (size_t cells = 1; large.size() < 800000; cells = cells * 7 % 9973) {
+    large += "<row>";
+    for (size_t i = 0; i < cells; ++i) large += "<c><v>" + std::to_string(random()) + "</v></c>";
+    large += "</row>\n";
+  }
+  EXPECT_EQ(readRows(large + "<row><c><v>1</v></row>").substr(0, 8), "! The pa");
+  EXPECT_GT(std::ranges::count(readRows(large), '='), 10000);
 }
 
 TEST(Reader, JoinsSharedTextsAndTakesStrictFiles)
