@@ -121,6 +121,18 @@ TEST_F(Curves, KnowEachForm)
   }
 }
 
+// Far below its melting point the form for water's vapour pressure runs to 1e280 Pa, and above the critical point it goes on.
+TEST_F(Curves, LeaveTheAxisToWhatIsInside)
+{
+  ASSERT_EQ(Zp("import a " ZP_SOURCE_DIR "/examples/components.csv").status, 0);
+  for (char const * const arguments : {"plot a 3,4 --property antoine", "plot a 4 --property antoine --from 10 --to 900"}) {
+    std::string const plot = Zp(arguments).out;
+    EXPECT_NE(plot.find("10000 |"), std::string::npos) << plot;
+    EXPECT_NE(plot.find("...."), std::string::npos) << plot;
+    EXPECT_EQ(plot.find("e+2"), std::string::npos) << plot;
+  }
+}
+
 TEST_F(Curves, AreTablesAndPictures)
 {
   m_Folder.Write("in.csv",

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include <fmt/format.h>
 
@@ -47,26 +46,59 @@ ChartAxis linearAxis(double from, double to, int ticks)
   return {from, to, false, linearTicks(from, to, ticks)};
 }
 
-// The values' bounds, with a little room: those inside of the curves' ranges, else all.
+struct Bounds {
+  double least = INFINITY;
+  double largest = -INFINITY;
+
+  void Take(double value)
+  {
+    least = std::min(least, value);
+    largest = std::max(largest, value);
+  }
+  bool Holds() const { return least <= largest; }
+};
+
+// Beside the values inside of the curves' ranges those outside, as far as they leave those two thirds of the axis.
+Bounds widened(Bounds const & inside, Bounds const & all, bool isLogarithmic)
+{
+  constexpr double part = 0.25;  // of the inside, on each side
+  double const factor = isLogarithmic ? std::pow(inside.largest / inside.least, part) : 1;
+  double const room = isLogarithmic ? 0 : part * (inside.largest - inside.least);
+  return {std::max(all.least, inside.least / factor - room), std::min(all.largest, inside.largest * factor + room)};
+}
+
+// The values' bounds, with a little room.
 ChartAxis axisOf(std::vector<std::vector<ChartPoint>> const & curves)
 {
-  double bounds[2][2] = {{INFINITY, -INFINITY}, {INFINITY, -INFINITY}};  // least and largest, inside and of all
+  Bounds inside, all;
   for (auto const & curve : curves) {
     for (ChartPoint const & point : curve) {
-      for (int which = point.isOutside ? 1 : 0; which < 2; ++which) {
-        bounds[which][0] = std::min(bounds[which][0], point.value);
-        bounds[which][1] = std::max(bounds[which][1], point.value);
-      }
+      all.Take(point.value);
+      if (!point.isOutside) inside.Take(point.value);
     }
   }
-  auto [least, largest] = bounds[bounds[0][0] <= bounds[0][1] ? 0 : 1];
   constexpr int ticks = 6;
-  if (!(least <= largest)) return linearAxis(0, 1, ticks);
-  if (least > 0 && largest / least > logarithmicFrom) return {least, largest, true, decadeTicks(least, largest, ticks)};
+  if (!all.Holds()) return linearAxis(0, 1, ticks);
+  if (!inside.Holds()) inside = all;
+  bool const isLogarithmic = inside.least > 0 && inside.largest / inside.least > logarithmicFrom;
+  auto const [least, largest] = widened(inside, all, isLogarithmic);
+  if (isLogarithmic) return {least, largest, true, decadeTicks(least, largest, ticks)};
   double room = 0.05 * (largest - least);
   if (!(room > 0)) room = least == 0 ? 1 : 0.05 * std::abs(least);
   if (!std::isfinite(room)) return linearAxis(0, 1, ticks);
   return linearAxis(least - room, largest + room, ticks);
+}
+
+double lowestOf(TemperatureRange const & range)
+{
+  return range.from > 0 ? range.from : lowestOfCritical * range.to;
+}
+
+// Liquids freeze: where the melting point isn't known, a curve isn't trusted down to 0 K.
+bool isOutside(Curve const & curve, double temperature)
+{
+  bool const isFrozen = curve.range && curve.facts.melting <= 0 && temperature < lowestOf(*curve.range);
+  return isFrozen || curve.IsOutside(temperature);
 }
 
 std::vector<ChartPoint> sample(Curve const & curve, TemperatureRange const & shown, int samples)
@@ -75,7 +107,7 @@ std::vector<ChartPoint> sample(Curve const & curve, TemperatureRange const & sho
   for (int i = 0; i < samples; ++i) {
     double const temperature = shown.from + (shown.to - shown.from) * i / (samples - 1);
     double const value = curve.At(temperature).value_or(NAN);
-    points.push_back({temperature, value, curve.IsOutside(temperature)});
+    points.push_back({temperature, value, isOutside(curve, temperature)});
   }
   return points;
 }
@@ -112,8 +144,7 @@ TemperatureRange RangeToShow(std::vector<Curve> const & curves)
   TemperatureRange shown = {INFINITY, 0};
   for (Curve const & curve : curves) {
     if (!curve.range) continue;
-    double const from = curve.range->from > 0 ? curve.range->from : lowestOfCritical * curve.range->to;
-    shown = {std::min(shown.from, from), std::max(shown.to, curve.range->to)};
+    shown = {std::min(shown.from, lowestOf(*curve.range)), std::max(shown.to, curve.range->to)};
   }
   return shown.from < shown.to ? shown : unknownRange;
 }

@@ -20,7 +20,7 @@ struct ChartAxis {
 struct ChartPoint {
   double temperature;
   double value;
-  bool isOutside;  // of the curve's range
+  bool isOutside;  // of the curve's known range
 };
 
 // The pieces of a curve, broken where it has no value or leaves the chart.
@@ -53,5 +53,5 @@ struct ChartPlace {
 };
 void DrawChart(Picture & picture, Chart const & chart, ChartPlace const & place);
 
-// Lines of at most so many characters, each with its end; values outside of a curve's range are dots.
+// Lines of at most so many characters, each with its end; values outside of a curve's known range are dots.
 std::string ChartInCharacters(Chart const & chart, int columns, int rows);

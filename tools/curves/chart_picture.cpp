@@ -95,5 +95,5 @@ void DrawChart(Picture & picture, Chart const & chart, ChartPlace const & place)
     picture.Stroke(lineWidth, color);
     picture.DrawText(frame.right + 46, y + 4, chart.names[i], textSize, black);
   }
-  if (leavesRange(chart)) picture.DrawText(frame.left, frame.bottom + 36, "dashed: outside of the range", textSize, grey);
+  if (leavesRange(chart)) picture.DrawText(frame.left, frame.bottom + 36, "dashed: outside of the known range", textSize, grey);
 }
