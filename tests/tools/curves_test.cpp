@@ -171,6 +171,7 @@ TEST_F(Curves, AreTablesAndPictures)
            Refusal{"eval a 3 rho_liq 300", 1, "needs the critical temperature, which the component doesn't tell"},
            Refusal{"eval a 1 rho_liq -5", 2, "-5: is no temperature in K between 0 and 100000"},
            Refusal{"eval a 1 rho_liq 1:2", 2, "1:2: is no temperature"},
+           Refusal{"eval a 1 rho_liq 3:2:0.1", 2, "3:2:0.1: is a range that ends before it begins"},
            Refusal{"eval a 1 rho_liq 1:9e4:0.1", 2, "more than 100000 temperatures"},
            Refusal{"eval a 9 rho_liq 300", 1, "9"},
            Refusal{"plot a 2 --property sigma", 1, "record 2: has no sigma"},

@@ -103,6 +103,7 @@ struct EvalCommand : StoreArguments {
       double const to = first == std::string::npos ? from : ReadNumber(view.substr(first + 1, second - first - 1), text);
       double const step = second == std::string::npos ? 1.0 : ReadNumber(view.substr(second + 1), text);
       if (first != std::string::npos && second == std::string::npos) ReadNumber("", text);
+      if (to < from) throw Failure(fmt::format("{}: is a range that ends before it begins", text), exitUsage);
       constexpr double slack = 1e-9;
       for (size_t i = 0; from + static_cast<double>(i) * step <= to + step * slack && all.size() <= most; ++i)
         all.push_back(from + static_cast<double>(i) * step);
