@@ -16,7 +16,9 @@ InputFile::Buffer::Buffer(std::string const & name)
   if (IsFolder(name)) throw SystemFailure(fmt::format("{}: is a folder; name a file", name), EISDIR);
   if (m_pFile->Open(name, zp::hostRead)) return;
   int const error = errno;
-  throw SystemFailure(fmt::format("{}: can't be opened: {}; check the name", name, std::strerror(error)), error);
+  throw SystemFailure(fmt::format("{}: can't be opened: {}; check {}", name, std::strerror(error),
+                                  error == EACCES ? "its permissions" : "the name"),
+                      error);
 }
 
 size_t InputFile::Buffer::Take(char * buffer, size_t count)
