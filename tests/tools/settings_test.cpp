@@ -117,7 +117,9 @@ TEST_F(ZpSettings, SayWhatIsWrong)
   m_Folder.Write("bad.reg", "[x]\n");
   EXPECT_EQ(Run("set Misc a x -p bad.reg/x.ini"), "1 zp: bad.reg/x.ini: the change was not made: Not a directory\n");
   EXPECT_EQ(Run("list -r bad.reg"), "1 zp: bad.reg: doesn't begin with REGEDIT4; name a registration-entries file\n");
-  EXPECT_EQ(Run("import bad.reg -p x.ini"), "1 zp: bad.reg: is no registration-entries file; it must begin with REGEDIT4\n");
+  EXPECT_EQ(
+      Run("import bad.reg -p x.ini"),
+      "1 zp: bad.reg: is no registration-entries file; it must begin with REGEDIT4 or Windows Registry Editor Version 5.00\n");
   EXPECT_EQ(Run("list -r a.reg -p x.ini").substr(0, 2), "2 ");
   EXPECT_EQ(m_Folder.Read("bad.reg"), "[x]\n");
 }

@@ -106,7 +106,8 @@ ExitStatus ImportSettings(SettingsOptions const & options, std::string const & f
   int damaged = 0;
   int lost = 0;
   if (!zp::ReadRegistryText(ReadWholeFile(file), entries, damaged, lost))
-    throw Failure(fmt::format("{}: is no registration-entries file; it must begin with REGEDIT4", name));
+    throw Failure(fmt::format(
+        "{}: is no registration-entries file; it must begin with REGEDIT4 or Windows Registry Editor Version 5.00", name));
   Tally tally;
   for (zp::RegistryEntry const & entry : entries) take(store, entry, name, tally);
   PrintShown(fmt::format("{}: {} taken, {} removed, {} refused, {}, {} of other keys than {}\n", name,
