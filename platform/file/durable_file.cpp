@@ -13,7 +13,8 @@
 namespace zp {
 namespace {
 
-constexpr char const * temporaryEnd = ".zp-new";
+constexpr std::string_view temporaryEnd = ".zp-new";
+constexpr size_t mostNameBytes = 255;  // that file systems take
 constexpr unsigned int newFileMode = 0666;
 
 std::string folderOf(std::string const & hostFile)
@@ -21,6 +22,13 @@ std::string folderOf(std::string const & hostFile)
   size_t const slash = hostFile.rfind('/');
   if (slash == std::string::npos) return ".";
   return slash == 0 ? "/" : hostFile.substr(0, slash);
+}
+
+// Beside the file; of a name that is too long for the end, its beginning.
+std::string temporaryOf(std::string const & hostFile)
+{
+  size_t const name = hostFile.rfind('/') + 1;
+  return hostFile.substr(0, name + mostNameBytes - temporaryEnd.size()).append(temporaryEnd);
 }
 
 // A new file under a name that nothing but a crash can have left behind. The former file's mode and owner pass to it.
@@ -101,7 +109,8 @@ std::string FollowLinks(std::string const & hostFile)
 int ReplaceLockedFile(FolderLock const & lock, std::string const & hostFile, std::string_view content,
                       MayReplace const & mayReplace)
 {
-  std::string const temporary = hostFile + temporaryEnd;
+  std::string const temporary = temporaryOf(hostFile);
+  if (temporary == hostFile) return ENAMETOOLONG;
   int error = writeTemporary(temporary, hostFile, content);
   if (error == 0 && mayReplace && !mayReplace(temporary)) error = ECANCELED;
   if (error == 0) error = renameInto(lock, temporary, hostFile);

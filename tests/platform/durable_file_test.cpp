@@ -39,6 +39,15 @@ TEST(DurableFile, ReplacingKeepsModeAndLinksAndLeavesNothingBeside)
   EXPECT_TRUE(fs::is_symlink(folder.Path() / "link"));
   EXPECT_EQ(fs::status(real).permissions(), fs::perms::owner_read | fs::perms::owner_write);
   EXPECT_EQ(filesIn(folder), 2);
+  std::string const longest = std::string(248, 'l') + ".ending";
+  ASSERT_TRUE(ReplaceFileDurably(folder.Name(longest.c_str()), "1", &error)) << error;
+  ASSERT_TRUE(ReplaceFileDurably(folder.Name(longest.c_str()), "2", &error)) << error;
+  EXPECT_EQ(folder.Read(longest), "2");
+  std::string const taken = std::string(248, 'l') + ".zp-new";
+  folder.Write(taken, "kept");
+  EXPECT_FALSE(ReplaceFileDurably(folder.Name(taken.c_str()), "lost", &error));
+  EXPECT_EQ(error, ENAMETOOLONG);
+  EXPECT_EQ(folder.Read(taken), "kept");
 }
 
 TEST(DurableFile, AsksWithTheNewFileBesideTheOldOne)
