@@ -9,6 +9,7 @@
 #include "platform/bytes.h"
 #include "platform/collections.h"
 #include "platform/commands.h"
+#include "platform/dispatch_exception.h"
 #include "platform/documents.h"
 #include "platform/drawing.h"
 #include "platform/durable_file.h"

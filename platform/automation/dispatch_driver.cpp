@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include <zpbase/platform/dispatch_exception.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/variants.h>
@@ -142,6 +143,8 @@ struct ExceptionRecord : EXCEPINFO {
   told.m_strSource = zp::BstrToText(record.bstrSource);
   told.m_strHelpFile = zp::BstrToText(record.bstrHelpFile);
   told.m_scError = record.scode;
+  std::u16string_view const wide = zp::ViewOf(record.bstrDescription);
+  if (zp::TextToWide(told.m_strDescription.View()) != wide) throw new zp::WideDispatchException(told, wide);
   AfxThrowOleDispatchException(told);
 }
 

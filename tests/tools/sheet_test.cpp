@@ -98,6 +98,10 @@ TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
                                              "</c></row></sheetData></worksheet>",
                                              "")
                                  .Finish());
+  m_Folder.Write("odd.xlsx", MakeBookPackage("<worksheet xmlns='http://schemas.openxmlformats.org/spreadsheetml/2006/main'>"
+                                             "<sheetData><row><c t='b'><v>\u0416</v></c></row></sheetData></worksheet>",
+                                             "")
+                                 .Finish());
   struct Row {
     char const * arguments;
     std::string told;
@@ -123,6 +127,8 @@ TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
            Row{"sheet list t.csv", "1 zp: " + Path("t.csv") + ": The file is no .xlsx file: it is no zip archive\n"},
            Row{"sheet list \xE6\xA5\xBD.xlsx",
                "1 zp: " + Path("\xE6\xA5\xBD.xlsx") + " can't be opened: No such file or directory\n"},
+           Row{"sheet list odd.xlsx",
+               "1 zp: " + Path("odd.xlsx") + ": The cell A1 of the sheet \"Data\" holds \"\u0416\" in place of a Boolean\n"},
            Row{"sheet list none.xlsx", "1 zp: " + Path("none.xlsx") + " can't be opened: No such file or directory\n"},
            Row{"sheet write new.ods S t.csv", "1 zp: " + Path("new.ods") + " can't be saved in another format than .xlsx\n"},
            Row{"sheet list b.xlsx --server None.Such",

@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 #include <zpbase/messages.h>
+#include <zpbase/platform/dispatch_exception.h>
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/spreadsheet.h>
@@ -17,8 +18,8 @@ namespace {
 
 constexpr HRESULT serverUnavailable = static_cast<HRESULT>(0x800706BA);
 
-// The server's words come in the code page; the name of the workbook's file, which may have other characters, is put back.
-std::string sentenceOf(std::string_view text, std::string const & book)
+// A warning comes in the code page; the name of the workbook's file, which may have other characters, is put back.
+std::string warningOf(std::string_view text, std::string const & book)
 {
   std::string sentence = zp::TextToUtf8(text);
   std::error_code error;
@@ -30,6 +31,24 @@ std::string sentenceOf(std::string_view text, std::string const & book)
   std::string const shown = zp::TextToUtf8(name);
   if (size_t const at = sentence.find(shown); at != std::string::npos) sentence.replace(at, shown.size(), path);
   return sentence;
+}
+
+[[noreturn]] void failWith(HRESULT code, std::string const & book)
+{
+  throw Failure(fmt::format("{}: the spreadsheet server fails with the code {:08X}", book, static_cast<unsigned int>(code)));
+}
+
+[[noreturn]] void failWith(COleDispatchException const & told, std::string const & book)
+{
+  if (told.m_strDescription.IsEmpty()) failWith(told.m_scError, book);
+  auto const * const inWide = dynamic_cast<zp::WideDispatchException const *>(&told);
+  std::string sentence;
+  if (inWide != nullptr)
+    zp::AppendUtf8(sentence, inWide->m_strWide);
+  else
+    sentence = zp::TextToUtf8(told.m_strDescription.View());
+  if (told.m_scError == zp::contentsWouldBeLost) sentence += "; with --drop it is written without them";
+  throw Failure(sentence);
 }
 
 }  // namespace
@@ -70,20 +89,18 @@ CLI::Option * RequireNamed(CLI::Option * option)
 
 ExitStatus Told(std::string const & book, std::function<void()> const & work)
 {
-  zp::WarningTaker const taker([&](std::string_view warning) { Tell("warning: " + sentenceOf(warning, book)); });
+  zp::WarningTaker const taker([&](std::string_view warning) { Tell("warning: " + warningOf(warning, book)); });
   try {
     work();
     return exitDone;
   } catch (COleDispatchException * told) {
     zp::ExceptionGuard const guard(told);
-    char const * const advice = told->m_scError == zp::contentsWouldBeLost ? "; with --drop it is written without them" : "";
-    throw Failure(sentenceOf(told->m_strDescription.View(), book) + advice);
+    failWith(*told, book);
   } catch (COleException * failed) {
     zp::ExceptionGuard const guard(failed);
     if (failed->m_sc == E_OUTOFMEMORY) throw std::bad_alloc();
     if (failed->m_sc == serverUnavailable)
       throw Failure(fmt::format("{}: the spreadsheet server ended before it was done; look at the file and try again", book));
-    throw Failure(
-        fmt::format("{}: the spreadsheet server fails with the code {:08X}", book, static_cast<unsigned int>(failed->m_sc)));
+    failWith(failed->m_sc, book);
   }
 }
