@@ -89,6 +89,7 @@ void ChartLists::Rename(Workbook const & workbook, ChartEntry & chart, rtl::OUSt
   make(workbook, name);
   chart.name = name;
   chart.isMade = true;
+  m_Named.push_back(workbook);
   std::erase_if(m_Pending, [&chart](Pending const & pending) { return pending.chart.get() == &chart; });
 }
 
@@ -102,8 +103,14 @@ void ChartLists::MakeAll(Workbook const & workbook)
   std::erase_if(m_Pending, [](Pending const & pending) { return pending.chart->isMade; });
 }
 
+bool ChartLists::HasNamed(Workbook const & workbook) const
+{
+  return std::find(m_Named.begin(), m_Named.end(), workbook) != m_Named.end();
+}
+
 void ChartLists::Forget(Workbook const & workbook)
 {
+  std::erase(m_Named, workbook);
   std::erase_if(m_Pending, [&workbook](Pending const & pending) { return pending.workbook == workbook; });
 }
 

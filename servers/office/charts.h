@@ -36,9 +36,16 @@ class ChartLists {
   // Makes what isn't made yet.
   void MakeAll(Workbook const & workbook);
 
+  // Whether a chart was given its name here, which it has only as long as the workbook's format keeps it.
+  bool HasNamed(Workbook const & workbook) const;
+
   // Forgets a workbook that was closed; all.
   void Forget(Workbook const & workbook);
-  void Clear() { m_Pending.clear(); }
+  void Clear()
+  {
+    m_Pending.clear();
+    m_Named.clear();
+  }
 
  private:
   struct Pending {
@@ -49,6 +56,7 @@ class ChartLists {
   bool IsTaken(Workbook const & workbook, rtl::OUString const & name, ChartEntry const * butFor);
 
   std::vector<Pending> m_Pending;
+  std::vector<Workbook> m_Named;
 };
 
 }  // namespace office

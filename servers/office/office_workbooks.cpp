@@ -16,7 +16,10 @@ using css::uno::UNO_QUERY_THROW;
 
 class OfficeBook : public servers::Book {
  public:
-  OfficeBook(Link & link, Workbook const & workbook) : m_Link(link), m_Workbook(workbook) {}
+  OfficeBook(OfficeSpreadsheet const & owner, Link & link, Workbook const & workbook)
+      : m_Owner(owner), m_Link(link), m_Workbook(workbook)
+  {
+  }
 
   bool HasGone() override { return IsClosed(m_Workbook); }
   std::u16string GetFullName() override { return std::u16string(ViewOf(NameOfWorkbook(m_Workbook))); }
@@ -29,8 +32,8 @@ class OfficeBook : public servers::Book {
     if (controller.is() && controller->getFrame().is()) controller->getFrame()->activate();
   }
   void Close() override { CloseWorkbook(m_Link, m_Workbook); }
-  void Save() override { SaveWorkbook(m_Link, m_Workbook); }
-  void SaveAs(std::u16string_view path) override { SaveWorkbookAs(m_Link, m_Workbook, path); }
+  void Save() override { SaveWorkbook(m_Link, m_Workbook, m_Owner.GetAlerts()); }
+  void SaveAs(std::u16string_view path) override { SaveWorkbookAs(m_Link, m_Workbook, path, m_Owner.GetAlerts()); }
 
   size_t CountWorksheets() override { return static_cast<size_t>(SheetsOf(m_Workbook)->getCount()); }
   std::shared_ptr<servers::Worksheet> GetWorksheet(size_t index) override
@@ -65,6 +68,7 @@ class OfficeBook : public servers::Book {
   }
 
  private:
+  OfficeSpreadsheet const & m_Owner;
   Link & m_Link;
   Workbook m_Workbook;
 };
@@ -86,17 +90,17 @@ Reference<css::container::XIndexAccess> SheetsOf(Workbook const & workbook)
 
 std::shared_ptr<servers::Book> OfficeSpreadsheet::GetBook(size_t index)
 {
-  return std::make_shared<OfficeBook>(*m_pLink, m_pLink->ListWorkbooks().at(index));
+  return std::make_shared<OfficeBook>(*this, *m_pLink, m_pLink->ListWorkbooks().at(index));
 }
 
 std::shared_ptr<servers::Book> OfficeSpreadsheet::AddBook()
 {
-  return std::make_shared<OfficeBook>(*m_pLink, CreateWorkbook(*m_pLink));
+  return std::make_shared<OfficeBook>(*this, *m_pLink, CreateWorkbook(*m_pLink));
 }
 
 std::shared_ptr<servers::Book> OfficeSpreadsheet::OpenBook(std::u16string_view path)
 {
-  return std::make_shared<OfficeBook>(*m_pLink, OpenWorkbook(*m_pLink, path));
+  return std::make_shared<OfficeBook>(*this, *m_pLink, OpenWorkbook(*m_pLink, path));
 }
 
 void OfficeSpreadsheet::Enter(bool isReading)

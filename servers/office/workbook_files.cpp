@@ -7,12 +7,15 @@
 
 #include <com/sun/star/beans/PropertyValue.hpp>
 #include <com/sun/star/document/MacroExecMode.hpp>
+#include <com/sun/star/frame/XModel.hpp>
 #include <com/sun/star/frame/XStorable.hpp>
 #include <com/sun/star/frame/XTitle.hpp>
 #include <com/sun/star/io/IOException.hpp>
 #include <com/sun/star/lang/IllegalArgumentException.hpp>
 #include <com/sun/star/util/XCloseable.hpp>
 #include <osl/file.hxx>
+
+#include <zpbase/spreadsheet.h>
 
 #include "failure.h"
 #include "office_text.h"
@@ -80,6 +83,21 @@ std::string pathOf(Reference<css::frame::XStorable> const & storable)
   return isFile ? ToUtf8(path) : std::string();
 }
 
+rtl::OUString filterOf(Workbook const & workbook)
+{
+  rtl::OUString filter;
+  for (PropertyValue const & argument : Reference<css::frame::XModel>(workbook, UNO_QUERY_THROW)->getArgs())
+    if (argument.Name == "FilterName") argument.Value >>= filter;
+  return filter;
+}
+
+void tellLostNames(Link & link, Workbook const & workbook, std::string const & file, rtl::OUString const & filter, bool alerts)
+{
+  if (filter.startsWith("calc8") || !link.GetCharts().HasNamed(workbook)) return;
+  if (alerts) Refuse(file + " would lose the names of new charts, which .ods keeps", zp::contentsWouldBeLost);
+  servers::Warn(file + " is written without the names of new charts");
+}
+
 void close(Reference<css::uno::XInterface> const & document)
 {
   Reference<css::util::XCloseable>(document, UNO_QUERY_THROW)->close(true);
@@ -129,16 +147,17 @@ void RequireWritable(Workbook const & workbook)
   Refuse(pathOf(storable) + " is open for reading alone: it is open elsewhere, or can't be written");
 }
 
-void SaveWorkbook(Link & link, Workbook const & workbook)
+void SaveWorkbook(Link & link, Workbook const & workbook, bool alerts)
 {
   Reference<css::frame::XStorable> const storable = storableOf(workbook);
   if (!storable->hasLocation()) Refuse("The workbook has no file yet: save it under a name");
   RequireWritable(workbook);
+  tellLostNames(link, workbook, pathOf(storable), filterOf(workbook), alerts);
   link.GetCharts().MakeAll(workbook);
   storable->store();
 }
 
-void SaveWorkbookAs(Link & link, Workbook const & workbook, std::u16string_view path)
+void SaveWorkbookAs(Link & link, Workbook const & workbook, std::u16string_view path, bool alerts)
 {
   std::string const file = servers::HostPathOf(path);
   rtl::OUString const url = urlOf(file);
@@ -147,6 +166,7 @@ void SaveWorkbookAs(Link & link, Workbook const & workbook, std::u16string_view 
     if (!lowerCase.endsWith(rtl::OUString::createFromAscii(format.extension))) continue;
     if (storableOf(workbook)->getLocation() != url) servers::RequireNewFile(file);
     servers::RequireFolder(file);  // the office would make it
+    tellLostNames(link, workbook, file, rtl::OUString::createFromAscii(format.filter), alerts);
     link.TakeNoteOf(file);
     link.GetCharts().MakeAll(workbook);
     Sequence<PropertyValue> how(1);

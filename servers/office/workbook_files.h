@@ -16,9 +16,10 @@ Workbook CreateWorkbook(Link & link);
 Workbook OpenWorkbook(Link & link, std::u16string_view path);
 
 // Saves a workbook to its own file, or to another one in the format of its extension (.xlsx, .xls, .ods), which is its own from
-// then on. A file that is there is overwritten only if it is the workbook's own.
-void SaveWorkbook(Link & link, Workbook const & workbook);
-void SaveWorkbookAs(Link & link, Workbook const & workbook, std::u16string_view path);
+// then on. A file that is there is overwritten only if it is the workbook's own. A format that doesn't keep the names of charts
+// is refused with alerts where charts were named, and warned of without.
+void SaveWorkbook(Link & link, Workbook const & workbook, bool alerts);
+void SaveWorkbookAs(Link & link, Workbook const & workbook, std::u16string_view path, bool alerts);
 
 // Refuses a workbook that is open for reading alone: the office would leave some changes undone without a word.
 void RequireWritable(Workbook const & workbook);

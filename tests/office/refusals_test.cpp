@@ -37,15 +37,17 @@ TEST_F(OfficeRefusals, LeaveAWorkbookThatIsOpenElsewhereAndAChartThatIsMade)
   auto chart = Attached<GPChart>(Attached<GPCharts>(book.GetCharts()).Add());
   chart.SetName("Profile");
   EXPECT_EQ(WhatIsTold([&] { chart.SetName("Another"); }), "80070057");
-  book.SaveAs(COleVariant(m_Folder.Name("locked.xlsx")));
+  EXPECT_NE(WhatIsTold([&] { book.SaveAs(COleVariant(m_Folder.Name("new.xlsx"))); }).find("would lose the names"),
+            std::string::npos);
+  book.SaveAs(COleVariant(m_Folder.Name("locked.ods")));
   book.Close(COleVariant(short{0}));
-  m_Folder.Write(".~lock.locked.xlsx#", ",Somebody,elsewhere,25.11.2026 10:00,file:///home/somebody/office;");
-  GPWorkBook locked = OfficeServer().OpenBook(m_Folder.Name("locked.xlsx"));
+  m_Folder.Write(".~lock.locked.ods#", ",Somebody,elsewhere,25.11.2026 10:00,file:///home/somebody/office;");
+  GPWorkBook locked = OfficeServer().OpenBook(m_Folder.Name("locked.ods"));
   GPWorkSheet sheet = SheetOf(locked, 1);
   for (std::function<void()> const & call : std::vector<std::function<void()>>{
            [&] { locked.Save(); }, [&] { Attached<GPWorkSheet>(Attached<GPWorkSheets>(locked.GetWorkSheets()).Add()); },
            [&] { sheet.SetName("Other"); }, [&] { Attached<GPChart>(Attached<GPCharts>(locked.GetCharts()).Add()); }})
-    EXPECT_NE(WhatIsTold(call).find("locked.xlsx is open for reading alone: it is open elsewhere"), std::string::npos);
+    EXPECT_NE(WhatIsTold(call).find("locked.ods is open for reading alone: it is open elsewhere"), std::string::npos);
   locked.Close(COleVariant(short{0}));
 }
 

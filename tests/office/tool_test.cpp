@@ -62,4 +62,19 @@ TEST_F(SharedOfficeTool, TellsTheFirstCellThatASheetHasLost)
   EXPECT_NE(own.err.find("B2 of the sheet \"New\""), std::string::npos) << own.err;
 }
 
+TEST_F(SharedOfficeTool, WritesNoChartWhoseNameTheFormatLosesUnlessAsked)
+{
+  ASSERT_EQ(RunZp(m_Folder.Path(), "sheet write b.xlsx Data -", "1,2\n").status, 0);
+  std::string const bytes = m_Folder.Read("b.xlsx");
+  ProgramRun const refused = Run("chart b.xlsx Profile");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.err.substr(0, refused.err.find('\n') + 1),
+            "zp: " + Path("b.xlsx") +
+                " would lose the names of new charts, which .ods keeps; with --drop it is written without them\n");
+  EXPECT_EQ(m_Folder.Read("b.xlsx"), bytes);
+  EXPECT_EQ(Run("chart b.xlsx Profile --drop").out, "a new chart of b.xlsx, without its name\n");
+  ASSERT_EQ(Run("write b.ods Data -", "1,2\n").status, 0);
+  EXPECT_EQ(Run("chart b.ods Profile").out, "the new chart \"Profile\" of b.ods\n");
+}
+
 }  // namespace

@@ -238,18 +238,22 @@ struct ChartCommand : SheetArguments {
     SpreadsheetLink link(server);
     if (drop) link.AllowLoss();
     SheetPrints former;
+    size_t before = 0;
     {
       WorkbookLink workbook(link, book, Source::File);
       former = PrintSheets(workbook);
+      before = workbook.ListCharts().size();
       workbook.AddChart(chart);
       workbook.Save();
     }
     WorkbookLink saved(link, book, Source::File);
     RequireSaved(saved, {}, former);
     std::vector<std::string> const charts = saved.ListCharts();
-    if (std::find(charts.begin(), charts.end(), chart) == charts.end())
+    bool const hasName = std::find(charts.begin(), charts.end(), chart) != charts.end();
+    if (!hasName && (!drop || charts.size() == before))
       throw Failure(fmt::format("{}: was written, but has no chart \"{}\"", book, chart));
-    PrintShown(fmt::format("the new chart \"{}\" of {}\n", chart, book));
+    PrintShown(hasName ? fmt::format("the new chart \"{}\" of {}\n", chart, book)
+                       : fmt::format("a new chart of {}, without its name\n", book));
   }
 
   std::string chart;
