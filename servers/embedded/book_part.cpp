@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "servers/embedded/cell_text.h"
 #include "servers/embedded/failure.h"
 #include "servers/embedded/limits.h"
 #include "servers/embedded/usual.h"
@@ -76,7 +77,7 @@ class BookHandler {
     Visibility const visibility = attributes.Has("state", "hidden")       ? Visibility::Hidden
                                   : attributes.Has("state", "veryHidden") ? Visibility::VeryHidden
                                                                           : Visibility::Visible;
-    m_Book.sheets.push_back({name == nullptr ? "" : name, relation == nullptr ? "" : relation, visibility});
+    m_Book.sheets.push_back({Unescape(name == nullptr ? "" : name), relation == nullptr ? "" : relation, visibility});
   }
 
   UnkeptList & m_Unkept;

@@ -134,6 +134,18 @@ void AppendAttribute(std::string & xml, std::string_view utf8)
   }
 }
 
+void AppendName(std::string & xml, std::string_view utf8)
+{
+  std::string content;
+  AppendContent(content, utf8);
+  for (char const c : content) {
+    if (c == '\t' || c == '\n')
+      xml += fmt::format("&#{};", static_cast<unsigned int>(c));
+    else
+      xml += c;
+  }
+}
+
 bool HasOuterBlanks(std::string_view utf8)
 {
   return !utf8.empty() && (isBlank(utf8.front()) || isBlank(utf8.back()));

@@ -21,8 +21,9 @@ std::string Unescape(std::string_view text);
 // Appends the text as content of an element: markup and what XML can't hold is escaped, and so is what would read as an escape.
 void AppendContent(std::string & xml, std::string_view utf8);
 
-// The same as the value of an attribute in double quotes, which has no escapes of the format's.
+// The same as the value of an attribute in double quotes: without the format's escapes, and of a name, which has them.
 void AppendAttribute(std::string & xml, std::string_view utf8);
+void AppendName(std::string & xml, std::string_view utf8);
 
 // Whether an element needs xml:space="preserve" for the text.
 bool HasOuterBlanks(std::string_view utf8);

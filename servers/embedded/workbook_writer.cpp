@@ -104,7 +104,7 @@ class BookWriter {
     size_t const id = m_nCharts + m_nWorksheets;
     AddRelation(id, isChart ? "chartsheet" : "worksheet", target);
     m_strSheets += "<sheet name=\"";
-    AppendAttribute(m_strSheets, sheet.name);
+    AppendName(m_strSheets, sheet.name);
     m_strSheets += fmt::format("\" sheetId=\"{0}\"{1} r:id=\"rId{0}\"/>", id, stateOf(sheet.visibility));
   }
 

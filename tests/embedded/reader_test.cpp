@@ -212,10 +212,10 @@ TEST(Reader, FindsSheetsByTheirRelations)
     std::vector<std::string> parts;
     std::string told;
   } const cases[] = {
-      {"<sheet name='B' r:id='2' state='veryHidden'/><sheet name='A' r:id='1'/>",
+      {"<sheet name='B_x0042_' r:id='2' state='veryHidden'/><sheet name='A' r:id='1'/>",
        "<Relationship Id='1' Type='t/worksheet' Target='/XL/a.xml'/><Relationship Id='2' Type='t/worksheet' Target='..\\b.xml'/>",
        {"xl/A.xml", "b.xml"},
-       "B (very hidden): A1=1; A: A1=1"},
+       "BB (very hidden): A1=1; A: A1=1"},
       {"<sheet name='A' r:id='1'/>",
        "<Relationship Id='1' Type='t/worksheet' Target='a.xml'/>",
        {},

@@ -132,7 +132,7 @@ TEST(WorkbookFile, GivesEveryCellBack)
   for (uint16_t code = 2000; code < 2051; ++code)
     if (zp::CellErrorText(code) != nullptr) put(cells, code, 3, Cell::OfError(code));
   put(cells, 1048575, 16383, Cell::OfText(SharedText(std::string(32767, 'x'))));
-  addSheet(book, "Chart\t\r\n1", embedded::SheetKind::Chart);
+  addSheet(book, "Chart\t\r\n\x01 _x0041_", embedded::SheetKind::Chart);
   addSheet(book, "Hidden", embedded::SheetKind::Worksheet).visibility = embedded::Visibility::Hidden;
 
   std::string const bytes = embedded::PackWorkbook(book);
