@@ -19,6 +19,8 @@ namespace {
 using css::uno::UNO_QUERY;
 using css::uno::UNO_QUERY_THROW;
 
+constexpr size_t mostNameUnits = 31;  // .xlsx and .xls would cut the rest off
+
 servers::Block blockOf(Reference<css::uno::XInterface> const & cells)
 {
   css::table::CellRangeAddress const place =
@@ -44,6 +46,7 @@ class OfficeWorksheet : public servers::Worksheet {
   void SetName(std::u16string_view name) override
   {
     RequireWritable(m_Sheet.workbook);
+    if (name.size() > mostNameUnits) servers::Fail(E_INVALIDARG);
     rtl::OUString const wanted = FromWide(name);
     Named()->setName(wanted);
     if (Named()->getName() != wanted) servers::Fail(E_INVALIDARG);
