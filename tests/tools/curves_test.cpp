@@ -152,7 +152,7 @@ TEST_F(Curves, AreTablesAndPictures)
   EXPECT_EQ(plot.status, 0) << plot.err;
   EXPECT_EQ(plot.out.substr(0, 24), "liquid density [kmol/m3]");
   for (char const * const line :
-       {"        500 |", "             *  Flat\n", "             +  Steep\n", "200        300", "   ....", "+++ "})
+       {"        400 |", "             *  Flat\n", "             +  Steep\n", "200        300", "   ....", "+++ "})
     EXPECT_NE(plot.out.find(line), std::string::npos) << line << "\n" << plot.out;
   EXPECT_EQ(m_Folder.Read("p.png").substr(0, 4), "\x89PNG");
   std::string const svg = m_Folder.Read("p.svg");
