@@ -66,8 +66,14 @@ class InspectTool : public StoreTool {
     RunZp(m_Folder.Path(), "dxf picture drawing");
     RunZp(m_Folder.Path(), "sheet write book.xlsx S -", "1,2\n");
     m_Folder.Write("WARNINGS", "Warning 3: no flow\r\nother\r\n");
-    m_Folder.Write("table", "# of two\nid,name,tc_K\n1,a,2\n2,b,3\n");
+    m_Folder.Write("table", "# of two\nid;name;tc_K\n1;a;2\n2;b;3\n");
+    m_Folder.Write("wide table", std::string("\xFF\xFEi\0d\0\t\0n\0a\0m\0e\0\n\0"
+                                             "1\0\t\0\xAC\x20",
+                                             24));
+    m_Folder.Write("entries", "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\X]\r\n\"a\"=\"b\"\r\n\"c\"=-\r\n");
     m_Folder.Write("numbers", "T x\n1 2\n3 4\n\n5 6\nend\n");
+    m_Folder.Write("frame", "\"\",\"T\"\n\"a\",1\n");
+    m_Folder.Write("word", "Number 12\n");
     m_Folder.Write("pages", "one\n\ftwo\n");
     m_Folder.Write("te xt", "words alone\n");
     m_Folder.Write("strange", std::string("\x05\x00\x01\x02\x03", 5));
@@ -101,7 +107,14 @@ constexpr Kind kinds[] = {
     {"book.xlsx", "workbook (.xlsx)", "", "zp sheet list book.xlsx"},
     {"WARNINGS", "warnings of a job", "2 lines, 1 of them with a number", "zp view WARNINGS"},
     {"table", "table of components", "2 rows", "zp store import STORE table"},
-    {"numbers", "text of numbers", "6 lines, delimiter blank: 3 numeric, 1 blank, 2 not numeric", "zp text lines numbers"},
+    {"wide table", "table of components", "1 row", "zp store import STORE 'wide table'"},
+    {"entries", "registration entries of a registry editor", "1 setting, 1 removal",
+     "zp settings import entries -c COMPANY -a APPLICATION"},
+    {"numbers", "text of numbers", "6 lines, delimiter blank: 3 numeric, 1 blank, 1 not numeric, and the names of the columns",
+     "zp text lines numbers"},
+    {"frame", "text of numbers", "2 lines, delimiter comma: 1 numeric, 0 blank, 0 not numeric, and the names of the columns",
+     "zp text numbers frame"},
+    {"word", "text", "1 line", "zp view word"},
     {"pages", "report in text", "2 lines, 2 pages", "zp view pages"},
     {"te xt", "text", "1 line", "zp view 'te xt'"},
     {"strange", "no file of a kind known here", "", ""},
@@ -138,7 +151,8 @@ TEST_F(InspectTool, TellsEachKindAndAccountsForAllBytes)
             "          23           3  record 3\n"
             "          26          10  free block, once record 4\n"
             "                      36  in all\n");
-  EXPECT_EQ(Look("numbers")["parts"], nlohmann::json::parse(R"([{"offset":0,"length":4,"what":"lines 1 to 1: not numeric"},
+  EXPECT_EQ(Look("numbers")["parts"],
+            nlohmann::json::parse(R"([{"offset":0,"length":4,"what":"lines 1 to 1: names of the columns"},
       {"offset":4,"length":13,"what":"lines 2 to 5: numbers"},{"offset":17,"length":4,"what":"lines 6 to 6: not numeric"}])"));
   EXPECT_EQ(Look("object")["parts"][2]["what"], "element 1: GPf 12, critical temperature");
   EXPECT_EQ(Look("archive")["parts"][0],

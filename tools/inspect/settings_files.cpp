@@ -2,11 +2,13 @@
 
 #include "tools/inspect/settings_files.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <fmt/format.h>
+#include <zpbase/platform/registry.h>
 
 #include "tools/inspect/each_line.h"
 #include "tools/program.h"
@@ -65,10 +67,35 @@ class SettingsLines {
   std::vector<std::pair<size_t, std::string>> m_Parts = {{0, "in front of the first section"}};
 };
 
+// What registry editors write by now, in wide characters or after an editor in others; it is no hive, but can be imported.
+bool isRegistryExport(InspectedFile & file, Inspection & found)
+{
+  constexpr std::string_view mark = "Windows Registry Editor Version ";
+  constexpr std::string_view wideMark = "\xFF\xFE";
+  bool const isWide = file.GetHead().starts_with(wideMark);
+  std::string begin(file.GetHead().substr(isWide ? wideMark.size() : 0, 2 * mark.size()));
+  if (isWide) std::erase(begin, '\0');
+  std::vector<zp::RegistryEntry> entries;
+  int damaged = 0;
+  int lost = 0;
+  if (!begin.starts_with(mark) || !file.CanBeRead() || !zp::ReadRegistryText(file.GetBytes(), entries, damaged, lost))
+    return false;
+  auto const settings = std::ranges::count(entries, zp::RegistryEntry::SetValue, &zp::RegistryEntry::kind);
+  found.kind = "registration entries of a registry editor";
+  found.version = "5.00";
+  found.holds.push_back(fmt::format("{}, {}", Counted(static_cast<size_t>(settings), "setting"),
+                                    Counted(entries.size() - static_cast<size_t>(settings), "removal")));
+  if (damaged > 0) found.holds.push_back(Counted(static_cast<size_t>(damaged), "line") + " without a meaning");
+  if (file.WantsParts()) found.AddPart(file.GetSize(), "registration entries");
+  found.GoOn("zp settings import % -c COMPANY -a APPLICATION");
+  return true;
+}
+
 }  // namespace
 
 bool IsHive(InspectedFile & file, Inspection & found)
 {
+  if (isRegistryExport(file, found)) return true;
   bool isHive = false;
   ForEachLine(file.GetHead().substr(0, hiveMark.size() + 1), [&](std::string_view line, size_t) { isHive |= line == hiveMark; });
   if (!isHive || !file.CanBeRead()) return false;

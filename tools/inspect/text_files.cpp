@@ -13,7 +13,8 @@
 #include "tools/inspect/settings_files.h"
 #include "tools/program.h"
 #include "tools/records/component_columns.h"
-#include "tools/text/line_survey.h"
+#include "tools/records/table_text.h"
+#include "tools/text/table_shape.h"
 
 namespace {
 
@@ -61,8 +62,9 @@ bool isHeadOfTable(std::string_view line)
 {
   bool hasID = false;
   size_t known = 0;
+  char const delimiter = DelimiterOf(line);
   std::istringstream fields{std::string(line)};
-  for (std::string field; std::getline(fields, field, ',');) {
+  for (std::string field; std::getline(fields, field, delimiter);) {
     std::erase(field, '"');
     hasID |= field == "id";
     known += std::ranges::any_of(AllColumns(), [&](Column const & column) { return column.name == field; }) ? 1 : 0;
@@ -70,39 +72,60 @@ bool isHeadOfTable(std::string_view line)
   return hasID && known > 1;
 }
 
-bool isComponentTable(std::string_view text, InspectedFile const & file, Inspection & found)
+// bytesOf tells how many of the file's bytes a piece of the text is.
+bool isTable(std::string_view text, size_t (*bytesOf)(std::string_view), InspectedFile const & file, Inspection & found)
 {
   bool isTable = false;
   size_t head = 0;
-  size_t headBytes = 0;
+  size_t headLength = 0;
   size_t rows = 0;
   ForEachLine(text, [&](std::string_view line, size_t length) {
     bool const isComment = line.empty() || line.starts_with('#');
     if (head == 0 && !isComment) isTable = isHeadOfTable(line);
-    if (head == 0) headBytes += length;
+    if (head == 0) headLength += length;
     rows += head == 0 || line.empty() ? 0 : 1;
     head += head == 0 && isComment ? 0 : 1;
   });
   if (!isTable) return false;
   found.kind = "table of components";
   found.holds.push_back(Counted(rows, "row"));
-  if (file.WantsParts()) found.AddPart(headBytes, "comments and the names of the columns");
+  if (file.WantsParts()) found.AddPart(bytesOf(text.substr(0, headLength)), "comments and the names of the columns");
   addWhole(file, found, Counted(rows, "row"));
   found.GoOn("zp store import STORE %");
   return true;
 }
 
-// Lines that are numeric or not from one on; blank ones go with those before.
+bool isComponentTable(std::string_view text, InspectedFile const & file, Inspection & found)
+{
+  return isTable(
+      text, [](std::string_view piece) { return piece.size(); }, file, found);
+}
+
+// A table in UTF-16, as spreadsheet programs write it.
+bool isWideTable(InspectedFile & file, Inspection & found)
+{
+  bool const isWide = file.GetHead().starts_with("\xFF\xFE") || file.GetHead().starts_with("\xFE\xFF");
+  if (!isWide || !file.CanBeRead()) return false;
+  auto const bytesOf = [](std::string_view piece) {
+    size_t units = 1;  // the mark
+    for (char const c : piece) units += (c & 0xC0) == 0x80 ? 0 : (c & 0xF8) == 0xF0 ? 2 : 1;
+    return 2 * units;
+  };
+  TableText text(file.GetName());
+  return isTable(text.Take(file.GetBytes()), bytesOf, file, found);
+}
+
+// Lines of one kind from one on; blank ones go with those before.
 struct Run {
   int first;
-  bool isNumeric;
+  std::string_view kind;
 };
 
 std::vector<Run> joined(std::vector<Run> runs, std::vector<Misfit> const & misfits)
 {
-  for (Misfit const & misfit : misfits) runs.push_back({misfit.line, false});
+  for (Misfit const & misfit : misfits) runs.push_back({misfit.line, "not numeric"});
   std::ranges::sort(runs, {}, &Run::first);
-  auto const isSameKind = [](Run const & one, Run const & next) { return one.isNumeric == next.isNumeric; };
+  auto const isSameKind = [](Run const & one, Run const & next) { return one.kind == next.kind; };
   runs.erase(std::unique(runs.begin(), runs.end(), isSameKind), runs.end());
   return runs;
 }
@@ -115,7 +138,7 @@ void addRuns(std::string_view text, std::vector<Run> const & runs, Inspection & 
   auto const end = [&] {
     if (next == runs.begin()) return found.AddPart(length, "blank lines");
     Run const & run = *std::prev(next);
-    found.AddPart(length, fmt::format("lines {} to {}: {}", run.first, line, run.isNumeric ? "numbers" : "not numeric"));
+    found.AddPart(length, fmt::format("lines {} to {}: {}", run.first, line, run.kind));
   };
   ForEachLine(text, [&](std::string_view, size_t bytes) {
     if (next != runs.end() && next->first == line + 1) {
@@ -137,18 +160,22 @@ bool isNumeric(std::string_view text, InspectedFile const & file, Inspection & f
   options.tellsLineEnds = false;
   TextLines lines(options, PassesOf(options));
   TextForm const form = FindForm(lines, options);
-  std::vector<Run> numeric;
+  TableShape shape = FindShape(lines, form, options);
+  if (shape.headLine == 0) shape.texts.clear();  // words beside numbers are no table without names of columns
+  std::vector<Run> runs;
+  if (shape.headLine > 0) runs.push_back({shape.headLine, "names of the columns"});
   int former = 0;
-  TextSurvey const survey = SurveyLines(lines, form, options, {}, [&](std::vector<Cell> const &) {
-    if (lines.GetNumber() != former + 1) numeric.push_back({lines.GetNumber(), true});
+  TextSurvey const survey = SurveyLines(lines, form, options, shape, [&](std::vector<Cell> const &) {
+    if (lines.GetNumber() != former + 1) runs.push_back({lines.GetNumber(), "numbers"});
     former = lines.GetNumber();
   });
   if (survey.numeric == 0 || survey.numeric < survey.other) return false;
   auto const count = static_cast<size_t>(survey.lines);
   found.kind = "text of numbers";
-  found.holds.push_back(fmt::format("{}, delimiter {}: {} numeric, {} blank, {} not numeric", Counted(count, "line"),
-                                    NameOf(form.delimiter), survey.numeric, survey.blank, survey.other));
-  if (file.WantsParts() && countLines(text) == count) addRuns(text, joined(std::move(numeric), survey.misfits), found);
+  found.holds.push_back(fmt::format("{}, delimiter {}: {} numeric, {} blank, {} not numeric{}", Counted(count, "line"),
+                                    NameOf(form.delimiter), survey.numeric, survey.blank, survey.other,
+                                    survey.heads > 0 ? ", and the names of the columns" : ""));
+  if (file.WantsParts() && countLines(text) == count) addRuns(text, joined(std::move(runs), survey.misfits), found);
   addWhole(file, found, "lines of text");
   found.GoOn(survey.other == 0 ? "zp text numbers %" : "zp text lines %");
   return true;
@@ -168,7 +195,7 @@ void tellText(std::string_view text, InspectedFile const & file, Inspection & fo
 
 bool IsText(InspectedFile & file, Inspection & found)
 {
-  if (!file.IsText()) return false;
+  if (!file.IsText()) return isWideTable(file, found);
   if (file.GetSize() == 0) {
     found.kind = "empty file";
     return true;
