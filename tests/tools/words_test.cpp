@@ -98,8 +98,8 @@ TEST(Words, CompleteInTheShells)
       "store settings sheet\nlist\n--record\ntext integer binary\n");
   if (std::system("command -v fish zsh >/dev/null") != 0) GTEST_SKIP() << "fish and zsh aren't installed";
   EXPECT_EQ(printed(folder, "HOME=. fish -c 'source " + made +
-                                "zp.fish; for line in \"zp st\" \"zp store l\" \"zp store list --r\" "
+                                "zp.fish; for line in \"zp st\" \"zp help vi\" \"zp store l\" \"zp store list --r\" "
                                 "\"zp settings set --type t\"; complete -C $line; end' | cut -f1"),
-            "store\nlist\n--record\ntext\n");
+            "store\nview\nlist\n--record\ntext\n");
   EXPECT_EQ(printed(folder, "zsh -n '" + made + "_zp'"), "");
 }

@@ -90,15 +90,13 @@ std::string commandsInZsh(CommandPage const & page)
   return commands;
 }
 
+// "help" may stand in front of the commands.
 std::string conditionInFish(CommandPage const & page)
 {
-  if (page.words.size() == 1) return "__fish_use_subcommand";
   std::string condition;
-  for (size_t i = 1; i < page.words.size(); ++i) {
-    condition += fmt::format("{}__fish_seen_subcommand_from {}", i == 1 ? "" : "; and ", page.words[i]);
-  }
-  if (page.commands.empty()) return condition;
-  condition += "; and not __fish_seen_subcommand_from";
+  for (size_t i = 1; i < page.words.size(); ++i) condition += fmt::format("__fish_seen_subcommand_from {}; and ", page.words[i]);
+  if (page.commands.empty()) return condition.substr(0, condition.rfind(';'));
+  condition += "not __fish_seen_subcommand_from";
   for (CommandPage const & command : page.commands) condition += " " + command.words.back();
   return condition;
 }
