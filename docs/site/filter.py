@@ -8,7 +8,7 @@ import re
 import sys
 
 COMMENT = re.compile(r'^( *)//(?: (.*))?$')
-TRAILING = re.compile(r'^(.*[;,{}\w)\]]) +// (.*)$')
+TRAILING = re.compile(r'^(?!} +// namespace )(.*[;,{}\w)\]]) +// (.*)$')
 # What is no row of declarations: its comment is its own.
 SINGLE = re.compile(r'^(?:template|class|struct|enum|union|namespace|friend|#|ZP_NAME|public:|protected:|private:)')
 
@@ -27,7 +27,7 @@ def row_end(lines, start):
     end = start
     while end < len(lines):
         line = lines[end]
-        if not line.strip() or len(line) - len(line.lstrip()) < indent or (end > start and COMMENT.match(line)):
+        if not line.strip() or len(line) - len(line.lstrip()) < indent or (end > start and (COMMENT.match(line) or line.endswith(' = delete;'))):
             break
         end += 1
     return end
