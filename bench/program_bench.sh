@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Times zp beside programs that people would use instead, as whole processes: a store of 32,000 components beside sqlite3 on the
-# same table, and 50 MB of numeric text beside Miller and pandas. Each row tells the medians of the processor times in seconds,
-# how far half of the passes lie apart, and zp's multiple of the peer's time; passes of both alternate. A peer that isn't
-# installed is named and left out. Usage: bench/program_bench.sh [BUILD_FOLDER] [PASSES], by default build/release and 7.
+# same table, 50 MB of numeric text beside Miller and pandas, and workbooks of 1,000,000 cells beside openpyxl. Each row tells the
+# medians of the processor times in seconds, how far half of the passes lie apart, and zp's multiple of the peer's time; passes of
+# both alternate. A peer that isn't installed is named and left out. Usage: bench/program_bench.sh [BUILD_FOLDER] [PASSES], by default build/release and 7.
 set -euo pipefail
 export LC_ALL=C
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -15,7 +15,7 @@ cd "$work"
 
 python=/usr/bin/python3
 has() { command -v "$1" >/dev/null || { echo "left out: $1 isn't installed"; return 1; }; }
-has_pandas() { $python -c 'import pandas' 2>/dev/null || { echo "left out: pandas isn't installed"; return 1; }; }
+has_module() { $python -c "import $1" 2>/dev/null || { echo "left out: $1 isn't installed"; return 1; }; }
 
 # Processor time of one run of a function, in milliseconds; its output goes to a file, as a user's would. A failure ends the bench.
 spend() {
@@ -76,6 +76,22 @@ mlr_numbers() { mlr --inidx --ifs ' ' --ocsv cat numbers.txt; }
 pandas_numbers() {
   $python -c "import pandas, sys; pandas.read_csv('numbers.txt', sep=' ', header=None).to_csv(sys.stdout, index=False, header=False)"
 }
+zp_sheet() { "$zp" sheet read "$book" Data; }
+openpyxl_sheet() {
+  $python -c "import openpyxl, csv, sys
+csv.writer(sys.stdout).writerows(openpyxl.load_workbook('$book', read_only=True)['Data'].iter_rows(values_only=True))"
+}
+
+# A million cells of six digits and of seventeen.
+books() {
+  $python -c "import openpyxl, random
+random.seed(42)
+for name, number in ('six', lambda: round(1000 * random.random(), 3)), ('seventeen', random.random):
+  book = openpyxl.Workbook(write_only=True)
+  sheet = book.create_sheet('Data')
+  for _ in range(10000): sheet.append([number() for _ in range(100)])
+  book.save(name + '.xlsx')"
+}
 
 components >components.csv
 numbers >numbers.txt
@@ -88,7 +104,7 @@ if has sqlite3; then
 fi
 text_peers=()
 if has mlr; then text_peers+=(mlr mlr_numbers); fi
-if has_pandas; then text_peers+=(pandas pandas_numbers); fi
+if has_module pandas; then text_peers+=(pandas pandas_numbers); fi
 
 echo "$(awk -F': ' '/^model name/ { print $2; exit }' /proc/cpuinfo), $passes passes, processor time in seconds"
 echo '| Work                               | zp              | peer                      | times |'
@@ -98,3 +114,7 @@ if [ ${#peers[@]} -gt 0 ]; then
   for task in import list check; do row "store $task of 32,000" zp_$task sqlite3 sqlite_$task; done
 fi
 if [ ${#text_peers[@]} -gt 0 ]; then row 'text numbers of 50 MB' zp_numbers "${text_peers[@]}"; fi
+if has_module openpyxl; then
+  books
+  for book in six.xlsx seventeen.xlsx; do row "sheet read, ${book%.xlsx} digits" zp_sheet openpyxl openpyxl_sheet; done
+fi
