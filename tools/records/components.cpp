@@ -182,7 +182,7 @@ void loadGroups(GPDataArray & data, std::string const & cell)
 
 }  // namespace
 
-// A blank cell gives no item: a blank text and a zero mean that there is no value.
+// A blank cell gives no item; a zero is a number.
 void LoadComponent(GPDataArray & data, Cells const & cells)
 {
   for (DataMeaning const & meaning : GetDataMeanings()) {
