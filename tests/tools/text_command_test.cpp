@@ -103,11 +103,11 @@ TEST(TextCommand, KeepsHeadsNamesAndDates)
       {cars, "numbers f", 0, ",mpg,cyl\n\"Mazda \"\"RX4\"\"\",21,6\n\"Fiat, 128\",32.4,4\n"},
       {"\"a\",\"b\"\n\"1\",2,3\n\"2\",5,6\n", "numbers f", 0, ",a,b\n1,2,3\n2,5,6\n"},
       {"Date,Open,\xB0"
-       "C\n2004-01-02,1.50,-\n2004-01-05,NA,x y\n2004-01-06,nan,2\n007,x,3\n",
-       "numbers f --missing 'x y'", 1,
+       "C\n2004-01-02,1.50,-\n2004-01-05,NA,x y\n2004-01-06,nan,2\n2004-01-07,-99,\"-99\"\n007,x,3\n",
+       "numbers f --missing -99,'x y'", 1,
        "Date,Open,\u00B0"
-       "C\n2004-01-02,1.5,\n2004-01-05,,\n2004-01-06,,2\n",
-       "f: line 5, column 5: \"x\" is no number\n"},
+       "C\n2004-01-02,1.5,\n2004-01-05,,\n2004-01-06,,2\n2004-01-07,,\n",
+       "f: line 6, column 5: \"x\" is no number\n"},
       {"Prose stands here\n\nT p\n1 2\nT p\n3 4\n", "numbers f", 1, "T,p\n1,2\n3,4\n",
        "f: line 1, column 1: \"Prose\" is no number\nf: line 5, column 1: \"T\" is no number\n"},
       {"# T p\n1 2\n", "numbers f", 1, "1,2\n",

@@ -138,6 +138,7 @@ bool NumberReader::Read(Cell const & cell)
   m_Number = cell.number;
   m_Number.isExact = m_Number.isExact && !m_bDecimalComma;
   m_Text = m_Number.isExact ? cell.text : WithoutQuotes(cell.text);
+  if (!m_Missing.empty() && std::find(m_Missing.begin(), m_Missing.end(), m_Text) != m_Missing.end()) return ReadMissing();
   return m_Number.isExact || ReadText();
 }
 
@@ -147,16 +148,16 @@ bool NumberReader::ReadText()
   if (m_Text.empty()) return true;
   std::string_view const text = m_Text;
   if (ReadNumber()) return true;
-  if (!IsMissingWord(text)) return false;
-  m_Text = {};
-  return true;
+  constexpr std::string_view usual[] = {"NA", "nan", "NaN", "-"};
+  return std::find(std::begin(usual), std::end(usual), text) != std::end(usual) && ReadMissing();
 }
 
-bool NumberReader::IsMissingWord(std::string_view text) const
+bool NumberReader::ReadMissing()
 {
-  constexpr std::string_view usual[] = {"NA", "nan", "NaN", "-"};
-  return std::find(std::begin(usual), std::end(usual), text) != std::end(usual) ||
-         std::find(m_Missing.begin(), m_Missing.end(), text) != m_Missing.end();
+  m_Text = {};
+  m_Number = {};
+  m_dValue = 0.0;
+  return true;
 }
 
 bool NumberReader::ReadNumber()

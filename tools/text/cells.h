@@ -26,7 +26,7 @@ std::string_view WithoutQuotes(std::string_view text);
 // quotes and have Fortran's D for an E.
 class NumberReader {
  public:
-  // Words of missing values are NA, nan, NaN and -, and those in missing, which must outlive this.
+  // Words of missing values are NA, nan, NaN and -, and those in missing, which may look like numbers and must outlive this.
   explicit NumberReader(bool decimalComma, std::span<std::string const> missing = {})
       : m_bDecimalComma(decimalComma), m_Missing(missing)
   {
@@ -44,7 +44,7 @@ class NumberReader {
  private:
   bool ReadText();
   bool ReadNumber();
-  bool IsMissingWord(std::string_view text) const;
+  bool ReadMissing();
   std::string_view InPlainForm(std::string_view text);
   bool IsHeldByDouble() const;
 
