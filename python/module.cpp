@@ -1,11 +1,13 @@
 // The native half of the Python package zpbase; the other half, zpbase/__init__.py, gives it the manners of Python's containers.
 
 #include "python/bindings.h"
+#include "tools/progress.h"
 
 PYBIND11_MODULE(_native, module)
 {
   module.doc() = "Stores, settings, numeric text and drawings of the Zephlow base library.";
   module.attr("__version__") = ZP_VERSION;
+  Progress::Forbid();
   zp::python::AddErrors();
   zp::python::AddNumbers(module);
   zp::python::AddComponents(module);

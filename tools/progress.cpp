@@ -16,12 +16,19 @@ constexpr auto firstDelay = std::chrono::seconds(1);
 constexpr auto redrawDelay = std::chrono::milliseconds(100);
 constexpr unsigned long long barWidth = 40;
 
+bool g_bForbidden = false;
+
 }  // namespace
+
+void Progress::Forbid()
+{
+  g_bForbidden = true;
+}
 
 Progress::Progress(std::string label, unsigned long long total)
     : m_strLabel(std::move(label)),
       m_nTotal(total),
-      m_bTerminal(IsTerminal(2)),
+      m_bTerminal(!g_bForbidden && IsTerminal(2)),
       m_Next(std::chrono::steady_clock::now() + firstDelay)
 {
 }

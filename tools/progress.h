@@ -12,6 +12,8 @@ class Progress {
   Progress(Progress const &) = delete;
   Progress & operator=(Progress const &) = delete;
 
+  static void Forbid();  // no bar from now on, for a process whose terminal is another's
+
   void Reach(unsigned long long done);
 
  private:
