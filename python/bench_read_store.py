@@ -21,7 +21,7 @@ PASSES = 9
 
 
 def make_store(program, table, folder):
-    """A store of the table's rows, again and again under ids of their own, and the CSV that zp exports of it."""
+    """A store of the table's rows, again and again under ids and names of their own, and the CSV that zp exports of it."""
     with pathlib.Path(table).open(encoding="utf-8", newline="") as file:
         head, *rows = csv.reader(line for line in file if not line.startswith("#"))
     many, store, exported = (folder / name for name in ("many.csv", "many.si", "exported.csv"))
@@ -31,6 +31,8 @@ def make_store(program, table, folder):
         for id in range(RECORDS):
             row = list(rows[id % len(rows)])
             row[head.index("id")] = id
+            for text in ("name", "cas"):
+                row[head.index(text)] += f" {id}"
             writer.writerow(row)
     for arguments in (("import", store, many), ("export", store, exported)):
         subprocess.run([program, "store", *arguments], check=True, stdout=subprocess.DEVNULL)

@@ -61,6 +61,22 @@ std::vector<BYTE> Store::Load(int id) const
   return m_pReader ? m_pReader->Load(id) : m_pWriter->Load(id);
 }
 
+void Store::ForEach(std::function<void(int id, std::span<BYTE const> bytes)> const & use) const
+{
+  RequireOpen();
+  if (m_pReader) {
+    m_pReader->ForEach("reading", use);
+    return;
+  }
+  for (int const id : m_pWriter->GetIDs()) {
+    try {
+      use(id, m_pWriter->Load(id));
+    } catch (Failure const & failure) {
+      Tell(failure.what());
+    }
+  }
+}
+
 // A writer whose step failed has undone all and is at its end.
 template <class Work>
 void Store::Change(Work const & work)

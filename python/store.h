@@ -1,7 +1,9 @@
 // An open store for Python: reading beside others, or changing alone until Close keeps the changes.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -31,6 +33,9 @@ class Store {
   std::vector<int> GetIDs() const;
   bool Has(int id) const;
   std::vector<BYTE> Load(int id) const;  // none for no such record
+
+  // Gives use each record, ascending, its bytes for the call alone. One that can't be read is told and left out.
+  void ForEach(std::function<void(int id, std::span<BYTE const> bytes)> const & use) const;
 
   void Set(int id, std::vector<BYTE> const & bytes);
   bool Delete(int id);  // false for no such record

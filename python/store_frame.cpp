@@ -1,7 +1,8 @@
 // The components of a store as columns for pandas.
 
-#include <cmath>
+#include <functional>
 #include <limits>
+#include <unordered_map>
 
 #include <zpbase/platform/encoding.h>
 
@@ -16,16 +17,41 @@ namespace zp::python {
 
 namespace {
 
-// One column; of the three kinds of cells one is used, as long as the table, or none.
-struct FrameColumn {
-  std::vector<float> reals;
-  std::vector<int> wholes;
-  std::vector<std::string> texts;
+constexpr int nothing = -1;
 
-  bool IsUsed() const { return !reals.empty() || !wholes.empty() || !texts.empty(); }
+// The different texts of a column, each once by what it is made of: a name's bytes, an area.
+class TextTable {
+ public:
+  // The text's place; make gives it in UTF-8. nothing for a blank one.
+  template <class Make>
+  int PlaceOf(std::string_view source, Make const & make)
+  {
+    auto const known = m_Places.find(source);
+    if (known != m_Places.end()) return known->second;
+    std::string text = make();
+    int const place = text.empty() ? nothing : static_cast<int>(m_Texts.size());
+    if (!text.empty()) m_Texts.push_back(std::move(text));
+    m_Places.emplace(source, place);
+    return place;
+  }
+
+  std::vector<std::string> const & GetTexts() const { return m_Texts; }
+
+ private:
+  struct Hash : std::hash<std::string_view> {
+    using is_transparent = void;
+  };
+
+  std::unordered_map<std::string, int, Hash, std::equal_to<>> m_Places;
+  std::vector<std::string> m_Texts;
 };
 
-constexpr int noEquation = -1;
+// One column; of the two kinds of cells the one that its meaning wants is used, as long as the table, or none.
+struct FrameColumn {
+  std::vector<float> reals;
+  std::vector<int> wholes;  // equation numbers, or places of texts
+  TextTable texts;
+};
 
 class FrameBuilder {
  public:
@@ -45,67 +71,92 @@ class FrameBuilder {
   {
     py::dict columns;
     for (size_t i = 0; i < m_Columns.size(); ++i) {
-      if (m_Columns[i].IsUsed()) columns[AllColumns()[i].name.c_str()] = ArrayOfColumn(m_Columns[i]);
+      FrameColumn & column = m_Columns[i];
+      if (column.reals.empty() && column.wholes.empty()) continue;
+      column.reals.resize(column.reals.empty() ? 0 : m_IDs.size());
+      column.wholes.resize(column.wholes.empty() ? 0 : m_IDs.size());
+      columns[AllColumns()[i].name.c_str()] = ArrayOfColumn(column);
     }
     return {columns, ArrayOf(std::move(m_IDs))};
   }
 
  private:
   template <class Value>
-  Value & CellOf(std::vector<Value> & cells, size_t row, Value const & none)
+  void Set(std::vector<Value> & cells, size_t row, Value value, Value none)
   {
     if (cells.empty()) cells.resize(m_nRows, none);
-    return cells[row];
+    cells[row] = value;
   }
 
-  void SetReal(size_t column, size_t row, float value)
+  void SetReal(FrameColumn & column, size_t row, float value)
   {
-    CellOf(m_Columns[column].reals, row, std::numeric_limits<float>::quiet_NaN()) = value;
+    Set(column.reals, row, value, std::numeric_limits<float>::quiet_NaN());
   }
 
+  template <class Make>
+  void SetText(FrameColumn & column, size_t row, std::string_view source, Make const & make)
+  {
+    int const place = column.texts.PlaceOf(source, make);
+    if (place != nothing) Set(column.wholes, row, place, nothing);
+  }
+
+  // An item of another class than its meaning wants has no column.
   void AddItem(size_t row, GPData const & item)
   {
     DataMeaning const * const meaning = FindDataMeaning(item.GetDataID());
     if (meaning == nullptr) return;
-    size_t const column = FirstColumnOf(*meaning);
-    if (item.GetRuntimeClass() == RUNTIME_CLASS(GPs))
-      CellOf(m_Columns[column].texts, row, {}) = TextToUtf8(static_cast<GPs const &>(item).GetValue().View());
-    else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPf))
+    FrameColumn & column = m_Columns[FirstColumnOf(*meaning)];
+    CRuntimeClass const * const its = item.GetRuntimeClass();
+    if (its == RUNTIME_CLASS(GPf) && meaning->kind == DataKind::Number) {
       SetReal(column, row, static_cast<GPf const &>(item).GetValue());
-    else if (item.GetRuntimeClass() == RUNTIME_CLASS(GPv))
-      AddArea(column, row, DecodeArea(static_cast<GPv const &>(item), *meaning), meaning->kind == DataKind::Groups);
-  }
-
-  void AddArea(size_t column, size_t row, std::vector<AreaNumber> const & numbers, bool areGroups)
-  {
-    for (AreaNumber const & number : numbers) {
-      if (areGroups) {
-        std::string & cell = CellOf(m_Columns[column].texts, row, {});
-        cell += (cell.empty() ? "" : " ") + number.name + ":" + std::to_string(number.whole);
-      } else if (number.isReal) {
-        SetReal(column++, row, number.real);
-      } else {
-        CellOf(m_Columns[column++].wholes, row, noEquation) = number.whole;
-      }
+    } else if (its == RUNTIME_CLASS(GPs) && meaning->kind == DataKind::Text) {
+      CString const text = static_cast<GPs const &>(item).GetValue();
+      SetText(column, row, text.View(), [&] { return TextToUtf8(text.View()); });
+    } else if (its == RUNTIME_CLASS(GPv)) {
+      AddArea(&column, row, static_cast<GPv const &>(item), *meaning);
     }
   }
 
-  py::object ArrayOfColumn(FrameColumn & column) const
+  void AddArea(FrameColumn * column, size_t row, GPv const & item, DataMeaning const & meaning)
   {
-    size_t const rows = m_IDs.size();
-    if (!column.reals.empty()) {
-      column.reals.resize(rows);
-      return ArrayOf(std::move(column.reals));
+    if (meaning.kind == DataKind::Groups) {
+      std::string_view const area(reinterpret_cast<char const *>(item.GetArea()), static_cast<size_t>(item.GetSize()));
+      SetText(*column, row, area, [&] { return GroupsText(item, meaning); });
+      return;
     }
-    if (!column.texts.empty()) {
-      py::list texts(rows);
-      for (size_t i = 0; i < rows; ++i) texts[i] = column.texts[i].empty() ? py::object(py::none()) : TextOf(column.texts[i]);
-      return texts;
-    }
-    column.wholes.resize(rows);
+    AreaCoefficients const found = DecodeCoefficients(item, meaning);
+    if (found.equation != AreaCoefficients::noEquation) Set((column++)->wholes, row, found.equation, nothing);
+    for (int i = 0; i < found.count; ++i) SetReal(*column++, row, found.values[static_cast<size_t>(i)]);
+  }
+
+  static std::string GroupsText(GPv const & item, DataMeaning const & meaning)
+  {
+    std::string text;
+    for (AreaNumber const & group : DecodeArea(item, meaning))
+      text += (text.empty() ? "" : " ") + group.name + ":" + std::to_string(group.whole);
+    return text;
+  }
+
+  static py::object ArrayOfColumn(FrameColumn & column)
+  {
+    if (!column.reals.empty()) return ArrayOf(std::move(column.reals));
+    if (!column.texts.GetTexts().empty()) return TextsOf(column);
     py::array const values = ArrayOf(std::move(column.wholes));
-    py::object const isMissing = values.attr("__eq__")(noEquation);
+    py::object const isMissing = values.attr("__eq__")(nothing);
     return py::module_::import("pandas").attr("arrays").attr("IntegerArray")(values, isMissing);
+  }
+
+  // Equal texts are one object, as pandas makes them of CSV.
+  static py::list TextsOf(FrameColumn const & column)
+  {
+    std::vector<py::object> objects;
+    objects.reserve(column.texts.GetTexts().size());
+    for (std::string const & text : column.texts.GetTexts()) objects.push_back(TextOf(text));
+    py::object const missing = py::float_(std::numeric_limits<double>::quiet_NaN());
+    py::list cells(column.wholes.size());
+    for (size_t i = 0; i < column.wholes.size(); ++i)
+      cells[i] = column.wholes[i] == nothing ? missing : objects[static_cast<size_t>(column.wholes[i])];
+    return cells;
   }
 
   size_t m_nRows;
@@ -115,19 +166,14 @@ class FrameBuilder {
 
 FrameBuilder gather(Store const & store)
 {
-  std::vector<int> const ids = store.GetIDs();
-  FrameBuilder builder(ids.size());
-  for (int const id : ids) {
-    try {
-      Payload const payload = DecodePayload(store.Load(id));
-      if (payload.state == Payload::Damaged)
-        Tell(store.GetName() + ": record " + std::to_string(id) + ": is no sound " + payload.className + ": " + payload.problem);
-      else if (payload.object != nullptr && payload.object->GetRuntimeClass() == RUNTIME_CLASS(GPDataArray))
-        builder.Add(id, static_cast<GPDataArray const &>(*payload.object));
-    } catch (Failure const & failure) {
-      Tell(failure.what());
-    }
-  }
+  FrameBuilder builder(store.GetIDs().size());
+  store.ForEach([&](int id, std::span<BYTE const> bytes) {
+    Payload const payload = DecodePayload(bytes);
+    if (payload.state == Payload::Damaged)
+      Tell(store.GetName() + ": record " + std::to_string(id) + ": is no sound " + payload.className + ": " + payload.problem);
+    else if (payload.object != nullptr && payload.object->GetRuntimeClass() == RUNTIME_CLASS(GPDataArray))
+      builder.Add(id, static_cast<GPDataArray const &>(*payload.object));
+  });
   return builder;
 }
 

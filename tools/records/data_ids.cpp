@@ -45,30 +45,38 @@ AreaNumber realNumber(std::string name, float value)
   return {std::move(name), true, value, 0};
 }
 
-std::vector<AreaNumber> decodeFloats(GPv const & item, DataMeaning const & meaning)
+AreaCoefficients floatsOf(GPv const & item, DataMeaning const & meaning)
 {
-  std::vector<AreaNumber> numbers;
   int const count = item.GetSize() / static_cast<int>(sizeof(float));
-  if (count * static_cast<int>(sizeof(float)) != item.GetSize() || count > meaning.coefficients) return numbers;
-  std::vector<float> values(static_cast<size_t>(count));
-  item.GetFloatData(values.data(), count);
-  numbers.reserve(values.size());
-  for (int i = 0; i < count; ++i) numbers.push_back(realNumber(CoefficientName(i), values[static_cast<size_t>(i)]));
-  return numbers;
+  if (count * static_cast<int>(sizeof(float)) != item.GetSize() || count > meaning.coefficients) return {};
+  AreaCoefficients found;
+  found.count = count;
+  item.GetFloatData(found.values.data(), count);
+  return found;
 }
 
-std::vector<AreaNumber> decodeEquation(GPv const & item)
+AreaCoefficients equationOf(GPv const & item)
 {
-  std::vector<AreaNumber> numbers;
+  static_assert(AreaCoefficients::most == GPDippr::maxCoefficients);
   int const size = item.GetSize();
   bool const isWhole = (size - GPDippr::minBytes) % GPDippr::coefficientBytes == 0;
-  if (size < GPDippr::minBytes || size > GPDippr::maxBytes || !isWhole) return numbers;
+  if (size < GPDippr::minBytes || size > GPDippr::maxBytes || !isWhole) return {};
+  AreaCoefficients found;
+  auto & c = found.values;
   unsigned short equation = 0;
-  float c[GPDippr::maxCoefficients] = {};
   int const further = GPDippr::As(item).Unload(equation, c[0], c[1], c[2], c[3], c[4], c[5], c[6], c[7], c[8]);
-  numbers.reserve(1 + GPDippr::maxCoefficients);
-  numbers.push_back({"equation", false, 0.0F, equation});
-  for (int i = 0; i < GPDippr::fixedCoefficients + further; ++i) numbers.push_back(realNumber(CoefficientName(i), c[i]));
+  found.equation = equation;
+  found.count = GPDippr::fixedCoefficients + further;
+  return found;
+}
+
+std::vector<AreaNumber> decodeCorrelation(GPv const & item, DataMeaning const & meaning)
+{
+  AreaCoefficients const found = DecodeCoefficients(item, meaning);
+  std::vector<AreaNumber> numbers;
+  numbers.reserve(1 + AreaCoefficients::most);
+  if (found.equation != AreaCoefficients::noEquation) numbers.push_back({"equation", false, 0.0F, found.equation});
+  for (int i = 0; i < found.count; ++i) numbers.push_back(realNumber(CoefficientName(i), found.values[static_cast<size_t>(i)]));
   return numbers;
 }
 
@@ -105,18 +113,15 @@ std::string CoefficientName(int index)
   return std::string(1, static_cast<char>('A' + index));
 }
 
+AreaCoefficients DecodeCoefficients(GPv const & item, DataMeaning const & meaning)
+{
+  if (meaning.kind == DataKind::Floats) return floatsOf(item, meaning);
+  return meaning.kind == DataKind::Equation ? equationOf(item) : AreaCoefficients();
+}
+
 std::vector<AreaNumber> DecodeArea(GPv const & item, DataMeaning const & meaning)
 {
-  switch (meaning.kind) {
-    case DataKind::Floats:
-      return decodeFloats(item, meaning);
-    case DataKind::Equation:
-      return decodeEquation(item);
-    case DataKind::Groups:
-      return decodeGroups(item);
-    default:
-      return {};
-  }
+  return meaning.kind == DataKind::Groups ? decodeGroups(item) : decodeCorrelation(item, meaning);
 }
 
 std::vector<AreaNumber> DecodeInteractions(GPv const & item)

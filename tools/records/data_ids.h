@@ -1,6 +1,7 @@
 // The data ids under which zp keeps a component's names, constants and correlations, and the layouts of packed areas.
 #pragma once
 
+#include <array>
 #include <span>
 #include <string>
 #include <string_view>
@@ -31,6 +32,19 @@ std::span<DataMeaning const> GetDataMeanings();
 
 // What data id means, or null for one that isn't in the table.
 DataMeaning const * FindDataMeaning(unsigned int dataID);
+
+// What a packed area of a correlation has.
+struct AreaCoefficients {
+  static constexpr int most = 9;
+  static constexpr int noEquation = -1;
+
+  int equation = noEquation;
+  int count = 0;
+  std::array<float, most> values{};
+};
+
+// Nothing for an area that doesn't fit the layout that its data id names, or isn't a correlation's.
+AreaCoefficients DecodeCoefficients(GPv const & item, DataMeaning const & meaning);
 
 // One number of a packed area.
 struct AreaNumber {
