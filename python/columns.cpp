@@ -1,61 +1,85 @@
 // Numeric text as arrays.
 
+#include <algorithm>
+#include <climits>
 #include <csignal>
 #include <limits>
-#include <optional>
 
 #include <fmt/format.h>
+#include <pybind11/stl.h>
 
 #include "python/library_call.h"
 #include "tools/program.h"
-#include "tools/text/line_survey.h"
+#include "tools/text/cell_text.h"
 #include "tools/text/misfit_report.h"
+#include "tools/text/table_shape.h"
 
 namespace zp::python {
 
 namespace {
 
-// The numbers of a file's numeric lines, row by row.
-struct NumberTable {
-  std::vector<double> values;
+// The cells of a file's numeric lines.
+struct ReadTable {
   size_t rows = 0;
   size_t columns = 0;
-  std::vector<std::string> heads;  // the cells of the last line in front of the numbers, if that has as many
+  std::vector<double> values;                   // row by row, NaN for cells of texts
+  std::vector<std::vector<std::string>> texts;  // of the columns that hold any, else none
+  std::vector<std::string> heads;               // of the line in front of the numbers, if it has as many
 };
 
 class TableReader {
  public:
-  TableReader(TextOptions options, bool skipsBad)
-      : m_Options(std::move(options)), m_bSkipsBad(skipsBad), m_Text(m_Options, PassesOf(m_Options))
+  TableReader(TextOptions options, bool takesTexts, bool skipsBad)
+      : m_Options(std::move(options)), m_bTakesTexts(takesTexts), m_bSkipsBad(skipsBad), m_Text(m_Options, PassesOf(m_Options))
   {
-    m_Text.EndProgress();
   }
 
-  NumberTable Read()
+  ReadTable Read()
   {
     TextForm const form = FindForm(m_Text, m_Options);
-    NumberReader reader(form.decimalComma);
-    std::vector<size_t> ends;
-    std::vector<double> values;
-    TextSurvey const found = SurveyLines(m_Text, form, m_Options, TableShape(), [&](std::vector<Cell> const & cells) {
-      for (Cell const & cell : cells) {
-        reader.Read(cell);
-        values.push_back(reader.IsMissing() ? missing : reader.GetValue());
-      }
-      ends.push_back(values.size());
-    });
+    TableShape shape = FindShape(m_Text, form, m_Options);
+    if (!m_bTakesTexts) RefuseTexts(shape);
+    m_Table.texts.resize(shape.texts.size());
+    NumberReader numbers(form.decimalComma, m_Options.missing);
+    TextSurvey const found =
+        SurveyLines(m_Text, form, m_Options, shape, [&](std::vector<Cell> const & cells) { Take(cells, shape, numbers); });
     if (found.numeric == 0) throw Failure(WhyNone(m_Text, m_Options, found));
     if (!m_bSkipsBad) RequireWhole(found);
-    NumberTable table;
-    table.rows = ends.size();
-    table.columns = static_cast<size_t>(found.mostValues);
-    table.values = found.fewestValues == found.mostValues ? std::move(values) : Filled(values, ends, table.columns);
-    FindHeads(table, found.firstNumeric, form.Delimiter());
-    return table;
+    m_Table.rows = m_Ends.size();
+    m_Table.columns = static_cast<size_t>(found.mostValues);
+    if (found.fewestValues != found.mostValues) FillUp();
+    m_Table.heads = shape.head.empty() ? LineAbove(found.firstNumeric, form.Delimiter()) : std::move(shape.head);
+    if (m_Table.heads.size() != m_Table.columns) m_Table.heads.clear();
+    return std::move(m_Table);
   }
 
  private:
   static constexpr double missing = std::numeric_limits<double>::quiet_NaN();
+
+  // Lines that have them are bad ones.
+  void RefuseTexts(TableShape & shape) const
+  {
+    auto const text = std::find(shape.texts.begin(), shape.texts.end(), true);
+    if (text != shape.texts.end() && !m_bSkipsBad)
+      throw Failure(fmt::format("{}: column {} holds texts; with names=True or names of your own each column comes apart",
+                                m_Options.Name(), text - shape.texts.begin() + 1));
+    shape.texts.clear();
+  }
+
+  void Take(std::vector<Cell> const & cells, TableShape const & shape, NumberReader & numbers)
+  {
+    for (size_t i = 0; i < cells.size(); ++i) {
+      bool const isText = shape.IsText(i);
+      if (isText) {
+        m_Table.texts[i].resize(m_Ends.size());
+        m_Table.texts[i].push_back(CellText(cells[i]));
+      } else {
+        numbers.Read(cells[i]);
+      }
+      m_Table.values.push_back(isText || numbers.IsMissing() ? missing : numbers.GetValue());
+    }
+    m_Ends.push_back(m_Table.values.size());
+  }
 
   // Lines in front of the numbers are heads.
   void RequireWhole(TextSurvey const & found) const
@@ -65,7 +89,7 @@ class TableReader {
         if (misfit.line > found.firstNumeric)
           throw Failure(
               fmt::format("{}: line {}, column {}: \"{}\" is no number; skip=..., comment=... or errors=\"skip\" may help",
-                          m_Options.Name(), misfit.line, misfit.column, misfit.text));
+                          m_Options.Name(), misfit.line, misfit.column, InUtf8(misfit.text)));
       }
       throw Failure(
           fmt::format("{}: line {} isn't numeric; errors=\"skip\" leaves such lines out", m_Options.Name(), found.lastOther));
@@ -75,63 +99,52 @@ class TableReader {
                               m_Options.Name(), ValueCounts(found)));
   }
 
-  static std::vector<double> Filled(std::vector<double> const & values, std::vector<size_t> const & ends, size_t columns)
+  void FillUp()
   {
-    std::vector<double> filled(ends.size() * columns, missing);
-    size_t first = 0;
-    for (size_t row = 0; row < ends.size(); ++row) {
-      std::copy(values.begin() + static_cast<ptrdiff_t>(first), values.begin() + static_cast<ptrdiff_t>(ends[row]),
-                filled.begin() + static_cast<ptrdiff_t>(row * columns));
-      first = ends[row];
+    std::vector<double> filled(m_Table.rows * m_Table.columns, missing);
+    auto begin = m_Table.values.cbegin();
+    for (size_t row = 0; row < m_Table.rows; ++row) {
+      auto const end = m_Table.values.cbegin() + static_cast<ptrdiff_t>(m_Ends[row]);
+      std::copy(begin, end, filled.begin() + static_cast<ptrdiff_t>(row * m_Table.columns));
+      begin = end;
     }
-    return filled;
+    m_Table.values = std::move(filled);
+    for (std::vector<std::string> & column : m_Table.texts) column.resize(column.empty() ? 0 : m_Table.rows);
   }
 
-  void FindHeads(NumberTable & table, int firstNumeric, char delimiter)
+  // The cells of the last line in front of the numbers, without a mark of comments.
+  std::vector<std::string> LineAbove(int firstNumeric, char delimiter)
   {
+    std::vector<std::string> texts;
     std::vector<Cell> cells;
     m_Text.Rewind();
     while (m_Text.Next() && m_Text.GetNumber() < firstNumeric) {
-      if (TrimBlanks(m_Text.Get()).empty()) continue;
-      CutCells(m_Text.Get(), delimiter, cells);
-      table.heads.clear();
-      for (Cell const & cell : cells) table.heads.emplace_back(WithoutQuotes(cell.text));
+      std::string_view const line = TrimBlanks(m_Text.Get());
+      if (line.empty()) continue;
+      size_t const begin = std::min(line.find_first_not_of("#%!"), line.size());
+      CutCells(begin > 0 ? TrimBlanks(line.substr(begin)) : m_Text.Get(), delimiter, cells);
+      texts.clear();
+      for (Cell const & cell : cells) texts.push_back(CellText(cell));
     }
-    if (table.heads.size() != table.columns) table.heads.clear();
+    return texts;
   }
 
   TextOptions m_Options;
+  bool m_bTakesTexts;
   bool m_bSkipsBad;
   TextLines m_Text;
+  ReadTable m_Table;
+  std::vector<size_t> m_Ends;  // of the lines' values
 };
 
-// Text of a file is UTF-8, else Windows-1252.
-py::object headOf(std::string const & head)
-{
-  PyObject * const text = PyUnicode_DecodeUTF8(head.data(), static_cast<Py_ssize_t>(head.size()), "strict");
-  if (text != nullptr) return py::reinterpret_steal<py::str>(text);
-  PyErr_Clear();
-  return py::bytes(head).attr("decode")("cp1252", "replace");
-}
-
-py::dict columnsOf(py::array const & table, std::vector<py::object> const & names)
-{
-  py::dict columns;
-  py::object const byColumn = table.attr("T");
-  for (size_t i = 0; i < names.size(); ++i) {
-    if (columns.contains(names[i])) throw py::value_error(py::str("two columns are named {!r}").format(names[i]));
-    columns[names[i]] = byColumn[py::int_(i)];
-  }
-  return columns;
-}
-
-std::vector<py::object> namesOf(py::object const & names, NumberTable const & table, std::string const & file)
+// Names given, or those of the heads.
+std::vector<py::object> namesOf(py::object const & names, ReadTable const & table, std::string const & file)
 {
   std::vector<py::object> all;
   if (py::isinstance<py::bool_>(names)) {
     if (table.heads.empty())
       throw py::value_error(py::str("{}: no line in front of the numbers has {} names").format(TextOf(file), table.columns));
-    for (std::string const & head : table.heads) all.push_back(headOf(head));
+    for (std::string const & head : table.heads) all.push_back(TextOf(head));
     return all;
   }
   for (auto const & name : names) all.push_back(py::reinterpret_borrow<py::object>(name));
@@ -139,10 +152,28 @@ std::vector<py::object> namesOf(py::object const & names, NumberTable const & ta
   throw py::value_error(py::str("{}: has {} columns, and {} names were given").format(TextOf(file), table.columns, all.size()));
 }
 
-py::object readColumns(py::object const & path, py::object const & names, int skip, std::string const & delimiter,
-                       std::string const & comment, bool decimalComma, std::string const & errors)
+py::object textsOf(std::vector<std::string> const & column)
 {
-  if (errors != "raise" && errors != "skip") throw py::value_error("errors is \"raise\" or \"skip\"");
+  py::list texts;
+  for (std::string const & text : column) texts.append(TextOf(text));
+  return py::module_::import("numpy").attr("array")(texts, py::arg("dtype") = "object");
+}
+
+py::dict columnsOf(ReadTable const & table, py::array const & numbers, std::vector<py::object> const & names)
+{
+  py::dict columns;
+  py::object const byColumn = numbers.attr("T");
+  for (size_t i = 0; i < names.size(); ++i) {
+    if (columns.contains(names[i])) throw py::value_error(py::str("two columns are named {!r}").format(names[i]));
+    bool const isText = i < table.texts.size() && !table.texts[i].empty();
+    columns[names[i]] = isText ? textsOf(table.texts[i]) : byColumn[py::int_(i)];
+  }
+  return columns;
+}
+
+TextOptions optionsFor(py::object const & path, int skip, std::string const & delimiter, std::string const & comment,
+                       bool decimalComma, std::vector<std::string> const & missing)
+{
   if (skip < 0) throw py::value_error("skip is 0 or more");
   TextOptions options;
   options.file = HostNameOf(path);
@@ -151,16 +182,26 @@ py::object readColumns(py::object const & path, py::object const & names, int sk
   options.delimiter = delimiter;
   options.comment = comment;
   options.decimalComma = decimalComma;
+  options.missing = missing;
   options.tellsLineEnds = false;
   options.report = INT_MAX;
-  PyOS_sighandler_t const handler = PyOS_getsig(SIGINT);
-  NumberTable table = InLibrary([&] { return TableReader(options, errors == "skip").Read(); });
-  PyOS_setsig(SIGINT, handler);  // as the interpreter sets it: a handler that was put back restarts system calls
+  return options;
+}
+
+py::object readColumns(py::object const & path, py::object const & names, int skip, std::string const & delimiter,
+                       std::string const & comment, bool decimalComma, std::vector<std::string> const & missing,
+                       std::string const & errors)
+{
+  if (errors != "raise" && errors != "skip") throw py::value_error("errors is \"raise\" or \"skip\"");
+  TextOptions const options = optionsFor(path, skip, delimiter, comment, decimalComma, missing);
   bool const isNamed = !names.is_none() && !(py::isinstance<py::bool_>(names) && !names.cast<bool>());
+  PyOS_sighandler_t const handler = PyOS_getsig(SIGINT);
+  ReadTable table = InLibrary([&] { return TableReader(options, isNamed, errors == "skip").Read(); });
+  PyOS_setsig(SIGINT, handler);  // as the interpreter sets it: a handler that was put back restarts system calls
   std::vector<py::object> const all = isNamed ? namesOf(names, table, options.file) : std::vector<py::object>();
   auto const shape = {static_cast<py::ssize_t>(table.rows), static_cast<py::ssize_t>(table.columns)};
   py::array array = ArrayOf(std::move(table.values), shape);
-  return isNamed ? py::object(columnsOf(array, all)) : std::move(array);
+  return isNamed ? py::object(columnsOf(table, array, all)) : std::move(array);
 }
 
 }  // namespace
@@ -169,13 +210,17 @@ void AddColumns(py::module_ & module)
 {
   module.def(
       "read_columns", &readColumns, py::arg("path"), py::arg("names") = py::none(), py::kw_only(), py::arg("skip") = 0,
-      py::arg("delimiter") = "", py::arg("comment") = "", py::arg("decimal_comma") = false, py::arg("errors") = "raise",
+      py::arg("delimiter") = "", py::arg("comment") = "", py::arg("decimal_comma") = false,
+      py::arg("missing") = std::vector<std::string>(), py::arg("errors") = "raise",
       "The numbers of a text file: an array of lines times columns, NaN in empty cells.\n\n"
-      "With names, a sequence, or True for the line in front of the numbers, it is a dict of columns, which share the\n"
-      "array's numbers. Lines in front of the first numeric one are heads. skip leaves out the first lines, comment the rest\n"
-      "of a line behind that text; delimiter is comma, tab, semicolon, blank or a character, by default the one that makes\n"
-      "most lines numeric. Raises ValueError for a line behind the first numeric one that isn't numeric or has fewer values\n"
-      "than others; with errors=\"skip\" the one is left out and the other filled with NaN.");
+      "With names, a sequence, or True for those in the line in front of the numbers, it is a dict of columns: the array's,\n"
+      "and arrays of str for columns of names or dates, which an array of numbers can't have. Above names of rows the name of\n"
+      "their column may be left out; it is \"\" then.\n\n"
+      "Lines in front of the first numeric one are heads. skip leaves out the first lines, comment the rest of a line behind\n"
+      "that text; delimiter is comma, tab, semicolon, blank or a character, by default the one that makes most lines numeric;\n"
+      "missing are words of missing values beside NA, nan, NaN and -. Raises ValueError for a line behind the first numeric\n"
+      "one that isn't numeric or has fewer values than others; with errors=\"skip\" the one is left out and the other filled\n"
+      "with NaN.");
 }
 
 }  // namespace zp::python

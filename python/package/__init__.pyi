@@ -1,5 +1,5 @@
 import os
-from collections.abc import Iterable, Iterator, MutableMapping
+from collections.abc import Iterable, Iterator, MutableMapping, Sequence
 from types import TracebackType
 from typing import Any, Literal, Union, overload
 
@@ -170,6 +170,7 @@ def read_columns(
     delimiter: str = "",
     comment: str = "",
     decimal_comma: bool = False,
+    missing: Sequence[str] = (),
     errors: Literal["raise", "skip"] = "raise",
 ) -> npt.NDArray[np.float64]: ...
 @overload
@@ -181,6 +182,7 @@ def read_columns(
     delimiter: str = "",
     comment: str = "",
     decimal_comma: bool = False,
+    missing: Sequence[str] = (),
     errors: Literal["raise", "skip"] = "raise",
-) -> dict[str, npt.NDArray[np.float64]]: ...
+) -> dict[str, npt.NDArray[Any]]: ...
 def metafile_to_dxf(source: _Path, target: _Path, height: int | None = None) -> dict[str, Any]: ...

@@ -21,6 +21,7 @@ METAFILE = SOURCE / "tests" / "metafiles" / "ink_plant.wmf"
         ("1.0D+02 -1e-3 # why\n", {"comment": "#"}, [[100, -0.001]]),
         ("9 9\n1 2\n", {"skip": 1}, [[1, 2]]),
         ("1,2\nend\n3\n", {"errors": "skip", "delimiter": ","}, [[1, 2], [3, numpy.nan]]),
+        ("a 1\nb 2\n3 4\n", {"errors": "skip"}, [[3, 4]]),
     ],
 )
 def test_columns_of_text(tmp_path, text, options, expected):
@@ -30,13 +31,34 @@ def test_columns_of_text(tmp_path, text, options, expected):
     assert array.dtype == numpy.float64 and numpy.array_equal(array, expected, equal_nan=True)
 
 
-def test_columns_by_name(tmp_path):
+@pytest.mark.parametrize(
+    "text, options, expected",
+    [
+        ("made today\nT/°C\tp\n1\t2\n", {}, {"T/°C": [1], "p": [2]}),
+        ("# T p\n1 NA\n", {}, {"T": [1], "p": [numpy.nan]}),
+        ("#\tT\tp\n1\t-99\n", {"missing": ["-99"]}, {"T": [1], "p": [numpy.nan]}),
+        ('"mpg" "cyl, of"\n"1" 21 6\n"2" 22.8 4\n', {}, {"": [1, 2], "mpg": [21, 22.8], "cyl, of": [6, 4]}),
+        ("feed;T\nGrün;1,5\n;NA\n", {}, {"feed": ["Grün", ""], "T": [1.5, numpy.nan]}),
+        ("T,on\n1,1999-01-02\n2\n3,1999-01-04\n4\n5,x\n", {"errors": "skip"},
+         {"T": [1, 2, 3, 4, 5], "on": ["1999-01-02", "", "1999-01-04", "", "x"]}),  # fmt: skip
+    ],
+)
+@pytest.mark.parametrize("encoding", ["utf-8", "cp1252"])
+def test_columns_by_the_names_above_them(tmp_path, text, options, expected, encoding):
     path = tmp_path / "result.txt"
-    path.write_bytes("made today\nT/°C\tp\n1\t2\n3\t4\n".encode("cp1252"))
-    columns = zpbase.read_columns(path, True)
-    assert list(columns) == ["T/°C", "p"] and columns["p"].tolist() == [2, 4]
-    assert columns["p"].base is columns["T/°C"].base, "one array holds all"
-    assert zpbase.read_columns(path, names=["a", "b"])["a"].tolist() == [1, 3]
+    path.write_bytes(text.encode(encoding))
+    columns = zpbase.read_columns(path, names=True, **options)
+    assert list(columns) == list(expected)
+    for name, values in expected.items():
+        numpy.testing.assert_array_equal(columns[name], numpy.array(values, dtype=columns[name].dtype))
+        assert columns[name].dtype == (object if isinstance(values[0], str) else float)
+
+
+def test_columns_by_names_of_ones_own(tmp_path):
+    path = tmp_path / "result.txt"
+    path.write_text("1 2\n3 4\n")
+    columns = zpbase.read_columns(path, names=["a", "b"])
+    assert columns["b"].tolist() == [2, 4] and columns["a"].base is columns["b"].base, "one array holds all"
     for wrong in (["a"], ["a", "a"]):
         with pytest.raises(ValueError):
             zpbase.read_columns(path, wrong)
@@ -44,13 +66,15 @@ def test_columns_by_name(tmp_path):
 
 def test_text_that_is_refused(tmp_path):
     path = tmp_path / "result.txt"
-    for text, sentence in [("1 2\n3 x\n", "line 2, column 3"), ("1 2\n3\n", "1 to 2 values"), ("abc\n", "result.txt"), ("", "")]:
+    for text, sentence in [("1 2\n3 x\n", "line 2, column 3"), ("1 2\n3\n", "1 to 2 values"), ("abc\n", "no line is numeric"),
+                           ("", "is empty"), ("x a\n1 b\n2 c\n", "column 2 holds texts")]:  # fmt: skip
         path.write_text(text)
-        with pytest.raises(ValueError, match=sentence):
+        with pytest.raises(ValueError, match=f"result.txt: .*{sentence}"):
             zpbase.read_columns(path)
     path.write_text("1 2\n")
-    for options in ({"errors": "ignore"}, {"skip": -1}, {"delimiter": "what"}):
-        with pytest.raises(ValueError):
+    for options, kind in (({"errors": "ignore"}, ValueError), ({"skip": -1}, ValueError), ({"delimiter": "what"}, ValueError),
+                          ({"missing": "NA"}, TypeError)):  # fmt: skip
+        with pytest.raises(kind):
             zpbase.read_columns(path, **options)
     with pytest.raises(ValueError, match="no line in front"):
         zpbase.read_columns(path, True)
