@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Builds Debian's packages, has lintian judge them, unpacks them into a scratch root and uses them there: what autopkgtest runs on a
-# machine that has them installed (debian/tests) runs here without one, and so do the tests of zp where build/debug has them.
+# machine that has them installed (debian/tests) runs here without one, and so do the tests of the Python package, and those of zp
+# where build/debug has them.
 #   scripts/build_packages.sh           the packages, in build/packages
 #   scripts/build_packages.sh --twice   and once more in another folder: both must be the same, bit by bit
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/prepare.sh
-prepare "${BUILD_PACKAGES[@]}" "${PACKAGING_PACKAGES[@]}"
+prepare "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" "${PACKAGING_PACKAGES[@]}"
 packages=$PWD/build/packages
 root=$packages/root
 
@@ -32,11 +33,14 @@ use() {
   libraries=${libraries%/pkgconfig}
   export ZP_TEST_ROOT=$root ZP_TEST_INSTALLED=$root/usr
   export PATH=$root/usr/bin:$PATH LD_LIBRARY_PATH=$libraries PKG_CONFIG_PATH=$libraries/pkgconfig CMAKE_PREFIX_PATH=$root/usr
+  export PYTHONPATH=$root/usr/lib/python3/dist-packages PYTHONDONTWRITEBYTECODE=1
   AUTOPKGTEST_TMP=$(mktemp -d)
   export AUTOPKGTEST_TMP
   trap 'rm -rf "$AUTOPKGTEST_TMP"' EXIT
   debian/tests/consumer >"$packages/consumer.log" || { cat "$packages/consumer.log"; return 1; }
   debian/tests/program
+  debian/tests/python
+  /usr/bin/python3 -m pytest -q -p no:cacheprovider python/tests
   if [ -x build/debug/tests/test_tools ]; then
     build/debug/tests/test_tools --gtest_brief=1
   else

@@ -1,4 +1,5 @@
-"""What the tests share: the program zp, and a store of the examples' components."""
+"""What the tests share: the program zp, of the build or of the installation that ZP_TEST_INSTALLED names, and a store of the
+examples' components."""
 
 import csv
 import os
@@ -8,14 +9,16 @@ import subprocess
 import pytest
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
-BINARY = pathlib.Path(os.environ["ZP_BINARY_DIR"])
+BINARY = pathlib.Path(os.environ.get("ZP_BINARY_DIR", ""))
+INSTALLED = os.environ.get("ZP_TEST_INSTALLED")
+PROGRAM = pathlib.Path(INSTALLED, "bin", "zp") if INSTALLED else BINARY / "tools" / "zp"
 TABLE = SOURCE / "examples" / "components.csv"
 
 
 @pytest.fixture
 def zp():
     return lambda *arguments: subprocess.run(
-        [BINARY / "tools" / "zp", *arguments], check=True, capture_output=True, text=True
+        [PROGRAM, *arguments], check=True, capture_output=True, text=True
     ).stdout
 
 
