@@ -17,6 +17,7 @@
 #include "platform/exceptions.h"
 #include "platform/facts.h"
 #include "platform/file.h"
+#include "platform/file_status.h"
 #include "platform/folders.h"
 #include "platform/format.h"
 #include "platform/frames.h"

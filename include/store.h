@@ -15,6 +15,7 @@
 #include "foundation.h"
 #include "platform/file.h"
 #include "platform/format.h"
+#include "platform/host_calls.h"
 
 class ZP_API GPFile : public CFile {
  public:
@@ -37,6 +38,9 @@ class ZP_API GPFile : public CFile {
 
   // The problem of the last open that failed: 1 and the sentence for the user, or 0 and text untouched if there was none.
   int GetOpenProblem(CString & text);
+
+  // Raises that problem; an open that failed without a word is fileNotFound.
+  [[noreturn]] void RaiseOpenProblem() const;
 
   void LookAgain();                         // takes the status of a closed file anew
   int Exists() const { return m_bExists; }  // as known since construction, the last open, close or look
@@ -279,6 +283,12 @@ class ZP_API BlockChain {
 // ends in a warning, and the record that was there before stays, except that bytes of the same length, or that fit no smaller
 // block, go over the old ones. An operation that raises leaves records and tables as they were, except where it says otherwise.
 //
+// The index is read when the store opens, the record file's lock is taken with the first record. Where another program has
+// written the store in between, the tables are loaded anew with the lock. That first operation gives 0 and a warning, and nothing
+// is changed, where this can't be done: this store has changes that its index file doesn't have, or the header object isn't the
+// one in the file, or the file can't be read. Another program's work is seen by the times of the index file, which its owner
+// keeps apart.
+//
 // While the record file is open under its lock, what is loaded again and again comes from memory, of which it takes 64 MiB at
 // most; a record that was stored is read from the file once more. So a device that fails later doesn't raise for records that are
 // in memory by then, and what a program without locks writes into the file may not be seen.
@@ -295,13 +305,15 @@ class ZP_API GPDataFile : public CObject {
   GPDataFile(GPDataFile const &) = delete;
   GPDataFile & operator=(GPDataFile const &) = delete;
 
-  // Loads the index file and looks anew whether there is a record file. 0, and nothing done, while the record file is open or the
-  // store has changes that its index file doesn't have. What it raises leaves the store closed.
+  // Loads the index file, for which it waits up to two seconds while another program writes it, and looks anew whether there is a
+  // record file. 0, and nothing done, while the record file is open or the store has changes that its index file doesn't have.
+  // What it raises leaves the store closed.
   int Open(unsigned int accessMode);
 
   // Writes the index file if anything changed, and closes. 0 after a warning if the index file can't be opened, for two seconds
-  // if another program has it; the exception of a header object that can't be stored passes: then the store is open as it was and
-  // the files are untouched. A write to the index file that fails ends in a warning alone.
+  // if another program has it, or was written by another while the record file wasn't locked; the exception of a header object
+  // that can't be stored passes: then the store is open as it was and the files are untouched. A write to the index file that
+  // fails ends in a warning alone.
   int Close();
 
   unsigned int GetAccessMode() const { return m_nAccessMode; }
@@ -329,10 +341,14 @@ class ZP_API GPDataFile : public CObject {
   // 0 and nothing changed if there is no such record or its block can't be marked as free.
   int DeleteRec(int id);
 
+  // Cuts off what a write that failed has left behind the last block, where that failed as well; the next write there and Close
+  // do it too.
+  void CutTail();
+
   // Slides the live records together, cuts the record file and rebuilds both tables from the block headers; records without a
   // place are gone then. 0 and everything unchanged if there is no record file, it can't be opened, or its blocks don't form a
-  // sound chain. Not safe against an interruption: work on a copy. If the file's exception passes after records have moved, the
-  // tables tell where each one is by then.
+  // sound chain. Not safe against an interruption: work on a copy. The record file isn't locked afterwards, so close the store
+  // then. If the file's exception passes after records have moved, the tables tell where each one is by then.
   int DegasRecFile();
 
   // Closes the store and gives both files the status, unless it can't be closed.
@@ -341,24 +357,30 @@ class ZP_API GPDataFile : public CObject {
  private:
   int LoadIndexFile();
   int StoreIndexFile();
+  bool IsIndexAsLoaded() const;
+  bool LoadChangedIndex();
+  bool FollowIndexFile();
+  bool TellChangedIndex() const;
   int TryClose();
   void CloseRecFile();
   void DropTables();
   int OpenRecFile(unsigned int flags);
   int OpenForStoring();
   void DropImage();
+  bool LookForBytes(unsigned int size, int id, zp::ActiveEntry & entry) const;
+  bool FindBytes(unsigned int size, int id, zp::ActiveEntry & entry);
   bool LoadFromImage(ULONGLONG position, void * buffer, UINT count);
   bool WriteBytes(ULONGLONG position, void const * bytes, UINT count);
   bool ReadHeader(DWORD position, zp::BlockHeader & header);
   bool ReadKnownHeader(DWORD position, zp::BlockHeader & header);
   bool HasBlock(zp::ActiveEntry & entry);
+  bool FreeBlockOf(zp::ActiveEntry const & entry);
   bool IsFreeBlock(zp::FreeBlock const & block);
   bool FindFree(unsigned int length, zp::FreeBlock & block);
   bool FindPlace(unsigned int length, zp::Place & place);
   bool WriteAtPlace(void const * data, unsigned int length, int id, zp::Place const & place);
   bool WriteBlock(void const * data, unsigned int length, int id, zp::FreeBlock const & block);
   bool Append(void const * data, unsigned int length, int id);
-  void CutTail();
   bool MarkFree(DWORD position, int id);
   void LeavePlace(int id, zp::Place const & place, unsigned int length);
   int StoreNewRec(void const * data, unsigned int length, int id, zp::ActiveEntry * entry);
@@ -370,6 +392,7 @@ class ZP_API GPDataFile : public CObject {
 
   CString m_strIndexFile;
   int m_bIndexDirty = 0;
+  zp::HostStatus m_IndexStatus;  // of the file that was loaded
   CString m_strRecFile;
   GPFile m_RecFile;
   CObject * (*m_pfnNewHeader)();

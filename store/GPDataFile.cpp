@@ -1,9 +1,8 @@
 // GPDataFile: opening and closing, look-ups, and the records' way in and out. Where a record goes is decided in
-// record_places.cpp; compaction is in compaction.cpp, the index file in index_file.cpp.
+// record_places.cpp; compaction is in compaction.cpp, the way of the index in and out in index_access.cpp.
 
 #include <zpbase/store.h>
 
-#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -11,13 +10,6 @@
 
 #include "store/record_image_internal.h"
 #include "store/store_internal.h"
-
-namespace {
-
-constexpr ULONGLONG largestKeptIndex = 0x400000;  // bytes
-constexpr UINT leastBuffer = 0x10000;
-
-}  // namespace
 
 GPDataFile::GPDataFile(CString const & indexFile, CString const & recFile, unsigned int accessMode, CObject * (*newHeader)())
     : m_strIndexFile(indexFile), m_strRecFile(recFile), m_RecFile(recFile), m_pfnNewHeader(newHeader)
@@ -74,41 +66,6 @@ int GPDataFile::Open(unsigned int accessMode)
   return 1;
 }
 
-// The tables stay in the bytes as they were read, unless these are so many that no index of records is likely to be theirs.
-int GPDataFile::LoadIndexFile()
-{
-  GPFile file(m_strIndexFile);
-  if (file.IsEmpty()) return 0;
-  file.Open(CFile::modeRead);
-  ULONGLONG const length = file.GetLength();
-  bool const isWhole = length <= largestKeptIndex;
-  UINT const size = isWhole ? std::max(static_cast<UINT>(length), leastBuffer) : leastBuffer;
-  auto const buffer = std::make_shared_for_overwrite<BYTE[]>(size);
-  CArchive ar(&file, CArchive::load, static_cast<int>(size), buffer.get());
-  zp::StoreIndex index = zp::ReadIndex(ar, isWhole ? buffer : nullptr);
-  ar.Close();
-  file.Close();
-  m_pHeader = index.header.release();
-  m_pActiveRecs = std::move(index.active);
-  m_pEmptyRecs = std::move(index.free);
-  return 1;
-}
-
-// The index is made in memory first, so that a header that can't be streamed leaves the old file alone. The file is cut before it
-// is written, so that one that came short reads as cut.
-int GPDataFile::StoreIndexFile()
-{
-  GPMemFile bytes;
-  CArchive ar(&bytes, CArchive::store);
-  zp::WriteIndex(ar, m_pHeader, *m_pActiveRecs, *m_pEmptyRecs);
-  ar.Close();
-  GPFile file(m_strIndexFile);
-  if (!file.OpenWhenFree(CFile::modeCreate)) return 0;
-  m_bIndexDirty = 0;
-  file.WriteRecord(0, bytes.GetMemPtr(), static_cast<UINT>(bytes.GetLength()));
-  return 1;
-}
-
 int GPDataFile::Close()
 {
   if (m_bIndexDirty && !StoreIndexFile()) return 0;
@@ -120,7 +77,7 @@ int GPDataFile::Close()
 void GPDataFile::CloseRecFile()
 {
   if (!m_RecFile.IsOpen()) return;
-  if (m_bTail) CutTail();
+  CutTail();
   DropImage();
   try {
     m_RecFile.Close();
@@ -164,11 +121,17 @@ unsigned int GPDataFile::GetRecLength(int id) const
 int GPDataFile::OpenRecFile(unsigned int flags)
 {
   if (!m_RecFile.Open(flags)) return 0;
+  bool follows = false;
   try {
     m_nRecFileLength = m_RecFile.GetLength();
+    follows = FollowIndexFile();
   } catch (...) {
     m_RecFile.Abort();
     throw;
+  }
+  if (!follows) {
+    m_RecFile.Abort();
+    return 0;
   }
   m_bTail = false;
   m_pPositions.reset();
@@ -187,8 +150,7 @@ int GPDataFile::OpenForStoring()
 {
   if (m_RecFile.IsOpen()) return 1;
   if (m_RecFile.Exists()) return OpenRecFile(CFile::modeReadWrite);
-  OpenRecFile(CFile::modeCreate | CFile::modeNoTruncate);
-  return 1;
+  return OpenRecFile(CFile::modeCreate | CFile::modeNoTruncate) || !m_RecFile.Exists();
 }
 
 // False where the record is to be read from the file.
@@ -201,12 +163,25 @@ bool GPDataFile::LoadFromImage(ULONGLONG position, void * buffer, UINT count)
   return m_pImage != nullptr && m_pImage->Read(position, buffer, count);
 }
 
+// The entry of a record that has bytes, no more than size of them.
+bool GPDataFile::LookForBytes(unsigned int size, int id, zp::ActiveEntry & entry) const
+{
+  if (m_pActiveRecs == nullptr || !m_pActiveRecs->Look(id, entry)) return false;
+  return entry.length > 0 && entry.length <= size && entry.position <= zp::maxBlockPosition;
+}
+
+// As above, with the record file open, which may have loaded the tables anew.
+bool GPDataFile::FindBytes(unsigned int size, int id, zp::ActiveEntry & entry)
+{
+  if (!LookForBytes(size, id, entry)) return false;
+  if (m_RecFile.IsOpen()) return true;
+  return !m_RecFile.IsEmpty() && OpenRecFile(m_nAccessMode) && LookForBytes(size, id, entry);
+}
+
 unsigned int GPDataFile::LoadRec(void * buffer, unsigned int size, int id)
 {
   zp::ActiveEntry entry;
-  if (m_pActiveRecs == nullptr || !m_pActiveRecs->Look(id, entry)) return 0;
-  if (entry.length == 0 || size < entry.length || entry.position > zp::maxBlockPosition) return 0;
-  if (!m_RecFile.IsOpen() && (m_RecFile.IsEmpty() || !OpenRecFile(m_nAccessMode))) return 0;
+  if (!FindBytes(size, id, entry)) return 0;
   UINT const length = entry.length;
   ULONGLONG const payload = ULONGLONG{entry.position} + zp::headerBytes;
   return LoadFromImage(payload, buffer, length) || m_RecFile.ReadAt(payload, buffer, length) == length ? length : 0;
@@ -214,8 +189,9 @@ unsigned int GPDataFile::LoadRec(void * buffer, unsigned int size, int id)
 
 CObject * GPDataFile::LoadObj(int id)
 {
-  unsigned int const length = GetRecLength(id);
-  if (length == 0) return nullptr;
+  zp::ActiveEntry entry;
+  if (!FindBytes(zp::maxRecordLength, id, entry)) return nullptr;
+  unsigned int const length = entry.length;
   auto const bytes = std::make_unique_for_overwrite<BYTE[]>(length);
   if (LoadRec(bytes.get(), length, id) == 0) return nullptr;
   CMemFile file(bytes.get(), length);
@@ -246,20 +222,23 @@ int GPDataFile::StoreRec(void const * data, unsigned int length, int id)
   return 1;
 }
 
+bool GPDataFile::FreeBlockOf(zp::ActiveEntry const & entry)
+{
+  auto const capacity = static_cast<WORD>(entry.capacity);
+  m_pEmptyRecs->ReserveOne(capacity);
+  if (!MarkFree(entry.position, entry.id)) return false;
+  m_pEmptyRecs->Add({entry.position, capacity, true});
+  return true;
+}
+
 int GPDataFile::DeleteRec(int id)
 {
-  zp::ActiveEntry * const entry = m_pActiveRecs != nullptr ? m_pActiveRecs->Find(id) : nullptr;
-  if (entry == nullptr) return 0;
-  if (entry->position != zp::noBlockPosition) {
-    if (!m_RecFile.Exists()) return 0;
-    if (!m_RecFile.IsOpen() && !OpenRecFile(CFile::modeReadWrite)) return 0;
-    if (HasBlock(*entry)) {
-      auto const capacity = static_cast<WORD>(entry->capacity);
-      m_pEmptyRecs->ReserveOne(capacity);
-      if (!MarkFree(entry->position, id)) return 0;
-      m_pEmptyRecs->Add({entry->position, capacity, true});
-    }
+  zp::ActiveEntry * entry = m_pActiveRecs != nullptr ? m_pActiveRecs->Find(id) : nullptr;
+  if (entry != nullptr && entry->position != zp::noBlockPosition && !m_RecFile.IsOpen()) {
+    if (!m_RecFile.Exists() || !OpenRecFile(CFile::modeReadWrite)) return 0;
+    entry = m_pActiveRecs->Find(id);
   }
+  if (entry == nullptr || (HasBlock(*entry) && !FreeBlockOf(*entry))) return 0;
   m_bIndexDirty = 1;
   m_pActiveRecs->Remove(*entry);
   return 1;

@@ -109,6 +109,12 @@ int GPFile::GetOpenProblem(CString & text)
   return 1;
 }
 
+void GPFile::RaiseOpenProblem() const
+{
+  int const cause = m_nOpenProblem != 0 ? m_nOpenProblem : int{CFileException::fileNotFound};
+  AfxThrowFileException(cause, -1, m_strPath);
+}
+
 void GPFile::Close()
 {
   struct Afterwards {

@@ -27,7 +27,7 @@ int loadFile(CString const & name, Read read)
 {
   if (GPFile::IsEmpty(name)) return 0;
   GPFile file(name);
-  file.Open(CFile::modeRead);
+  if (!file.Open(CFile::modeRead)) file.RaiseOpenProblem();
   CArchive archive(&file, CArchive::load, bufferSize);
   read(archive);
   archive.Close();

@@ -97,12 +97,13 @@ bool GPDataFile::Append(void const * data, unsigned int length, int id)
     m_nRecFileLength += zp::headerBytes + length;
     m_bTail = hadTail;
   }
-  if (m_bTail) CutTail();
+  CutTail();
   return written;
 }
 
 void GPDataFile::CutTail()
 {
+  if (!m_bTail) return;
   if (m_pImage != nullptr) m_pImage->ForgetFrom(m_nRecFileLength);
   try {
     m_RecFile.SetLength(m_nRecFileLength);

@@ -9,6 +9,8 @@
 
 namespace zp {
 
+struct HostTime;
+
 // What a failure on a name is to whoever asked: the cause of a file exception and the system's error number.
 struct FileFailure {
   int cause;
@@ -23,6 +25,11 @@ inline bool SaysMissing(int error)
 {
   return error == ENOENT || error == ENOTDIR;
 }
+
+// Whether a file that is written now may get the same time again: times advance in steps of the host's clock.
+bool IsJustWritten(HostTime const & written);
+
+inline constexpr unsigned int ownerMayWrite = 0200;  // of the permission bits
 
 // Whether a host path leads to a folder.
 bool IsFolder(std::string const & hostPath);

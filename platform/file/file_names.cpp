@@ -1,4 +1,4 @@
-// CFile on names: status, times, renaming and removing, and the parts of a file's name.
+// CFile on names: setting status and times, renaming and removing, and the parts of a file's name.
 
 #include <zpbase/platform/file.h>
 
@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr unsigned int ownerMayWrite = 0200;
 constexpr unsigned int anybodyMayWrite = 0222;
 
 [[noreturn]] void fail(int error, char const * name, std::string const & hostPath)
@@ -26,18 +25,6 @@ std::string hostPathOf(char const * name)
   std::string hostPath;
   if (!ToHostPath(name, hostPath)) AfxThrowFileException(CFileException::badPath, ERROR_PATH_NOT_FOUND, name);
   return hostPath;
-}
-
-void fillStatus(CFileStatus & status, zp::HostStatus const & host, CString const & name)
-{
-  status.m_ctime = host.changed.seconds;
-  status.m_mtime = host.modified.seconds;
-  status.m_atime = host.accessed.seconds;
-  status.m_size = host.size;
-  status.m_attribute = CFileStatus::archive;
-  if ((host.mode & ownerMayWrite) == 0) status.m_attribute |= CFileStatus::readOnly;
-  if (host.kind == zp::HostStatus::Folder) status.m_attribute |= CFileStatus::directory;
-  status.m_szFullName = name;
 }
 
 // Where the file system can't refuse an existing new name by itself, a hard link does, and else a look beforehand.
@@ -72,7 +59,7 @@ void refuseInUse(std::string const & hostPath, char const * name)
 
 void setReadOnly(std::string const & hostPath, unsigned int mode, bool readOnly, char const * name)
 {
-  unsigned int const wanted = readOnly ? mode & ~anybodyMayWrite : mode | ownerMayWrite;
+  unsigned int const wanted = readOnly ? mode & ~anybodyMayWrite : mode | zp::ownerMayWrite;
   if (wanted != mode && zp::GetHostCalls().SetModeOf(hostPath.c_str(), wanted) != 0) fail(errno, name, hostPath);
 }
 
@@ -84,14 +71,6 @@ bool isFolderMissing(std::string const & hostPath)
   zp::HostStatus status;
   if (zp::GetHostCalls().GetStatusOf(hostPath.substr(0, slash).c_str(), status) != 0) return zp::SaysMissing(errno);
   return status.kind != zp::HostStatus::Folder;
-}
-
-zp::Presence presenceOf(char const * name, zp::HostStatus & status)
-{
-  std::string hostPath;
-  if (!ToHostPath(name, hostPath)) return zp::Presence::Missing;
-  if (zp::GetHostCalls().GetStatusOf(hostPath.c_str(), status) == 0) return zp::Presence::There;
-  return zp::SaysMissing(errno) ? zp::Presence::Missing : zp::Presence::Unknown;
 }
 
 }  // namespace
@@ -108,31 +87,6 @@ bool IsFolder(std::string const & hostPath)
 {
   HostStatus status;
   return GetHostCalls().GetStatusOf(hostPath.c_str(), status) == 0 && status.kind == HostStatus::Folder;
-}
-
-Presence GetPresence(char const * name, CFileStatus & status)
-{
-  HostStatus host;
-  Presence const presence = presenceOf(name, host);
-  if (presence == Presence::There) fillStatus(status, host, CString(name));
-  return presence;
-}
-
-bool IsSameFile(char const * first, char const * second)
-{
-  HostStatus one;
-  HostStatus other;
-  return presenceOf(first, one) == Presence::There && presenceOf(second, other) == Presence::There && one.IsSameFile(other);
-}
-
-bool AreDistinctFiles(char const * first, char const * second)
-{
-  HostStatus one;
-  HostStatus other;
-  Presence const a = presenceOf(first, one);
-  Presence const b = presenceOf(second, other);
-  if (a == Presence::Missing || b == Presence::Missing) return true;
-  return a == Presence::There && b == Presence::There && !one.IsSameFile(other);
 }
 
 }  // namespace zp
@@ -157,19 +111,6 @@ CString CFile::GetFilePath() const
 void CFile::SetFilePath(char const * name)
 {
   m_strFileName = name;
-}
-
-BOOL CFile::GetStatus(CFileStatus & status) const
-{
-  zp::HostStatus host;
-  if (m_hFile == hFileNull || zp::GetHostCalls().GetStatus(m_hFile, host) != 0) return FALSE;
-  fillStatus(status, host, m_strFileName);
-  return TRUE;
-}
-
-BOOL CFile::GetStatus(char const * name, CFileStatus & status)
-{
-  return zp::GetPresence(name, status) == zp::Presence::There;
 }
 
 void CFile::SetStatus(char const * name, CFileStatus const & status)

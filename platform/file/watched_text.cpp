@@ -4,29 +4,17 @@
 
 #include <cerrno>
 
+#include <zpbase/platform/file_status.h>
+
 #include "platform/file/file_internal.h"
 
 namespace zp {
 namespace {
 
-constexpr LONGLONG nanosPerSecond = 1'000'000'000;
-
-// File times advance in the kernel's ticks, 10 ms at most: two writes within one tick bear the same time.
-constexpr LONGLONG tickNanos = 20'000'000;
-
 // How long the name of a file is taken to lead to the file that is held.
 constexpr LONGLONG trustNanos = 100'000'000;
 
 constexpr unsigned int newFolderMode = 0777;
-
-bool isJustWritten(HostTime const & written)
-{
-  HostTime const now = GetHostCalls().WallClock();
-  LONGLONG const seconds = now.seconds - written.seconds;
-  if (seconds < -1 || seconds > 1) return false;
-  LONGLONG const age = seconds * nanosPerSecond + (now.nanoseconds - written.nanoseconds);
-  return age > -tickNanos && age < tickNanos;
-}
 
 // From the lowest folder that is there upwards. Another program may be making them at the same time; 0 or the host's error
 // number.
@@ -45,16 +33,10 @@ int makeFoldersFor(std::string const & hostFile)
 
 }  // namespace
 
-bool WatchedText::IsUnchanged(HostStatus const & now) const
-{
-  return now.IsSameFile(m_Stamp) && now.size == m_Stamp.size && now.modified == m_Stamp.modified &&
-         now.changed == m_Stamp.changed;
-}
-
 void WatchedText::Remember(HostStatus const & now)
 {
   m_Stamp = now;
-  m_bKnown = !isJustWritten(now.modified);
+  m_bKnown = !IsJustWritten(now.modified);
 }
 
 // A file that was replaced or removed has no name any more, and a renamed one another time of change.
@@ -62,7 +44,7 @@ bool WatchedText::IsHeldUnchanged() const
 {
   HostStatus now;
   return m_bKnown && m_Held.Get() >= 0 && GetHostCalls().SteadyClock() - m_nLooked < trustNanos &&
-         GetHostCalls().GetStatus(m_Held.Get(), now) == 0 && now.links != 0 && IsUnchanged(now);
+         GetHostCalls().GetStatus(m_Held.Get(), now) == 0 && now.links != 0 && IsUnchanged(now, m_Stamp);
 }
 
 void WatchedText::Refresh()
@@ -86,7 +68,7 @@ void WatchedText::Look()
   bool const isThere = GetHostCalls().GetStatusOf(m_strFile.c_str(), now) == 0;
   if (isThere) {
     m_nLooked = GetHostCalls().SteadyClock();
-    if (m_bKnown && IsUnchanged(now)) return;
+    if (m_bKnown && IsUnchanged(now, m_Stamp)) return;
   } else {
     m_nError = SaysMissing(errno) ? 0 : errno;
     m_Stamp = {};

@@ -37,7 +37,6 @@ class WatchedText {
       std::function<bool(std::string & changed)> const & edit, std::function<bool()> const & settle = [] { return false; });
 
  private:
-  bool IsUnchanged(HostStatus const & now) const;
   bool IsHeldUnchanged() const;
   void Look();
   int Replace(FolderLock const & lock, std::string const & hostFile, std::string text);

@@ -119,7 +119,7 @@ TEST_F(ObjectFiles, InUseAreNeitherReadNorOverwritten)
   ASSERT_TRUE(holder.Open(m_Folder.Name("used"), CFile::modeReadWrite));
   EXPECT_NE(texts->Store(m_Folder.Name("used")), 0);
   EXPECT_EQ(m_Folder.Read("used"), "old bytes");
-  EXPECT_NE(CodeOf<CFileException>([&] { texts->Load(m_Folder.Name("used")); }), CFileException::none);
+  EXPECT_EQ(CodeOf<CFileException>([&] { texts->Load(m_Folder.Name("used")); }), CFileException::sharingViolation);
   EXPECT_EQ(texts->Store(m_Folder.Name("no such folder\\file")), 0);
 }
 
