@@ -142,10 +142,13 @@ TEST_F(StoreTool, TakesBackNothingOfAProgramThatCameBetween)
     bool hasCome = true;
     for (int place = 1; hasCome; ++place) {
       Store({{1, "old"}, {2, "beside"}});
+      int first = 1;
       int second = 1;
-      Rival const rival(place, [&] { second = runInside({"zp", "store", "put", stem.c_str(), "1", other.c_str()}); });
-      int const first = runInside({"zp", "store", "put", stem.c_str(), "1", one.c_str()});
-      hasCome = rival.HasCome();
+      {
+        Rival const rival(place, [&] { second = runInside({"zp", "store", "put", stem.c_str(), "1", other.c_str()}); });
+        first = runInside({"zp", "store", "put", stem.c_str(), "1", one.c_str()});
+        hasCome = rival.HasCome();
+      }
       std::string const now = Load()[1];
       EXPECT_TRUE(now == bytes ? second == 0 : now == "one" && first == 0) << place << ": " << first << second << now;
     }
@@ -167,6 +170,28 @@ TEST_F(StoreTool, LosesNothingOfAPutBesideACompaction)
     std::filesystem::remove(m_Folder.Path() / "a.SI");
     std::filesystem::remove(m_Folder.Path() / "a.SR");
   }
+}
+
+// One that has read the index before, and comes in as soon as the new record file has its name.
+TEST_F(StoreTool, LosesNothingOfAStoreThatIsOpenBesideACompaction)
+{
+  StoreFour();
+  static zp::HostCalls const kept = zp::GetHostCalls();
+  static std::unique_ptr<GPDataFile> other;
+  other = std::make_unique<GPDataFile>(m_Folder.Name("a.SI"), m_Folder.Name("a.SR"), CFile::modeReadWrite, nullptr);
+  zp::GetHostCalls().Rename = [](char const * from, char const * to) {
+    int const result = kept.Rename(from, to);
+    if (std::string_view(from).ends_with("a.SR.compact-new")) {
+      EXPECT_EQ(other->StoreRec("new", 3, 9), 1);
+      other.reset();
+    }
+    return result;
+  };
+  EXPECT_EQ(runInside({"zp", "store", "compact", (m_Folder.Path() / "a").c_str()}), 0);
+  zp::GetHostCalls() = kept;
+  EXPECT_EQ(other, nullptr);
+  EXPECT_EQ(Load(), (Records{{1, "ab"}, {2, "cde"}, {3, "fgh"}, {9, "new"}}));
+  EXPECT_EQ(Zp("check a").status, 0);
 }
 
 TEST_F(StoreTool, WritesFinishAnInterruptedExchangeFirst)

@@ -31,9 +31,10 @@ std::string markName(StoreNames const & names)
   return names.record + ".compact-swap";
 }
 
+// In the order of their exchange. Whoever opens the new record file finds the new index beside it; the old one is locked.
 std::array<std::string, 2> filesOf(StoreNames const & names)
 {
-  return {names.record, names.index};
+  return {names.index, names.record};
 }
 
 void move(std::string const & from, std::string const & to)
