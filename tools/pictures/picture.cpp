@@ -136,8 +136,18 @@ void Picture::Choose(Rgb color)
 
 void Picture::FillRectangle(double x, double y, double width, double height, Rgb color)
 {
-  Choose(color);
+  AddRectangle(x, y, width, height);
+  Fill(color);
+}
+
+void Picture::AddRectangle(double x, double y, double width, double height)
+{
   cairo_rectangle(m_Context.get(), x, y, width, height);
+}
+
+void Picture::Fill(Rgb color)
+{
+  Choose(color);
   cairo_fill(m_Context.get());
 }
 

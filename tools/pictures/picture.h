@@ -38,6 +38,10 @@ class Picture {
 
   void FillRectangle(double x, double y, double width, double height, Rgb color);
 
+  // Many rectangles of one colour, which don't overlap, take the least memory together: they are added, and then filled.
+  void AddRectangle(double x, double y, double width, double height);
+  void Fill(Rgb color);
+
   // One line of UTF-8 on the baseline y, in a font of this size.
   void DrawText(double x, double y, std::string const & text, double size, Rgb color, TextSide side = TextSide::Left);
 

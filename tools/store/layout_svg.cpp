@@ -31,20 +31,20 @@ unsigned long long rowBytesOf(StoreLayout const & layout)
   return std::max(leastRowBytes, (layout.bytes + mostRows - 1) / mostRows);
 }
 
-void drawArea(Picture & picture, LayoutArea const & area, unsigned long long rowBytes)
+void addArea(Picture & picture, LayoutArea const & area, unsigned long long rowBytes)
 {
   for (unsigned long long at = area.start, end = area.start + area.bytes; at < end;) {
     unsigned long long const row = at / rowBytes;
     unsigned long long const stop = std::min(end, (row + 1) * rowBytes);
     double const scale = rowWidth / static_cast<double>(rowBytes);
-    picture.FillRectangle(left + static_cast<double>(at - row * rowBytes) * scale, top + static_cast<double>(row) * rowStep,
-                          static_cast<double>(stop - at) * scale, rowHeight, colours[static_cast<size_t>(area.kind)]);
+    picture.AddRectangle(left + static_cast<double>(at - row * rowBytes) * scale, top + static_cast<double>(row) * rowStep,
+                         static_cast<double>(stop - at) * scale, rowHeight);
     at = stop;
   }
 }
 
 // Neighbours of one kind are one area: what is thinner than a hair isn't drawn alone.
-void drawAreas(Picture & picture, StoreLayout const & layout, unsigned long long rowBytes)
+void addAreas(Picture & picture, StoreLayout const & layout, AreaKind kind, unsigned long long rowBytes)
 {
   unsigned long long const hair = rowBytes / 4000;
   LayoutArea merged = {};
@@ -52,11 +52,20 @@ void drawAreas(Picture & picture, StoreLayout const & layout, unsigned long long
     if (merged.bytes > 0 && (area.bytes <= hair || merged.kind == area.kind)) {
       merged.bytes += area.bytes;
     } else {
-      drawArea(picture, merged, rowBytes);
+      if (merged.kind == kind) addArea(picture, merged, rowBytes);
       merged = area;
     }
   }
-  drawArea(picture, merged, rowBytes);
+  if (merged.kind == kind) addArea(picture, merged, rowBytes);
+}
+
+void drawAreas(Picture & picture, StoreLayout const & layout, unsigned long long rowBytes)
+{
+  for (size_t kind = 0; kind < areaKinds; ++kind) {
+    if (layout.totals[kind] == 0) continue;
+    addAreas(picture, layout, static_cast<AreaKind>(kind), rowBytes);
+    picture.Fill(colours[kind]);
+  }
 }
 
 void drawLegend(Picture & picture, StoreLayout const & layout, double y)
