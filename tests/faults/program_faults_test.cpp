@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <iterator>
 #include <sstream>
@@ -277,6 +278,38 @@ TEST_P(ProgramFaults, OfMemoryEndInOneSentence)
       Judge(Run([&] { return AllocationFaults(n, forGood); }), where, forGood);
     }
   }
+}
+
+// An append that came short, and whose first cut fails too.
+TEST(ProgramFault, OfAnAppendAndOfItsCutIsUndone)
+{
+  TempFolder const folder;
+  std::string const store = (folder.Path() / "a").string();
+  folder.Write("raw", "bytes of a record");
+  ASSERT_EQ(RunSilently({"store", "put", store, "1", folder.Path() / "raw"}), 0);
+  Files const before = {{"a.SI", folder.Read("a.SI")}, {"a.SR", folder.Read("a.SR")}};
+  QuickHost const host;
+  static zp::HostCalls real;
+  static int failures;
+  real = zp::GetHostCalls();
+  failures = 2;
+  zp::GetHostCalls().WriteAt = [](int file, void const * buffer, size_t count, LONGLONG position) {
+    if (failures < 2) return real.WriteAt(file, buffer, count, position);
+    real.WriteAt(file, buffer, count / 2, position);
+    --failures;
+    errno = EIO;
+    return -1L;
+  };
+  zp::GetHostCalls().SetLength = [](int file, LONGLONG length) {
+    if (failures != 1) return real.SetLength(file, length);
+    --failures;
+    errno = EIO;
+    return -1;
+  };
+  EXPECT_EQ(RunSilently({"store", "put", store, "2", folder.Path() / "raw"}), 1);
+  EXPECT_EQ(failures, 0);
+  EXPECT_TRUE(Silence::Written(2).ends_with("; the store is as it was\n")) << Silence::Written(2);
+  EXPECT_EQ((Files{{"a.SI", folder.Read("a.SI")}, {"a.SR", folder.Read("a.SR")}}), before);
 }
 
 std::string nameOf(testing::TestParamInfo<char const *> const & info)

@@ -129,6 +129,7 @@ void StoreWriter::CloseStore()
 {
   if (m_bClosed) return;
   m_bClosed = true;
+  m_Store.GetTables().CutTail();
   m_Backup.NoteRecordFile();
   m_Store.Close();
   m_Backup.NoteIndexFile();
