@@ -275,12 +275,14 @@ TEST_F(StoreTool, ClosedStreamsEndInAStatus)
            Closed{"put a 2 2>&- >&-", 0},
            Closed{"get a 7 <&- 2>&- >&-", 1},
            Closed{"export b out --json --skip 2>&-", 0},
+           Closed{"recover a --to c >/dev/full", 1},
        }) {
     std::string const line =
         "cd '" + m_Folder.Path().string() + "' && printf y | " ZP_BINARY_DIR "/tools/zp store " + closed.arguments;
     EXPECT_EQ(WEXITSTATUS(std::system(line.c_str())), closed.status) << closed.arguments;
   }
   EXPECT_EQ(Load(), (Records{{1, "x"}, {2, "y"}}));
+  EXPECT_EQ(Load("c"), Load());
   EXPECT_EQ(m_Folder.Read("out").find("zp:"), std::string::npos);
 }
 

@@ -27,6 +27,49 @@ TEST_F(StoreTool, ShowsAComponentWithTheNamesOfItsCoefficients)
             "1 record, 95 bytes\n");
 }
 
+TEST_F(StoreTool, ShowsATreeOfObjectsAndTheBytesOfWhatIsNone)
+{
+  std::string const object = R"({"object": {"class": "GPDataArray", "items": [
+    {"class": "GPData", "data_id": 7},
+    {"class": "GPa", "data_id": 31, "array": null},
+    {"class": "GPa", "data_id": 32, "array": {"class": "GPObArray", "items": [
+      null, {"class": "GPObList", "items": [{"class": "GPUIntArray", "values": [8, 9]}]},
+      {"class": "GPv", "data_id": 900, "area": "0102"}]}},
+    {"class": "GPxy", "data_id": 33, "x": 1.5, "y": "inf"},
+    {"class": "GPw", "data_id": 10, "value": -1},
+    {"class": "GPbip", "data_id": 112, "second_id": 9, "area": "0000803F0000004000004040"},
+    {"class": "GPs", "data_id": 40, "value": "a\"b"}]}})";
+  ASSERT_EQ(Zp("put a 1 --json", object).status, 0);
+  Zp("put a 2", FromHex("FF FF 01 00 05 00 \"Other\" 01 02"));
+  Zp("put a 3", FromHex("FF FF 01 00 03 00 \"GPw\" 05 00"));
+  EXPECT_EQ(Zp("show a 1-3").out,
+            "record 1, 208 bytes\n"
+            "GPDataArray  7 items\n"
+            "├─    7                               GPData\n"
+            "├─   31                               GPa\n"
+            "│ └─null\n"
+            "├─   32                               GPa\n"
+            "│ └─GPObArray  3 items\n"
+            "│   ├─null\n"
+            "│   ├─GPObList  1 item\n"
+            "│   │ └─GPUIntArray\n"
+            "│   └─  900                               GPv    2 bytes\n"
+            "│              000000  01 02                                            ..\n"
+            "├─   33                               GPxy   (1.5, \"inf\")\n"
+            "├─   10  molar mass                   GPw    -1 kg/kmol\n"
+            "├─  112                               GPbip  second id 9, GPbip\n"
+            "│          1 = 0.50321656\n"
+            "│          2 = 1.0064331\n"
+            "│          3 = 3.0\n"
+            "└─   40  liquid density               GPs    \"a\\\"b\"\n"
+            "record 2, 13 bytes\n"
+            "Other, a class that isn't known here\n"
+            "  000000  ff ff 01 00 05 00 4f 74 68 65 72 01 02           ......Other..\n"
+            "record 3, 11 bytes\n"
+            "GPw, unreadable: The data ends before what it should hold\n"
+            "  000000  ff ff 01 00 03 00 47 50 77 05 00                 ......GPw..\n");
+}
+
 TEST_F(StoreTool, PutsGetsAndDeletesBytesAndObjects)
 {
   EXPECT_EQ(Zp("put a 7", "some bytes").status, 0);

@@ -409,7 +409,7 @@ TEST_F(StoreTool, RefusedImportsStoreNothingAndSayWhere)
   EXPECT_FALSE(m_Folder.Has("a.SR"));
   ProgramRun const deep =
       Zp("import a -", std::string(R"({"format": "zp-store-records", "version": 1, "records": )") + std::string(100000, '['));
-  EXPECT_EQ(deep.status, 1);
+  EXPECT_EQ(deep.err, "zp: standard input: values are nested too deep; nothing was stored\n");
 }
 
 // One that a table can't tell, one whose block is another record's, and one that is well.

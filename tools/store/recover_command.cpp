@@ -118,7 +118,6 @@ class Recovery {
   {
     zp::RecordBlock const & block = at.block;
     Verdict verdict = {block.id, Verdict::Kept, block.position, "", block};
-    if (block.length == 0) return Lose(verdict, "it has no bytes");
     std::vector<BYTE> const bytes = ReadPayload(m_Store.GetRecordFile(), block);
     if (block.length > block.capacity && !Repair(verdict)) {
       return Lose(verdict, fmt::format("its length {} is above the capacity {}", block.length, block.capacity));
