@@ -38,8 +38,10 @@ class TextTable {
   std::vector<std::string> const & GetTexts() const { return m_Texts; }
 
  private:
-  struct Hash : std::hash<std::string_view> {
+  // It isn't noexcept: the table keeps each hash then.
+  struct Hash {
     using is_transparent = void;
+    size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
   };
 
   std::unordered_map<std::string, int, Hash, std::equal_to<>> m_Places;
