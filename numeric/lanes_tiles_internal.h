@@ -73,7 +73,12 @@ RightPart packStrip(double * packed, double const * b, std::size_t bStep, std::s
 {
   double * to = packed;
   for (std::size_t term = 0; term < terms; ++term, b += bStep, to += tileCols) {
-    for (std::size_t c = 0; c < tileCols; ++c) to[c] = b[c < cols ? c : cols - 1];
+    if (cols == tileCols) {
+      store(to, load(b));
+      store(to + laneWidth, load(b + laneWidth));
+    } else {
+      for (std::size_t c = 0; c < tileCols; ++c) to[c] = b[c < cols ? c : cols - 1];
+    }
   }
   return {packed, tileCols};
 }
