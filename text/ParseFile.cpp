@@ -2,6 +2,7 @@
 
 #include <zpbase/text.h>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 
@@ -30,6 +31,8 @@ bool belongsToLineEnd(char c)
 }
 
 constexpr ptrdiff_t blockLength = 64;
+constexpr ptrdiff_t sampleLength = 0x10000;       // whole blocks, by whose lines those of the rest are foretold
+constexpr size_t mostForetold = size_t{1} << 24;  // lines
 
 // One bit for each of the 64 characters at p: set where it ends a line.
 uint64_t lineEnds(char const * p)
@@ -46,6 +49,14 @@ uint64_t lineEnds(char const * p)
   for (int i = 0; i < blockLength; ++i) ends |= uint64_t{endsLine(p[i])} << i;
 #endif
   return ends;
+}
+
+// Makes room for the lines that a sample foretells, so that they needn't move as they become more.
+void reserveLines(std::vector<DWORD> & offsets, size_t contentLength)
+{
+  size_t const foretold = offsets.size() * (contentLength / sampleLength + 1);
+  offsets.reserve(std::min(foretold + foretold / 8, mostForetold));
+  zp::PreferLargePages(offsets.data(), offsets.capacity() * sizeof(DWORD));
 }
 
 // Opens the file once more, for the exception that tells why it doesn't open.
@@ -100,6 +111,7 @@ void ParseFile::InitLineOffsets()
   m_LineOffsets.assign(1, 0);
   char * p = first;
   for (; last - p >= blockLength; p += blockLength) {
+    if (p - first == sampleLength) reserveLines(m_LineOffsets, m_nContentLength);
     for (uint64_t ends = lineEnds(p); ends != 0; ends &= ends - 1) endLine(p + std::countr_zero(ends));
   }
   for (; p != last; ++p) {
