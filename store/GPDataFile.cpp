@@ -158,7 +158,7 @@ bool GPDataFile::LoadFromImage(ULONGLONG position, void * buffer, UINT count)
 {
   if (m_pImage == nullptr) {
     if (!m_RecFile.IsLocked() || ++m_nReads <= zp::RecordImage::readsBefore) return false;
-    m_pImage.reset(new (std::nothrow) zp::RecordImage(m_RecFile));
+    m_pImage.reset(new (std::nothrow) zp::RecordImage(m_RecFile, m_nRecFileLength));
   }
   return m_pImage != nullptr && m_pImage->Read(position, buffer, count);
 }

@@ -67,7 +67,7 @@ BYTE * RecordImage::TakeRoom()
 {
   if (m_nRoomLeft == 0) {
     constexpr size_t mostGrowth = 32;
-    auto const inFile = static_cast<size_t>((m_File.GetLength() + pageBytes - 1) / pageBytes);
+    auto const inFile = static_cast<size_t>((m_nLength + pageBytes - 1) / pageBytes);
     size_t const wanted = std::max(inFile - std::min(inFile, m_nPagesTaken), std::clamp<size_t>(m_nPagesTaken, 1, mostGrowth));
     size_t const pages = std::min(wanted, maxPages - m_nPagesTaken);
     if (pages == 0) return nullptr;
@@ -88,7 +88,8 @@ void RecordImage::ReadGrains(size_t index, uint64_t missing)
   auto const start = static_cast<UINT>(std::countr_zero(missing)) * grainBytes;
   auto const end = (64 - static_cast<UINT>(std::countl_zero(missing))) * grainBytes;
   ULONGLONG const position = ULONGLONG{index} * pageBytes + start;
-  UINT const got = m_File.ReadAt(position, page.bytes + start, end - start);
+  auto const there = static_cast<UINT>(std::min<ULONGLONG>(end - start, m_nLength - std::min(position, m_nLength)));
+  UINT const got = m_File.ReadAt(position, page.bytes + start, there);
   if (got < end - start) m_nEnd = position + got;
   if (got > 0) page.good |= GrainsOf(start, start + got);
 }

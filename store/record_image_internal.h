@@ -18,8 +18,9 @@ class RecordImage {
   static constexpr unsigned int readsBefore = 16;  // of a file, before this is worth while
   static constexpr size_t maxBytes = 0x4000000;    // of memory for pages
 
-  // The file stays the caller's, open all the time, and must outlive the image.
-  explicit RecordImage(CFile const & file) : m_File(file) {}
+  // The file stays the caller's, open all the time, and must outlive the image, as must its length, which the caller keeps: up to
+  // there it is read, so that no read has to find the end.
+  RecordImage(CFile const & file, ULONGLONG const & length) : m_File(file), m_nLength(length) {}
 
   // Gives count bytes at position. False, with any bytes in buffer, where they are to be read from the file: at the first touch,
   // behind the end of the file, where reading the page raises, and where memory is short.
@@ -47,6 +48,7 @@ class RecordImage {
   void ReadGrains(size_t index, uint64_t missing);
 
   CFile const & m_File;
+  ULONGLONG const & m_nLength;
   std::vector<Page> m_Pages;                     // from the begin of the file on
   ULONGLONG m_nEnd = unknownEnd;                 // of the file, once a read came to it
   std::vector<std::unique_ptr<BYTE[]>> m_Rooms;  // for several pages each
