@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 #include <zpbase/data.h>
 #include <zpbase/numeric.h>
+#include <zpbase/platform/ascii.h>
 #include <zpbase/platform/collections.h>
 #include <zpbase/platform/number_text.h>
 #include <zpbase/store.h>
@@ -73,12 +74,17 @@ size_t columnsOf(DataMeaning const & meaning)
   return static_cast<size_t>(std::max(meaning.coefficients, 1)) + (meaning.kind == DataKind::Equation ? 1 : 0);
 }
 
+bool isOfDecimal(char c)
+{
+  return zp::IsDigit(c) || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E' || zp::IsWhite(c);
+}
+
 // Raises for text that is no decimal number, or one that a 32-bit float can't hold.
 void requireNumber(std::string const & cell)
 {
   size_t used = 0;
   double const value = zp::TextToDouble(cell, &used);
-  bool const isDecimal = cell.find_first_not_of("0123456789+-.eE \t\n\v\f\r") == std::string::npos;
+  bool const isDecimal = std::all_of(cell.begin(), cell.end(), isOfDecimal);
   if (used != cell.size() || !isDecimal) throw Failure(fmt::format("\"{}\" is no number such as 647.1 or 2.2e7", cell));
   auto const narrow = static_cast<float>(value);
   if (!std::isfinite(narrow) || (narrow == 0.0F && value != 0.0)) {
@@ -215,7 +221,7 @@ constexpr size_t mostBlankRows = 0x100000;  // as many as a sheet has rows
 
 bool isBlank(std::string const & field)
 {
-  return field.find_first_not_of(" \t\n\v\f\r") == std::string::npos;
+  return std::all_of(field.begin(), field.end(), zp::IsWhite);
 }
 
 // For each of a table's columns its place among all of them; spreadsheets may write some without a name behind the others.

@@ -178,18 +178,21 @@ void StoreWriter::Delete(int id)
   });
 }
 
-// Whether the index has what was changed here, and the blocks hold it.
+// Whether the index has what was changed here, and the blocks hold it, which are read in the order of the file.
 bool StoreWriter::IsChanged(OpenStore & store) const
 {
-  std::map<int, LiveEntry> entries;
-  for (LiveEntry const & entry : store.GetIndex().live) entries.emplace(entry.id, entry);
-  return std::all_of(m_Changes.begin(), m_Changes.end(), [&](auto const & each) {
-    auto const & [id, change] = each;
-    auto const found = entries.find(id);
-    if (found == entries.end() || change.length == 0) return found == entries.end() && change.length == 0;
-    auto const length = static_cast<WORD>(found->second.length);
-    zp::RecordBlock const block = {{static_cast<WORD>(id), false, length, length}, found->second.position};
-    return length == change.length && hashOf(ReadPayload(store.GetRecordFile(), block)) == change.hash;
+  std::vector<LiveEntry> entries;
+  for (LiveEntry const & entry : store.GetIndex().live) {
+    if (m_Changes.contains(entry.id)) entries.push_back(entry);
+  }
+  auto const isStored = [](auto const & each) { return each.second.length > 0; };
+  if (static_cast<ptrdiff_t>(entries.size()) != std::count_if(m_Changes.begin(), m_Changes.end(), isStored)) return false;
+  std::sort(entries.begin(), entries.end(), [](LiveEntry const & a, LiveEntry const & b) { return a.position < b.position; });
+  RecordWindow window(store.GetRecordFile());
+  return std::all_of(entries.begin(), entries.end(), [&](LiveEntry const & entry) {
+    Change const & change = m_Changes.at(entry.id);
+    if (change.length == 0 || entry.length != change.length) return false;
+    return hashOf(window.Fetch(entry.position + zp::BlockHeader::byteCount, change.length)) == change.hash;
   });
 }
 
