@@ -66,13 +66,15 @@ int GPDataFile::LoadIndexFile()
   return 1;
 }
 
-// One that is gone, or holds nothing as it did, tells nothing new.
+// One that is gone, or holds nothing as it did, tells nothing new; nor does another name, mode or owner, which change other
+// times.
 bool GPDataFile::IsIndexAsLoaded() const
 {
   zp::HostStatus now;
   zp::Presence const presence = zp::GetPresence(m_strIndexFile, now);
   if (presence != zp::Presence::There) return presence == zp::Presence::Missing;
-  return zp::IsUnchanged(now, m_IndexStatus) || (now.size == 0 && m_IndexStatus.size == 0);
+  bool const isSame = now.IsSameFile(m_IndexStatus) && now.size == m_IndexStatus.size && now.modified == m_IndexStatus.modified;
+  return isSame || (now.size == 0 && m_IndexStatus.size == 0);
 }
 
 // The header object is the caller's, who may have changed it: it stays, and must be what the file has.
