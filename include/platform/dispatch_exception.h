@@ -8,7 +8,8 @@
 
 namespace zp {
 
-// Raised by InvokeHelper in place of the published class, which has a question mark for each of those characters.
+// Raised by InvokeHelper in place of the published class, which has a question mark for each of those characters. The catcher's,
+// as all exceptions are.
 class ZP_API WideDispatchException : public COleDispatchException {
  public:
   WideDispatchException(COleDispatchException const & told, std::u16string_view description)

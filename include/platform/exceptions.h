@@ -1,5 +1,5 @@
-// The platform's exceptions. They travel as pointers, are raised by the AfxThrow functions alone, and belong to the catcher,
-// who releases one with Delete(). Memory that runs out is std::bad_alloc.
+// The platform's exceptions. They travel as pointers, are raised by the AfxThrow functions (one of dispatch_exception.h by
+// InvokeHelper), and belong to the catcher, who releases one with Delete(). Memory that runs out is std::bad_alloc.
 #pragma once
 
 #include "runtime.h"

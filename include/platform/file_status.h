@@ -9,10 +9,6 @@ namespace zp {
 // Whether name leads to a file, and its status if it does.
 ZP_API Presence GetPresence(char const * name, HostStatus & status);
 
-// False where the file was written, exchanged or given another name or other times in between, as far as the steps of the host's
-// clock tell.
-ZP_API bool IsUnchanged(HostStatus const & now, HostStatus const & before);
-
 // Gives a file that was just written a time after the one before, where the clock's step left it the same: so its status tells
 // that it was written. Only the file's owner can.
 ZP_API void KeepTimesApart(char const * name, HostTime const & before);

@@ -9,6 +9,7 @@
 
 namespace zp {
 
+struct HostStatus;
 struct HostTime;
 
 // What a failure on a name is to whoever asked: the cause of a file exception and the system's error number.
@@ -28,6 +29,10 @@ inline bool SaysMissing(int error)
 
 // Whether a file that is written now may get the same time again: times advance in steps of the host's clock.
 bool IsJustWritten(HostTime const & written);
+
+// False where the file was written, exchanged or given another name or other times in between, as far as the steps of the host's
+// clock tell.
+bool IsUnchanged(HostStatus const & now, HostStatus const & before);
 
 inline constexpr unsigned int ownerMayWrite = 0200;  // of the permission bits
 

@@ -4,8 +4,6 @@
 
 #include <cerrno>
 
-#include <zpbase/platform/file_status.h>
-
 #include "platform/file/file_internal.h"
 
 namespace zp {
