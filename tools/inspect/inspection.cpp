@@ -11,6 +11,7 @@
 #include "tools/host_file.h"
 #include "tools/program.h"
 #include "tools/records/message_catcher.h"
+#include "tools/text_marks.h"
 
 namespace {
 
@@ -29,9 +30,6 @@ constexpr std::string_view operator""_b(char const * text, size_t length)
 {
   return {text, length};
 }
-
-constexpr std::string_view wideMark = "\xFF\xFE";
-constexpr std::string_view turnedWideMark = "\xFE\xFF";
 
 // Files of others, by their first bytes.
 constexpr Mark marks[] = {
@@ -60,7 +58,7 @@ bool isTextCharacter(char c)
 
 bool isText(std::string_view head)
 {
-  return !head.starts_with(wideMark) && !head.starts_with(turnedWideMark) && std::ranges::all_of(head, isTextCharacter);
+  return !HasWideMark(head) && std::ranges::all_of(head, isTextCharacter);
 }
 
 void tellUnknown(InspectedFile const & file, Inspection & found)

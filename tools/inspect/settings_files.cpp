@@ -13,6 +13,7 @@
 #include "tools/inspect/each_line.h"
 #include "tools/program.h"
 #include "tools/text/text_lines.h"
+#include "tools/text_marks.h"
 
 namespace {
 
@@ -71,7 +72,6 @@ class SettingsLines {
 bool isRegistryExport(InspectedFile & file, Inspection & found)
 {
   constexpr std::string_view mark = "Windows Registry Editor Version ";
-  constexpr std::string_view wideMark = "\xFF\xFE";
   bool const isWide = file.GetHead().starts_with(wideMark);
   std::string begin(file.GetHead().substr(isWide ? wideMark.size() : 0, 2 * mark.size()));
   if (isWide) std::erase(begin, '\0');

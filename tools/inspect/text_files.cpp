@@ -15,10 +15,9 @@
 #include "tools/records/component_columns.h"
 #include "tools/records/table_text.h"
 #include "tools/text/table_shape.h"
+#include "tools/text_marks.h"
 
 namespace {
-
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
 size_t countLines(std::string_view text)
 {
@@ -104,8 +103,7 @@ bool isComponentTable(std::string_view text, InspectedFile const & file, Inspect
 // A table in UTF-16, as spreadsheet programs write it.
 bool isWideTable(InspectedFile & file, Inspection & found)
 {
-  bool const isWide = file.GetHead().starts_with("\xFF\xFE") || file.GetHead().starts_with("\xFE\xFF");
-  if (!isWide || !file.CanBeRead()) return false;
+  if (!HasWideMark(file.GetHead()) || !file.CanBeRead()) return false;
   auto const bytesOf = [](std::string_view piece) {
     size_t units = 1;  // the mark
     for (char const c : piece) units += (c & 0xC0) == 0x80 ? 0 : (c & 0xF8) == 0xF0 ? 2 : 1;

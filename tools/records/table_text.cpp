@@ -11,6 +11,7 @@
 
 #include "tools/program.h"
 #include "tools/shown_text.h"
+#include "tools/text_marks.h"
 
 namespace {
 
@@ -46,14 +47,14 @@ std::string_view TableText::Take(std::string_view bytes)
 size_t TableText::TakeMark(std::string_view bytes)
 {
   m_Form = Form::Ascii;
-  if (bytes.starts_with("\xFF\xFE")) m_Form = Form::WideLittle;
-  if (bytes.starts_with("\xFE\xFF")) m_Form = Form::WideBig;
-  if (m_Form != Form::Ascii) return 2;
+  if (bytes.starts_with(wideMark)) m_Form = Form::WideLittle;
+  if (bytes.starts_with(turnedWideMark)) m_Form = Form::WideBig;
+  if (m_Form != Form::Ascii) return wideMark.size();
   if (bytes.size() >= 2 && (bytes[0] == '\0') != (bytes[1] == '\0'))
     throw Failure(fmt::format("{}: is UTF-16 without its mark; save it as UTF-8", m_Name));
-  if (!bytes.starts_with("\xEF\xBB\xBF")) return 0;
+  if (!bytes.starts_with(utf8Mark)) return 0;
   m_Form = Form::Utf8;
-  return 3;
+  return utf8Mark.size();
 }
 
 size_t TableText::TakeAscii(std::string_view bytes, bool isEnd)

@@ -4,9 +4,6 @@
 #include <string>
 #include <string_view>
 
-// What a text in UTF-8 may begin with to say so.
-inline constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
-
 // The LFs without a CR, and the text in which each has one.
 size_t CountLoneLineFeeds(std::string_view bytes);
 std::string WithLineEnds(std::string_view bytes, size_t lone);

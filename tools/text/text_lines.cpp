@@ -17,6 +17,7 @@
 #include "tools/program.h"
 #include "tools/text/character_set.h"
 #include "tools/text/text_copy.h"
+#include "tools/text_marks.h"
 
 namespace {
 
@@ -106,7 +107,7 @@ Content readFile(std::string const & name)
 
 bool isWide(std::string_view bytes)
 {
-  if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) return true;
+  if (HasWideMark(bytes)) return true;
   if (bytes.size() < 4) return false;
   bool const evenZero = bytes[0] == '\0' && bytes[2] == '\0';
   bool const oddZero = bytes[1] == '\0' && bytes[3] == '\0';

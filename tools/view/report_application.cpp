@@ -16,6 +16,7 @@
 #include "tools/host_file.h"
 #include "tools/program.h"
 #include "tools/text/text_copy.h"
+#include "tools/text_marks.h"
 
 namespace {
 
