@@ -16,6 +16,7 @@ cd "$work"
 python=/usr/bin/python3
 has() { command -v "$1" >/dev/null || { echo "left out: $1 isn't installed"; return 1; }; }
 has_module() { $python -c "import $1" 2>/dev/null || { echo "left out: $1 isn't installed"; return 1; }; }
+has_server() { "$zp" sheet list "$1" >/dev/null 2>&1 || { echo "left out: the server of workbooks isn't built"; return 1; }; }
 
 # Processor time of one run of a function, in milliseconds; its output goes to a file, as a user's would. A failure ends the bench.
 spend() {
@@ -116,5 +117,7 @@ fi
 if [ ${#text_peers[@]} -gt 0 ]; then row 'text numbers of 50 MB' zp_numbers "${text_peers[@]}"; fi
 if has_module openpyxl; then
   books
-  for book in six.xlsx seventeen.xlsx; do row "sheet read, ${book%.xlsx} digits" zp_sheet openpyxl openpyxl_sheet; done
+  if has_server six.xlsx; then
+    for book in six.xlsx seventeen.xlsx; do row "sheet read, ${book%.xlsx} digits" zp_sheet openpyxl openpyxl_sheet; done
+  fi
 fi
