@@ -6,7 +6,7 @@ cd "$(dirname "$0")"
 . scripts/prepare.sh
 prepare "${BUILD_PACKAGES[@]}"
 
-cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DZP_BUILD_TESTS=OFF >/dev/null
+cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DZP_BUILD_TESTS=OFF "${BUNDLES[@]}" >/dev/null
 cmake --build build/run --target zp
 
 work=$(mktemp -d)

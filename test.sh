@@ -3,7 +3,7 @@
 # package, the formatting gate, clang-tidy, the tests in other locales, files of other programs, 20,000 states of a store after a
 # crash, a second run under AddressSanitizer and UndefinedBehaviorSanitizer, the benchmarks' build, a trial of the installation, the
 # packager's page with Debian's packages, the site of headers and pages, and a while of each fuzz target (ZP_FUZZ_SECONDS, 60).
-# Each stage ends with the seconds that it took.
+# Each stage ends with the seconds that it took. Without a compiler cache the sources are compiled in bundles.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/prepare.sh
@@ -18,7 +18,7 @@ stage() {
 }
 
 suite() {
-  cmake --preset "$@" >/dev/null
+  cmake --preset "$@" "${BUNDLES[@]}" >/dev/null
   cmake --build --preset "$1"
   ctest --preset "$1" --output-log "build/$1/ctest.log" | tail -n 30
 }
@@ -28,7 +28,7 @@ formatting() {
 }
 
 release() {
-  cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DZP_BUILD_BENCH=ON -DZP_BUILD_TESTS=OFF >/dev/null
+  cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DZP_BUILD_BENCH=ON -DZP_BUILD_TESTS=OFF "${BUNDLES[@]}" >/dev/null
   cmake --build build/run
 }
 
@@ -37,11 +37,11 @@ crash_states() {
   ZP_CRASH_STATES=${ZP_CRASH_STATES:-20000} build/debug/tests/test_faults --gtest_filter='CrashStates.*'
 }
 
-# fuzz TARGET: runs it from its seeds. What breaks it is kept in build/fuzz/.
+# fuzz TARGET: runs it from its seeds. What breaks it is kept in build/fuzz/. Its program is one of the sanitizers' build.
 fuzz() {
   local seconds=${ZP_FUZZ_SECONDS:-60} corpus=$scratch/$1
   mkdir "$corpus"
-  if ! ASAN_OPTIONS=malloc_context_size=2 "build/fuzz/fuzz/$1" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=20 \
+  if ! ASAN_OPTIONS=malloc_context_size=2 "build/asan-ubsan/fuzz/$1" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=20 \
     -print_final_stats=1 -close_fd_mask=2 -artifact_prefix="build/fuzz/" "$corpus" "fuzz/seeds/$1" >"build/fuzz/$1.log" 2>&1; then
     tail -n 60 "build/fuzz/$1.log"
     return 1
@@ -51,8 +51,7 @@ fuzz() {
 }
 
 fuzzing() {
-  cmake --preset fuzz >/dev/null
-  cmake --build --preset fuzz
+  mkdir -p build/fuzz
   scratch=$(mktemp -d -p "$([ -w /dev/shm ] && echo /dev/shm || echo "${TMPDIR:-/tmp}")")
   trap 'rm -rf "$scratch"' EXIT
   export -f fuzz

@@ -12,6 +12,12 @@ set(ZP_COMPILE_OPTIONS -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -f
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   list(APPEND ZP_COMPILE_OPTIONS -Wno-restrict)  # g++ 12 sees overlaps in plain string concatenation at -O2 that aren't there
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  list(APPEND ZP_COMPILE_OPTIONS -Wno-sign-conversion -Wno-self-assign-overloaded -Wno-unused-lambda-capture)  # as g++ sees them
+endif()
+if(CMAKE_UNITY_BUILD)
+  list(APPEND ZP_COMPILE_OPTIONS -Wno-shadow)  # sources of a bundle see each other's names
+endif()
 if(ZP_WARNINGS_AS_ERRORS)
   list(APPEND ZP_COMPILE_OPTIONS -Werror)
 endif()

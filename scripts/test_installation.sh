@@ -6,6 +6,7 @@
 #   scripts/test_installation.sh [BUILD FOLDER]    (build/run)
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/prepare.sh
 build=${1:-build/run}
 work=$(mktemp -d)
 absolute=(-DCMAKE_INSTALL_LIBDIR="$work/own/libraries" -DCMAKE_INSTALL_INCLUDEDIR="$work/own/headers")
@@ -90,7 +91,8 @@ workbook "$work/other/bin/zp"
 use "$work/own/libraries" "$work/own/headers"
 
 # The archive: programs have all of it, since classes are found by their names alone.
-cmake -S . -B "$build-archive" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF -DZP_BUILD_TESTS=OFF >/dev/null
+cmake -S . -B "$build-archive" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF -DZP_BUILD_TESTS=OFF \
+  "${BUNDLES[@]}" >/dev/null
 cmake --build "$build-archive" >/dev/null
 cmake --install "$build-archive" --prefix "$work/archive" >/dev/null
 libraries=$(dirname "$(find "$work/archive" -name libzpbase.a)")

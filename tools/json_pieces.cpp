@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr size_t pieceBytes = 0x10000;
+constexpr size_t jsonPieceBytes = 0x10000;
 
 }  // namespace
 
@@ -56,7 +56,7 @@ void JsonPieces::Value(nlohmann::ordered_json const & value, std::string_view in
     m_strText += c;
     if (c == '\n') m_strText += indent;
   }
-  if (m_strText.size() < pieceBytes) return;
+  if (m_strText.size() < jsonPieceBytes) return;
   m_pfnPass(m_strText);
   m_strText.clear();
 }

@@ -49,7 +49,7 @@ TEST(DataItems, StreamAsTheirFormSays)
     char const * const name = item->GetRuntimeClass()->m_lpszClassName;
     EXPECT_EQ(storedAlone(*item), bytes) << name;
     std::string again;
-    auto const read = [&](CArchive & ar) {
+    auto const read = [&again, &item = item](CArchive & ar) {
       std::unique_ptr<GPData> const back(static_cast<GPData *>(item->GetRuntimeClass()->CreateObject()));
       back->Serialize(ar);
       again = storedAlone(*back);

@@ -55,7 +55,7 @@ class Faults : public testing::TestWithParam<Operation> {
     ++g_nTries;
     Operation const & operation = GetParam();
     for (auto const & [part, value] : outcome.state) {
-      auto const holds = [&part](std::vector<std::string> const & parts) {
+      auto const holds = [&part = part](std::vector<std::string> const & parts) {
         return std::ranges::find(parts, part) != parts.end();
       };
       if (part == indexPart && (lasts || !isMemory)) continue;

@@ -88,16 +88,16 @@ TEST(Archive, PrefixesTextsAndCountsByTheirSize)
         Row{70000, "FF FFFF 70110100", "FFFF 70110100"}}) {
     CString const text('x', length);
     std::string const bytes = FromHex(prefix) + std::string(text.View()) + FromHex(count);
-    EXPECT_EQ(Stored([&](CArchive & ar) {
+    EXPECT_EQ(Stored([&, count = static_cast<DWORD>(length)](CArchive & ar) {
                 ar << text;
-                ar.WriteCount(static_cast<DWORD>(length));
+                ar.WriteCount(count);
               }),
               bytes);
-    auto const read = [&](CArchive & ar) {
+    auto const read = [&, count = static_cast<DWORD>(length)](CArchive & ar) {
       CString back("old");
       ar >> back;
       EXPECT_EQ(back, text);
-      EXPECT_EQ(ar.ReadCount(), static_cast<DWORD>(length));
+      EXPECT_EQ(ar.ReadCount(), count);
     };
     EXPECT_EQ(CauseOfLoading(bytes, read), CArchiveException::none) << length;
   }

@@ -10,12 +10,13 @@
 
 namespace {
 
-constexpr std::string_view marks = "*+xo#@%&";
+constexpr std::string_view curveMarks = "*+xo#@%&";
 constexpr int labelWidth = 12;
 
-class Cells {
+class ChartCells {
  public:
-  Cells(int columns, int rows) : m_nRows(rows), m_Lines(static_cast<size_t>(rows), std::string(static_cast<size_t>(columns), ' '))
+  ChartCells(int columns, int rows)
+      : m_nRows(rows), m_Lines(static_cast<size_t>(rows), std::string(static_cast<size_t>(columns), ' '))
   {
   }
 
@@ -57,12 +58,12 @@ std::string temperatureLine(Chart const & chart, int columns)
 std::string ChartInCharacters(Chart const & chart, int columns, int rows)
 {
   int const width = columns - labelWidth - 2;
-  Cells cells(width, rows);
+  ChartCells cells(width, rows);
   for (size_t i = 0; i < chart.lines.size(); ++i) {
     for (auto const & piece : chart.lines[i]) {
       for (ChartPoint const & point : piece)
         cells.Put(chart.temperature.ShareOf(point.temperature), chart.value.ShareOf(point.value),
-                  point.isOutside ? '.' : marks[i % marks.size()]);
+                  point.isOutside ? '.' : curveMarks[i % curveMarks.size()]);
     }
   }
   std::vector<std::string> labels(static_cast<size_t>(rows));
@@ -75,6 +76,6 @@ std::string ChartInCharacters(Chart const & chart, int columns, int rows)
   text += fmt::format("{:>{}} +{}\n", "", labelWidth, std::string(static_cast<size_t>(width), '-'));
   text += fmt::format("{:>{}}  {}  T [K]\n", "", labelWidth, temperatureLine(chart, width - 7));
   for (size_t i = 0; i < chart.names.size(); ++i)
-    text += fmt::format("{:>{}} {}  {}\n", "", labelWidth, marks[i % marks.size()], chart.names[i]);
+    text += fmt::format("{:>{}} {}  {}\n", "", labelWidth, curveMarks[i % curveMarks.size()], chart.names[i]);
   return text;
 }

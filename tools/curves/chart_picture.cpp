@@ -12,12 +12,12 @@ namespace {
 
 // Colours that people who don't see all of them can tell apart: Okabe and Ito, Color Universal Design, 2008.
 constexpr std::array<Rgb, 7> colors = {0x0072B2, 0xD55E00, 0x009E73, 0xCC79A7, 0xE69F00, 0x56B4E9, 0x000000};
-constexpr Rgb black = 0;
+constexpr Rgb inkColor = 0;
 constexpr Rgb grey = 0x666666;
 constexpr Rgb pale = 0xDDDDDD;
 constexpr double textSize = 12;
 constexpr double titleSize = 15;
-constexpr double lineWidth = 1.8;
+constexpr double curveWidth = 1.8;
 constexpr std::array<double, 2> dashes = {5, 4};
 
 struct Frame {
@@ -49,9 +49,9 @@ void drawAxes(Picture & picture, Chart const & chart, Frame const & frame)
   picture.MoveTo(frame.left, frame.top);
   picture.LineTo(frame.left, frame.bottom);
   picture.LineTo(frame.right, frame.bottom);
-  picture.Stroke(1, black);
-  picture.DrawText(frame.left, frame.top - 14, chart.GetTitle(), titleSize, black);
-  picture.DrawText(frame.right, frame.bottom + 36, "temperature [K]", textSize, black, TextSide::Right);
+  picture.Stroke(1, inkColor);
+  picture.DrawText(frame.left, frame.top - 14, chart.GetTitle(), titleSize, inkColor);
+  picture.DrawText(frame.right, frame.bottom + 36, "temperature [K]", textSize, inkColor, TextSide::Right);
 }
 
 // Each stretch that lies inside or outside of the range as a whole; neighbours share a point.
@@ -63,7 +63,7 @@ void drawPiece(Picture & picture, Chart const & chart, Frame const & frame, std:
     size_t end = start + 1;
     for (; end < piece.size() && (piece[end - 1].isOutside || piece[end].isOutside) == isOutside; ++end)
       picture.LineTo(frame.X(chart, piece[end].temperature), frame.Y(chart, piece[end].value));
-    picture.Stroke(lineWidth, color, isOutside ? std::span<double const>(dashes) : std::span<double const>());
+    picture.Stroke(curveWidth, color, isOutside ? std::span<double const>(dashes) : std::span<double const>());
     start = end - 1;
   }
 }
@@ -92,8 +92,8 @@ void DrawChart(Picture & picture, Chart const & chart, ChartPlace const & place)
     double const y = frame.top + 8 + static_cast<double>(i) * legendStep;
     picture.MoveTo(frame.right + 14, y);
     picture.LineTo(frame.right + 38, y);
-    picture.Stroke(lineWidth, color);
-    picture.DrawText(frame.right + 46, y + 4, chart.names[i], textSize, black);
+    picture.Stroke(curveWidth, color);
+    picture.DrawText(frame.right + 46, y + 4, chart.names[i], textSize, inkColor);
   }
   if (leavesRange(chart)) picture.DrawText(frame.left, frame.bottom + 36, "dashed: outside of the known range", textSize, grey);
 }

@@ -21,8 +21,6 @@
 
 namespace {
 
-using Json = nlohmann::json;
-
 // One drawing that was written, and what was read back of it where that was asked for.
 struct Result {
   DxfTask task;
@@ -88,21 +86,21 @@ void print(Result const & result, DxfOptions const & options)
   result.inspection->PrintProblems(result.task.output);
 }
 
-Json asJson(Result const & result)
+nlohmann::json asJson(Result const & result)
 {
   Conversion const & conversion = result.conversion;
-  Json json = {{"input", result.task.input},
-               {"output", result.task.output},
-               {"records", conversion.records},
-               {"bytes", result.bytes},
-               {"height", conversion.height},
-               {"whole", conversion.whole},
-               {"y_upwards", conversion.upwards},
-               {"texts_with_line_ends", conversion.brokenTexts},
-               {"texts_without_size", conversion.sizelessTexts},
-               {"shapes_without_pen", conversion.fillings},
-               {"skipped_drawing_records", conversion.skippedDrawing},
-               {"skipped", Json::array()}};
+  nlohmann::json json = {{"input", result.task.input},
+                         {"output", result.task.output},
+                         {"records", conversion.records},
+                         {"bytes", result.bytes},
+                         {"height", conversion.height},
+                         {"whole", conversion.whole},
+                         {"y_upwards", conversion.upwards},
+                         {"texts_with_line_ends", conversion.brokenTexts},
+                         {"texts_without_size", conversion.sizelessTexts},
+                         {"shapes_without_pen", conversion.fillings},
+                         {"skipped_drawing_records", conversion.skippedDrawing},
+                         {"skipped", nlohmann::json::array()}};
   for (auto const & [function, count] : conversion.skipped)
     json["skipped"].push_back({{"function", function}, {"name", metafile::NameOf(function)}, {"count", count}});
   if (result.inspection) {
@@ -132,7 +130,7 @@ class Batch {
   void PrintSummary() const
   {
     if (m_Options.json)
-      Print(DumpJson(Json{{"converted", m_nDone}, {"failed", m_nFailed}, {"files", m_Files}}, 2) + "\n");
+      Print(DumpJson(nlohmann::json{{"converted", m_nDone}, {"failed", m_nFailed}, {"files", m_Files}}, 2) + "\n");
     else if (!m_Options.to.empty())
       PrintShown(fmt::format("{} converted, {} failed\n", m_nDone, m_nFailed));
   }
@@ -173,7 +171,7 @@ class Batch {
   size_t m_nDone = 0;
   size_t m_nFailed = 0;
   bool m_bFaults = false;
-  Json m_Files = Json::array();
+  nlohmann::json m_Files = nlohmann::json::array();
 };
 
 std::vector<DxfTask> tasksOf(DxfOptions const & options)

@@ -124,7 +124,7 @@ bool isTold(Cells & cells, Payload const & payload, std::span<BYTE const> bytes)
   }
 }
 
-constexpr size_t pieceBytes = 0x40000;
+constexpr size_t tablePieceBytes = 0x40000;
 
 }  // namespace
 
@@ -134,8 +134,8 @@ bool ComponentTable::Add(int id, std::span<BYTE const> bytes)
   m_Row.resize(AllColumns().size());
   m_Row[0] = std::to_string(id);
   bool const keeps = isTold(m_Row, DecodePayload(bytes), bytes);
-  if (keeps && (m_Pieces.empty() || m_Pieces.back().size() > pieceBytes)) {
-    m_Pieces.emplace_back().reserve(pieceBytes + pieceBytes / 8);
+  if (keeps && (m_Pieces.empty() || m_Pieces.back().size() > tablePieceBytes)) {
+    m_Pieces.emplace_back().reserve(tablePieceBytes + tablePieceBytes / 8);
   }
   for (size_t i = 0; i < m_Row.size(); ++i) {
     if (m_Row[i].empty()) continue;

@@ -16,7 +16,7 @@ namespace {
 
 using Take = std::function<void(CsvRow const & row)>;
 
-constexpr size_t pieceBytes = 0x10000;
+constexpr size_t csvPieceBytes = 0x10000;
 constexpr size_t mostRowBytes = 0x400000;   // every column filled as far as a record holds it
 constexpr size_t mostHeadBytes = 0x100000;  // of comments and empty lines in front
 
@@ -25,7 +25,7 @@ class CsvReader {
   CsvReader(std::string const & name, Take const & take) : m_Name(name), m_pfnTake(take)
   {
     if (csv_init(&m_Parser, CSV_STRICT | CSV_STRICT_FINI) != 0) throw std::bad_alloc();
-    csv_set_blk_size(&m_Parser, pieceBytes);  // by which its field grows
+    csv_set_blk_size(&m_Parser, csvPieceBytes);  // by which its field grows
   }
   ~CsvReader() { csv_free(&m_Parser); }
   CsvReader(CsvReader const &) = delete;
@@ -33,10 +33,10 @@ class CsvReader {
 
   void Read(std::istream & input)
   {
-    std::string piece(pieceBytes, '\0');
+    std::string piece(csvPieceBytes, '\0');
     TableText text(m_Name);
     do {
-      input.read(piece.data(), pieceBytes);
+      input.read(piece.data(), csvPieceBytes);
       std::string_view rest = text.Take({piece.data(), static_cast<size_t>(input.gcount())});
       while (!rest.empty()) {
         std::string_view const line = rest.substr(0, std::min(rest.find('\n'), rest.size() - 1) + 1);

@@ -13,7 +13,7 @@
 namespace {
 
 constexpr int letters = 26;
-constexpr int cellsAtOnce = 1 << 16;
+constexpr int blockCellsAtOnce = 1 << 16;
 
 struct Place {
   int row;
@@ -90,7 +90,7 @@ CellBlock UsedBlock(GPWorkSheet & sheet)
 
 void ForEachRow(GPWorkSheet & sheet, CellBlock const & block, std::function<void(RowValues const & row)> const & take)
 {
-  int const rowsAtOnce = std::max(1, cellsAtOnce / block.Columns());
+  int const rowsAtOnce = std::max(1, blockCellsAtOnce / block.Columns());
   for (int first = block.firstRow; first <= block.lastRow; first += rowsAtOnce) {
     int const rows = std::min(rowsAtOnce, block.lastRow - first + 1);
     COleVariant const values = valuesOf(sheet, {first, block.firstColumn, first + rows - 1, block.lastColumn});

@@ -25,8 +25,8 @@ namespace {
 
 using Source = WorkbookLink::Source;
 
-constexpr size_t pieceBytes = 0x20000;
-constexpr int64_t mostCells = 1 << 28;  // that are printed unasked: all rows of 256 columns
+constexpr size_t sheetPieceBytes = 0x20000;
+constexpr int64_t mostPrintedCells = 1 << 28;  // that are printed unasked: all rows of 256 columns
 
 // The name of the block with all filled cells; empty for an empty sheet.
 std::string usedName(GPWorkSheet & sheet)
@@ -107,9 +107,9 @@ struct ReadCommand : SheetArguments {
   CellBlock WholeBlock(GPWorkSheet & cells) const
   {
     CellBlock const used = UsedBlock(cells);
-    if (used.CountCells() <= mostCells) return used;
+    if (used.CountCells() <= mostPrintedCells) return used;
     throw Failure(fmt::format("{}: the filled cells of \"{}\" lie in {}, which are more than {} fields; name a block of them",
-                              book, sheet, NameOfBlock(used), mostCells));
+                              book, sheet, NameOfBlock(used), mostPrintedCells));
   }
 
   static void PrintCsv(GPWorkSheet & cells, CellBlock const & asked)
@@ -122,7 +122,7 @@ struct ReadCommand : SheetArguments {
         AppendCsvCell(lines, row[i]);
       }
       lines += lines.size() == begin ? "\"\"\n" : "\n";  // a blank line is none
-      if (lines.size() < pieceBytes) return;
+      if (lines.size() < sheetPieceBytes) return;
       Print(lines);
       FlushOutput();
       lines.clear();
@@ -144,7 +144,7 @@ struct ReadCommand : SheetArguments {
         AppendJsonCell(text, row[i]);
       }
       text += ']';
-      if (text.size() < pieceBytes) return;
+      if (text.size() < sheetPieceBytes) return;
       Print(text);
       FlushOutput();
       text.clear();

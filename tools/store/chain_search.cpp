@@ -11,7 +11,7 @@ namespace {
 
 constexpr unsigned int headerBytes = zp::BlockHeader::byteCount;
 constexpr size_t pageBytes = 0x1000;
-constexpr size_t pieceBytes = 0x40000;  // of what is read at once
+constexpr size_t searchedPieceBytes = 0x40000;  // of what is read at once
 
 constexpr DWORD forAny = 1;
 constexpr DWORD forFull = 2;
@@ -34,7 +34,7 @@ ChainSearch::ChainSearch(CFile const & file, unsigned long long length) : m_nLen
 
 void ChainSearch::Read(CFile const & file)
 {
-  std::vector<BYTE> piece(static_cast<size_t>(std::min<unsigned long long>(pieceBytes, m_nLength)));
+  std::vector<BYTE> piece(static_cast<size_t>(std::min<unsigned long long>(searchedPieceBytes, m_nLength)));
   while (m_nRead < m_nLength) {
     auto const wanted = static_cast<UINT>(std::min<unsigned long long>(piece.size(), m_nLength - m_nRead));
     size_t const count = file.ReadAt(m_nRead, piece.data(), wanted);

@@ -40,7 +40,7 @@ std::array<std::string, 2> filesOf(StoreNames const & names)
 void move(std::string const & from, std::string const & to)
 {
   int error = 0;
-  if (MoveFileDurably(from.c_str(), to.c_str(), &error)) return;
+  if (MoveFileDurably(InsidePath(from), InsidePath(to), &error)) return;
   throw Failure(fmt::format("{}: can't take the name {}: {}", from, to, std::strerror(error)));
 }
 
@@ -53,7 +53,7 @@ std::string unfinishedMarkName(StoreNames const & names)
 void writeMark(StoreNames const & names)
 {
   int error = 0;
-  if (ReplaceFileDurably(markName(names).c_str(), markText, &error)) return;
+  if (ReplaceFileDurably(InsidePath(markName(names)), markText, &error)) return;
   throw Failure(fmt::format("{}: can't be written: {}", markName(names), std::strerror(error)));
 }
 

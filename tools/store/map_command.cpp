@@ -20,7 +20,7 @@ namespace {
 constexpr size_t rowCells = 64;
 constexpr size_t mostRows = 8;
 
-constexpr std::array<char, areaKinds> marks = {'h', '#', '+', '.', '?'};
+constexpr std::array<char, areaKinds> areaMarks = {'h', '#', '+', '.', '?'};
 constexpr std::array<char const *, areaKinds> areaNames = {"headers of live blocks", "live", "slack", "free", "unreadable"};
 
 // The picture in cells: each shows what most of its bytes are, records before the rest.
@@ -38,7 +38,8 @@ std::string cellsOf(StoreLayout const & layout)
     }
   }
   std::string cells;
-  for (auto const & cell : bytes) cells += marks[static_cast<size_t>(std::max_element(cell.begin(), cell.end()) - cell.begin())];
+  for (auto const & cell : bytes)
+    cells += areaMarks[static_cast<size_t>(std::max_element(cell.begin(), cell.end()) - cell.begin())];
   return cells;
 }
 
@@ -53,7 +54,7 @@ void printMap(StoreNames const & names, StoreLayout const & layout)
                          Counted(layout.freeBlocks, "free block")));
   for (size_t kind = 0; kind < areaKinds; ++kind) {
     if (layout.totals[kind] == 0) continue;
-    char const mark = static_cast<AreaKind>(kind) == AreaKind::Header ? ' ' : marks[kind];
+    char const mark = static_cast<AreaKind>(kind) == AreaKind::Header ? ' ' : areaMarks[kind];
     PrintShown(fmt::format("  {}  {:<22}  {:>10}  {:5.1f}%\n", mark, areaNames[kind], layout.totals[kind],
                            layout.ShareOf(layout.totals[kind])));
   }

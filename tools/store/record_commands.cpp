@@ -27,8 +27,8 @@
 
 namespace {
 
-constexpr size_t shownText = 40;        // bytes of a text in the list
-constexpr size_t pieceBytes = 0x10000;  // of what is printed
+constexpr size_t shownText = 40;               // bytes of a text in the list
+constexpr size_t printedPieceBytes = 0x10000;  // of what is printed
 
 struct ListRow {
   int id;
@@ -78,7 +78,7 @@ void printRows(std::vector<ListRow> const & rows, StoreOutput & output)
   for (ListRow const & row : rows) {
     appendRow(lines, row, width);
     total += row.bytes;
-    if (lines.size() < pieceBytes) continue;
+    if (lines.size() < printedPieceBytes) continue;
     output.PrintLines(lines);
     lines.clear();
   }

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr unsigned int headerBytes = zp::BlockHeader::byteCount;
+constexpr unsigned int blockHeaderBytes = zp::BlockHeader::byteCount;
 
 bool openForRepair(CFile & file, std::string const & name)
 {
@@ -77,15 +77,15 @@ void StoreBackup::RestoreBlocks(CFile & file) const
   if (file.GetLength() != m_Before.fileLength) file.SetLength(m_Before.fileLength);
   for (size_t i = 0; i < m_Before.blocks.size(); ++i) {
     zp::RecordBlock const & block = m_Before.blocks[i].block;
-    BYTE former[headerBytes];
-    BYTE now[headerBytes];
+    BYTE former[blockHeaderBytes];
+    BYTE now[blockHeaderBytes];
     block.Write(former);
     bool const isThere =
-        file.ReadAt(block.position, now, headerBytes) == headerBytes && std::equal(now, now + headerBytes, former);
-    if (!isThere) file.WriteAt(block.position, former, headerBytes);
+        file.ReadAt(block.position, now, blockHeaderBytes) == blockHeaderBytes && std::equal(now, now + blockHeaderBytes, former);
+    if (!isThere) file.WriteAt(block.position, former, blockHeaderBytes);
     auto const kept = m_Payloads.find(i);
     if (kept == m_Payloads.end()) continue;
-    file.WriteAt(block.position + headerBytes, kept->second.data(), static_cast<UINT>(kept->second.size()));
+    file.WriteAt(block.position + blockHeaderBytes, kept->second.data(), static_cast<UINT>(kept->second.size()));
   }
 }
 

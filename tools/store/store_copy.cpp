@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr UINT pieceBytes = 0x100000;
+constexpr UINT copiedPieceBytes = 0x100000;
 
 void requireNoLink(StoreNames const & names)
 {
@@ -57,10 +57,10 @@ void StoreCopy::Copy(CFile const & from, std::string const & fromName, std::stri
       throw Failure(fmt::format("{}: can't be written: {}", toName, Describe(problem)));
     }
     TakePermissions(toName, fromName);
-    std::vector<BYTE> piece(pieceBytes);
+    std::vector<BYTE> piece(copiedPieceBytes);
     Progress progress("copying", from.GetLength());
     ULONGLONG at = 0;
-    while (UINT const count = from.ReadAt(at, piece.data(), pieceBytes)) {
+    while (UINT const count = from.ReadAt(at, piece.data(), copiedPieceBytes)) {
       if (InterruptGuard::IsInterrupted()) throw Interrupted();
       to.WriteAt(at, piece.data(), count);
       at += count;

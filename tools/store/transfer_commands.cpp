@@ -32,7 +32,7 @@ namespace {
 
 constexpr char const * formatName = "zp-store-records";
 constexpr int formatVersion = 1;
-constexpr size_t pieceBytes = 0x10000;  // of what is written
+constexpr size_t writtenPieceBytes = 0x10000;  // of what is written
 
 struct Incoming {
   std::vector<std::pair<int, std::vector<BYTE>>> records;  // in ascending id
@@ -273,7 +273,7 @@ size_t exportJson(StoredRecords & source, Pass const & pass)
   json.Key("records").BeginArray();
   size_t const left = source.ForEach("exporting", [&](int id, std::span<BYTE const> bytes) {
     WriteRecord(json, bytes, id);
-    if (text.size() < pieceBytes) return;
+    if (text.size() < writtenPieceBytes) return;
     pass(text);
     text.clear();
   });
@@ -301,7 +301,7 @@ size_t exportTable(StoredRecords const & source, StoreNames const & names, Pass 
   AppendCsvLine(text, table.GetHead());
   table.ForEachRow([&](std::vector<std::string_view> const & fields) {
     AppendCsvLine(text, fields);
-    if (text.size() < pieceBytes) return;
+    if (text.size() < writtenPieceBytes) return;
     pass(text);
     text.clear();
   });

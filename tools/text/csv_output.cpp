@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr size_t pieceBytes = 0x10000;
+constexpr size_t csvOutputBytes = 0x10000;
 
 }  // namespace
 
@@ -36,7 +36,7 @@ void CsvOutput::Add(std::vector<Cell> const & cells)
     }
   }
   m_strPiece += '\n';
-  if (m_strPiece.size() >= pieceBytes) Flush();
+  if (m_strPiece.size() >= csvOutputBytes) Flush();
 }
 
 void CsvOutput::AppendText(std::string const & text)

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t pieceBytes = size_t{1} << 16;
+constexpr size_t htmlPieceBytes = size_t{1} << 16;
 
 constexpr char const * style =
     R"(:root { color-scheme: light dark; --paper: #ffffff; --ink: #1c2430; --desk: #eceff3; --faint: #68778a; --edge: #d3dae3 }
@@ -77,12 +77,12 @@ void WriteReportHtml(ReportPages const & report, std::string const & title, Page
     for (int entry = report.GetFirstEntry(page); entry < report.GetEndEntry(page); ++entry) {
       appendEscaped(piece, ShownText(report.GetText(entry), ShownIn::utf8));
       piece += '\n';
-      if (piece.size() < pieceBytes) continue;
+      if (piece.size() < htmlPieceBytes) continue;
       write(piece);
       piece.clear();
     }
     piece += "</pre>\n</section>\n";
-    if (piece.size() < pieceBytes) continue;
+    if (piece.size() < htmlPieceBytes) continue;
     write(piece);
     piece.clear();
   }

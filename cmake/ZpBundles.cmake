@@ -1,0 +1,44 @@
+# With CMAKE_UNITY_BUILD the sources of a target are compiled in bundles of eight, in a quarter of the time. These stay on their own:
+# what they keep to themselves has a name that another file of their target uses too. A file that a build in bundles can't compile
+# ("redefinition of ...") is named here, or better, names its things anew. Which files share a bundle changes with each new file.
+set(ZP_COMPILED_ALONE
+  data/GPv.cpp
+  drawing/dxf_tables.cpp
+  numeric/kernels_avx512.cpp
+  numeric/kernels_baseline.cpp
+  numeric/matrix_arithmetic.cpp
+  numeric/vector_arithmetic.cpp
+  platform/automation/command_target.cpp
+  platform/documents/ole_document.cpp
+  platform/registry/hive.cpp
+  platform/registry/registry_text.cpp
+  platform/resources/resources.cpp
+  python/settings.cpp
+  servers/embedded/package_writer.cpp
+  servers/embedded/sheet_frame.cpp
+  tests/data/GPv_test.cpp
+  tests/faults/program_faults_test.cpp
+  tests/faults/settings_operations.cpp
+  tools/records/json_events.cpp
+  tools/settings/family.cpp
+  tools/shown_text.cpp
+  tools/store/block_survey.cpp
+  tools/store/chain_search.cpp
+  tools/store/map_command.cpp
+  tools/view/family.cpp
+  tools/view/report_screen.cpp
+)
+
+list(TRANSFORM ZP_COMPILED_ALONE PREPEND ${PROJECT_SOURCE_DIR}/)
+
+# A source's properties belong to the folder whose targets compile it.
+get_property(folders DIRECTORY PROPERTY SUBDIRECTORIES)
+foreach(folder IN LISTS folders)
+  get_property(inner DIRECTORY ${folder} PROPERTY SUBDIRECTORIES)
+  list(APPEND folders ${inner})
+endforeach()
+set_source_files_properties(${ZP_COMPILED_ALONE} DIRECTORY ${PROJECT_SOURCE_DIR} ${folders} PROPERTIES
+  SKIP_UNITY_BUILD_INCLUSION ON)
+if(TARGET zp_header_gate)
+  set_target_properties(zp_header_gate PROPERTIES UNITY_BUILD OFF)  # each header alone is what it looks at
+endif()
