@@ -16,7 +16,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   list(APPEND ZP_COMPILE_OPTIONS -Wno-sign-conversion -Wno-self-assign-overloaded -Wno-unused-lambda-capture)  # as g++ sees them
 endif()
 if(CMAKE_UNITY_BUILD)
-  list(APPEND ZP_COMPILE_OPTIONS -Wno-shadow)  # sources of a bundle see each other's names
+  # Sources of a bundle see each other's names, and g++ takes them for a header's.
+  list(APPEND ZP_COMPILE_OPTIONS -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endif()
 if(ZP_WARNINGS_AS_ERRORS)
   list(APPEND ZP_COMPILE_OPTIONS -Werror)
