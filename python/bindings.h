@@ -27,7 +27,7 @@ py::array_t<Value> ArrayOf(std::vector<Value> && values, std::vector<py::ssize_t
   auto owned = std::make_unique<std::vector<Value>>(std::move(values));
   Value * const first = owned->data();
   py::capsule const owner(owned.get(), [](void * all) { delete static_cast<std::vector<Value> *>(all); });
-  owned.release();
+  static_cast<void>(owned.release());
   return py::array_t<Value>(std::move(shape), first, owner);
 }
 

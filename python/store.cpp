@@ -27,6 +27,16 @@ Store::Store(std::string const & name, std::string const & recordName, Mode mode
 Store::~Store()
 {
   if (IsClosed()) return;
+  try {
+    LetGo();
+  } catch (...) {
+    PyErr_SetString(PyExc_RuntimeError, "a store that was not closed could not be let go in full");
+    PyErr_WriteUnraisable(nullptr);
+  }
+}
+
+void Store::LetGo()
+{
   std::vector<std::string> told;
   {
     LibraryCall const call(told, LibraryCall::Others::GoOn);

@@ -43,6 +43,7 @@ class Store {
   void Abandon();  // undoes what was changed
 
  private:
+  void LetGo();  // of a store that was not closed
   void RequireOpen() const;
   template <class Work>
   void Change(Work const & work);

@@ -6,6 +6,6 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 build=${1:-build/debug}
 rooms='platform|foundation|store|data|numeric|text|config|messages|drawing|views|spreadsheet|system|tools|servers|python'
-bundles="$build/(CMakeFiles|(tools|servers|python)/.*CMakeFiles)/[^/]*/Unity"
+bundles="$build/(CMakeFiles/zp_($rooms)|(tools|servers|python)/.*CMakeFiles/[^/]*).dir/Unity"
 sed -nE "s#^ *\"file\": \"($PWD/($rooms)/.*\.cpp|$PWD/$bundles/.*)\",?\$#\1#p" "$build/compile_commands.json" | sort -u |
   xargs -d '\n' -P "$(nproc)" -n 1 clang-tidy -p "$build" --quiet 2> >(grep -v 'warnings\? generated' >&2)
