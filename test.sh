@@ -37,6 +37,16 @@ crash_states() {
   ZP_CRASH_STATES=${ZP_CRASH_STATES:-20000} build/debug/tests/test_faults --gtest_filter='CrashStates.*'
 }
 
+# Stages that keep one core busy, two at a time.
+side_by_side() {
+  crash_states >build/crash_states.log 2>&1 &
+  local states=$!
+  stage "Files of other programs" scripts/test_corpus.sh build/debug
+  stage "Site" scripts/build_site.sh
+  wait "$states" || { cat build/crash_states.log; return 1; }
+  cat build/crash_states.log
+}
+
 # fuzz TARGET: runs it from its seeds. What breaks it is kept in build/fuzz/. Its program is one of the sanitizers' build.
 fuzz() {
   local seconds=${ZP_FUZZ_SECONDS:-60} corpus=$scratch/$1
@@ -71,15 +81,11 @@ stage "Tests" suite debug "${options[@]}"
 prepare "${CHECK_PACKAGES[@]}" "${PACKAGING_PACKAGES[@]}" "${SITE_PACKAGES[@]}"
 stage "Formatting" formatting
 stage "clang-tidy" scripts/tidy.sh build/debug
-if [ -x scripts/test_in_locales.sh ]; then
-  stage "Tests in other locales" scripts/test_in_locales.sh build/debug
-fi
-stage "Files of other programs" scripts/test_corpus.sh build/debug
-stage "Crash states" crash_states
+stage "Tests in other locales" scripts/test_in_locales.sh build/debug
+stage "Crash states beside single-threaded stages" side_by_side
 stage "Sanitizers" suite asan-ubsan
 stage "Benchmarks build" release
 stage "Installation" scripts/test_installation.sh build/run
 stage "Packages" scripts/run_page.sh docs/tutorials/packager.md .
-stage "Site" scripts/build_site.sh
 stage "Fuzzing" fuzzing
 echo "== All: $SECONDS s"

@@ -90,8 +90,9 @@ cmake --install "$build" --prefix "$work/other" >/dev/null
 workbook "$work/other/bin/zp"
 use "$work/own/libraries" "$work/own/headers"
 
-# The archive: programs have all of it, since classes are found by their names alone.
-cmake -S . -B "$build-archive" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF -DZP_BUILD_TESTS=OFF \
+# The archive: programs have all of it, since classes are found by their names alone. It is the linking that is tried, so without
+# optimization.
+cmake -S . -B "$build-archive" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DBUILD_SHARED_LIBS=OFF -DZP_BUILD_TESTS=OFF \
   "${BUNDLES[@]}" >/dev/null
 cmake --build "$build-archive" >/dev/null
 cmake --install "$build-archive" --prefix "$work/archive" >/dev/null
