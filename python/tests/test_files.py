@@ -66,6 +66,7 @@ def test_columns_by_names_of_ones_own(tmp_path):
 
 def test_text_that_is_refused(tmp_path):
     path = tmp_path / "result.txt"
+    interrupts = signal.getsignal(signal.SIGINT)
     for text, sentence in [("1 2\n3 x\n", "line 2, column 3"), ("1 2\n3\n", "1 to 2 values"), ("abc\n", "no line is numeric"),
                            ("", "is empty"), ("x a\n1 b\n2 c\n", "column 2 holds texts")]:  # fmt: skip
         path.write_text(text)
@@ -82,7 +83,7 @@ def test_text_that_is_refused(tmp_path):
         zpbase.read_columns(tmp_path / "missing")
     with pytest.raises(IsADirectoryError):
         zpbase.read_columns(tmp_path)
-    assert signal.getsignal(signal.SIGINT) is signal.default_int_handler
+    assert signal.getsignal(signal.SIGINT) is interrupts
 
 
 def test_settings_of_a_profile_and_of_a_hive(tmp_path, zp):
