@@ -1,6 +1,9 @@
 // Correlations as numbers and pictures: zp store eval and plot.
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <sstream>
 
 #include <nlohmann/json.hpp>
 
@@ -131,6 +134,19 @@ TEST_F(Curves, LeaveTheAxisToWhatIsInside)
     EXPECT_NE(plot.find("...."), std::string::npos) << plot;
     EXPECT_EQ(plot.find("e+2"), std::string::npos) << plot;
   }
+}
+
+TEST_F(Curves, FitIntoANarrowTerminal)
+{
+  ASSERT_EQ(Zp("import a " ZP_SOURCE_DIR "/examples/components.csv").status, 0);
+  std::string const plot = "stty cols 50; " + ZpProgram() + " store plot a 4 --property antoine";
+  std::string const inTerminal =
+      "cd " + m_Folder.Path().string() + " && script -qec '" + plot + "' /dev/null >plot.txt </dev/null";
+  ASSERT_EQ(std::system(inTerminal.c_str()), 0);
+  std::istringstream lines(m_Folder.Read("plot.txt"));
+  size_t widest = 0;
+  for (std::string line; std::getline(lines, line);) widest = std::max(widest, line.find_last_not_of('\r') + 1);
+  EXPECT_EQ(widest, 50U);
 }
 
 TEST_F(Curves, AreTablesAndPictures)

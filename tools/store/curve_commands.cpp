@@ -9,6 +9,7 @@
 
 #include <fmt/format.h>
 #include <zpbase/data.h>
+#include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/runtime.h>
 
 #include "tools/curves/chart.h"
@@ -272,8 +273,11 @@ struct PlotCommand : StoreArguments {
 
   static void PrintCharts(std::vector<Chart> const & charts)
   {
-    constexpr int columns = 80;
+    constexpr int usualColumns = 80;
+    constexpr int fewestColumns = 40;
     constexpr int rows = 20;
+    int const terminal = zp::GetHostCalls().Columns(1);  // not above 0: no terminal
+    int const columns = terminal > 0 ? std::clamp(terminal, fewestColumns, usualColumns) : usualColumns;
     for (size_t i = 0; i < charts.size(); ++i) PrintShown((i > 0 ? "\n" : "") + ChartInCharacters(charts[i], columns, rows));
   }
 
