@@ -1,4 +1,4 @@
-# With CMAKE_UNITY_BUILD the sources of a target are compiled in bundles of eight, in a quarter of the time. These stay on their own:
+# With CMAKE_UNITY_BUILD the sources of a target are compiled in bundles of eight, in about half the time. These stay on their own:
 # what they keep to themselves has a name that another file of their target uses too. A file that a build in bundles can't compile
 # ("redefinition of ...") is named here, or better, names its things anew. Which files share a bundle changes with each new file.
 set(ZP_COMPILED_ALONE

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # clang-tidy over the library, the program and those servers that are built, by the compile commands of a configured build: by its
-# bundles where it has them, in a third of the time.
+# bundles where it has them, in less than half the time.
 #   scripts/tidy.sh [BUILD FOLDER]    (build/debug)
 set -euo pipefail
 cd "$(dirname "$0")/.."
