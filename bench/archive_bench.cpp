@@ -1,5 +1,6 @@
-// Streaming of 100,000 items of four kinds, to memory and back, beside a hand-written encoder as the limit, and beside cereal and
-// Boost.Serialization when they were found. Each loads into owning pointers; items are objects. Processor time counts.
+// Streaming of 100,000 items of four kinds, to memory and back, beside a hand-written encoder as the limit, which keeps its
+// buffer, and beside cereal and Boost.Serialization when they were found. Each loads into owning pointers; items are objects.
+// Processor time counts.
 
 #include <benchmark/benchmark.h>
 
@@ -145,11 +146,10 @@ Items makeItems()
   return items;
 }
 
-std::vector<char> encode(Items const & items)
+void encode(Items const & items, std::vector<char> & out)
 {
-  std::vector<char> out;
+  out.clear();
   for (auto const & item : items) item->Encode(out);
-  return out;
 }
 
 template <class Value>
@@ -190,13 +190,18 @@ Items decode(std::vector<char> const & bytes)
 void limitStore(benchmark::State & state)
 {
   Items const items = makeItems();
-  for (auto _ : state) benchmark::DoNotOptimize(encode(items));
+  std::vector<char> bytes;
+  for (auto _ : state) {
+    encode(items, bytes);
+    benchmark::DoNotOptimize(bytes.data());
+  }
   count(state);
 }
 
 void limitLoad(benchmark::State & state)
 {
-  std::vector<char> const bytes = encode(makeItems());
+  std::vector<char> bytes;
+  encode(makeItems(), bytes);
   for (auto _ : state) benchmark::DoNotOptimize(decode(bytes));
   count(state);
 }

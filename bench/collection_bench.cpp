@@ -1,6 +1,7 @@
 // Keyed collections of 10, 100 and 1,000 items: adding in random order, finding, loading and unloading values. Beside them a
-// std::map from id to a variant as the peer, and a plain sorted vector of such pairs as the limit. Each figure is for all items.
-// The list is there to be compared with the array. Storing and loading is that of a whole collection, as an object in memory.
+// std::map from id to a variant as the peer, and a plain sorted vector of such pairs as the limit. Ids follow each other but
+// where they are scattered. Each figure is for all items. The list is there to be compared with the array. Storing and loading is
+// that of a whole collection, as an object in memory.
 //
 //   collection_bench --benchmark_repetitions=7 --benchmark_report_aggregates_only
 
@@ -29,6 +30,16 @@ std::vector<Id> shuffledIds(benchmark::State const & state)
   std::vector<Id> ids(static_cast<size_t>(state.range(0)));
   std::iota(ids.begin(), ids.end(), Id{1});
   std::shuffle(ids.begin(), ids.end(), std::mt19937(7));
+  return ids;
+}
+
+// Ids from the whole range, of which none follows from another.
+std::vector<Id> scatteredIds(benchmark::State const & state)
+{
+  std::vector<Id> ids(0xFFFF);
+  std::iota(ids.begin(), ids.end(), Id{1});
+  std::shuffle(ids.begin(), ids.end(), std::mt19937(7));
+  ids.resize(static_cast<size_t>(state.range(0)));
   return ids;
 }
 
@@ -97,9 +108,8 @@ void add(benchmark::State & state)
 }
 
 template <class Items, class Step>
-void walk(benchmark::State & state, Step step)
+void walk(benchmark::State & state, std::vector<Id> const & ids, Step step)
 {
-  std::vector<Id> const ids = shuffledIds(state);
   Items items;
   for (Id const id : ids) items.Add(id, 1.5F);
   for (auto _ : state)
@@ -110,19 +120,25 @@ void walk(benchmark::State & state, Step step)
 template <class Items>
 void find(benchmark::State & state)
 {
-  walk<Items>(state, [](Items & items, Id id) { benchmark::DoNotOptimize(items.Find(id)); });
+  walk<Items>(state, shuffledIds(state), [](Items & items, Id id) { benchmark::DoNotOptimize(items.Find(id)); });
 }
 
 template <class Items>
 void load(benchmark::State & state)
 {
-  walk<Items>(state, [](Items & items, Id id) { items.Load(id, 2.5); });
+  walk<Items>(state, shuffledIds(state), [](Items & items, Id id) { items.Load(id, 2.5); });
+}
+
+template <class Items>
+void loadScattered(benchmark::State & state)
+{
+  walk<Items>(state, scatteredIds(state), [](Items & items, Id id) { items.Load(id, 2.5); });
 }
 
 template <class Items>
 void unload(benchmark::State & state)
 {
-  walk<Items>(state, [](Items const & items, Id id) { benchmark::DoNotOptimize(items.Unload(id)); });
+  walk<Items>(state, shuffledIds(state), [](Items const & items, Id id) { benchmark::DoNotOptimize(items.Unload(id)); });
 }
 
 template <class Items>
@@ -174,6 +190,8 @@ BENCHMARK(find<Collection>) ZP_SIZES;
 BENCHMARK(load<SortedVector>) ZP_SIZES;
 BENCHMARK(load<Map>) ZP_SIZES;
 BENCHMARK(load<Collection>) ZP_SIZES;
+BENCHMARK(loadScattered<Map>)->Arg(1000);
+BENCHMARK(loadScattered<Collection>)->Arg(1000);
 BENCHMARK(unload<SortedVector>) ZP_SIZES;
 BENCHMARK(unload<Map>) ZP_SIZES;
 BENCHMARK(unload<Collection>) ZP_SIZES;
