@@ -107,6 +107,7 @@ class Planter:
     def run_test(self, name):
         """The names of what failed; none when all passed."""
         scratch = tempfile.mkdtemp(prefix="planted-")
+        os.chmod(scratch, 0o755)  # a test looks in as another user
         output = os.path.join(scratch, "output")
         try:
             with open(output, "wb") as sink:

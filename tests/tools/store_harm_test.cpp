@@ -116,6 +116,10 @@ TEST_F(StoreTool, AnIndexThatMayNotBeWrittenIsNotReplaced)
   char const * const words[] = {"zp", "store", "compact", stem.c_str()};
   uid_t const user = geteuid();
   ASSERT_TRUE(user != 0 || seteuid(65534) == 0);
+  if (std::error_code refused; !fs::exists(stem + ".SR", refused)) {
+    ASSERT_EQ(seteuid(user), 0);
+    GTEST_SKIP() << "only root may enter the temporary folder";
+  }
   testing::internal::CaptureStderr();
   int const status = RunCommandLine(4, words);
   ASSERT_EQ(seteuid(user), 0);
