@@ -1,4 +1,5 @@
 # Flags that every target here is built with, and the function that turns a folder into an object library.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)  # or what is built would depend on the length of the folder's name
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
