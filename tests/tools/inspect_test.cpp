@@ -132,6 +132,7 @@ TEST_F(InspectTool, TellsEachKindAndAccountsForAllBytes)
     EXPECT_EQ(found["next"].empty() ? "" : found["next"][0], each.next);
     EXPECT_EQ(found["fault_count"], 0) << found;
     ExpectAllBytes(found);
+    for (auto const & part : found["parts"]) EXPECT_NE(part["what"], "unreadable") << found;
   }
   EXPECT_EQ(Look("archive")["version"], "schema 1");
   EXPECT_EQ(Look("export")["version"], "1");
