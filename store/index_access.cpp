@@ -15,7 +15,7 @@
 namespace {
 
 constexpr ULONGLONG largestKeptIndex = 0x400000;  // bytes
-constexpr UINT leastBuffer = 0x10000;
+constexpr int bufferBytes = 0x10000;
 
 zp::HostStatus statusOf(GPFile const & file)
 {
@@ -24,18 +24,31 @@ zp::HostStatus statusOf(GPFile const & file)
   AfxThrowFileException(zp::CauseOfError(errno), zp::SystemErrorOfError(errno), file.GetFilePath());
 }
 
-// The tables stay in the bytes as they were read, unless these are so many that no index of records is likely to be theirs.
+zp::StoreIndex readIndex(CFile & file, zp::IndexBytes const & kept)
+{
+  CArchive ar(&file, CArchive::load, bufferBytes);
+  zp::StoreIndex index = zp::ReadIndex(ar, kept);
+  ar.Close();
+  return index;
+}
+
+// The tables stay in the bytes, which are read whole before anything is taken from them: a program that writes the index without
+// locks may be at it meanwhile.
+zp::StoreIndex keepIndex(GPFile & file, UINT length)
+{
+  auto const bytes = std::make_shared_for_overwrite<BYTE[]>(length);
+  CMemFile memory(bytes.get(), file.Read(bytes.get(), length));
+  memory.SetFilePath(file.GetFilePath());
+  return readIndex(memory, bytes);
+}
+
+// An index of so many bytes that they are hardly all of records doesn't stay in memory as it was read.
 zp::StoreIndex readIndexFile(GPFile & file, zp::HostStatus & status)
 {
   if (!file.OpenWhenFree(CFile::modeRead | CFile::shareDenyWrite)) file.RaiseOpenProblem();
   status = statusOf(file);
   auto const length = static_cast<ULONGLONG>(status.size);
-  bool const isWhole = length <= largestKeptIndex;
-  UINT const size = isWhole ? std::max(static_cast<UINT>(length), leastBuffer) : leastBuffer;
-  auto const buffer = std::make_shared_for_overwrite<BYTE[]>(size);
-  CArchive ar(&file, CArchive::load, static_cast<int>(size), buffer.get());
-  zp::StoreIndex index = zp::ReadIndex(ar, isWhole ? buffer : nullptr);
-  ar.Close();
+  zp::StoreIndex index = length <= largestKeptIndex ? keepIndex(file, static_cast<UINT>(length)) : readIndex(file, nullptr);
   file.Close();
   return index;
 }
