@@ -60,6 +60,8 @@ class ZP_API CArchive {
   // raises badIndex unless it has read that object itself.
   CObject * ReadOwnedElement(CRuntimeClass const * requested, bool & isReference);
 
+  // A tag and what is new of the object, which then stays where it is, alive, until the archive is closed: another one at its
+  // address may be taken for it. An object whose writing raised isn't to be written to this archive again.
   void WriteObject(CObject const * object);
 
   DWORD ReadCount();

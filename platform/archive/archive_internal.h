@@ -84,7 +84,7 @@ class StoredObjects {
     if (m_Way == Way::table) return m_Table.FindOrInsert(object, candidate);
     DWORD & mark = object->m_Mark.m_nMark;
     if (mark < candidate && mark / chunkSize < m_Chunks.size() && PlaceOf(mark) == object) return mark;
-    if (candidate / chunkSize >= m_Chunks.size()) AddChunk();
+    while (candidate / chunkSize >= m_Chunks.size()) AddChunk();
     PlaceOf(candidate) = object;
     mark = candidate;
     return candidate;
