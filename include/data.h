@@ -527,7 +527,8 @@ class ZP_API GPDataArray : public GPObArray {
   // Unloading gives 1 if there is an item under id, else 0. Numbers are 0 and texts stay as they are without one. An item of
   // another class than the one told leaves 0 or an empty text, with result 0. The texts of numbers are the item's GetString:
   // that of any item for a float, that of a GPw or GPdw for an integer.
-  // Loading deletes the item under id; a blank text and the number 0 put nothing in its place, with result 0.
+  // Loading replaces the item under id; a blank text and the number 0 put nothing in its place, with result 0. An item that
+  // stands alone under its id and is of the class told only gets the value.
 
   // GPf.
   int UnloadFloatData(CString & out, unsigned int id) const;

@@ -4,9 +4,9 @@
 // Storage is always exact and owned alone; copies are deep, and a container moved from is empty. Nothing is checked: indexes
 // count from 0 and are the caller's affair, and element-wise loops run over the left operand's indices, so a right operand must
 // be at least as long. A negative size counts as 0. Every sum starts at 0.0 and runs in ascending index order with one rounding
-// for each multiplication and addition, so results have the same bits on every machine (payloads of NaNs aside). A stream holds
-// at most 32,767 elements, rows or columns: more raises a CArchiveException with the cause genericException before anything is
-// written. A damaged stream shows a message box and leaves an empty container; operator>> raises no CArchiveException.
+// for each multiplication and addition, so results have the same bits on every machine (payload and sign of NaNs aside). A stream
+// holds at most 32,767 elements, rows or columns: more raises a CArchiveException with the cause genericException before anything
+// is written. A damaged stream shows a message box and leaves an empty container; operator>> raises no CArchiveException.
 #pragma once
 
 #include <cassert>

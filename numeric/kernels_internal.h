@@ -49,7 +49,7 @@ struct KernelTable {
 // them in two halves.
 enum class KernelSet { baseline, avx2, avx512, wholeLanes, halvedLanes };
 
-// The table of a set, or null when the machine lacks its instructions. All give the same bits.
+// The table of a set, or null when the machine lacks its instructions. All give the same bits, but for payload and sign of NaNs.
 ZP_API KernelTable const * FindKernels(KernelSet set);
 
 // Null before the first use. Threads that race for that find the same.
