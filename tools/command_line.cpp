@@ -40,12 +40,29 @@ std::string toldUnknown(NamedCommand const & named)
                      nearest.empty() ? "" : fmt::format("did you mean \"{}\"? ", nearest), named.name);
 }
 
+// The first word that looks like an option and is none of the command's; empty if there is no such word.
+std::string unknownOption(CLI::App const & command, std::vector<std::string> const & words)
+{
+  for (std::string const & word : words) {
+    if (word == "--") break;
+    if (word.size() < 2 || word.front() != '-') continue;
+    std::string const name = word.substr(0, word.starts_with("--") ? word.find('=') : 2);
+    if (command.get_option_no_throw(name) == nullptr) return name;
+  }
+  return "";
+}
+
 // Help and version are no errors; everything else that the command line gets wrong is one line that names the way to help.
 int endParsing(CLI::App const & app, CLI::ParseError const & error, std::vector<std::string> const & words)
 {
   NamedCommand const named = FindNamedCommand(app, words);
   if (!named.unknown.empty()) return fail(toldUnknown(named), exitUsage);
   if (error.get_exit_code() == 0) return app.exit(error);
+  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError)) {
+    std::string const unknown = unknownOption(*named.command, words);
+    if (!unknown.empty())
+      return fail(fmt::format("\"{}\" is no option of {}; see {} --help", unknown, named.name, named.name), exitUsage);
+  }
   return fail(fmt::format("{}; see {} --help", error.what(), named.name), exitUsage);
 }
 

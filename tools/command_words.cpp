@@ -64,13 +64,16 @@ NamedCommand FindNamedCommand(CLI::App const & program, std::vector<std::string>
 
 std::string FindNearestCommand(CLI::App const & family, std::string const & word)
 {
+  std::vector<std::string> names;
+  for (CLI::App const * const command : GetCommands(family)) names.push_back(command->get_name());
+  if (family.get_parent() == nullptr) names.emplace_back("help");
   std::string nearest;
   size_t fewest = std::min(mostChanges, word.size() / 2) + 1;
-  for (CLI::App const * const command : GetCommands(family)) {
-    size_t const changes = countChanges(word, command->get_name());
+  for (std::string const & name : names) {
+    size_t const changes = countChanges(word, name);
     if (changes >= fewest) continue;
     fewest = changes;
-    nearest = command->get_name();
+    nearest = name;
   }
   return nearest;
 }

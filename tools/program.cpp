@@ -124,8 +124,12 @@ void WriteWholeFile(std::string const & name, std::string_view bytes)
 
 void FailCreating(std::string const & name, char const * what, CFileException const & problem)
 {
-  if (problem.m_cause != CFileException::accessDenied) FailOpening(name, what, problem);
-  throw SystemFailure(fmt::format("{}: the {} can't be created: permission denied; check the folder", name, what), EACCES);
+  bool const isRefused = problem.m_cause == CFileException::accessDenied;
+  if (!isRefused && problem.m_cause != CFileException::fileNotFound && problem.m_cause != CFileException::badPath)
+    FailOpening(name, what, problem);
+  throw SystemFailure(fmt::format("{}: the {} can't be created: {}", name, what,
+                                  isRefused ? "permission denied; check the folder" : "there is no such folder; check the name"),
+                      isRefused ? EACCES : ENOENT);
 }
 
 void FailOpening(std::string const & name, char const * what, CFileException const & problem)

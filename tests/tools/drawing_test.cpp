@@ -96,7 +96,7 @@ TEST_F(DrawingTool, PutsTheEntitiesInAWholeDrawing)
   EXPECT_EQ(inOneLine(drawing), wholeDrawing);
   EXPECT_EQ(m_strNotes, "");
   EXPECT_EQ(Zp("--check out.dxf").out,
-            "out.dxf: " + std::to_string(std::count(drawing.begin(), drawing.end(), '\n')) + " lines, 1 line: sound\n");
+            "out.dxf: " + std::to_string(std::count(drawing.begin(), drawing.end(), '\n')) + " lines of text, 1 line: sound\n");
   EXPECT_EQ(Zp("- -", picture.Plain()).out, drawing);
 }
 

@@ -184,7 +184,12 @@ TEST_F(InspectTool, AnyDamageEndsInAnExitStatusWithAllBytesTold)
             "  next    zp store check a.SR\n"
             "  next    zp store recover a.SR --list\n");
   EXPECT_EQ(Inspect("a.SR").status, 1);
-  EXPECT_EQ(Inspect("a.SI").status, 0);
+  ProgramRun const index = Inspect("a.SI");
+  EXPECT_EQ(index.status, 0);
+  EXPECT_NE(index.out.find("  holds   its other file is a.SR, which is broken\n  next    zp store check a.SI\n"),
+            std::string::npos)
+      << index.out;
+  EXPECT_EQ(Inspect("a").out, index.out + Inspect("a.SR").out);
   m_Folder.Write("picture", m_Folder.Read("picture").substr(0, 52));
   EXPECT_EQ(Look("picture")["faults"], nlohmann::json({"it ends inside of a record"}));
 }

@@ -115,6 +115,7 @@ constexpr Misuse misuses[] = {
     {"delete a 5-4", 2, "zp: IDS: \"5-4\" is a range that ends before it begins; see zp store delete --help\n"},
     {"list a b --record c", 2, "zp: --record: belongs to one store, and several are named\n"},
     {"import /sys/a plain.csv", 1, "zp: /sys/a.SR: the record file can't be created: permission denied; check the folder\n"},
+    {"import none/a plain.csv", 1, "zp: none/a.SR: the record file can't be created: there is no such folder; check the name\n"},
     {"list a", 1, "zp: a.SR: there is no such record file; check the name\n"},
     {"list none/a", 1, "zp: none/a.SR: there is no such record file; check the name\n"},
     {"import a none.csv", 1, "zp: none.csv: can't be opened: No such file or directory; check the name\n"},

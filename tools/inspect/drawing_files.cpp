@@ -129,7 +129,7 @@ bool IsDrawing(InspectedFile & file, Inspection & found)
   found.version = versionOf(file.GetHead());
   bool const isOurs = inspection.IsSound();
   found.kind = isOurs ? "drawing in DXF, as zp dxf writes it" : "drawing in DXF, but none as zp dxf writes it";
-  found.holds.push_back(fmt::format("{}, {}", Counted(inspection.GetLines(), "line"), inspection.Counts()));
+  found.holds.push_back(fmt::format("{} of text, {}", Counted(inspection.GetLines(), "line"), inspection.Counts()));
   auto const problems = inspection.ProblemsAsJson();
   for (auto const & problem : problems) {
     found.AddFault(fmt::format("line {}: {}", problem["line"].get<unsigned long long>(), problem["text"].get<std::string>()));

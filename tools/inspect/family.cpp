@@ -12,6 +12,7 @@
 #include "tools/inspect/inspection.h"
 #include "tools/json_pieces.h"
 #include "tools/program.h"
+#include "tools/store/store_names.h"
 
 namespace {
 
@@ -59,10 +60,27 @@ void printAsJson(Inspection const & found, bool withParts)
   json.End();
 }
 
+// The files that an argument names: itself, or, where there is none, those of the store of which it is the stem.
+std::vector<std::string> filesOf(std::string const & name)
+{
+  if (FileExists(name) || IsLink(name)) return {name};
+  std::vector<std::string> files;
+  try {
+    StoreNames const names = ResolveStore(name, "");
+    for (std::string const & each : {names.index, names.record}) {
+      if (FileExists(each)) files.push_back(each);
+    }
+  } catch (Failure const &) {
+    files.clear();
+  }
+  if (files.empty()) files.push_back(name);
+  return files;
+}
+
 struct InspectCommand {
   void AddOptions(CLI::App & command)
   {
-    command.add_option("FILE", files, "Any files; with -r folders too")->required();
+    command.add_option("FILE", files, "Any files, and stores by their stems; with -r folders too")->required();
     command.add_flag("--bytes", bytes, "Account for all bytes: offset, length and what each part is");
     command.add_flag("-r,--recursive", recursive, "Look at all files below the folders");
     command.add_flag("--json", json, "Print JSON");
@@ -84,11 +102,13 @@ struct InspectCommand {
       }
     };
     FolderWalk walk(look);
-    for (std::string const & file : files) {
-      if (recursive)
-        walk.Walk(file);
-      else
-        look(file);
+    for (std::string const & name : files) {
+      for (std::string const & file : filesOf(name)) {
+        if (recursive)
+          walk.Walk(file);
+        else
+          look(file);
+      }
     }
     if (json) Print(count == 0 ? "[]\n" : "\n]\n");
     return isSound && walk.GetUnread() == 0 ? exitDone : exitWanting;

@@ -37,12 +37,16 @@ std::span<BYTE const> bytesOf(std::string_view text)
   return {reinterpret_cast<BYTE const *>(text.data()), text.size()};
 }
 
-// The faults of this file as a check of the whole store finds them; the counterpart must be there.
-void checkStore(StoreNames const & names, Inspection & found)
+// The faults of this file as a check of the whole store finds them, and a word on the other one, which must be there. Tells
+// whether the store is sound.
+bool checkStore(StoreNames const & names, Inspection & found)
 {
   bool const isIndex = found.file == names.index;
   std::string const & other = isIndex ? names.record : names.index;
-  if (!IsRegularFile(other)) return found.AddFault(fmt::format("there is no {} beside it", other));
+  if (!IsRegularFile(other)) {
+    found.AddFault(fmt::format("there is no {} beside it", other));
+    return false;
+  }
   found.holds.push_back("its other file is " + other);
   try {
     OpenStore store(names, StoreAccess::Look);
@@ -50,16 +54,19 @@ void checkStore(StoreNames const & names, Inspection & found)
     for (StoreFault const & fault : report.faults) {
       if (fault.file == found.file) found.AddFault((fault.offset < 0 ? "" : fmt::format("at {}: ", fault.offset)) + fault.text);
     }
+    if (report.faultCount > 0 && found.faultCount == 0) found.holds.back() += ", which is broken";
     if (report.faultCount > report.faults.size()) found.faultCount += report.faultCount - report.faults.size();
     for (std::string const & note : report.notes) found.holds.push_back("note: " + note);
+    return report.faultCount == 0;
   } catch (Failure const & failure) {
     found.AddFault(failure.what());
+    return false;
   }
 }
 
-void goOnWithStore(Inspection & found)
+void goOnWithStore(Inspection & found, bool isSound)
 {
-  if (found.faultCount == 0) return found.GoOn("zp store list %");
+  if (isSound && found.faultCount == 0) return found.GoOn("zp store list %");
   found.GoOn("zp store check %");
   found.GoOn("zp store recover % --list");
 }
@@ -123,23 +130,23 @@ bool IsStoreByName(InspectedFile & file, Inspection & found)
   std::optional<StoreNames> const names = storeByName(file.GetName());
   if (!names || (names->index != file.GetName() && names->record != file.GetName())) return false;
   bool const isIndex = names->index == file.GetName();
+  std::string problem;  // of an index that is damaged
   if (file.GetSize() == 0) {
     found.kind = isIndex ? indexKind : recordKind;
     found.holds.emplace_back("nothing: the file is empty");
-    checkStore(*names, found);
   } else if (isIndex) {
     if (!beginsAsIndex(file.GetHead()) || !file.CanBeRead()) return false;
     StoreIndex const index = ReadIndex(file.GetName());
     tellIndex(index, file, found);
-    checkStore(*names, found);
-    if (index.state == StoreIndex::Damaged && found.faultCount == 0) found.AddFault(index.problem);
+    if (index.state == StoreIndex::Damaged) problem = index.problem;
   } else {
     if (file.IsText()) return false;
     tellRecords(SurveyRecordFile(file.GetFile(), IsRegularFile(names->index) ? ReadIndex(names->index) : StoreIndex()), file,
                 found);
-    checkStore(*names, found);
   }
-  goOnWithStore(found);
+  bool const isSound = checkStore(*names, found);
+  if (!problem.empty() && found.faultCount == 0) found.AddFault(problem);
+  goOnWithStore(found, isSound);
   return true;
 }
 
