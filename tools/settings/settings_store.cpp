@@ -105,8 +105,8 @@ Refusal SettingsStore::FindRefusalToRemove(CString const & section) const
 
 Refusal SettingsStore::FindRefusal(CString const & section, CString const & key, CString const & text) const
 {
-  Refusal const misfit = m_bRegistry ? FindMisfitOfHive((Path() + "\\" + section).View(), key.View())
-                                     : FindMisfitOfProfile(section.View(), key.View(), text.View());
+  Refusal misfit = m_bRegistry ? FindMisfitOfHive((Path() + "\\" + section).View(), key.View())
+                               : FindMisfitOfProfile(section.View(), key.View(), text.View());
   if (!misfit.cause.empty()) return misfit;
   return FindHostRefusal(m_strFile, section.View().size() + key.View().size() + text.View().size());
 }
