@@ -47,6 +47,7 @@ class Component {
   // then the value is as it was.
   void Set(py::handle key, py::handle value);
   void Delete(py::handle key);
+  void Clear() { m_pData = std::make_shared<GPDataArray>(); }
 
   // The values of some kinds, by name.
   py::dict GetConstants() const;

@@ -76,7 +76,7 @@ py::class_<Vector, std::shared_ptr<Vector>> addVector(py::module_ & module, char
       .def("__setitem__",
            [](Vector & vector, py::ssize_t index, Value value) { vector[placeOf(index, vector.GetSize(), "index")] = value; })
       .def(
-          "__eq__", [](Vector const & one, Vector const & other) { return one == other; }, py::is_operator())
+          "__eq__", [](Vector const & one, Vector const & other) { return (one == other) != 0; }, py::is_operator())
       .def("__repr__", [name](py::object const & vector) {
         bool const isShort = py::len(vector) <= shownElements;
         return isShort ? py::str("{}({})").format(name, py::list(vector))
@@ -133,7 +133,7 @@ void addMatrix(py::module_ & module)
       .def("__getitem__", [](GPMatrix & matrix, Place const & place) { return elementOf(matrix, place); })
       .def("__setitem__", [](GPMatrix & matrix, Place const & place, double value) { elementOf(matrix, place) = value; })
       .def(
-          "__eq__", [](GPMatrix const & one, GPMatrix const & other) { return one == other; }, py::is_operator())
+          "__eq__", [](GPMatrix const & one, GPMatrix const & other) { return (one == other) != 0; }, py::is_operator())
       .def(
           "__matmul__",
           [](GPMatrix const & one, GPMatrix const & other) {

@@ -1,14 +1,10 @@
 // The settings of an application, in a profile file or a registry hive, as a mapping of sections and keys.
 
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
-#include <filesystem>
 
 #include <zpbase/platform/encoding.h>
 
 #include "python/library_call.h"
-#include "tools/host_file.h"
 #include "tools/program.h"
 #include "tools/settings/settings_store.h"
 
@@ -70,14 +66,7 @@ class Settings {
   {
     CString const section = NameOf(place.first, "section");
     CString const key = NameOf(place.second, "key");
-    In(Wanted::ToChange, [&](SettingsStore & store) {
-      try {
-        store.Require(write(store, section, key), section, key, text);
-      } catch (Failure const & failure) {
-        RequireWritable(failure.what());
-        throw;
-      }
-    });
+    In(Wanted::ToChange, [&](SettingsStore & store) { store.Require(write(store, section, key), section, key, text); });
   }
 
   std::string const & GetFile() const { return m_Options.hive.empty() ? m_Options.profile : m_Options.hive; }
@@ -87,17 +76,6 @@ class Settings {
   {
     if (name.empty()) throw py::value_error(py::str("the {} is empty").format(what));
     return ToText(name, what);
-  }
-
-  // Raises SystemFailure with the sentence if the file can't be written.
-  void RequireWritable(std::string const & sentence) const
-  {
-    std::string const & file = GetFile();
-    if (file.empty()) return;
-    if (HostFile().Open(file, zp::hostWrite)) return;
-    int const error = errno;
-    std::string const folder = std::filesystem::path(file).parent_path().string();
-    if (error != ENOENT || (!folder.empty() && !FileExists(folder))) throw SystemFailure(sentence, error);
   }
 
   SettingsOptions m_Options;
@@ -170,6 +148,14 @@ void remove(Settings const & settings, Place const & place)
   });
 }
 
+void clear(Settings const & settings)
+{
+  settings.In(Wanted::ToRead, [](SettingsStore & store) {
+    for (zp::Setting const & each : store.List(CString()))
+      store.RequireRemoved(store.App().WriteProfileString(each.section, each.key, nullptr), each.section);
+  });
+}
+
 Settings openSettings(py::object const & profile, py::object const & hive, std::string const & application,
                       std::string const & company)
 {
@@ -196,6 +182,10 @@ void AddSettings(py::module_ & module)
       .def("__getitem__", &get)
       .def("__setitem__", &set)
       .def("__delitem__", &remove)
+      .def(
+          "clear", &clear,
+          "Removes all settings, one after the other. Where the file refuses that, this raises OSError, and those that were not\n"
+          "removed by then stay.")
       .def("__contains__",
            [](Settings const & settings, py::handle key) {
              if (!py::isinstance<py::tuple>(key) || py::len(key) != 2) return false;
@@ -218,7 +208,7 @@ void AddSettings(py::module_ & module)
       py::arg("application") = "Zephlow", py::arg("company") = "",
       "The settings in a profile file or, with hive or company, in a branch of a registry hive; by default those of the\n"
       "application's own profile file. Reading from a profile file that isn't there raises FileNotFoundError, writing makes\n"
-      "it.");
+      "it, but not its folder. What the system refuses raises the OSError of its kind.");
 }
 
 }  // namespace zp::python

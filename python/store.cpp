@@ -10,13 +10,29 @@
 
 #include "python/component.h"
 #include "python/library_call.h"
+#include "tools/host_file.h"
 #include "tools/program.h"
 #include "tools/records/payload.h"
 
 namespace zp::python {
 
+namespace {
+
+// The program's words for a file that it can't place name an option of its command line.
+StoreNames namesOf(std::string const & name, std::string const & recordName)
+{
+  try {
+    return ResolveStore(name, recordName);
+  } catch (Failure const & failure) {
+    if (failure.GetStatus() != exitUsage || !IsRegularFile(name)) throw;
+    throw Failure(name + ": has no extension of a store's file; name its record file with the argument record", exitUsage);
+  }
+}
+
+}  // namespace
+
 Store::Store(std::string const & name, std::string const & recordName, Mode mode)
-    : m_Names(ResolveStore(name, recordName)), m_Mode(mode)
+    : m_Names(namesOf(name, recordName)), m_Mode(mode)
 {
   if (mode == Mode::Read)
     m_pReader = std::make_unique<StoredRecords>(m_Names);
@@ -249,6 +265,14 @@ void remove(Store & store, py::handle key)
   if (!InLibrary([&] { return store.Delete(id); })) failMissing(key);
 }
 
+void clear(Store & store)
+{
+  requireChanging(store);
+  InLibrary([&] {
+    for (int const id : store.GetIDs()) store.Delete(id);
+  });
+}
+
 // With an exception on its way, what was changed is undone.
 void leave(Store & store, py::handle kind)
 {
@@ -293,6 +317,10 @@ void AddStore(py::module_ & module)
       .def("__getitem__", &get)
       .def("__setitem__", &set)
       .def("__delitem__", &remove)
+      .def("clear", &clear,
+           "Deletes all records. Of a store that is open for reading nothing is deleted, and this raises "
+           "io.UnsupportedOperation.\n"
+           "A write that fails undoes all that was changed since the store was opened, raises and closes the store.")
       .def("__contains__", &has)
       .def("__len__", [](Store const & store) { return InLibrary([&] { return store.GetIDs(); }).size(); })
       .def("__iter__", [](Store const & store) { return py::iter(py::cast(InLibrary([&] { return store.GetIDs(); }))); })

@@ -48,7 +48,7 @@ __all__ = [
 
 # What a mapping has beside the methods that the native classes bring. Views hold the mapping that they show.
 for _kind in (Component, Settings, Store):
-    for _name in ("get", "keys", "items", "values", "pop", "setdefault", "update"):
+    for _name in ("get", "keys", "items", "values", "pop", "popitem", "setdefault", "update"):
         setattr(_kind, _name, getattr(MutableMapping, _name))
     MutableMapping.register(_kind)
 del _kind, _name

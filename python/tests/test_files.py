@@ -112,6 +112,20 @@ def test_settings_of_a_profile_and_of_a_hive(tmp_path, zp):
         zpbase.settings(profile=profile)["Units", "Name"] = "two\nlines"
     with pytest.raises(NotADirectoryError):
         zpbase.settings(profile=profile / "app.ini")["Units", "Name"] = "x"
+    with pytest.raises(FileNotFoundError, match="no such folder"):
+        zpbase.settings(profile=tmp_path / "no" / "app.ini")["Units", "Name"] = "x"
+    for each in (zpbase.settings(profile=profile), store):
+        each.update({("Units", "a"): "1", ("Other", "b"): "2"})
+        assert each.popitem()[0] not in each
+        each.clear()
+        assert not each
+        each["Units", "a"] = "1"
+    profile.with_name("app.ini.zp-new").mkdir()
+    each = zpbase.settings(profile=profile)
+    for change in (each.clear, each.popitem, lambda: each.update({("Units", "a"): "2"})):
+        with pytest.raises(FileExistsError, match="app.ini: the change was not made"):
+            change()
+    assert dict(each) == {("Units", "a"): "1"}
     with pytest.raises(ValueError):
         zpbase.settings(profile=profile, hive=hive)
     hive.write_text("something else")

@@ -33,6 +33,8 @@ def test_arithmetic_and_equality():
     matrix = zpbase.Matrix([[1, 2], [3, 4]])
     assert matrix @ zpbase.Vector([1, 1]) == zpbase.Vector([3, 7])
     assert matrix @ matrix == zpbase.Matrix([[7, 10], [15, 22]])
+    for one in (matrix, zpbase.Vector(2), zpbase.IntVector(2)):
+        assert ((one == one), (one == type(one)(numpy.asarray(one) + 1))) == (True, False) and type(one == one) is bool
     three = zpbase.Vector([2, 3, 6])
     assert (three.sum(), three.norm(), three.dot(zpbase.Vector(3, 1.0))) == (11, 7, 11)
     assert zpbase.Vector([0.0]) != zpbase.Vector([-0.0]) and repr(three) == "Vector([2.0, 3.0, 6.0])"

@@ -22,7 +22,7 @@ def test_the_stub_names_what_there_is():
         assert inspect.getdoc(thing), name
         if isinstance(node, ast.ClassDef):
             members = {each.name for each in node.body if isinstance(each, ast.FunctionDef)} - {"__array__"}
-            own = {each for each in vars(thing) if not each.startswith("_")} - {"get", "keys", "items", "values", "pop", "setdefault", "update"}  # fmt: skip
+            own = {each for each in vars(thing) if not each.startswith("_")} - {"get", "keys", "items", "values", "pop", "popitem", "setdefault", "update"}  # fmt: skip
             assert members <= set(dir(thing)) and own <= members, name
 
 

@@ -15,6 +15,7 @@ import pandas
 import pytest
 
 import zpbase
+from conftest import TABLE
 
 
 def test_components_have_the_values_of_the_table(store, rows):
@@ -115,8 +116,19 @@ def test_refusals_leave_the_store_open_and_as_it_was(store):
                 with pytest.raises(KeyError):
                     refused(id)
         assert records[1].name and "1" not in records
-    with zpbase.open(store) as records, pytest.raises(io.UnsupportedOperation, match="r\\+"):
-        records[1] = b"x"
+    with zpbase.open(store) as records:
+        for refused in (lambda: records.update({1: b"x"}), records.clear, records.popitem):
+            with pytest.raises(io.UnsupportedOperation, match="r\\+"):
+                refused()
+    with zpbase.open(store, "r+") as records:
+        id, component = records.popitem()
+        assert id not in records and records
+        for emptied in (records, component):
+            emptied.clear()
+            assert not emptied and list(emptied) == []
+            with pytest.raises(KeyError):
+                emptied.popitem()
+    assert len(zpbase.open(store)) == 0
     with pytest.raises(ValueError, match="mode"):
         zpbase.open(store, "w")
 
@@ -168,6 +180,8 @@ def test_files_that_cannot_be_had(store, tmp_path):
         zpbase.open(store, "r+")
     with pytest.raises(ValueError):
         zpbase.open("a\0b")
+    with pytest.raises(ValueError, match="with the argument record$"):
+        zpbase.open(TABLE)
     store.with_suffix(".SR").chmod(0)
     program = f"import os, zpbase; os.getuid() or os.setuid(65534)\ntry: zpbase.open({str(store)!r})\nexcept PermissionError: print('denied')"
     for folder in (tmp_path, *tmp_path.parents[:2]):

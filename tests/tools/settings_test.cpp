@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "tests/support/RunProgram.h"
@@ -111,11 +112,23 @@ TEST_F(ZpSettings, SayWhatIsWrong)
   EXPECT_EQ(Run("set Misc b 4f0 -t binary -p x.ini"), "2 zp: \"4f0\": a block is pairs of hexadecimal digits, such as 4f00\n");
   std::string const refused = "1 zp: x.ini: the change was not made: a profile file's ";
   EXPECT_EQ(Run("set Misc a=b x -p x.ini"), refused + "key has no line end and no =, and doesn't begin with [ or ;\n");
+  EXPECT_EQ(Run("set Misc ' ' x -p x.ini"), refused + "key isn't blank\n");
   EXPECT_EQ(Run("set 'M]' a x -p x.ini"), refused + "section has no line end and no ]\n");
   EXPECT_EQ(Run("set Misc a 'x\n' -p x.ini"), refused + "text has no line end\n");
   EXPECT_FALSE(m_Folder.Has("x.ini"));
   m_Folder.Write("bad.reg", "[x]\n");
-  EXPECT_EQ(Run("set Misc a x -p bad.reg/x.ini"), "1 zp: bad.reg/x.ini: the change was not made: Not a directory\n");
+  EXPECT_EQ(Run("set Misc a x -p bad.reg/x.ini"),
+            "1 zp: bad.reg/x.ini: can't be created: bad.reg is no folder; check the name\n");
+  for (std::string const option : {"-p", "-r"})
+    EXPECT_EQ(Run("set Misc a x " + option + " no/x"), "1 zp: no/x: can't be created: there is no such folder; check the name\n");
+  std::string const folder = m_Folder.Path().string();
+  EXPECT_EQ(Run("set Misc a x -a bad.reg/x"), "1 zp: " + folder + "/bad.reg/x.ini: the change was not made: the folder " +
+                                                  folder + "/bad.reg can't be made: Not a directory\n");
+  std::filesystem::create_directory(m_Folder.Path() / "x.ini.zp-new");
+  EXPECT_EQ(Run("set Misc a x -p x.ini"),
+            "1 zp: x.ini: the change was not made: the new file can't be written beside it: File exists\n");
+  EXPECT_EQ(Run("set 'a\\' k v -r x.reg"),
+            "1 zp: x.reg: the change was not made: a hive's section has a name on either side of each \\\n");
   EXPECT_EQ(Run("list -r bad.reg"), "1 zp: bad.reg: doesn't begin with REGEDIT4; name a registration-entries file\n");
   EXPECT_EQ(
       Run("import bad.reg -p x.ini"),

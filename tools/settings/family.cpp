@@ -97,7 +97,7 @@ void removeSection(SettingsOptions const & options, CString const & section)
   });
   if (!isThere)
     throw Failure(fmt::format("{}: no section \"{}\"; see zp settings list", store.Name(), zp::TextToUtf8(section.View())));
-  store.Require(store.App().WriteProfileString(section, nullptr, nullptr), section, CString());
+  store.RequireRemoved(store.App().WriteProfileString(section, nullptr, nullptr), section);
 }
 
 void printSections(std::vector<zp::Setting> const & settings)

@@ -57,11 +57,11 @@ BOOL apply(SettingsStore & store, CString const & section, zp::RegistryEntry con
 
 std::string causeOf(SettingsStore const & store, CString const & section, zp::RegistryEntry const & entry)
 {
-  bool const hasForm =
-      IsTextType(entry.type) || entry.type == REG_BINARY || (entry.type == REG_DWORD && entry.data.GetLength() == 4);
-  if (!store.IsRegistry() && entry.kind == zp::RegistryEntry::SetValue && !hasForm)
-    return fmt::format("a profile file has no form for the type {}", entry.type);
-  return store.FindCause(section, entry.name, IsTextType(entry.type) ? entry.data.GetString() : "");
+  if (entry.kind != zp::RegistryEntry::SetValue) return store.FindRefusalToRemove(section).cause;
+  bool const isText = IsTextType(entry.type);
+  bool const hasForm = isText || entry.type == REG_BINARY || (entry.type == REG_DWORD && entry.data.GetLength() == 4);
+  if (!store.IsRegistry() && !hasForm) return fmt::format("a profile file has no form for the type {}", entry.type);
+  return store.FindRefusal(section, entry.name, isText ? entry.data.GetString() : "").cause;
 }
 
 struct Tally {

@@ -3,9 +3,8 @@
 #include "tools/settings/settings_store.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <filesystem>
 
 #include <fmt/format.h>
 #include <zpbase/config.h>
@@ -20,9 +19,22 @@
 
 namespace {
 
-bool hasAny(CString const & text, std::string_view characters)
+// Below the folder of the user's configuration, where folders that are missing are made.
+std::string usualFile(std::string const & name)
 {
-  return text.View().find_first_of(characters) != std::string_view::npos;
+  std::string const folder = GetUserConfigFolder();
+  if (folder.empty()) throw Failure("the user's settings have no place, as HOME is not set; set it, or name a file");
+  return folder + '/' + name;
+}
+
+// A folder that the user has named is not made: its name may be mistyped.
+void requireFolder(std::string const & file)
+{
+  std::string const folder = std::filesystem::path(FollowedName(file)).parent_path().string();
+  auto const status = StatusOf(folder.empty() ? "." : folder);
+  if (!status) throw SystemFailure(fmt::format("{}: can't be created: there is no such folder; check the name", file), ENOENT);
+  if (status->kind != zp::HostStatus::Folder)
+    throw SystemFailure(fmt::format("{}: can't be created: {} is no folder; check the name", file, folder), ENOTDIR);
 }
 
 }  // namespace
@@ -33,7 +45,7 @@ SettingsStore::SettingsStore(SettingsOptions const & options, Wanted wanted)
       m_strCompany(options.company.empty() ? CString(GetRegistryCompanyKey()) : ToText(options.company, "the company"))
 {
   if (m_bRegistry) {
-    UseHive(options);
+    UseHive(options, wanted);
   } else {
     UseProfile(options, wanted);
   }
@@ -67,37 +79,50 @@ std::string SettingsStore::TellEmpty(CString const & section) const
                      FileExists(m_strFile) ? "" : "there is no such file, and ");
 }
 
+void SettingsStore::Fail(Refusal const & refusal) const
+{
+  std::string const line = fmt::format("{}: the change was not made: {}", m_strName, refusal.cause);
+  if (refusal.error != 0) throw SystemFailure(line, refusal.error);
+  throw Failure(line);
+}
+
 void SettingsStore::Require(BOOL written, CString const & section, CString const & key, CString const & text) const
 {
-  if (!written) throw Failure(fmt::format("{}: the change was not made: {}", m_strName, FindCause(section, key, text)));
+  if (!written) Fail(FindRefusal(section, key, text));
 }
 
-std::string SettingsStore::FindCause(CString const & section, CString const & key, CString const & text) const
+void SettingsStore::RequireRemoved(BOOL removed, CString const & section) const
 {
-  if (!m_bRegistry) {
-    if (hasAny(section, "\r\n]")) return "a profile file's section has no line end and no ]";
-    if (hasAny(key, "\r\n=") || key.View().starts_with('[') || key.View().starts_with(';'))
-      return "a profile file's key has no line end and no =, and doesn't begin with [ or ;";
-    if (hasAny(text, "\r\n")) return "a profile file's text has no line end";
-  }
-  bool const isThere = FileExists(m_strFile);
-  std::FILE * const file = std::fopen(m_strFile.c_str(), isThere ? "r+b" : "wbx");
-  if (file == nullptr) return std::strerror(errno);
-  std::fclose(file);
-  if (!isThere) std::remove(m_strFile.c_str());
-  return "the disk may be full, or a name too long";
+  if (!removed) Fail(FindRefusalToRemove(section));
 }
 
-void SettingsStore::UseHive(SettingsOptions const & options)
+Refusal SettingsStore::FindRefusalToRemove(CString const & section) const
+{
+  bool const isBlank = section.View().find_first_not_of(" \t\v\f") == std::string_view::npos;
+  if (!m_bRegistry && isBlank) return {"a section of a profile file whose name is blank can't be removed as a whole"};
+  return FindHostRefusal(m_strFile, 0);
+}
+
+Refusal SettingsStore::FindRefusal(CString const & section, CString const & key, CString const & text) const
+{
+  Refusal misfit = m_bRegistry ? FindMisfitOfHive((Path() + "\\" + section).View(), key.View())
+                               : FindMisfitOfProfile(section.View(), key.View(), text.View());
+  if (!misfit.cause.empty()) return misfit;
+  return FindHostRefusal(m_strFile, section.View().size() + key.View().size() + text.View().size());
+}
+
+void SettingsStore::UseHive(SettingsOptions const & options, Wanted wanted)
 {
   if (!options.hive.empty()) setenv("ZP_USER_HIVE", options.hive.c_str(), 1);
   char const * const named = std::getenv("ZP_USER_HIVE");
-  m_strFile = named != nullptr && *named != 0 ? named : GetUserConfigFolder() + "/zephlow/user.reg";
-  m_strName = options.hive.empty() ? "the user's hive" : options.hive;
+  m_strFile = named != nullptr && *named != 0 ? named : usualFile("zephlow/user.reg");
+  m_strName = options.hive.empty() ? "the user's hive " + m_strFile : options.hive;
+  if (!options.hive.empty() && wanted == Wanted::ToChange) requireFolder(m_strFile);
   HKEY root = nullptr;
   LONG const error = RegOpenKeyExA(HKEY_CURRENT_USER, "", 0, KEY_READ, &root);
   if (error == ERROR_NOT_REGISTRY_FILE)
     throw Failure(fmt::format("{}: doesn't begin with REGEDIT4; name a registration-entries file", m_strName));
+  if (error != ERROR_SUCCESS) ReadWholeFile(m_strFile);
   if (error != ERROR_SUCCESS) throw Failure(fmt::format("{}: can't be read (error {})", m_strName, error));
   RegCloseKey(root);
   m_App.SetRegistryKey(m_strCompany);
@@ -105,10 +130,14 @@ void SettingsStore::UseHive(SettingsOptions const & options)
 
 void SettingsStore::UseProfile(SettingsOptions const & options, Wanted wanted)
 {
-  m_strName = options.profile.empty() ? GetUserConfigFolder() + '/' + options.application + ".ini" : options.profile;
+  bool const isNamed = !options.profile.empty();
+  m_strName = isNamed ? options.profile : usualFile(options.application + ".ini");
   m_strFile = m_strName;
-  bool const mustBeThere = wanted == Wanted::ToRead && !options.profile.empty();
-  if (mustBeThere || FileExists(m_strName)) ReadWholeFile(m_strName);
+  bool const mustBeThere = wanted == Wanted::ToRead && isNamed;
+  if (mustBeThere || FileExists(m_strName))
+    ReadWholeFile(m_strName);
+  else if (isNamed)
+    requireFolder(m_strName);
   m_App.SetProfileFile(InsidePath(m_strName));
 }
 

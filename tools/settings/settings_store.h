@@ -9,6 +9,8 @@
 #include <zpbase/platform/application.h>
 #include <zpbase/platform/registry.h>
 
+#include "tools/settings/refusal.h"
+
 struct SettingsOptions {
   std::string application = "Zephlow";
   std::string company;
@@ -19,7 +21,7 @@ struct SettingsOptions {
   bool json = false;
 };
 
-// Whether a store that the command line names has to be there before.
+// Whether a store that the command line names has to be there before, or its folder alone.
 enum class Wanted { ToRead, ToChange };
 
 // Makes the application that the options name the one whose settings are used. Raises Failure for a store that can't be read.
@@ -41,14 +43,19 @@ class SettingsStore {
   // Why a list is empty and where else settings may be: a line without its point.
   std::string TellEmpty(CString const & section) const;
 
-  // Raises Failure with the cause for a change that was not made. Texts are those that should have been written.
+  // Raises Failure with the cause for a change that was not made, SystemFailure where the host refused it. Texts are those that
+  // should have been written.
   void Require(BOOL written, CString const & section, CString const & key, CString const & text = CString()) const;
 
-  // Why the store refuses a change of these names and this text.
-  std::string FindCause(CString const & section, CString const & key, CString const & text) const;
+  void RequireRemoved(BOOL removed, CString const & section) const;
+
+  // Why the store refuses a setting of these names and this text, and why the removal of a setting or a section.
+  Refusal FindRefusal(CString const & section, CString const & key, CString const & text) const;
+  Refusal FindRefusalToRemove(CString const & section) const;
 
  private:
-  void UseHive(SettingsOptions const & options);
+  [[noreturn]] void Fail(Refusal const & refusal) const;
+  void UseHive(SettingsOptions const & options, Wanted wanted);
   void UseProfile(SettingsOptions const & options, Wanted wanted);
 
   CWinApp m_App;
