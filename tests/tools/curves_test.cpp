@@ -153,7 +153,8 @@ TEST_F(Curves, AreTablesAndPictures)
 {
   m_Folder.Write("in.csv",
                  "id,name,tc_K,tm_K,rho_liq_eq,rho_liq_A,rho_liq_B,sigma_eq,sigma_A,cp_ig_A\n"
-                 "1,Flat,400,100,2,0,0.5,777,1,9\n2,Steep,500,,2,0,1,,,\n3,,,,106,1,2,,,\n");
+                 "1,Flat,400,100,2,0,0.5,777,1,9\n2,Steep,500,,2,0,1,,,\n3,,,,106,1,2,,,\n"
+                 "4,,,,2,1,1e-18,,,\n");
   ASSERT_EQ(Zp("import a in.csv").status, 0);
   EXPECT_EQ(Zp("eval a 1 rho_liq 50 100:120:10 400").out,
             "Flat: rho_liq = A + B T\n"
@@ -173,6 +174,7 @@ TEST_F(Curves, AreTablesAndPictures)
   EXPECT_EQ(m_Folder.Read("p.png").substr(0, 4), "\x89PNG");
   std::string const svg = m_Folder.Read("p.svg");
   EXPECT_NE(svg.find("stroke-dasharray"), std::string::npos);
+  EXPECT_NE(Zp("plot a 4").out.find("           1 |***"), std::string::npos) << "flat but for the last bit";
   EXPECT_EQ(svg.find("NaN"), std::string::npos);
 
   struct Refusal {
@@ -185,13 +187,18 @@ TEST_F(Curves, AreTablesAndPictures)
            Refusal{"eval a 2 sigma 300", 1, "record 2: has no sigma; it has rho_liq"},
            Refusal{"eval a 1 sigma 300", 1, "record 1: sigma has equation 777, which isn't known here; known are 1, 2,"},
            Refusal{"eval a 3 rho_liq 300", 1, "needs the critical temperature, which the component doesn't tell"},
-           Refusal{"eval a 1 rho_liq -5", 2, "-5: is no temperature in K between 0 and 100000"},
+           Refusal{"eval a 1 rho_liq -5", 2, "-5: is no temperature in K above 0 and up to 100000, nor FROM:TO:STEP"},
+           Refusal{"eval a 1 rho_liq nan", 2, "nan: is no temperature in K above 0"},
            Refusal{"eval a 1 rho_liq 1:2", 2, "1:2: is no temperature"},
            Refusal{"eval a 1 rho_liq 3:2:0.1", 2, "3:2:0.1: is a range that ends before it begins"},
            Refusal{"eval a 1 rho_liq 1:9e4:0.1", 2, "more than 100000 temperatures"},
            Refusal{"eval a 9 rho_liq 300", 1, "9"},
            Refusal{"plot a 2 --property sigma", 1, "record 2: has no sigma"},
            Refusal{"plot a 1 --from 300 --to 200", 2, "no temperatures lie between 300 and 200 K"},
+           Refusal{"plot a 1 --from 300 --to 300.00000000000006", 2, "no temperatures lie between 300 and 300 K"},
+           Refusal{"plot a 1 --from 0", 2, "--from: 0: is no temperature in K above 0 and up to 100000;"},
+           Refusal{"plot a 1 --from nan", 2, "--from: nan: is no temperature"},
+           Refusal{"plot a 1 --to inf", 2, "--to: inf: is no temperature"},
            Refusal{"plot a 1 --png a.SR", 2, "is a file of the store itself"},
        }) {
     ProgramRun const run = Zp(refusal.arguments);

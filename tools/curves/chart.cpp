@@ -84,7 +84,8 @@ ChartAxis axisOf(std::vector<std::vector<ChartPoint>> const & curves)
   auto const [least, largest] = widened(inside, all, isLogarithmic);
   if (isLogarithmic) return {least, largest, true, decadeTicks(least, largest, ticks)};
   double room = 0.05 * (largest - least);
-  if (!(room > 0)) room = least == 0 ? 1 : 0.05 * std::abs(least);
+  constexpr double flat = 1e-10;  // of the values: less is the rounding of one value
+  if (!(room > flat * std::max(std::abs(least), std::abs(largest)))) room = least == 0 ? 1 : 0.05 * std::abs(least);
   if (!std::isfinite(room)) return linearAxis(0, 1, ticks);
   return linearAxis(least - room, largest + room, ticks);
 }
