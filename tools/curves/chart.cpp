@@ -140,6 +140,12 @@ std::string Chart::GetTitle() const
   return hasUnit ? fmt::format("{} [{}]", property->label, property->unit) : property->label;
 }
 
+bool Chart::LeavesRange() const
+{
+  auto const isOutside = [](auto const & piece) { return std::ranges::any_of(piece, &ChartPoint::isOutside); };
+  return std::ranges::any_of(lines, [&](ChartLine const & line) { return std::ranges::any_of(line, isOutside); });
+}
+
 TemperatureRange RangeToShow(std::vector<Curve> const & curves)
 {
   TemperatureRange shown = {INFINITY, 0};
@@ -170,4 +176,16 @@ Chart MakeChart(std::vector<Curve> const & curves, TemperatureRange const & show
 std::string TickText(double tick)
 {
   return fmt::format("{:.6g}", tick);
+}
+
+std::string ShortenedText(std::string const & text, std::function<bool(std::string const &)> const & fits)
+{
+  if (fits(text)) return text;
+  auto const shortened = [&](size_t end) { return text.substr(0, end) + "..."; };
+  std::vector<size_t> ends;  // of whole characters
+  for (size_t i = 0; i < text.size(); ++i) {
+    if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) ends.push_back(i);
+  }
+  auto const tooLong = std::partition_point(ends.begin(), ends.end(), [&](size_t end) { return fits(shortened(end)); });
+  return shortened(tooLong == ends.begin() ? 0 : *(tooLong - 1));
 }

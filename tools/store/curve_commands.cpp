@@ -272,14 +272,29 @@ struct PlotCommand : StoreArguments {
     return curves;
   }
 
+  // Raises Failure where the charts are too many for one picture.
+  static double PictureHeight(std::vector<Chart> const & charts)
+  {
+    double height = 0;
+    for (Chart const & chart : charts) height += ChartHeight(chart);
+    if (height <= Picture::largestSide) return height;
+    throw Failure(
+        fmt::format("the picture would be {:.0f} points high, more than {:.0f}; name fewer components, or one --property", height,
+                    Picture::largestSide),
+        exitUsage);
+  }
+
   static void Draw(std::vector<Chart> const & charts, PictureFormat format, std::string const & file)
   {
     constexpr double width = 860;
-    constexpr double height = 380;
+    double const height = PictureHeight(charts);
     OutputFile output(file);
-    Picture picture(format, width, height * static_cast<double>(charts.size()),
-                    [&](std::string_view piece) { output.Write(piece); });
-    for (size_t i = 0; i < charts.size(); ++i) DrawChart(picture, charts[i], {0, height * static_cast<double>(i), width, height});
+    Picture picture(format, width, height, [&](std::string_view piece) { output.Write(piece); });
+    double top = 0;
+    for (Chart const & chart : charts) {
+      DrawChart(picture, chart, {0, top, width});
+      top += ChartHeight(chart);
+    }
     picture.Finish();
     output.Commit();
   }
