@@ -100,8 +100,9 @@ void drawMark(Picture & picture, double x, double y, size_t curve)
   bool isOpen = false;
   for (char const key : marks[curve / colors.size() % marks.size()]) {
     int const place = key - '1';
+    int const row = place / 3;
     double const markX = x + radius * (place % 3 - 1);
-    double const markY = y + radius * (place / 3 - 1);
+    double const markY = y + radius * (row - 1);
     if (isOpen && key != ' ') picture.LineTo(markX, markY);
     if (!isOpen) picture.MoveTo(markX, markY);
     isOpen = key != ' ';
@@ -141,7 +142,8 @@ void drawLegend(Picture & picture, Chart const & chart, ChartPlace const & place
   TextRuler const ruler(textSize);
   auto const fits = [&](std::string const & name) { return ruler.WidthOf(name) <= width - nameStart - nameMargin; };
   for (size_t i = 0; i < chart.names.size(); ++i) {
-    double const x = left + static_cast<double>(i / rows) * width;
+    size_t const column = i / rows;
+    double const x = left + static_cast<double>(column) * width;
     double const y = top + static_cast<double>(i % rows) * legendStep;
     picture.MoveTo(x, y);
     picture.LineTo(x + sampleWidth, y);
