@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <set>
 #include <sstream>
 
 #include <nlohmann/json.hpp>
@@ -44,7 +45,29 @@ class Curves : public StoreTool {
           << published.column << " of " << published.id << " at " << published.at[i];
     }
   }
+
+  void ImportMany(int count)
+  {
+    std::string table = "id,name,tc_K,tm_K,rho_liq_eq,rho_liq_A,rho_liq_B,sigma_eq,sigma_A,sigma_B\n";
+    for (int i = 1; i <= count; ++i) {
+      std::string const id = std::to_string(i);
+      table += id + "," + (i == 2 ? std::string(100, 'W') : "Name " + id) + ",400,200,2," + id + ",1,2," + id + ",2\n";
+    }
+    m_Folder.Write("many.csv", table);
+    ASSERT_EQ(Zp("import a many.csv").status, 0);
+  }
 };
+
+// Of each line of a path the steps from the first place, as text; "24 0" is a legend's sample of a curve.
+std::string stepsOf(std::string const & path)
+{
+  std::istringstream words(path.substr(path.find(" d=\"M ") + 6));
+  double firstX = 0, firstY = 0, x = 0, y = 0;
+  std::ostringstream steps;
+  words >> firstX >> firstY;
+  for (std::string letter; words >> letter >> x >> y;) steps << (steps.tellp() > 0 ? " " : "") << x - firstX << " " << y - firstY;
+  return steps.str();
+}
 
 // Saturated densities, in mass, and pressures of water, methane and nitrogen: NIST Chemistry WebBook, fluid properties. Ethanol:
 // CRC Handbook of Chemistry and Physics. Ideal gas heat capacities: NIST-JANAF tables; ethanol: TRC tables.
@@ -149,11 +172,50 @@ TEST_F(Curves, FitIntoANarrowTerminal)
   EXPECT_EQ(widest, 50U);
 }
 
+TEST_F(Curves, AreToldApartHoweverManyTheyAre)
+{
+  ImportMany(80);
+  std::string const plot = Zp("plot a 1-80 --property rho_liq --from 100 --to 300 --term --png one.png").out;
+  std::set<char> marks;
+  for (int i = 1; i <= 62; ++i) {
+    size_t const name = plot.find(i == 2 ? "  WW" : "  Name " + std::to_string(i) + "\n");
+    ASSERT_NE(name, std::string::npos) << i;
+    EXPECT_TRUE(marks.insert(plot[name - 1]).second) << plot;
+  }
+  for (std::string const & line :
+       {" +  " + std::string(61, 'W') + "...\n", std::string(" *  Name 63\n"), std::string(" .  outside of the known range\n"),
+        std::string(" marks repeat after 62 names\n")})
+    EXPECT_NE(plot.find(line), std::string::npos) << line << plot;
+
+  ASSERT_EQ(Zp("plot a 1-80 --property rho_liq --property sigma --from 100 --to 300 --svg two.svg").status, 0);
+  constexpr int height = 754;
+  EXPECT_EQ(m_Folder.Read("one.png").substr(20, 4), std::string({0, 0, height >> 8, static_cast<char>(height & 0xFF)}));
+  std::string const svg = m_Folder.Read("two.svg");
+  EXPECT_NE(svg.find("viewBox=\"0 0 860 1508\""), std::string::npos);
+  std::istringstream lines(svg);
+  std::vector<std::string> styles;
+  for (std::string line, former; std::getline(lines, line); former = line) {
+    bool const hasSample = former.find(";stroke-width:1.8;") != std::string::npos && stepsOf(former) == "24 0";
+    bool const hasMark = line.find(";stroke-width:1.2;") != std::string::npos;
+    if (hasSample) styles.push_back(former.substr(0, former.find(" d=")) + (hasMark ? stepsOf(line) : ""));
+  }
+  ASSERT_EQ(styles.size(), 160U);
+  EXPECT_EQ(std::set<std::string>(styles.begin(), styles.begin() + 70).size(), 70U);
+  EXPECT_EQ(styles[70], styles[0]);
+  for (size_t at = svg.find("<use "); at != std::string::npos; at = svg.find("<use ", at + 1)) {
+    size_t const x = svg.find(" x=\"", at) + 4;
+    size_t const y = svg.find(" y=\"", at) + 4;
+    EXPECT_LT(std::stoi(svg.substr(x, 6)), 852) << svg.substr(at, 60);
+    EXPECT_LT(std::stoi(svg.substr(y, 6)), 2 * height - 8) << svg.substr(at, 60);
+  }
+}
+
 TEST_F(Curves, AreTablesAndPictures)
 {
   m_Folder.Write("in.csv",
                  "id,name,tc_K,tm_K,rho_liq_eq,rho_liq_A,rho_liq_B,sigma_eq,sigma_A,cp_ig_A\n"
-                 "1,Flat,400,100,2,0,0.5,777,1,9\n2,Steep,500,,2,0,1,,,\n3,,,,106,1,2,,,\n");
+                 "1,Flat,400,100,2,0,0.5,777,1,9\n2,Steep,500,,2,0,1,,,\n3,,,,106,1,2,,,\n"
+                 "4,,,,2,1,1e-18,,,\n");
   ASSERT_EQ(Zp("import a in.csv").status, 0);
   EXPECT_EQ(Zp("eval a 1 rho_liq 50 100:120:10 400").out,
             "Flat: rho_liq = A + B T\n"
@@ -173,10 +235,13 @@ TEST_F(Curves, AreTablesAndPictures)
   EXPECT_EQ(m_Folder.Read("p.png").substr(0, 4), "\x89PNG");
   std::string const svg = m_Folder.Read("p.svg");
   EXPECT_NE(svg.find("stroke-dasharray"), std::string::npos);
+  EXPECT_NE(Zp("plot a 4").out.find("           1 |***"), std::string::npos) << "flat but for the last bit";
   EXPECT_EQ(svg.find("NaN"), std::string::npos);
 
+  std::string manyProperties;
+  for (int i = 0; i < 27; ++i) manyProperties += " --property cp_ig";
   struct Refusal {
-    char const * arguments;
+    std::string arguments;
     int status;
     char const * says;
   };
@@ -185,13 +250,19 @@ TEST_F(Curves, AreTablesAndPictures)
            Refusal{"eval a 2 sigma 300", 1, "record 2: has no sigma; it has rho_liq"},
            Refusal{"eval a 1 sigma 300", 1, "record 1: sigma has equation 777, which isn't known here; known are 1, 2,"},
            Refusal{"eval a 3 rho_liq 300", 1, "needs the critical temperature, which the component doesn't tell"},
-           Refusal{"eval a 1 rho_liq -5", 2, "-5: is no temperature in K between 0 and 100000"},
+           Refusal{"eval a 1 rho_liq -5", 2, "-5: is no temperature in K above 0 and up to 100000, nor FROM:TO:STEP"},
+           Refusal{"eval a 1 rho_liq nan", 2, "nan: is no temperature in K above 0"},
            Refusal{"eval a 1 rho_liq 1:2", 2, "1:2: is no temperature"},
            Refusal{"eval a 1 rho_liq 3:2:0.1", 2, "3:2:0.1: is a range that ends before it begins"},
            Refusal{"eval a 1 rho_liq 1:9e4:0.1", 2, "more than 100000 temperatures"},
            Refusal{"eval a 9 rho_liq 300", 1, "9"},
            Refusal{"plot a 2 --property sigma", 1, "record 2: has no sigma"},
            Refusal{"plot a 1 --from 300 --to 200", 2, "no temperatures lie between 300 and 200 K"},
+           Refusal{"plot a 1 --from 300 --to 300.00000000000006", 2, "no temperatures lie between 300 and 300 K"},
+           Refusal{"plot a 1 --from 0", 2, "--from: 0: is no temperature in K above 0 and up to 100000;"},
+           Refusal{"plot a 1 --from nan", 2, "--from: nan: is no temperature"},
+           Refusal{"plot a 1 --to inf", 2, "--to: inf: is no temperature"},
+           Refusal{"plot a 1" + manyProperties + " --png p.png", 2, "the picture would be 10260 points high, more than 10000"},
            Refusal{"plot a 1 --png a.SR", 2, "is a file of the store itself"},
        }) {
     ProgramRun const run = Zp(refusal.arguments);

@@ -84,7 +84,8 @@ ChartAxis axisOf(std::vector<std::vector<ChartPoint>> const & curves)
   auto const [least, largest] = widened(inside, all, isLogarithmic);
   if (isLogarithmic) return {least, largest, true, decadeTicks(least, largest, ticks)};
   double room = 0.05 * (largest - least);
-  if (!(room > 0)) room = least == 0 ? 1 : 0.05 * std::abs(least);
+  constexpr double flat = 1e-10;  // of the values: less is the rounding of one value
+  if (!(room > flat * std::max(std::abs(least), std::abs(largest)))) room = least == 0 ? 1 : 0.05 * std::abs(least);
   if (!std::isfinite(room)) return linearAxis(0, 1, ticks);
   return linearAxis(least - room, largest + room, ticks);
 }
@@ -139,6 +140,12 @@ std::string Chart::GetTitle() const
   return hasUnit ? fmt::format("{} [{}]", property->label, property->unit) : property->label;
 }
 
+bool Chart::LeavesRange() const
+{
+  auto const isOutside = [](auto const & piece) { return std::ranges::any_of(piece, &ChartPoint::isOutside); };
+  return std::ranges::any_of(lines, [&](ChartLine const & line) { return std::ranges::any_of(line, isOutside); });
+}
+
 TemperatureRange RangeToShow(std::vector<Curve> const & curves)
 {
   TemperatureRange shown = {INFINITY, 0};
@@ -169,4 +176,16 @@ Chart MakeChart(std::vector<Curve> const & curves, TemperatureRange const & show
 std::string TickText(double tick)
 {
   return fmt::format("{:.6g}", tick);
+}
+
+std::string ShortenedText(std::string const & text, std::function<bool(std::string const &)> const & fits)
+{
+  if (fits(text)) return text;
+  auto const shortened = [&](size_t end) { return text.substr(0, end) + "..."; };
+  std::vector<size_t> ends;  // of whole characters
+  for (size_t i = 0; i < text.size(); ++i) {
+    if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) ends.push_back(i);
+  }
+  auto const tooLong = std::partition_point(ends.begin(), ends.end(), [&](size_t end) { return fits(shortened(end)); });
+  return shortened(tooLong == ends.begin() ? 0 : *(tooLong - 1));
 }

@@ -1,6 +1,7 @@
 // Curves as a chart: what its axes show, and its drawing as a picture or in characters.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,9 @@ struct Chart {
 
   // "vapour pressure [Pa]"
   std::string GetTitle() const;
+
+  // Whether values outside of a curve's known range are shown.
+  bool LeavesRange() const;
 };
 
 // The range that shows the curves: where their phases exist, as far as the components tell.
@@ -47,9 +51,15 @@ Chart MakeChart(std::vector<Curve> const & curves, TemperatureRange const & show
 // "300", "0.001", "2e+06"
 std::string TickText(double tick);
 
-// In the given place of the picture, with the axes' texts and a legend.
+// The text where it fits; else as much of its begin as fits together with the "..." behind it.
+std::string ShortenedText(std::string const & text, std::function<bool(std::string const &)> const & fits);
+
+// How high a chart is drawn, so that its legend has room for every name.
+double ChartHeight(Chart const & chart);
+
+// From this place of the picture on, with the axes' texts and a legend.
 struct ChartPlace {
-  double left, top, width, height;
+  double left, top, width;
 };
 void DrawChart(Picture & picture, Chart const & chart, ChartPlace const & place);
 

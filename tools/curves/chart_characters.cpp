@@ -7,10 +7,13 @@
 #include <fmt/format.h>
 
 #include "tools/curves/chart.h"
+#include "tools/shown_text.h"
 
 namespace {
 
-constexpr std::string_view curveMarks = "*+xo#@%&";
+// Without letters and digits that look like others of them.
+constexpr std::string_view curveMarks = "*+xo#@%&ABCDEFGHJKLMNPQRSTUVWYZabcdefghijkmnpqrstuvwyz23456789";
+constexpr char outsideMark = '.';
 constexpr int labelWidth = 12;
 
 class ChartCells {
@@ -53,19 +56,50 @@ std::string temperatureLine(Chart const & chart, int columns)
   return line.substr(0, line.find_last_not_of(' ') + 1);
 }
 
-}  // namespace
-
-std::string ChartInCharacters(Chart const & chart, int columns, int rows)
+char markOf(size_t curve)
 {
-  int const width = columns - labelWidth - 2;
+  return curveMarks[curve % curveMarks.size()];
+}
+
+ChartCells cellsOf(Chart const & chart, int width, int rows)
+{
   ChartCells cells(width, rows);
   for (size_t i = 0; i < chart.lines.size(); ++i) {
     for (auto const & piece : chart.lines[i]) {
       for (ChartPoint const & point : piece)
         cells.Put(chart.temperature.ShareOf(point.temperature), chart.value.ShareOf(point.value),
-                  point.isOutside ? '.' : curveMarks[i % curveMarks.size()]);
+                  point.isOutside ? outsideMark : markOf(i));
     }
   }
+  return cells;
+}
+
+std::string legendLine(char mark, std::string const & text, int columns)
+{
+  std::string const head = fmt::format("{:>{}} {}  ", "", labelWidth, mark);
+  auto const isLead = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; };  // of a character in UTF-8
+  auto const fits = [&](std::string const & name) {
+    return std::ranges::count_if(name, isLead) + static_cast<int>(head.size()) <= columns;
+  };
+  return head + ShortenedText(text, fits) + "\n";
+}
+
+std::string legendOf(Chart const & chart, int columns)
+{
+  std::string legend;
+  for (size_t i = 0; i < chart.names.size(); ++i) legend += legendLine(markOf(i), Visible(chart.names[i]), columns);
+  if (chart.LeavesRange()) legend += legendLine(outsideMark, "outside of the known range", columns);
+  size_t const marks = curveMarks.size();
+  if (chart.names.size() > marks) legend += legendLine(' ', fmt::format("marks repeat after {} names", marks), columns);
+  return legend;
+}
+
+}  // namespace
+
+std::string ChartInCharacters(Chart const & chart, int columns, int rows)
+{
+  int const width = columns - labelWidth - 2;
+  ChartCells const cells = cellsOf(chart, width, rows);
   std::vector<std::string> labels(static_cast<size_t>(rows));
   for (double const tick : chart.value.ticks) labels[cells.RowOf(chart.value.ShareOf(tick))] = TickText(tick);
   std::string text = fmt::format("{}\n", chart.GetTitle());
@@ -75,7 +109,5 @@ std::string ChartInCharacters(Chart const & chart, int columns, int rows)
   }
   text += fmt::format("{:>{}} +{}\n", "", labelWidth, std::string(static_cast<size_t>(width), '-'));
   text += fmt::format("{:>{}}  {}  T [K]\n", "", labelWidth, temperatureLine(chart, width - 7));
-  for (size_t i = 0; i < chart.names.size(); ++i)
-    text += fmt::format("{:>{}} {}  {}\n", "", labelWidth, curveMarks[i % curveMarks.size()], chart.names[i]);
-  return text;
+  return text + legendOf(chart, columns);
 }

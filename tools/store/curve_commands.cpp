@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <optional>
 
 #include <fmt/format.h>
 #include <zpbase/data.h>
@@ -55,6 +56,21 @@ std::string knownCurves(GPDataArray const & component)
   return known.empty() ? "no curves" : known;
 }
 
+std::optional<double> readTemperature(std::string_view text)
+{
+  double value = 0;
+  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  bool const isNumber = error == std::errc() && end == text.data() + text.size();
+  return isNumber && value > 0 && value <= highestTemperature ? std::optional(value) : std::nullopt;
+}
+
+std::string noTemperature(std::string const & text)
+{
+  return fmt::format("{}: is no temperature in K above 0 and up to {:.0f}", text, highestTemperature);
+}
+
+CLI::Validator const isTemperature([](std::string & text) { return readTemperature(text) ? "" : noTemperature(text); }, "");
+
 struct EvalCommand : StoreArguments {
   static constexpr char const * name = "eval";
   static constexpr char const * help = "Evaluate a component's correlation at temperatures";
@@ -84,12 +100,8 @@ struct EvalCommand : StoreArguments {
 
   static double ReadNumber(std::string_view text, std::string const & whole)
   {
-    double value = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error == std::errc() && end == text.data() + text.size() && value > 0 && value <= highestTemperature) return value;
-    throw Failure(
-        fmt::format("{}: is no temperature in K between 0 and {:.0f}, nor FROM:TO:STEP of such", whole, highestTemperature),
-        exitUsage);
+    if (auto const value = readTemperature(text)) return *value;
+    throw Failure(noTemperature(whole) + ", nor FROM:TO:STEP of such", exitUsage);
   }
 
   std::vector<double> ReadTemperatures() const
@@ -169,8 +181,8 @@ struct PlotCommand : StoreArguments {
     command
         .add_option("--property", properties, "What is drawn, as its columns begin, such as p_vap; all that they have without it")
         ->allow_extra_args(false);
-    command.add_option("--from", from, "Lowest temperature in K")->check(CLI::Range(0.0, highestTemperature));
-    command.add_option("--to", to, "Highest temperature in K")->check(CLI::Range(0.0, highestTemperature));
+    command.add_option("--from", from, "Lowest temperature in K")->check(isTemperature);
+    command.add_option("--to", to, "Highest temperature in K")->check(isTemperature);
     command.add_option("--svg", svg, "Draw into this SVG file, - for standard output");
     command.add_option("--png", png, "Draw into this PNG file, - for standard output");
     command.add_flag("--term", terminal, "Draw in characters, as is done without --svg and --png");
@@ -202,7 +214,8 @@ struct PlotCommand : StoreArguments {
     TemperatureRange range = RangeToShow(curves);
     if (from > 0) range.from = from;
     if (to > 0) range.to = to;
-    if (range.from < range.to) return range;
+    constexpr double narrowest = 1e-9;  // of the temperatures
+    if (range.to - range.from > narrowest * range.to) return range;
     throw Failure(fmt::format("no temperatures lie between {} and {} K; give both --from and --to", numberText(range.from),
                               numberText(range.to)),
                   exitUsage);
@@ -259,14 +272,29 @@ struct PlotCommand : StoreArguments {
     return curves;
   }
 
+  // Raises Failure where the charts are too many for one picture.
+  static double PictureHeight(std::vector<Chart> const & charts)
+  {
+    double height = 0;
+    for (Chart const & chart : charts) height += ChartHeight(chart);
+    if (height <= Picture::largestSide) return height;
+    throw Failure(
+        fmt::format("the picture would be {:.0f} points high, more than {:.0f}; name fewer components, or one --property", height,
+                    Picture::largestSide),
+        exitUsage);
+  }
+
   static void Draw(std::vector<Chart> const & charts, PictureFormat format, std::string const & file)
   {
     constexpr double width = 860;
-    constexpr double height = 380;
+    double const height = PictureHeight(charts);
     OutputFile output(file);
-    Picture picture(format, width, height * static_cast<double>(charts.size()),
-                    [&](std::string_view piece) { output.Write(piece); });
-    for (size_t i = 0; i < charts.size(); ++i) DrawChart(picture, charts[i], {0, height * static_cast<double>(i), width, height});
+    Picture picture(format, width, height, [&](std::string_view piece) { output.Write(piece); });
+    double top = 0;
+    for (Chart const & chart : charts) {
+      DrawChart(picture, chart, {0, top, width});
+      top += ChartHeight(chart);
+    }
     picture.Finish();
     output.Commit();
   }
