@@ -118,6 +118,9 @@ TEST(TextCommand, KeepsHeadsNamesAndDates)
       {"O\trt;T\nK\xF6ln;1,5\n", "lines f", 0,
        "2 lines, delimiter semicolon with decimal commas: 1 numeric, 0 blank, 0 not numeric; the longest has 8 characters\n"
        "head in line 1: O\\x09rt, T\ntexts in column 1\n"},
+      {"Datum;IP;T\n01.02.2024;10.168.100.1;5,5\n02.02.2024;10.168.100.20;6,1\n", "numbers f", 0,
+       "Datum,IP,T\n01.02.2024,10.168.100.1,5.5\n02.02.2024,10.168.100.20,6.1\n"},
+      {"1.1.1\t5,5\n1.1.2\t6,5\n", "numbers f", 0, "1.1.1,5.5\n1.1.2,6.5\n"},
   });
 }
 
@@ -311,7 +314,8 @@ TEST(TextCommand, SaysWhyNothingIsNumeric)
 TEST(TextCommand, HintsAtWhatHelps)
 {
   EXPECT_TRUE(hintsOf("1;2,5\r\n1;2.5\r\n1;3.5\r\n").starts_with("--decimal-comma reads"));
-  EXPECT_TRUE(hintsOf("1.5;2\r\n", "--decimal-comma").starts_with("with --decimal-comma a point"));
+  EXPECT_TRUE(hintsOf("1.5;2\r\n", "--decimal-comma").starts_with("where numbers have decimal commas, a point"));
+  EXPECT_TRUE(hintsOf("1,5;2\r\n1.234.567,8;3,5\r\n1,5;2,5\r\n").starts_with("where numbers have decimal commas, a point"));
   EXPECT_TRUE(hintsOf("1,000,000 2\r\n").starts_with("commas between groups"));
   EXPECT_TRUE(hintsOf("# x\r\n1 2\r\n").starts_with("--comment TEXT"));
   EXPECT_TRUE(hintsOf("1|2\r\n").starts_with("--delimiter CHAR"));
@@ -320,6 +324,7 @@ TEST(TextCommand, HintsAtWhatHelps)
   EXPECT_TRUE(hintsOf("1 1e400\r\n").starts_with("beyond 1.8e308"));
   EXPECT_TRUE(hintsOf("1 2\r\n1 -0x1F\r\n").starts_with("hexadecimal"));
   EXPECT_TRUE(hintsOf("2024-01-02 12:30\r\n").starts_with("dates and times"));
+  EXPECT_TRUE(hintsOf("1 2\r\n1 1.2.2024\r\n").starts_with("dates and times"));
   EXPECT_TRUE(hintsOf("1 0.1-100\r\n").starts_with("two numbers run together"));
   EXPECT_TRUE(hintsOf("1 ****\r\n").starts_with("asterisks"));
   EXPECT_EQ(hintsOf("1 2\r\nx\r\n"), "");
