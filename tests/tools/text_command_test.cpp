@@ -110,6 +110,10 @@ TEST(TextCommand, KeepsHeadsNamesAndDates)
        "f: line 6, column 5: \"x\" is no number\n"},
       {"Prose stands here\n\nT p\n1 2\nT p\n3 4\n", "numbers f", 1, "T,p\n1,2\n3,4\n",
        "f: line 1, column 1: \"Prose\" is no number\nf: line 5, column 1: \"T\" is no number\n"},
+      {"Prose\n\nT,p\n1,2\n", "numbers f", 1, "T,p\n1,2\n",
+       "f: line 1, column 1: \"Prose\" is no number\nf: hint: --skip 2 passes over what stands in front of the head\n"},
+      {"T,p\nx,1\n2,n/a\n3,4\n", "numbers --columns p,T f", 1, "p,T\n4,3\n",
+       "f: line 2, column 1: \"x\" is no number\nf: line 3, column 3: \"n/a\" is no number\n"},
       {"# T p\n1 2\n", "numbers f", 1, "1,2\n",
        "f: line 1, column 1: \"#\" is no number\n"
        "f: hint: --comment TEXT leaves out the rest of a line from TEXT on, such as --comment '#'\n"},
@@ -265,7 +269,7 @@ TEST(TextCommand, CountsAndShowsLines)
        "3 lines, delimiter blank: 0 numeric, 0 blank, 3 not numeric; the longest has 10 characters\nf: no line is numeric\n"
        "f: line 1, column 3: \"\\x1b[31m\\x7f\" is no number\nf: line 2, column 3: \"\xC2\xB0\\x9bC\" is no number\n"
        "f: line 3, column 1: \"a b\" is no number\n"},
-      {"a b\r\n" + std::string(50, 'x') + " 1\r\n1 2\r\n", "lines f", 1,
+      {"a b c\r\n" + std::string(50, 'x') + " 1\r\n1 2\r\n", "lines f", 1,
        "3 lines, delimiter blank: 1 numeric, 0 blank, 2 not numeric; the longest has 52 characters\nf: line 1, column 1: \"a\" "
        "is no number\n"
        "f: line 2, column 1: \"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx...\" is no number\n"
