@@ -110,6 +110,10 @@ TEST(TextCommand, KeepsHeadsNamesAndDates)
        "f: line 6, column 5: \"x\" is no number\n"},
       {"Prose stands here\n\nT p\n1 2\nT p\n3 4\n", "numbers f", 1, "T,p\n1,2\n3,4\n",
        "f: line 1, column 1: \"Prose\" is no number\nf: line 5, column 1: \"T\" is no number\n"},
+      {"Prose\n\nT,p\n1,2\n", "numbers f", 1, "T,p\n1,2\n",
+       "f: line 1, column 1: \"Prose\" is no number\nf: hint: --skip 2 passes over what stands in front of the head\n"},
+      {"T,p\nx,1\n2,n/a\n3,4\n", "numbers --columns p,T f", 1, "p,T\n4,3\n",
+       "f: line 2, column 1: \"x\" is no number\nf: line 3, column 3: \"n/a\" is no number\n"},
       {"# T p\n1 2\n", "numbers f", 1, "1,2\n",
        "f: line 1, column 1: \"#\" is no number\n"
        "f: hint: --comment TEXT leaves out the rest of a line from TEXT on, such as --comment '#'\n"},
@@ -118,6 +122,9 @@ TEST(TextCommand, KeepsHeadsNamesAndDates)
       {"O\trt;T\nK\xF6ln;1,5\n", "lines f", 0,
        "2 lines, delimiter semicolon with decimal commas: 1 numeric, 0 blank, 0 not numeric; the longest has 8 characters\n"
        "head in line 1: O\\x09rt, T\ntexts in column 1\n"},
+      {"Datum;IP;T\n01.02.2024;10.168.100.1;5,5\n02.02.2024;10.168.100.20;6,1\n", "numbers f", 0,
+       "Datum,IP,T\n01.02.2024,10.168.100.1,5.5\n02.02.2024,10.168.100.20,6.1\n"},
+      {"1.1.1\t5,5\n1.1.2\t6,5\n", "numbers f", 0, "1.1.1,5.5\n1.1.2,6.5\n"},
   });
 }
 
@@ -262,7 +269,7 @@ TEST(TextCommand, CountsAndShowsLines)
        "3 lines, delimiter blank: 0 numeric, 0 blank, 3 not numeric; the longest has 10 characters\nf: no line is numeric\n"
        "f: line 1, column 3: \"\\x1b[31m\\x7f\" is no number\nf: line 2, column 3: \"\xC2\xB0\\x9bC\" is no number\n"
        "f: line 3, column 1: \"a b\" is no number\n"},
-      {"a b\r\n" + std::string(50, 'x') + " 1\r\n1 2\r\n", "lines f", 1,
+      {"a b c\r\n" + std::string(50, 'x') + " 1\r\n1 2\r\n", "lines f", 1,
        "3 lines, delimiter blank: 1 numeric, 0 blank, 2 not numeric; the longest has 52 characters\nf: line 1, column 1: \"a\" "
        "is no number\n"
        "f: line 2, column 1: \"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx...\" is no number\n"
@@ -311,7 +318,8 @@ TEST(TextCommand, SaysWhyNothingIsNumeric)
 TEST(TextCommand, HintsAtWhatHelps)
 {
   EXPECT_TRUE(hintsOf("1;2,5\r\n1;2.5\r\n1;3.5\r\n").starts_with("--decimal-comma reads"));
-  EXPECT_TRUE(hintsOf("1.5;2\r\n", "--decimal-comma").starts_with("with --decimal-comma a point"));
+  EXPECT_TRUE(hintsOf("1.5;2\r\n", "--decimal-comma").starts_with("where numbers have decimal commas, a point"));
+  EXPECT_TRUE(hintsOf("1,5;2\r\n1.234.567,8;3,5\r\n1,5;2,5\r\n").starts_with("where numbers have decimal commas, a point"));
   EXPECT_TRUE(hintsOf("1,000,000 2\r\n").starts_with("commas between groups"));
   EXPECT_TRUE(hintsOf("# x\r\n1 2\r\n").starts_with("--comment TEXT"));
   EXPECT_TRUE(hintsOf("1|2\r\n").starts_with("--delimiter CHAR"));
@@ -320,6 +328,7 @@ TEST(TextCommand, HintsAtWhatHelps)
   EXPECT_TRUE(hintsOf("1 1e400\r\n").starts_with("beyond 1.8e308"));
   EXPECT_TRUE(hintsOf("1 2\r\n1 -0x1F\r\n").starts_with("hexadecimal"));
   EXPECT_TRUE(hintsOf("2024-01-02 12:30\r\n").starts_with("dates and times"));
+  EXPECT_TRUE(hintsOf("1 2\r\n1 1.2.2024\r\n").starts_with("dates and times"));
   EXPECT_TRUE(hintsOf("1 0.1-100\r\n").starts_with("two numbers run together"));
   EXPECT_TRUE(hintsOf("1 ****\r\n").starts_with("asterisks"));
   EXPECT_EQ(hintsOf("1 2\r\nx\r\n"), "");

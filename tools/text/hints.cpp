@@ -20,7 +20,7 @@ constexpr std::array<std::string_view, static_cast<size_t>(Hint::Count)> hintTex
     "",
     "--decimal-comma reads the comma in a number as its decimal sign; one between thousands must go",
     "commas between groups of digits have no place in a number; take them out",
-    "with --decimal-comma a point has no place in a number",
+    "where numbers have decimal commas, a point has no place in one",
     "--comment TEXT leaves out the rest of a line from TEXT on, such as --comment '#'",
     "--delimiter CHAR cuts at another character, such as --delimiter '|'",
     "some lines have another delimiter; --delimiter reads those and reports the others",
@@ -49,8 +49,20 @@ bool isNotFinite(std::string_view number)
   return letters == "inf" || letters == "infinity" || letters.starts_with("nan");
 }
 
+// Day, month and year, or the other way round, in digits.
+bool isDateOfPoints(std::string_view cell)
+{
+  size_t const first = cell.find('.');
+  size_t const second = cell.rfind('.');
+  if (first == second || !consistsOf(cell, "0123456789.")) return false;
+  auto const isPart = [](size_t digits) { return digits == 1 || digits == 2; };
+  size_t const last = cell.size() - 1 - second;
+  return isPart(second - first - 1) && ((isPart(first) && (last == 2 || last == 4)) || (first == 4 && isPart(last)));
+}
+
 bool isDate(std::string_view cell)
 {
+  if (isDateOfPoints(cell)) return true;
   auto const marks = std::count_if(cell.begin(), cell.end(), [](char c) { return c == '-' || c == '/' || c == ':'; });
   return marks >= 1 && consistsOf(cell, "0123456789-/:.TZ") && zp::IsDigit(cell.front()) &&
          (cell.find_first_of("/:") != std::string_view::npos || (marks == 2 && cell.find('.') == std::string_view::npos));
@@ -77,14 +89,26 @@ bool isNumbers(std::string_view cell)
   return false;
 }
 
+// One point, or several that part groups of three digits, as in 1.234.567,8.
+bool hasPointsOfNumber(std::string_view cell)
+{
+  size_t const first = cell.find('.');
+  if (first == cell.rfind('.')) return true;
+  std::string_view const groups = cell.substr(first, cell.find_first_not_of("0123456789.", first) - first);
+  for (size_t i = 0; i < groups.size(); ++i) {
+    if ((groups[i] == '.') != (i % 4 == 0)) return false;
+  }
+  return groups.size() % 4 == 0;
+}
+
 // Of the kinds of cells that hold digits, a point, a comma and an exponent alone.
 Hint hintForComma(std::string_view cell, bool decimalComma)
 {
   if (!consistsOf(cell, "0123456789.,+-eEdD") || cell.find_first_of(decimalDigits) == std::string_view::npos) return Hint::None;
   auto const commas = std::count(cell.begin(), cell.end(), ',');
-  auto const points = std::count(cell.begin(), cell.end(), '.');
-  if (decimalComma) return points > 0 ? Hint::PointInsteadOfComma : Hint::None;
-  if (commas == 1 && points == 0) return Hint::DecimalComma;
+  bool const hasPoint = cell.find('.') != std::string_view::npos;
+  if (decimalComma) return hasPoint && hasPointsOfNumber(cell) ? Hint::PointInsteadOfComma : Hint::None;
+  if (commas == 1 && !hasPoint) return Hint::DecimalComma;
   return commas > 0 ? Hint::DigitGroups : Hint::None;
 }
 

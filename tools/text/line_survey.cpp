@@ -162,6 +162,7 @@ void noteNumeric(TextSurvey & found, TextLines const & text, size_t cells)
   auto const values = static_cast<int>(cells);
   if (found.numeric++ == 0) {
     found.firstNumeric = text.GetNumber();
+    if (found.heads == 0) found.firstOfTable = found.firstNumeric;
     found.fewestValues = values;
   }
   found.fewestValues = std::min(found.fewestValues, values);
@@ -239,6 +240,7 @@ TextSurvey SurveyLines(TextLines & text, TextForm const & form, TextOptions cons
       ++(text.IsComment() ? found.comments : found.blank);
     } else if (text.GetNumber() == shape.headLine) {
       ++found.heads;
+      found.firstOfTable = text.GetNumber();
     } else if (Cell const * const misfit = reader.FindMisfit(text.Get())) {
       note(found, text, *misfit, keep, form.decimalComma);
     } else {

@@ -29,6 +29,7 @@ struct TextSurvey {
   int fewestValues = 0;  // cells of a numeric line, empty ones between delimiters too
   int mostValues = 0;
   int firstNumeric = 0;  // line, from 1; 0 if there is none
+  int firstOfTable = 0;  // the same, or the head's
   int lastOther = 0;
   std::vector<Misfit> misfits;  // the first ones, as many as were asked for
   std::bitset<static_cast<size_t>(Hint::Count)> hints;

@@ -38,20 +38,21 @@ std::string shown(std::string_view bytes)
   return result;
 }
 
-// Lines that all stand in front of the first numeric one are a header, unless one looks like a line of numbers.
+// Lines that all stand in front of the table are a header, unless one looks like a line of numbers.
 int headerLines(TextSurvey const & found)
 {
   for (size_t i = 1; i < found.hints.size(); ++i) {
     if (found.hints[i] && static_cast<Hint>(i) != Hint::Date) return 0;
   }
-  return found.other > 0 && found.lastOther < found.firstNumeric ? found.firstNumeric - 1 : 0;
+  return found.other > 0 && found.lastOther < found.firstOfTable ? found.firstOfTable - 1 : 0;
 }
 
 std::vector<std::string> hintsOf(TextSurvey const & found)
 {
   std::vector<std::string> hints;
   if (int const lines = headerLines(found); lines > 0)
-    hints.push_back(fmt::format("--skip {} passes over what stands in front of the first numeric line", lines));
+    hints.push_back(fmt::format("--skip {} passes over what stands in front of {}", lines,
+                                found.heads > 0 ? "the head" : "the first numeric line"));
   for (size_t i = 1; i < found.hints.size(); ++i) {
     if (found.hints[i]) hints.emplace_back(TextOf(static_cast<Hint>(i)));
   }

@@ -101,7 +101,8 @@ std::vector<std::string> namesIn(std::string const & line, TextForm const & form
   return names;
 }
 
-// The result is how many cells the first line of numbers has.
+// A line that holds a number isn't the head, but may be one of numbers with a fault. The result is how many cells the first line
+// of numbers has.
 size_t findHead(TextLines & text, TextForm const & form, TextOptions const & options, TableShape & shape)
 {
   LineReader reader(form, options, shape);
@@ -116,6 +117,7 @@ size_t findHead(TextLines & text, TextForm const & form, TextOptions const & opt
       shape.headLine = shape.head.empty() ? 0 : formerLine;
       return reader.Cells().size();
     }
+    if (hasNumber(numbers, reader.Cells())) continue;
     former = line;
     formerLine = text.GetNumber();
   }
