@@ -347,8 +347,9 @@ class ZP_API GPDataFile : public CObject {
 
   // Slides the live records together, cuts the record file and rebuilds both tables from the block headers; records without a
   // place are gone then. 0 and everything unchanged if there is no record file, it can't be opened, or its blocks don't form a
-  // sound chain. Not safe against an interruption: work on a copy. The record file isn't locked afterwards, so close the store
-  // then. If the file's exception passes after records have moved, the tables tell where each one is by then.
+  // sound chain. Not safe against an interruption: work on a copy. The record file isn't locked afterwards and the index file is
+  // the old one until Close, so no other program may use the store before. If the file's exception passes after records have
+  // moved, the tables tell where each one is by then.
   int DegasRecFile();
 
   // Closes the store and gives both files the status, unless it can't be closed.

@@ -72,6 +72,11 @@ void PrintShown(std::string_view lines)
   Print(VisibleLines(lines));
 }
 
+void PrintLine(std::string_view line)
+{
+  Print(Visible(line) + "\n");
+}
+
 Teller SetTeller(Teller teller)
 {
   return std::exchange(g_pfnTeller, teller);

@@ -54,6 +54,9 @@ void Print(std::string_view text);
 // What people read, in lines: control characters of the names and texts in it are shown.
 void PrintShown(std::string_view lines);
 
+// The same of one line, without its end: line ends and tabs in it are shown too.
+void PrintLine(std::string_view line);
+
 void FlushOutput();
 
 // One line of the program's own on standard error, with whatever names in it.

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <zpbase/foundation.h>
+#include <zpbase/platform/archive_parts.h>
 
 #include "tests/support/Archives.h"
 #include "tests/support/Raised.h"
@@ -231,6 +232,22 @@ TEST(Archive, KnowsObjectsAgainWhicheverArchiveMarkedThem)
   std::thread other(storeMany);
   storeMany();
   other.join();
+}
+
+// Classes that are written alone take indexes too.
+TEST(Archive, HasRoomForAnObjectBehindManyClasses)
+{
+  GPObject const first, last;
+  CMemFile file;
+  CArchive archive(&file, CArchive::store);
+  archive << &first;
+  for (int i = 0; i < 5000; ++i) zp::ArchiveParts(archive).WriteClass(RUNTIME_CLASS(GPObject));
+  archive << &last << &last;
+  archive.Flush();
+  std::string end(4, '\0');
+  file.Seek(-4, CFile::end);
+  file.Read(end.data(), 4);
+  EXPECT_EQ(end, FromHex("01 80 8B 13"));
 }
 
 TEST(Archive, TellsTheCauseOfEachDamage)

@@ -287,6 +287,22 @@ struct KeptHost {
   ~KeptHost() { zp::GetHostCalls() = g_Real; }
 };
 
+// As of one that another program, which knows of no locks, goes on writing.
+TEST_F(Store, TakesNoTablesFromAnIndexThatIsLongerThanItWasTold)
+{
+  {
+    auto const store = Open();
+    for (int id = 0; id < 8000; ++id) Put(*store, id, "a");
+  }
+  KeptHost const kept;
+  zp::GetHostCalls().GetStatus = [](int file, zp::HostStatus & now) {
+    int const result = g_Real.GetStatus(file, now);
+    now.size = std::min<LONGLONG>(now.size, 70000);
+    return result;
+  };
+  EXPECT_EQ(CodeOf<CArchiveException>([&] { Open(); }), CArchiveException::endOfFile);
+}
+
 // As a file system tells it whose clock goes in steps, but for what is beside the step because a program has set it.
 int inSteps(int result, zp::HostStatus & status)
 {

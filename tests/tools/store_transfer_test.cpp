@@ -249,6 +249,9 @@ TEST_F(StoreTool, TableHasTheShortestNumbersThatGiveTheirBitsBack)
   ASSERT_EQ(Zp("export a a.csv").status, 0);
   ASSERT_EQ(Zp("import b a.csv").status, 0);
   EXPECT_EQ(Load("b"), records);
+  ASSERT_EQ(Zp("export a --json a.json").status, 0);
+  ASSERT_EQ(Zp("import c a.json").status, 0);
+  EXPECT_EQ(Load("c"), records);
   std::istringstream cells(replacedIn(m_Folder.Read("a.csv"), ',', "\n"));
   int checked = 0;
   for (std::string cell; std::getline(cells, cell);) {

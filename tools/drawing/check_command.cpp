@@ -15,7 +15,7 @@ void print(std::string const & file, DxfInspection const & inspection)
 {
   inspection.PrintProblems(file);
   std::string const verdict = inspection.IsSound() ? "sound" : Counted(inspection.GetProblemCount(), "fault");
-  PrintShown(fmt::format("{}: {} of text, {}: {}\n", file, Counted(inspection.GetLines(), "line"), inspection.Counts(), verdict));
+  PrintLine(fmt::format("{}: {} of text, {}: {}", file, Counted(inspection.GetLines(), "line"), inspection.Counts(), verdict));
 }
 
 nlohmann::json asJson(std::string const & file, DxfInspection const & inspection)

@@ -19,22 +19,21 @@ namespace {
 void printParts(Inspection const & found)
 {
   if (found.parts.empty()) return;
-  PrintShown(fmt::format("  {:>10}  {:>10}  {}\n", "OFFSET", "LENGTH", "WHAT"));
-  for (FilePart const & part : found.parts)
-    PrintShown(fmt::format("  {:>10}  {:>10}  {}\n", part.offset, part.length, part.what));
-  PrintShown(fmt::format("  {:>10}  {:>10}  {}\n", "", found.GetEnd(), "in all"));
+  PrintLine(fmt::format("  {:>10}  {:>10}  {}", "OFFSET", "LENGTH", "WHAT"));
+  for (FilePart const & part : found.parts) PrintLine(fmt::format("  {:>10}  {:>10}  {}", part.offset, part.length, part.what));
+  PrintLine(fmt::format("  {:>10}  {:>10}  {}", "", found.GetEnd(), "in all"));
 }
 
 void print(Inspection const & found)
 {
-  PrintShown(fmt::format("{}: {}{}{}, {}\n", found.file, found.kind, found.version.empty() ? "" : ", ", found.version,
-                         Counted(found.bytes, "byte")));
-  for (std::string const & each : found.holds) PrintShown("  holds   " + each + "\n");
-  for (std::string const & each : found.isNot) PrintShown("  it is   " + each + "\n");
-  for (std::string const & each : found.faults) PrintShown("  broken  " + each + "\n");
+  PrintLine(fmt::format("{}: {}{}{}, {}", found.file, found.kind, found.version.empty() ? "" : ", ", found.version,
+                        Counted(found.bytes, "byte")));
+  for (std::string const & each : found.holds) PrintLine("  holds   " + each);
+  for (std::string const & each : found.isNot) PrintLine("  it is   " + each);
+  for (std::string const & each : found.faults) PrintLine("  broken  " + each);
   if (found.faultCount > found.faults.size())
-    PrintShown(fmt::format("  broken  and {} more\n", found.faultCount - found.faults.size()));
-  for (std::string const & each : found.next) PrintShown("  next    " + each + "\n");
+    PrintLine(fmt::format("  broken  and {} more", found.faultCount - found.faults.size()));
+  for (std::string const & each : found.next) PrintLine("  next    " + each);
   printParts(found);
 }
 

@@ -10,6 +10,7 @@
 
 #include "tools/host_file.h"
 #include "tools/program.h"
+#include "tools/shown_text.h"
 #include "tools/records/message_catcher.h"
 #include "tools/text_marks.h"
 
@@ -107,9 +108,18 @@ void Inspection::GoOn(std::string_view command)
   constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_./+-,@:";
   std::string word = file;
   if (word.find_first_not_of(plain) != std::string::npos || word.starts_with('-')) {
+    bool const hasControl = Visible(word) != word;
     std::string quoted;
-    for (char const c : word) quoted += c == '\'' ? "'\\''" : std::string(1, c);
-    word = (word.starts_with('-') ? "./'" : "'") + quoted + "'";
+    for (char const c : word) {
+      bool const isControl = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
+      if (isControl)
+        quoted += fmt::format("\\x{:02X}", c);
+      else if (c == '\'')
+        quoted += hasControl ? "\\'" : "'\\''";
+      else
+        quoted += hasControl && c == '\\' ? "\\\\" : std::string(1, c);
+    }
+    word = (word.starts_with('-') ? "./" : "") + std::string(hasControl ? "$'" : "'") + quoted + "'";
   }
   std::string line;
   for (char const c : command) line += c == '%' ? word : std::string(1, c);

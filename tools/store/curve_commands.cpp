@@ -128,17 +128,16 @@ struct EvalCommand : StoreArguments {
   bool PrintTable(Curve const & curve, std::vector<double> const & all) const
   {
     std::string const head = fmt::format("{} [{}]", property, curve.property->unit);
-    PrintShown(fmt::format("{}: {} = {}\n", curve.facts.name, property, curve.form->formula));
-    PrintShown(fmt::format("{:>10}  {:>16}\n", "T [K]", head));
+    PrintLine(fmt::format("{}: {} = {}", curve.facts.name, property, curve.form->formula));
+    PrintLine(fmt::format("{:>10}  {:>16}", "T [K]", head));
     bool isWhole = true;
     for (double const temperature : all) {
       auto const value = curve.At(temperature);
       isWhole &= value.has_value();
-      PrintShown(fmt::format("{:>10}  {:>{}}{}\n", numberText(temperature), value ? numberText(*value) : "-",
-                             std::max<size_t>(head.size(), 16), curve.IsOutside(temperature) ? "  outside" : ""));
+      PrintLine(fmt::format("{:>10}  {:>{}}{}", numberText(temperature), value ? numberText(*value) : "-",
+                            std::max<size_t>(head.size(), 16), curve.IsOutside(temperature) ? "  outside" : ""));
     }
-    if (curve.range)
-      PrintShown(fmt::format("inside is {} to {} K\n", numberText(curve.range->from), numberText(curve.range->to)));
+    if (curve.range) PrintLine(fmt::format("inside is {} to {} K", numberText(curve.range->from), numberText(curve.range->to)));
     return isWhole;
   }
 

@@ -142,18 +142,17 @@ std::string told(RecordFacts const & facts)
 
 void printChange(RecordChange const & change)
 {
-  if (!change.before) return PrintShown(fmt::format("record {}: added: {}\n", change.id, told(*change.after)));
-  if (!change.after) return PrintShown(fmt::format("record {}: removed: {}\n", change.id, told(*change.before)));
-  PrintShown(fmt::format("record {}: changed: {}", change.id, told(*change.before)));
-  if (change.values.empty()) {
-    return PrintShown(fmt::format(" -> {}; differs from byte {} on\n", told(*change.after), change.firstByte));
-  }
-  PrintShown("\n");
+  if (!change.before) return PrintLine(fmt::format("record {}: added: {}", change.id, told(*change.after)));
+  if (!change.after) return PrintLine(fmt::format("record {}: removed: {}", change.id, told(*change.before)));
+  std::string const changed = fmt::format("record {}: changed: {}", change.id, told(*change.before));
+  if (change.values.empty())
+    return PrintLine(fmt::format("{} -> {}; differs from byte {} on", changed, told(*change.after), change.firstByte));
+  PrintLine(changed);
   auto const shown = [](std::string const & value) { return value.empty() ? "-" : value; };
   for (ValueChange const & value : change.values) {
     char const * const unit = value.column->meaning->coefficients == 0 ? value.column->meaning->unit : "";
-    PrintShown(fmt::format("  {:<20}  {} -> {}{}{}\n", value.column->name, shown(value.before), shown(value.after),
-                           *unit != '\0' ? " " : "", unit));
+    PrintLine(fmt::format("  {:<20}  {} -> {}{}{}", value.column->name, shown(value.before), shown(value.after),
+                          *unit != '\0' ? " " : "", unit));
   }
 }
 
@@ -167,8 +166,8 @@ void printComparison(Comparison const & comparison)
     removed += change.after ? 0 : 1;
   }
   if (comparison.IsHeaderOther()) Print("the header object: changed\n");
-  PrintShown(fmt::format("{} added, {} removed, {} changed, {} the same\n", added, removed,
-                         comparison.GetChanges().size() - added - removed, comparison.GetSame()));
+  PrintLine(fmt::format("{} added, {} removed, {} changed, {} the same", added, removed,
+                        comparison.GetChanges().size() - added - removed, comparison.GetSame()));
 }
 
 Json jsonOf(RecordFacts const & facts)

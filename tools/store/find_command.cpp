@@ -79,11 +79,11 @@ void printTable(std::vector<Finding> const & found)
       text += "  " + zp::TextToUtf8(fields[i]) + std::string(blanks, ' ');
     }
     text.erase(text.find_last_not_of(' ') + 1);
-    PrintShown(text + "\n");
+    PrintLine(text);
   };
   if (!found.empty()) line("STORE", "ID", {"NAME", "FORMULA", "CAS"});
   for (Finding const & each : found) line(each.store, std::to_string(each.id), each.fields);
-  PrintShown(Counted(found.size(), "component") + "\n");
+  PrintLine(Counted(found.size(), "component"));
 }
 
 void printJson(std::vector<Finding> const & found)

@@ -47,18 +47,17 @@ void printMap(StoreNames const & names, StoreLayout const & layout)
 {
   std::string const cells = cellsOf(layout);
   for (size_t start = 0; start < cells.size(); start += rowCells) {
-    PrintShown(
-        fmt::format("{:>10}  {}\n", start * layout.bytes / std::max<size_t>(cells.size(), 1), cells.substr(start, rowCells)));
+    PrintLine(fmt::format("{:>10}  {}", start * layout.bytes / std::max<size_t>(cells.size(), 1), cells.substr(start, rowCells)));
   }
-  PrintShown(fmt::format("{}: {}, {}, {}\n", names.record, Counted(layout.bytes, "byte"), Counted(layout.records, "record"),
-                         Counted(layout.freeBlocks, "free block")));
+  PrintLine(fmt::format("{}: {}, {}, {}", names.record, Counted(layout.bytes, "byte"), Counted(layout.records, "record"),
+                        Counted(layout.freeBlocks, "free block")));
   for (size_t kind = 0; kind < areaKinds; ++kind) {
     if (layout.totals[kind] == 0) continue;
     char const mark = static_cast<AreaKind>(kind) == AreaKind::Header ? ' ' : areaMarks[kind];
-    PrintShown(fmt::format("  {}  {:<22}  {:>10}  {:5.1f}%\n", mark, areaNames[kind], layout.totals[kind],
-                           layout.ShareOf(layout.totals[kind])));
+    PrintLine(fmt::format("  {}  {:<22}  {:>10}  {:5.1f}%", mark, areaNames[kind], layout.totals[kind],
+                          layout.ShareOf(layout.totals[kind])));
   }
-  PrintShown(fmt::format("compaction would win {} bytes, {:.1f}%\n", layout.GetWin(), layout.ShareOf(layout.GetWin())));
+  PrintLine(fmt::format("compaction would win {} bytes, {:.1f}%", layout.GetWin(), layout.ShareOf(layout.GetWin())));
 }
 
 void printMapAsJson(StoreLayout const & layout)

@@ -93,7 +93,8 @@ bool OpenStore::OpenRecordFile(unsigned int furtherMode)
   unsigned int const mode = (m_Access == StoreAccess::Look ? sharedMode : ownMode) | furtherMode;
   if (m_RecordFile.Open(InsidePath(m_Names.record), mode, &problem)) return true;
   if (problem.m_cause == CFileException::fileNotFound) return false;
-  if ((furtherMode & CFile::modeCreate) != 0) FailCreating(m_Names.record, "record file", problem);
+  bool const isNowhere = m_Access == StoreAccess::Create && problem.m_cause == CFileException::badPath;
+  if (isNowhere || (furtherMode & CFile::modeCreate) != 0) FailCreating(m_Names.record, "record file", problem);
   FailOpening(m_Names.record, "record file", problem);
 }
 

@@ -223,7 +223,7 @@ struct ShowCommand : StoreArguments {
   void Show(int id, std::vector<BYTE> const & bytes) const
   {
     if (json) return writeJson(id, bytes, Print);
-    PrintShown(fmt::format("record {}, {}\n", id, Counted(bytes.size(), "byte")));
+    PrintLine(fmt::format("record {}, {}", id, Counted(bytes.size(), "byte")));
     WriteRecordTree(bytes, Print);
   }
 

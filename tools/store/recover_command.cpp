@@ -178,8 +178,8 @@ class Recovery {
 void printEach(std::vector<Verdict> const & verdicts)
 {
   for (Verdict const & verdict : verdicts) {
-    PrintShown(fmt::format("{:<7}  record {:>5}  at {:>9}  {:>5} bytes{}{}\n", stateNames[verdict.state], verdict.id,
-                           verdict.position, verdict.block.length, verdict.why.empty() ? "" : "  ", verdict.why));
+    PrintLine(fmt::format("{:<7}  record {:>5}  at {:>9}  {:>5} bytes{}{}", stateNames[verdict.state], verdict.id,
+                          verdict.position, verdict.block.length, verdict.why.empty() ? "" : "  ", verdict.why));
   }
 }
 
@@ -187,8 +187,8 @@ void printVerdicts(Recovery const & recovery, bool each)
 {
   if (each) printEach(recovery.GetVerdicts());
   if (!recovery.HeaderLoss().empty()) PrintShown("lost     the header object: " + recovery.HeaderLoss() + "\n");
-  PrintShown(fmt::format("{} kept, {} suspect, {} lost\n", recovery.Count(Verdict::Kept), recovery.Count(Verdict::Suspect),
-                         recovery.Count(Verdict::Lost)));
+  PrintLine(fmt::format("{} kept, {} suspect, {} lost", recovery.Count(Verdict::Kept), recovery.Count(Verdict::Suspect),
+                        recovery.Count(Verdict::Lost)));
 }
 void printVerdictsAsJson(Recovery const & recovery, std::string const & to)
 {
@@ -264,8 +264,7 @@ struct RecoverCommand : StoreArguments {
     else if (recovery.GetWritten() == 0)
       Print("nothing to save, nothing was written\n");
     else
-      PrintShown(
-          fmt::format("{}written to {} and {}\n", isLeft ? "without what is suspect " : "", written.index, written.record));
+      PrintLine(fmt::format("{}written to {} and {}", isLeft ? "without what is suspect " : "", written.index, written.record));
   }
 
   std::string to;

@@ -195,8 +195,8 @@ Stored storeBeside(StoreNames const & names, Incoming const & incoming)
 void printStored(bool json, StoreNames const & names, size_t stored, size_t replaced)
 {
   if (json) return Print(DumpJson(Json{{"stored", stored}, {"new", stored - replaced}, {"replaced", replaced}}, 2) + "\n");
-  PrintShown(fmt::format("{} record{} stored in {}: {} new, {} replaced\n", stored, stored == 1 ? "" : "s", names.record,
-                         stored - replaced, replaced));
+  PrintLine(fmt::format("{} record{} stored in {}: {} new, {} replaced", stored, stored == 1 ? "" : "s", names.record,
+                        stored - replaced, replaced));
 }
 
 // What a table's head may name: a column of each datum, or the first and the last of a correlation's.
