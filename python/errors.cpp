@@ -84,6 +84,14 @@ py::str TextOf(std::string_view utf8)
   return py::reinterpret_steal<py::str>(text);
 }
 
+std::string Utf8Of(py::str const & text)
+{
+  Py_ssize_t length = 0;
+  char const * const bytes = PyUnicode_AsUTF8AndSize(text.ptr(), &length);
+  if (bytes == nullptr) throw py::error_already_set();  // a UnicodeEncodeError is a ValueError
+  return {bytes, static_cast<size_t>(length)};
+}
+
 std::string HostNameOf(py::handle path)
 {
   PyObject * bytes = nullptr;
