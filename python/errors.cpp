@@ -42,16 +42,6 @@ int errorOf(CFileException const & problem)
   }
 }
 
-void setFailure(Failure const & failure)
-{
-  if (failure.GetStatus() == exitInterrupted) {
-    InterruptGuard::Forget();
-    PyErr_SetNone(PyExc_KeyboardInterrupt);
-  } else {
-    PyErr_SetObject(PyExc_ValueError, TextOf(failure.what()).ptr());
-  }
-}
-
 // A framework exception comes as a pointer and belongs to who catches it.
 void translate(std::exception_ptr raised)
 {
@@ -60,7 +50,7 @@ void translate(std::exception_ptr raised)
   } catch (SystemFailure const & failure) {
     setOSError(failure.GetError(), failure.what());
   } catch (Failure const & failure) {
-    setFailure(failure);
+    PyErr_SetObject(PyExc_ValueError, TextOf(failure.what()).ptr());
   } catch (CFileException * caught) {
     ExceptionGuard const guard(caught);
     setOSError(errorOf(*caught), Describe(*caught));
