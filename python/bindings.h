@@ -63,8 +63,9 @@ py::array_t<Value> ArrayOf(std::vector<Value> && values)
 }
 
 void AddErrors();
-void AddNumbers(py::module_ & module);     // Vector, IntVector, Matrix
-void AddComponents(py::module_ & module);  // Component, Correlation, Constant, Column, Record
+void RefuseUnmade(py::module_ const & module);  // see unmade_objects.cpp
+void AddNumbers(py::module_ & module);          // Vector, IntVector, Matrix
+void AddComponents(py::module_ & module);       // Component, Correlation, Constant, Column, Record
 void AddStore(py::module_ & module);
 void AddColumns(py::module_ & module);
 void AddSettings(py::module_ & module);
