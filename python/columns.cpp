@@ -5,6 +5,8 @@
 #include <csignal>
 #include <limits>
 
+#include <unistd.h>
+
 #include <fmt/format.h>
 #include <pybind11/stl.h>
 
@@ -142,14 +144,13 @@ std::vector<py::object> namesOf(py::object const & names, ReadTable const & tabl
 {
   std::vector<py::object> all;
   if (py::isinstance<py::bool_>(names)) {
-    if (table.heads.empty())
-      throw py::value_error(py::str("{}: no line in front of the numbers has {} names").format(TextOf(file), table.columns));
+    if (table.heads.empty()) throw Failure(fmt::format("{}: no line in front of the numbers has {} names", file, table.columns));
     for (std::string const & head : table.heads) all.push_back(TextOf(head));
     return all;
   }
   for (auto const & name : names) all.push_back(py::reinterpret_borrow<py::object>(name));
   if (all.size() == table.columns) return all;
-  throw py::value_error(py::str("{}: has {} columns, and {} names were given").format(TextOf(file), table.columns, all.size()));
+  throw Failure(fmt::format("{}: has {} columns, and {} names were given", file, table.columns, all.size()));
 }
 
 py::object textsOf(std::vector<std::string> const & column)
@@ -188,6 +189,40 @@ TextOptions optionsFor(py::object const & path, int skip, std::string const & de
   return options;
 }
 
+// Gives Ctrl-C back to Python, whose handler a read replaces for a moment: one at a time, so it lives in the library.
+class InterruptsBack {
+ public:
+  InterruptsBack() : m_pfnFormer(PyOS_getsig(SIGINT)) {}
+  ~InterruptsBack()
+  {
+    PyOS_setsig(SIGINT, m_pfnFormer);  // as Python sets it: one that was put back by signal restarts system calls
+    if (!InterruptGuard::IsInterrupted()) return;
+    InterruptGuard::Forget();
+    kill(getpid(), SIGINT);  // again, for the main thread, which may wait for others
+  }
+  InterruptsBack(InterruptsBack const &) = delete;
+  InterruptsBack & operator=(InterruptsBack const &) = delete;
+
+ private:
+  PyOS_sighandler_t m_pfnFormer;
+};
+
+// A read that Ctrl-C has broken off begins anew unless Python's handler raises an exception here.
+ReadTable readTable(TextOptions const & options, bool takesTexts, bool skipsBad)
+{
+  for (;;) {
+    try {
+      return InLibrary([&] {
+        InterruptsBack const guard;
+        return TableReader(options, takesTexts, skipsBad).Read();
+      });
+    } catch (Failure const & failure) {
+      if (failure.GetStatus() != exitInterrupted) throw;
+    }
+    if (PyErr_CheckSignals() != 0) throw py::error_already_set();
+  }
+}
+
 py::object readColumns(py::object const & path, py::object const & names, int skip, std::string const & delimiter,
                        std::string const & comment, bool decimalComma, std::vector<std::string> const & missing,
                        std::string const & errors)
@@ -195,9 +230,7 @@ py::object readColumns(py::object const & path, py::object const & names, int sk
   if (errors != "raise" && errors != "skip") throw py::value_error("errors is \"raise\" or \"skip\"");
   TextOptions const options = optionsFor(path, skip, delimiter, comment, decimalComma, missing);
   bool const isNamed = !names.is_none() && !(py::isinstance<py::bool_>(names) && !names.cast<bool>());
-  PyOS_sighandler_t const handler = PyOS_getsig(SIGINT);
-  ReadTable table = InLibrary([&] { return TableReader(options, isNamed, errors == "skip").Read(); });
-  PyOS_setsig(SIGINT, handler);  // as the interpreter sets it: a handler that was put back restarts system calls
+  ReadTable table = readTable(options, isNamed, errors == "skip");
   std::vector<py::object> const all = isNamed ? namesOf(names, table, options.file) : std::vector<py::object>();
   auto const shape = {static_cast<py::ssize_t>(table.rows), static_cast<py::ssize_t>(table.columns)};
   py::array array = ArrayOf(std::move(table.values), shape);

@@ -3,7 +3,6 @@
 #include "python/component.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include <pybind11/stl.h>
 
@@ -14,16 +13,20 @@ namespace zp::python {
 
 namespace {
 
-DataMeaning const * meaningOf(std::string_view name)
+// Null for a name that is none, or no str.
+DataMeaning const * meaningOf(py::handle name)
 {
+  if (!py::isinstance<py::str>(name)) return nullptr;
   auto const all = GetDataMeanings();
-  auto const found = std::find_if(all.begin(), all.end(), [&](DataMeaning const & each) { return name == each.column; });
+  auto const found = std::find_if(all.begin(), all.end(), [&](DataMeaning const & each) {
+    return PyUnicode_CompareWithASCIIString(name.ptr(), each.column) == 0;
+  });
   return found != all.end() ? &*found : nullptr;
 }
 
 DataMeaning const & requireMeaning(py::handle key)
 {
-  DataMeaning const * const meaning = py::isinstance<py::str>(key) ? meaningOf(key.cast<std::string>()) : nullptr;
+  DataMeaning const * const meaning = meaningOf(key);
   if (meaning != nullptr) return *meaning;
   throw py::key_error(py::str("there is no value {!r} of a component; zpbase.columns() lists them").format(key));
 }
@@ -38,10 +41,8 @@ py::object keyOf(GPData const & item)
 
 GPData const * Component::Find(py::handle key) const
 {
-  if (py::isinstance<py::str>(key)) {
-    DataMeaning const * const meaning = meaningOf(key.cast<std::string>());
-    return meaning != nullptr ? GetData().GetData(meaning->dataID, 0) : nullptr;
-  }
+  DataMeaning const * const meaning = meaningOf(key);
+  if (meaning != nullptr) return GetData().GetData(meaning->dataID, 0);
   if (!py::isinstance<py::int_>(key)) return nullptr;
   int overflow = 0;
   long const id = PyLong_AsLongAndOverflow(key.ptr(), &overflow);
@@ -129,18 +130,15 @@ char const * nameOf(DataKind kind)
   return names[static_cast<size_t>(kind)];
 }
 
-Correlation makeCorrelation(py::array_t<double, py::array::c_style | py::array::forcecast> const & values,
-                            std::optional<int> equation)
+Correlation makeCorrelation(py::object const & given, std::optional<int> equation)
 {
+  auto const values = ArrayFrom<py::array_t<double, py::array::forcecast>>(given, "coefficients are numbers");
   if (values.ndim() != 1) throw py::value_error("coefficients stand in one dimension");
   if (equation && (*equation < 0 || *equation > UINT16_MAX)) throw py::value_error("an equation number is from 0 to 65535");
   Correlation correlation;
   correlation.equation = equation;
-  for (py::ssize_t i = 0; i < values.shape(0); ++i) {
-    auto const narrow = static_cast<float>(values.at(i));
-    if (!std::isfinite(narrow)) throw py::value_error(py::str("{!r} doesn't fit a 32-bit number").format(values.at(i)));
-    correlation.coefficients.push_back(narrow);
-  }
+  correlation.coefficients.reserve(static_cast<size_t>(values.shape(0)));
+  for (py::ssize_t i = 0; i < values.shape(0); ++i) correlation.coefficients.push_back(Narrowed(values.at(i)));
   return correlation;
 }
 
@@ -148,6 +146,7 @@ Correlation makeCorrelation(py::array_t<double, py::array::c_style | py::array::
 py::array coefficientsOf(py::object const & self)
 {
   auto const & correlation = self.cast<Correlation const &>();
+  LoadNumPy();
   py::array_t<float> array(static_cast<py::ssize_t>(correlation.coefficients.size()), correlation.coefficients.data(), self);
   array.attr("flags").attr("writeable") = false;
   return array;

@@ -62,6 +62,9 @@ class Component {
 // The double that has the shortest decimal with the same 32 bits.
 double ShortestDouble(float value);
 
+// The 32-bit number next to value. Raises ValueError where that is infinite, or 0 for what isn't 0.
+float Narrowed(double value);
+
 // What an item holds.
 py::object ValueOf(GPData const & item);
 

@@ -42,16 +42,6 @@ int errorOf(CFileException const & problem)
   }
 }
 
-void setFailure(Failure const & failure)
-{
-  if (failure.GetStatus() == exitInterrupted) {
-    InterruptGuard::Forget();
-    PyErr_SetNone(PyExc_KeyboardInterrupt);
-  } else {
-    PyErr_SetObject(PyExc_ValueError, TextOf(failure.what()).ptr());
-  }
-}
-
 // A framework exception comes as a pointer and belongs to who catches it.
 void translate(std::exception_ptr raised)
 {
@@ -60,7 +50,7 @@ void translate(std::exception_ptr raised)
   } catch (SystemFailure const & failure) {
     setOSError(failure.GetError(), failure.what());
   } catch (Failure const & failure) {
-    setFailure(failure);
+    PyErr_SetObject(PyExc_ValueError, TextOf(failure.what()).ptr());
   } catch (CFileException * caught) {
     ExceptionGuard const guard(caught);
     setOSError(errorOf(*caught), Describe(*caught));
@@ -82,6 +72,14 @@ py::str TextOf(std::string_view utf8)
   PyObject * const text = PyUnicode_DecodeUTF8(utf8.data(), static_cast<Py_ssize_t>(utf8.size()), "surrogateescape");
   if (text == nullptr) throw py::error_already_set();
   return py::reinterpret_steal<py::str>(text);
+}
+
+std::string Utf8Of(py::str const & text)
+{
+  Py_ssize_t length = 0;
+  char const * const bytes = PyUnicode_AsUTF8AndSize(text.ptr(), &length);
+  if (bytes == nullptr) throw py::error_already_set();  // a UnicodeEncodeError is a ValueError
+  return {bytes, static_cast<size_t>(length)};
 }
 
 std::string HostNameOf(py::handle path)

@@ -81,19 +81,19 @@ py::object ValueOf(GPData const & item)
   return itemClass == RUNTIME_CLASS(GPv) ? packedOf(static_cast<GPv const &>(item)) : recordOf(item);
 }
 
-namespace {
-
-float narrowed(double value)
+float Narrowed(double value)
 {
   auto const narrow = static_cast<float>(value);
   if (std::isfinite(narrow) && (narrow != 0.0F || value == 0.0)) return narrow;
   throw py::value_error(py::str("{!r} doesn't fit a 32-bit number").format(value));
 }
 
+namespace {
+
 std::unique_ptr<GPData> makeText(DataMeaning const & meaning, py::handle value)
 {
   if (!py::isinstance<py::str>(value)) throw py::type_error(py::str("{} is a text").format(meaning.column));
-  CString const text = ToText(value.cast<std::string>(), meaning.column);
+  CString const text = ToText(Utf8Of(py::reinterpret_borrow<py::str>(value)), meaning.column);
   if (text.View().find_first_not_of(' ') == std::string_view::npos) return nullptr;
   return std::make_unique<GPs>(meaning.dataID, text);
 }
@@ -102,7 +102,7 @@ std::unique_ptr<GPData> makeNumber(DataMeaning const & meaning, py::handle value
 {
   double const number = PyFloat_AsDouble(value.ptr());
   if (PyErr_Occurred() != nullptr) throw py::error_already_set();
-  float const narrow = narrowed(number);
+  float const narrow = Narrowed(number);
   return narrow != 0.0F ? std::make_unique<GPf>(meaning.dataID, narrow) : nullptr;
 }
 
@@ -145,8 +145,9 @@ std::unique_ptr<GPData> makeGroups(DataMeaning const & meaning, py::handle value
   CStringArray names;
   std::vector<int> counts;
   for (auto const & [key, count] : value.cast<py::dict>()) {
-    auto const group = py::str(key).cast<std::string>();
-    cell += (cell.empty() ? "" : " ") + group + ":" + py::str(count).cast<std::string>();
+    if (PyIndex_Check(count.ptr()) == 0) throw py::type_error(py::str("{} counts groups in integers").format(meaning.column));
+    std::string const group = Utf8Of(py::str(key));
+    cell += (cell.empty() ? "" : " ") + group + ":" + Utf8Of(py::str(count));
     names.Add(CString(group.c_str()));
   }
   RequireCell(AllColumns()[FirstColumnOf(meaning)], cell);

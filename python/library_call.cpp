@@ -34,7 +34,7 @@ LibraryCall::~LibraryCall()
 void Warn(std::vector<std::string> const & told)
 {
   for (std::string const & line : told) {
-    if (PyErr_WarnEx(PyExc_UserWarning, line.c_str(), 1) != 0) throw py::error_already_set();
+    if (PyErr_WarnFormat(PyExc_UserWarning, 1, "%U", TextOf(line).ptr()) != 0) throw py::error_already_set();
   }
 }
 

@@ -15,6 +15,7 @@ PYBIND11_MODULE(_native, module)
   zp::python::AddColumns(module);
   zp::python::AddSettings(module);
   zp::python::AddDrawing(module);
+  zp::python::RefuseUnmade(module);
   for (auto const & [name, value] : module.attr("__dict__").cast<pybind11::dict>()) {
     if (pybind11::hasattr(value, "__module__")) pybind11::setattr(value, "__module__", pybind11::str("zpbase"));
   }

@@ -24,17 +24,18 @@ int sizeOf(py::ssize_t size)
   return static_cast<int>(size);
 }
 
-Doubles const & arrayOf(Doubles const & values)
+Doubles doublesOf(py::handle values)
 {
-  return values;
+  return ArrayFrom<Doubles>(values, "a Vector takes numbers");
 }
 
 // Raises TypeError for numbers that aren't whole, and ValueError for those beyond 32 bits.
-Ints arrayOf(py::object const & values)
+Ints intsOf(py::handle values)
 {
-  py::array const given = py::array::ensure(values);
-  if (!given || (given.size() > 0 && std::string_view("biu").find(given.dtype().kind()) == std::string_view::npos))
-    throw py::type_error("an IntVector takes whole numbers");
+  constexpr char const * sentence = "an IntVector takes whole numbers";
+  auto const given = ArrayFrom<py::array>(values, sentence);
+  if (given.size() > 0 && std::string_view("biu").find(given.dtype().kind()) == std::string_view::npos)
+    throw py::type_error(sentence);
   Ints narrow = Ints::ensure(given);
   if (!py::cast<bool>(given.attr("__eq__")(narrow).attr("all")())) throw py::value_error("a number doesn't fit 32 bits");
   return narrow;
@@ -55,14 +56,15 @@ int placeOf(py::ssize_t index, py::ssize_t size, char const * what)
 
 // What both kinds of vector have.
 template <class Vector, class Value, class Array>
-py::class_<Vector, std::shared_ptr<Vector>> addVector(py::module_ & module, char const * name, char const * doc)
+py::class_<Vector, std::shared_ptr<Vector>> addVector(py::module_ & module, Array (*arrayOf)(py::handle), char const * name,
+                                                      char const * doc)
 {
   using Class = py::class_<Vector, std::shared_ptr<Vector>>;
   return Class(module, name, py::buffer_protocol(), doc)
       .def(py::init([](py::ssize_t size, Value value) { return std::make_shared<Vector>(sizeOf(size), value); }), py::arg("size"),
            py::arg("value") = Value(0), "size elements, each of them value.")
-      .def(py::init([](Array const & given) {
-             auto const & values = arrayOf(given);
+      .def(py::init([arrayOf](py::object const & given) {
+             Array const values = arrayOf(given);
              return std::make_shared<Vector>(lengthOf(values), values.data());
            }),
            py::arg("values"), "A copy of values: a sequence or an array of one dimension.")
@@ -117,7 +119,8 @@ void addMatrix(py::module_ & module)
                                                   "A matrix of doubles, row by row. numpy.asarray(matrix) shares its numbers.")
       .def(py::init(&matrixOf), py::arg("rows"), py::arg("columns"), py::arg("value") = 0.0,
            "rows times columns elements, each of them value.")
-      .def(py::init([](Doubles const & values) {
+      .def(py::init([](py::object const & given) {
+             auto const values = ArrayFrom<Doubles>(given, "a Matrix takes rows of numbers");
              if (values.ndim() != 2) throw py::value_error("a matrix takes values in two dimensions");
              return std::make_shared<GPMatrix>(sizeOf(values.shape(0)), sizeOf(values.shape(1)), values.data());
            }),
@@ -157,16 +160,15 @@ void addMatrix(py::module_ & module)
 
 void AddNumbers(py::module_ & module)
 {
-  addVector<GPVector, double, Doubles>(module, "Vector",
-                                       "A vector of doubles. numpy.asarray(vector) shares its numbers. Two are equal when their "
-                                       "sizes and bits are.")
+  addVector<GPVector, double>(module, &doublesOf, "Vector",
+                              "A vector of doubles. numpy.asarray(vector) shares its numbers. Two are equal when their "
+                              "sizes and bits are.")
       .def("sum", &GPVector::Sum, "The sum, in ascending order of index.")
       .def("norm", &GPVector::Norm, "The root of the sum of squares.")
       .def("dot", &dot, py::arg("other"), "The sum of the products, in ascending order of index.");
-  addVector<GPIntVector, int, py::object>(
-      module, "IntVector",
-      "A vector of 32-bit integers. numpy.asarray(vector) shares its numbers. A store keeps the low "
-      "16 bits of each.");
+  addVector<GPIntVector, int>(module, &intsOf, "IntVector",
+                              "A vector of 32-bit integers. numpy.asarray(vector) shares its numbers. A store keeps the low "
+                              "16 bits of each.");
   addMatrix(module);
 }
 

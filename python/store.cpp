@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include <fmt/format.h>
 #include <pybind11/stl.h>
 #include <zpbase/numeric.h>
 #include <zpbase/store.h>
@@ -32,7 +33,11 @@ StoreNames namesOf(std::string const & name, std::string const & recordName)
 }  // namespace
 
 Store::Store(std::string const & name, std::string const & recordName, Mode mode)
+<<<<<<< HEAD
     : m_Names(namesOf(name, recordName)), m_Mode(mode)
+=======
+    : m_Names(ResolveStore(name, recordName)), m_Mode(mode), m_nProcess(getpid())
+>>>>>>> mpy
 {
   if (mode == Mode::Read)
     m_pReader = std::make_unique<StoredRecords>(m_Names);
@@ -51,8 +56,14 @@ Store::~Store()
   }
 }
 
+bool Store::IsOthersToChange() const
+{
+  return m_pWriter && getpid() != m_nProcess;
+}
+
 void Store::LetGo()
 {
+  if (IsOthersToChange()) return Abandon();  // without the library, which a thread of the other process may have left locked
   std::vector<std::string> told;
   {
     LibraryCall const call(told, LibraryCall::Others::GoOn);
@@ -60,12 +71,13 @@ void Store::LetGo()
   }
   if (!m_bChanged) return;
   std::string const line = GetName() + ": was not closed; what was changed in it is undone";
-  if (PyErr_WarnEx(PyExc_ResourceWarning, line.c_str(), 1) != 0) PyErr_WriteUnraisable(nullptr);
+  if (PyErr_WarnFormat(PyExc_ResourceWarning, 1, "%U", TextOf(line).ptr()) != 0) PyErr_WriteUnraisable(nullptr);
 }
 
 void Store::RequireOpen() const
 {
-  if (IsClosed()) throw py::value_error(GetName() + ": the store is closed");
+  if (IsClosed()) throw Failure(GetName() + ": the store is closed");
+  if (IsOthersToChange()) throw Failure(GetName() + ": was opened by another process, which alone changes it");
 }
 
 std::vector<int> Store::GetIDs() const
@@ -132,6 +144,7 @@ bool Store::Delete(int id)
 
 void Store::Close()
 {
+  if (IsOthersToChange()) return Abandon();
   std::unique_ptr<StoredRecords> const reader = std::move(m_pReader);
   std::unique_ptr<StoreWriter> const writer = std::move(m_pWriter);
   if (writer) writer->Close();
@@ -140,7 +153,10 @@ void Store::Close()
 void Store::Abandon()
 {
   m_pReader.reset();
-  m_pWriter.reset();
+  if (IsOthersToChange())
+    static_cast<void>(m_pWriter.release());  // its end would undo what the other process changes
+  else
+    m_pWriter.reset();
 }
 
 namespace {
@@ -203,8 +219,8 @@ py::object get(Store const & store, py::handle key)
   if (loaded.bytes.empty()) failMissing(key);
   if (loaded.payload.state == Payload::Raw) return bytesOf(loaded.bytes);
   if (loaded.payload.state != Payload::Damaged) return objectOf(loaded);
-  throw py::value_error(py::str("{}: record {}: is no sound {}: {}; read_bytes gives its bytes")
-                            .format(TextOf(store.GetName()), id, loaded.payload.className, TextOf(loaded.payload.problem)));
+  throw Failure(fmt::format("{}: record {}: is no sound {}: {}; read_bytes gives its bytes", store.GetName(), id,
+                            loaded.payload.className, loaded.payload.problem));
 }
 
 py::bytes getBytes(Store const & store, py::handle key)
@@ -221,12 +237,33 @@ bool has(Store const & store, py::handle key)
   return InLibrary([&] { return store.Has(id); });
 }
 
+void requireStorable(int size, char const * what)
+{
+  if (size > maxStreamedCount)
+    throw py::value_error(py::str("{} {} are more than the {} of a record").format(size, what, maxStreamedCount));
+}
+
+template <class Vector>
+std::vector<BYTE> vectorBytesOf(py::handle value)
+{
+  auto const & vector = value.cast<Vector const &>();
+  requireStorable(vector.GetSize(), "elements");
+  return EncodeObject(vector);
+}
+
+std::vector<BYTE> matrixBytesOf(GPMatrix const & matrix)
+{
+  requireStorable(matrix.GetRows(), "rows");
+  requireStorable(matrix.GetCols(), "columns");
+  return EncodeObject(matrix);
+}
+
 std::vector<BYTE> recordBytesOf(py::handle value)
 {
   if (py::isinstance<Component>(value)) return EncodeObject(value.cast<Component const &>().GetData());
-  if (py::isinstance<GPVector>(value)) return EncodeObject(value.cast<GPVector const &>());
-  if (py::isinstance<GPIntVector>(value)) return EncodeObject(value.cast<GPIntVector const &>());
-  if (py::isinstance<GPMatrix>(value)) return EncodeObject(value.cast<GPMatrix const &>());
+  if (py::isinstance<GPVector>(value)) return vectorBytesOf<GPVector>(value);
+  if (py::isinstance<GPIntVector>(value)) return vectorBytesOf<GPIntVector>(value);
+  if (py::isinstance<GPMatrix>(value)) return matrixBytesOf(value.cast<GPMatrix const &>());
   if (py::isinstance<Record>(value)) {
     std::string const & bytes = value.cast<Record const &>().bytes;
     return {bytes.begin(), bytes.end()};

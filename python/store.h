@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 #include "python/bindings.h"
 #include "tools/store/store_writer.h"
 #include "tools/store/stored_records.h"
@@ -21,7 +23,8 @@ class Store {
 
   Store(std::string const & name, std::string const & recordName, Mode mode);
 
-  // What was changed is undone unless the store was closed, and Python hears of that.
+  // What was changed is undone unless the store was closed, and Python hears of that. A process that was forked off lets a store
+  // go in silence: what the other one changes in it is the other one's.
   ~Store();
   Store(Store const &) = delete;
   Store & operator=(Store const &) = delete;
@@ -44,12 +47,14 @@ class Store {
 
  private:
   void LetGo();  // of a store that was not closed
+  bool IsOthersToChange() const;
   void RequireOpen() const;
   template <class Work>
   void Change(Work const & work);
 
   StoreNames m_Names;
   Mode m_Mode;
+  pid_t m_nProcess;  // that opened it
   std::unique_ptr<StoredRecords> m_pReader;
   std::unique_ptr<StoreWriter> m_pWriter;
   bool m_bChanged = false;

@@ -2,6 +2,8 @@
 
 import os
 import signal
+import subprocess
+import sys
 
 import numpy
 import pytest
@@ -84,6 +86,34 @@ def test_text_that_is_refused(tmp_path):
     with pytest.raises(IsADirectoryError):
         zpbase.read_columns(tmp_path)
     assert signal.getsignal(signal.SIGINT) is interrupts
+
+
+def test_interrupts_reach_python_while_threads_read(tmp_path):
+    path = tmp_path / "result.txt"
+    path.write_text("1 2\n" * 100)
+    program = f"""import os, signal, sys, threading, time, zpbase
+noted = []
+signal.signal(signal.SIGINT, lambda *_: noted.append(threading.current_thread()))
+sys.setswitchinterval(1e-5)
+shapes = []
+read = lambda: shapes.extend(zpbase.read_columns({str(path)!r}).shape for _ in range(100))
+threads = [threading.Thread(target=read) for _ in range(6)]
+for thread in threads:
+    thread.start()
+sent = 0
+while any(thread.is_alive() for thread in threads) or sent < 2:
+    os.kill(os.getpid(), signal.SIGINT)
+    sent += 1
+    while len(noted) < sent:
+        time.sleep(1e-4)
+print(set(shapes), len(shapes), noted == [threading.main_thread()] * sent)
+signal.signal(signal.SIGINT, signal.default_int_handler)
+try:
+    os.kill(os.getpid(), signal.SIGINT)
+except KeyboardInterrupt:
+    print(zpbase.read_columns({str(path)!r}).shape)"""
+    run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True, timeout=100)
+    assert (run.stdout, run.stderr) == ("{(100, 2)} 600 True\n(100, 2)\n", ""), "NumPy is loaded by several threads at once, too"
 
 
 def test_settings_of_a_profile_and_of_a_hive(tmp_path, zp):

@@ -37,6 +37,7 @@ def test_arithmetic_and_equality():
         assert ((one == one), (one == type(one)(numpy.asarray(one) + 1))) == (True, False) and type(one == one) is bool
     three = zpbase.Vector([2, 3, 6])
     assert (three.sum(), three.norm(), three.dot(zpbase.Vector(3, 1.0))) == (11, 7, 11)
+    assert zpbase.Vector(numpy.array([5])) == zpbase.Vector([5.0]), "one whole number in an array is no size"
     assert zpbase.Vector([0.0]) != zpbase.Vector([-0.0]) and repr(three) == "Vector([2.0, 3.0, 6.0])"
 
 
@@ -54,6 +55,10 @@ def test_arithmetic_and_equality():
         (ValueError, lambda: zpbase.Matrix(2, 3) @ zpbase.Matrix(2, 3)),
         (MemoryError, lambda: zpbase.Vector(2**40)),
         (MemoryError, lambda: zpbase.Matrix(2**31 - 1, 2**31 - 1)),
+        (MemoryError, lambda: zpbase.Vector(numpy.broadcast_to(numpy.float32(1), 2**44))),
+        (TypeError, lambda: zpbase.Vector("abc")),
+        (TypeError, lambda: memoryview(zpbase.Vector.__new__(zpbase.Vector))),
+        (TypeError, lambda: zpbase.Vector(1).dot(zpbase.Vector.__new__(zpbase.Vector))),
         (TypeError, lambda: zpbase.IntVector([0.5])),
         (ValueError, lambda: zpbase.IntVector([2**32 - 1])),
         (ValueError, lambda: zpbase.IntVector([[1]])),

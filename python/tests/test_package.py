@@ -26,6 +26,12 @@ def test_the_stub_names_what_there_is():
             assert members <= set(dir(thing)) and own <= members, name
 
 
+def test_objects_without_init_are_refused():
+    for kind in (each for each in map(vars(zpbase).get, zpbase.__all__) if isinstance(each, type)):
+        with pytest.raises(TypeError, match="without __init__"):
+            repr(kind.__new__(kind))
+
+
 def test_the_page_tells_what_happens(tmp_path, monkeypatch, zp):
     zp("store", "import", tmp_path / "job", TABLE)
     (tmp_path / "plant.wmf").write_bytes((SOURCE / "tests" / "metafiles" / "ink_plant.wmf").read_bytes())

@@ -36,7 +36,8 @@ def test_components_have_the_values_of_the_table(store, rows):
     cells = [row[f"rho_liq_{letter}"] for letter in "ABCDEFGHI" if row.get(f"rho_liq_{letter}")]
     assert density.equation == int(row["rho_liq_eq"]) and density.unit == "kmol/m3"
     assert density.coefficients.tolist()[: len(cells)] == [float(numpy.float32(cell)) for cell in cells]
-    assert set(water) >= {"name", "tc_K", "rho_liq"} and "tc_K" in water and "no" not in water and 3.5 not in water
+    assert set(water) >= {"name", "tc_K", "rho_liq"} and "tc_K" in water
+    assert all(key not in water and water.get(key) is None for key in ("no", 3.5, "\udcff"))
     assert water[12] == water["tc_K"], "a value has its data id for a key too"
 
 
@@ -91,6 +92,12 @@ def test_what_is_stored_comes_back(tmp_path):
         ("antoine", [1.0] * 8, ValueError),
         ("antoine", [[1.0]], ValueError),
         ("antoine", [float("inf")], ValueError),
+        ("antoine", [1e-60], ValueError),
+        ("antoine", "abc", TypeError),
+        ("name", "\udcff", ValueError),
+        ("\udcff", "x", KeyError),
+        ("unifac_groups", {"1": "2"}, TypeError),
+        ("unifac_groups", {"\udcff": 2}, ValueError),
         ("unifac_groups", {"x": 1}, ValueError),
         ("unifac_groups", {"1": -1}, ValueError),
     ],
@@ -105,10 +112,13 @@ def test_a_value_that_is_refused_changes_nothing(name, value, kind):
 
 def test_refusals_leave_the_store_open_and_as_it_was(store):
     with zpbase.open(store, "r+") as records:
-        for id, value, kind in [(-1, b"x", ValueError), (32768, b"x", ValueError), (2**70, b"x", ValueError), (1, b"", ValueError),
-                                (1, bytes(65536), ValueError), (1, "text", TypeError), ("1", b"x", TypeError),
-                                (1, zpbase.Vector(32768), ValueError)]:  # fmt: skip
-            with pytest.raises(kind):
+        for id, value, kind, sentence in [
+            (-1, b"x", ValueError, "id is from 0"), (32768, b"x", ValueError, "id is from 0"), (2**70, b"x", ValueError, "id is"),
+            (1, b"", ValueError, "0 bytes"), (1, bytes(65536), ValueError, "65536 bytes"), (1, "text", TypeError, "a record is"),
+            ("1", b"x", TypeError, ""), (1, zpbase.Vector(32768), ValueError, "32768 elements"),
+            (1, zpbase.Matrix(40000, 0), ValueError, "40000 rows"), (1, zpbase.IntVector(32768), ValueError, "32768 elements"),
+        ]:  # fmt: skip
+            with pytest.raises(kind, match=sentence):
                 records[id] = value
         for id in (-1, 99, 2**70):
             assert id not in records
@@ -153,6 +163,25 @@ def test_an_exception_undoes_and_closing_keeps(store):
     assert zpbase.open(store)[1] == b"other"
 
 
+def test_a_process_that_was_forked_off_leaves_the_store_alone(store):
+    program = f"""import os, sys, zpbase
+records = zpbase.open({str(store)!r}, "r+")
+records[1] = b"first"
+for use in (bool, records.close, lambda: records.pop(1)):
+    if os.fork() == 0:
+        try:
+            sys.exit(use())
+        except ValueError as problem:
+            sys.exit("another process" not in str(problem) or 3)
+    print(os.waitstatus_to_exitcode(os.wait()[1]), flush=True)
+records[2] = b"second"
+records.close()"""
+    run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+    assert (run.stdout, run.stderr) == ("0\n0\n3\n", "")
+    with zpbase.open(store) as records:
+        assert (records[1], records[2]) == (b"first", b"second")
+
+
 def test_a_closed_store_says_so_and_what_it_gave_lives_on(store):
     records = zpbase.open(store)
     items, component = iter(records.items()), records[1]
@@ -189,8 +218,10 @@ def test_files_that_cannot_be_had(store, tmp_path):
     assert subprocess.run([sys.executable, "-c", program], capture_output=True, text=True).stdout == "denied\n"
 
 
-def test_damage_is_told(store):
-    record = store.with_suffix(".SR")
+@pytest.mark.parametrize("name", ["job", os.fsdecode(b"inv\xff")])
+def test_damage_is_told(store, name):
+    record = store.with_suffix(".SR").rename(store.with_name(name + ".SR"))
+    store = store.rename(store.with_name(name + ".SI"))
     whole = record.read_bytes()
     first = whole.index(b"GPDataArray") + len("GPDataArray")
     record.write_bytes(whole[:first] + b"\xff\xff" + whole[first + 2 :])  # more items than the record can hold
@@ -208,7 +239,7 @@ def test_damage_is_told(store):
     with zpbase.open(store) as records, pytest.raises(ValueError, match="file ends"):
         records[max(records)]
     store.write_bytes(store.read_bytes()[:-3])
-    with pytest.warns(UserWarning, match="block headers"):
+    with pytest.warns(UserWarning, match=f"{name}.SI: .*block headers"):
         zpbase.open(store)
     with pytest.raises(ValueError):
         zpbase.open(store, "r+")
