@@ -63,15 +63,15 @@ class MetaFileReplay {
   static void CreatePen(DXFDC & dc, Parameters const & p)
   {
     LOGPEN const record{static_cast<UINT>(p[0]), {p[1], p[2]}, p.Color(3)};
-    std::unique_ptr<CPen> pen(new (std::nothrow) CPen);
-    if (pen != nullptr && pen->CreatePenIndirect(&record)) dc.KeepObject(std::move(pen));
+    auto pen = std::make_unique<CPen>();
+    if (pen->CreatePenIndirect(&record)) dc.KeepObject(std::move(pen));
   }
 
   static void CreateBrush(DXFDC & dc, Parameters const & p)
   {
     LOGBRUSH const record{static_cast<UINT>(p[0]), p.Color(1), static_cast<UINT>(p[3])};
-    std::unique_ptr<CBrush> brush(new (std::nothrow) CBrush);
-    if (brush != nullptr && brush->CreateBrushIndirect(&record)) dc.KeepObject(std::move(brush));
+    auto brush = std::make_unique<CBrush>();
+    if (brush->CreateBrushIndirect(&record)) dc.KeepObject(std::move(brush));
   }
 
   // A record that ends inside the face name, or earlier, is as good as a whole one: its rest is zeros.
@@ -87,8 +87,8 @@ class MetaFileReplay {
     for (int i = 0; i < 8; ++i) *fields[i] = static_cast<BYTE>(p[5 + i / 2] >> (8 * (i % 2)));
     std::string_view const face = p.Bytes(9, sizeof record.lfFaceName, p.Count());
     std::copy(face.begin(), face.end(), record.lfFaceName);
-    std::unique_ptr<CFont> font(new (std::nothrow) CFont);
-    if (font != nullptr && font->CreateFontIndirectA(&record)) dc.KeepObject(std::move(font));
+    auto font = std::make_unique<CFont>();
+    if (font->CreateFontIndirectA(&record)) dc.KeepObject(std::move(font));
   }
 
   static void Polygon(DXFDC & dc, Parameters const & p)

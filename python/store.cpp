@@ -33,11 +33,7 @@ StoreNames namesOf(std::string const & name, std::string const & recordName)
 }  // namespace
 
 Store::Store(std::string const & name, std::string const & recordName, Mode mode)
-<<<<<<< HEAD
-    : m_Names(namesOf(name, recordName)), m_Mode(mode)
-=======
-    : m_Names(ResolveStore(name, recordName)), m_Mode(mode), m_nProcess(getpid())
->>>>>>> mpy
+    : m_Names(namesOf(name, recordName)), m_Mode(mode), m_nProcess(getpid())
 {
   if (mode == Mode::Read)
     m_pReader = std::make_unique<StoredRecords>(m_Names);
