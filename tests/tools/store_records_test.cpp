@@ -77,8 +77,8 @@ TEST_F(StoreTool, PutsGetsAndDeletesBytesAndObjects)
   EXPECT_EQ(Zp("show a 7").out,
             "record 7, 10 bytes\nraw bytes\n"
             "  000000  73 6f 6d 65 20 62 79 74 65 73                    some bytes\n");
-  EXPECT_EQ(Zp("put a 8 --json", R"({"object": {"class": "GPw", "data_id": 5, "value": -1}})").status, 0);
-  EXPECT_EQ(Load()[8], FromHex("FF FF 01 00 03 00 \"GPw\" 05 00 FF FF"));
+  EXPECT_EQ(Zp("put a 010 --json", R"({"object": {"class": "GPw", "data_id": 5, "value": -1}})").status, 0);
+  EXPECT_EQ(Load()[10], FromHex("FF FF 01 00 03 00 \"GPw\" 05 00 FF FF"));
   EXPECT_EQ(Zp("delete a 7 9").err, "zp: a.SI: there is no record 9; nothing was deleted, see zp store list\n");
   EXPECT_EQ(Zp("delete a 7").status, 0);
   EXPECT_EQ(Load().size(), 1u);
@@ -108,7 +108,9 @@ constexpr Misuse misuses[] = {
     {"", 2, "zp: A subcommand is required; see zp store --help\n"},
     {"list", 2, "zp: STORE is required; see zp store list --help\n"},
     {"show a", 2, "zp: IDS is required; see zp store show --help\n"},
-    {"get a 40000", 2, "zp: ID: Value 40000 not in range 0 to 32767; see zp store get --help\n"},
+    {"get a 40000", 2, "zp: ID: \"40000\" is no whole number from 0 to 32767; see zp store get --help\n"},
+    {"put a 0x8", 2, "zp: ID: \"0x8\" is no whole number from 0 to 32767; see zp store put --help\n"},
+    {"eval a +1 x 1", 2, "zp: ID: \"+1\" is no whole number from 0 to 32767; see zp store eval --help\n"},
     {"show a 1,40000", 2,
      "zp: IDS: \"40000\" is no id from 0 to 32767, nor a range of them such as 1-5; see zp store show --help\n"},
     {"delete a 5-", 2, "zp: IDS: \"5-\" is no id from 0 to 32767, nor a range of them such as 1-5; see zp store delete --help\n"},

@@ -2,9 +2,11 @@
 
 #include "tools/commands.h"
 
+#include <climits>
 #include <memory>
 
 #include "tools/drawing/dxf_commands.h"
+#include "tools/number_option.h"
 #include "tools/program.h"
 
 void AddDrawingCommands(CLI::App & app, int & status)
@@ -19,8 +21,10 @@ void AddDrawingCommands(CLI::App & app, int & status)
   CLI::Option * const check =
       command->add_flag("--check", options->check, "Every FILE is a drawing: read it back and tell what is broken in it");
   CLI::Option * const height =
-      command->add_option("--height", options->height,
-                          "The y from which the drawing's y is counted upwards; by default the lower edge of the metafile");
+      command
+          ->add_option("--height", options->height,
+                       "The y from which the drawing's y is counted upwards; by default the lower edge of the metafile")
+          ->transform(WholeNumber(INT_MIN, INT_MAX));
   CLI::Option * const stats = command->add_flag("--stats", options->stats, "Name and count what was written and skipped");
   command->add_option("--svg", options->svg, "Also draw what the drawing holds into this SVG file");
   command->add_option("--png", options->png, "The same as PNG");

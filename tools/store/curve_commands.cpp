@@ -13,6 +13,7 @@
 #include <zpbase/platform/runtime.h>
 
 #include "tools/curves/chart.h"
+#include "tools/number_option.h"
 #include "tools/output_file.h"
 #include "tools/pictures/picture.h"
 #include "tools/records/object_json.h"
@@ -63,7 +64,7 @@ struct EvalCommand : StoreArguments {
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("ID", id, "Record id of the component")->required()->check(CLI::Range(0, zp::maxRecordID));
+    command.add_option("ID", id, "Record id of the component")->required()->transform(WholeNumber(0, zp::maxRecordID));
     command.add_option("PROPERTY", property, "What is evaluated, as its columns begin, such as rho_liq")->required();
     command.add_option("T", temperatures, "Temperatures in K, or FROM:TO:STEP")->required();
   }
