@@ -45,7 +45,11 @@ int endParsing(CLI::App const & app, CLI::ParseError const & error, std::vector<
 {
   NamedCommand const named = FindNamedCommand(app, words);
   if (!named.unknown.empty()) return fail(toldUnknown(named), exitUsage);
-  if (error.get_exit_code() == 0) return app.exit(error);
+  if (error.get_exit_code() == 0) {
+    int const status = app.exit(error);
+    FlushOutput();
+    return status;
+  }
   return fail(fmt::format("{}; see {} --help", error.what(), named.name), exitUsage);
 }
 

@@ -193,6 +193,10 @@ TEST_F(Curves, AreTablesAndPictures)
            Refusal{"plot a 2 --property sigma", 1, "record 2: has no sigma"},
            Refusal{"plot a 1 --from 300 --to 200", 2, "no temperatures lie between 300 and 200 K"},
            Refusal{"plot a 1 --png a.SR", 2, "is a file of the store itself"},
+           Refusal{"plot a 1 --svg p.svg --png ./p.svg", 2, "./p.svg: would be written twice"},
+           Refusal{"plot a 1 --png - --term", 2, "standard output: would be written twice"},
+           Refusal{"plot a 1 --svg ''", 2, "--svg: a file must be named"},
+           Refusal{"map a --svg - --json", 2, "standard output: would be written twice"},
        }) {
     ProgramRun const run = Zp(refusal.arguments);
     EXPECT_EQ(run.status, refusal.status) << refusal.arguments;

@@ -225,6 +225,8 @@ TEST_F(DrawingTool, NeverOverwritesAnInputAndKeepsWhatWasThere)
       {"a.wmf new.dxf --svg p --png ./p", 2},
       {"a.wmf new.dxf --png new.dxf", 2},
       {"--to out a.wmf sub", 2},
+      {"a.wmf new.dxf --svg -", 2},
+      {"a.wmf new.dxf --png ''", 2},
       {"a.wmf", 2},
       {"a.wmf sub", 2},
       {"--check --height 5 old.dxf", 2},

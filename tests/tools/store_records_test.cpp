@@ -115,6 +115,7 @@ constexpr Misuse misuses[] = {
      "zp: IDS: \"40000\" is no id from 0 to 32767, nor a range of them such as 1-5; see zp store show --help\n"},
     {"delete a 5-", 2, "zp: IDS: \"5-\" is no id from 0 to 32767, nor a range of them such as 1-5; see zp store delete --help\n"},
     {"delete a 5-4", 2, "zp: IDS: \"5-4\" is a range that ends before it begins; see zp store delete --help\n"},
+    {"recover a --to ''", 2, "zp: --to: a file must be named; see zp store recover --help\n"},
     {"list a b --record c", 2, "zp: --record: belongs to one store, and several are named\n"},
     {"import /sys/a plain.csv", 1, "zp: /sys/a.SR: the record file can't be created: permission denied; check the folder\n"},
     {"list a", 1, "zp: a.SR: there is no such record file; check the name\n"},

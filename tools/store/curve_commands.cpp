@@ -15,6 +15,7 @@
 #include "tools/curves/chart.h"
 #include "tools/number_option.h"
 #include "tools/output_file.h"
+#include "tools/output_names.h"
 #include "tools/pictures/picture.h"
 #include "tools/records/object_json.h"
 #include "tools/records/payload.h"
@@ -172,14 +173,15 @@ struct PlotCommand : StoreArguments {
         ->allow_extra_args(false);
     command.add_option("--from", from, "Lowest temperature in K")->check(CLI::Range(0.0, highestTemperature));
     command.add_option("--to", to, "Highest temperature in K")->check(CLI::Range(0.0, highestTemperature));
-    command.add_option("--svg", svg, "Draw into this SVG file, - for standard output");
-    command.add_option("--png", png, "Draw into this PNG file, - for standard output");
+    RequireNamed(command.add_option("--svg", svg, "Draw into this SVG file, - for standard output"));
+    RequireNamed(command.add_option("--png", png, "Draw into this PNG file, - for standard output"));
     command.add_flag("--term", terminal, "Draw in characters, as is done without --svg and --png");
   }
 
   ExitStatus Run() const
   {
     StoreNames const names = GetNames();
+    RefuseOverwriting({}, {svg, png, terminal ? "-" : ""});
     for (std::string const & file : {svg, png}) {
       if (!file.empty()) RequireOtherFile(names, file);
     }
