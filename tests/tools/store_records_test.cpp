@@ -1,6 +1,10 @@
 // zp store list, show, get, put and delete, the names of stores, and what is used wrongly.
 
+#include <csignal>
+#include <cstdlib>
+
 #include "tests/tools/store_fixture.h"
+#include "tools/output_file.h"
 
 namespace {
 
@@ -169,6 +173,25 @@ TEST_F(StoreTool, RangesOfIdsMeanTheRecordsThatThereAre)
   EXPECT_EQ(Load().size(), 5U);
   EXPECT_EQ(Zp("delete a 1-5,9").status, 0);
   EXPECT_EQ(Load(), (Records{{11, "e"}}));
+}
+
+TEST_F(StoreTool, AnEndBySignalLeavesTheFormerFileAlone)
+{
+  m_Folder.Write("out", "former");
+  auto const write = [&](int signal) {
+    OutputFile first((m_Folder.Path() / "out").string());
+    OutputFile second((m_Folder.Path() / "new").string());
+    std::raise(signal);
+  };
+  for (int const signal : {SIGINT, SIGTERM, SIGHUP}) EXPECT_EXIT(write(signal), testing::KilledBySignal(signal), "");
+  auto const endLater = [&] {
+    InterruptGuard const guard;
+    write(SIGINT);
+    std::_Exit(InterruptGuard::IsInterrupted() ? exitInterrupted : exitDone);
+  };
+  EXPECT_EXIT(endLater(), testing::ExitedWithCode(exitInterrupted), "");
+  EXPECT_EQ(m_Folder.Read("out"), "former");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_Folder.Path()), {}), 1);
 }
 
 }  // namespace
