@@ -235,6 +235,7 @@ TEST_F(DrawingTool, NeverOverwritesAnInputAndKeepsWhatWasThere)
       {"a.wmf missing/new.dxf", 1},
       {"a.wmf old.dxf --svg missing/p.svg", 1},
       {"a.wmf /dev/full", 1},
+      {"/dev/zero new.dxf", 1},
   };
   for (auto const & row : rows) {
     ProgramRun const run = Zp(row.arguments);

@@ -25,6 +25,13 @@ bool hasAny(CString const & text, std::string_view characters)
   return text.View().find_first_of(characters) != std::string_view::npos;
 }
 
+// The library would wait for a pipe and read a device without end.
+void requireFile(std::string const & name)
+{
+  auto const status = StatusOf(name);
+  if (status && status->kind == zp::HostStatus::Other) throw Failure(fmt::format("{}: is a device or a pipe; name a file", name));
+}
+
 }  // namespace
 
 SettingsStore::SettingsStore(SettingsOptions const & options, Wanted wanted)
@@ -94,6 +101,7 @@ void SettingsStore::UseHive(SettingsOptions const & options)
   char const * const named = std::getenv("ZP_USER_HIVE");
   m_strFile = named != nullptr && *named != 0 ? named : GetUserConfigFolder() + "/zephlow/user.reg";
   m_strName = options.hive.empty() ? "the user's hive" : options.hive;
+  requireFile(m_strFile);
   HKEY root = nullptr;
   LONG const error = RegOpenKeyExA(HKEY_CURRENT_USER, "", 0, KEY_READ, &root);
   if (error == ERROR_NOT_REGISTRY_FILE)
@@ -107,6 +115,7 @@ void SettingsStore::UseProfile(SettingsOptions const & options, Wanted wanted)
 {
   m_strName = options.profile.empty() ? GetUserConfigFolder() + '/' + options.application + ".ini" : options.profile;
   m_strFile = m_strName;
+  requireFile(m_strFile);
   bool const mustBeThere = wanted == Wanted::ToRead && !options.profile.empty();
   if (mustBeThere || FileExists(m_strName)) ReadWholeFile(m_strName);
   m_App.SetProfileFile(InsidePath(m_strName));
