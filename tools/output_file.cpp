@@ -41,7 +41,7 @@ OutputFile::~OutputFile()
 
 void OutputFile::Fail(int error) const
 {
-  throw SystemFailure(
+  throw OutputFailure(
       fmt::format("{}: can't be written: {}{}", m_strName, std::strerror(error), m_bDevice ? "" : "; nothing was changed"),
       error);
 }

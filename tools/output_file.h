@@ -9,9 +9,15 @@
 #include "tools/program.h"
 #include "tools/unfinished_file.h"
 
+// The bytes can't be kept, whatever they are.
+class OutputFailure : public SystemFailure {
+ public:
+  using SystemFailure::SystemFailure;
+};
+
 // name is a host name; "-" stands for standard output. A file that exists is replaced by Commit, at once, and keeps its
 // permissions; without Commit, and where a signal ends the program before, it stands as it was. A pipe or a device gets the
-// pieces as they come. Failures are raised.
+// pieces as they come. Raises OutputFailure, and other Failures from the looks at names.
 class OutputFile {
  public:
   explicit OutputFile(std::string const & name);

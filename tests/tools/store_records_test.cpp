@@ -143,8 +143,10 @@ TEST_F(StoreTool, TellsWhatIsUsedWronglyInOneLine)
     EXPECT_EQ(run.err, misuse.error);
     EXPECT_EQ(run.out, "");
   }
-  Store({{1, "x"}});
-  EXPECT_EQ(Zp("get a 1 /dev/full").err, "zp: /dev/full: can't be written: No space left on device\n");
+  std::string const most(zp::maxRecordLength, 'x');
+  Store({{1, most}, {2, most}, {3, most}});
+  for (char const * const arguments : {"get a 1 /dev/full", "export a /dev/full --json"})
+    EXPECT_EQ(Zp(arguments).err, "zp: /dev/full: can't be written: No space left on device\n");
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
