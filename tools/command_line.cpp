@@ -57,7 +57,11 @@ int endParsing(CLI::App const & app, CLI::ParseError const & error, std::vector<
 {
   NamedCommand const named = FindNamedCommand(app, words);
   if (!named.unknown.empty()) return fail(toldUnknown(named), exitUsage);
-  if (error.get_exit_code() == 0) return app.exit(error);
+  if (error.get_exit_code() == 0) {
+    int const status = app.exit(error);
+    FlushOutput();
+    return status;
+  }
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError)) {
     std::string const unknown = unknownOption(*named.command, words);
     if (!unknown.empty())

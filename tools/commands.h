@@ -22,6 +22,12 @@ inline void AddExample(CLI::App & command, std::string const & line)
   command.footer((before.empty() ? "" : before + "\n\n") + "Example: " + line);
 }
 
+// Refuses an option's empty value, which names no file.
+inline CLI::Option * RequireNamed(CLI::Option * option)
+{
+  return option->check([](std::string const & name) { return std::string(name.empty() ? "a file must be named" : ""); });
+}
+
 // status gets what Run gives.
 template <class Command>
 void AddCommand(CLI::App & family, int & status)

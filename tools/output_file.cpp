@@ -10,8 +10,6 @@
 #include <fmt/format.h>
 #include <zpbase/platform/durable_file.h>
 
-#include "tools/program.h"
-
 namespace {
 
 constexpr size_t pieceBytes = 0x20000;
@@ -24,7 +22,10 @@ OutputFile::OutputFile(std::string const & name) : m_strName(name)
   m_strTarget = FollowedName(name);
   auto const former = StatusOf(m_strTarget);
   m_bDevice = former && former->kind != zp::HostStatus::File;
-  if (!m_bDevice) m_strTemporary = fmt::format("{}.{:08x}.zp-part", m_strTarget, std::random_device()());
+  if (!m_bDevice) {
+    m_strTemporary = fmt::format("{}.{:08x}.zp-part", m_strTarget, std::random_device()());
+    m_Unfinished.emplace(m_strTemporary);
+  }
   if (!m_File.Open(GetWrittenName(), zp::hostWrite | (m_bDevice ? 0U : zp::hostCreate | zp::hostNew))) Fail(errno);
   if (m_bDevice || !former || TakeOver(*former)) return;
   int const error = errno;
@@ -40,7 +41,7 @@ OutputFile::~OutputFile()
 
 void OutputFile::Fail(int error) const
 {
-  throw SystemFailure(
+  throw OutputFailure(
       fmt::format("{}: can't be written: {}{}", m_strName, std::strerror(error), m_bDevice ? "" : "; nothing was changed"),
       error);
 }

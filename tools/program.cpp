@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -17,6 +18,7 @@
 #include <zpbase/platform/paths.h>
 #include <zpbase/platform/terminal.h>
 
+#include "tools/host_file.h"
 #include "tools/input_file.h"
 #include "tools/output_file.h"
 #include "tools/shown_text.h"
@@ -117,7 +119,13 @@ CString InsidePath(std::string const & hostName)
 
 std::string ReadWholeFile(std::string const & name)
 {
-  return InputFile(name).ReadAll();
+  auto const status = name == "-" ? std::nullopt : StatusOf(name);
+  if (status && status->kind == zp::HostStatus::File) return InputFile(name).ReadAll();
+  std::error_code ignored;
+  if (status && status->kind == zp::HostStatus::Other && !std::filesystem::is_fifo(name, ignored))
+    throw Failure(fmt::format("{}: is no file or pipe; name a file", name));
+  constexpr size_t mostPiped = 0x4000000;  // bytes
+  return InputFile(name).ReadAll(mostPiped, "what is taken from a pipe; name a file");
 }
 
 void WriteWholeFile(std::string const & name, std::string_view bytes)

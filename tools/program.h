@@ -73,7 +73,8 @@ void TellMemoryRanOut();
 // names, is kept by naming the file from the host's root on. Raises Failure where that takes a folder that is gone.
 CString InsidePath(std::string const & hostName);
 
-// Whole files by their host names; "-" stands for standard input or output. A file that is written is replaced at once.
+// Whole files by their host names; "-" stands for standard input or output. A device isn't read, and a pipe not beyond a bound. A
+// file that is written is replaced at once.
 std::string ReadWholeFile(std::string const & name);
 void WriteWholeFile(std::string const & name, std::string_view bytes);
 

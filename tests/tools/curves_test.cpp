@@ -264,6 +264,10 @@ TEST_F(Curves, AreTablesAndPictures)
            Refusal{"plot a 1 --to inf", 2, "--to: inf: is no temperature"},
            Refusal{"plot a 1" + manyProperties + " --png p.png", 2, "the picture would be 10260 points high, more than 10000"},
            Refusal{"plot a 1 --png a.SR", 2, "is a file of the store itself"},
+           Refusal{"plot a 1 --svg p.svg --png ./p.svg", 2, "./p.svg: would be written twice"},
+           Refusal{"plot a 1 --png - --term", 2, "standard output: would be written twice"},
+           Refusal{"plot a 1 --svg ''", 2, "--svg: a file must be named"},
+           Refusal{"map a --svg - --json", 2, "standard output: would be written twice"},
        }) {
     ProgramRun const run = Zp(refusal.arguments);
     EXPECT_EQ(run.status, refusal.status) << refusal.arguments;

@@ -225,6 +225,8 @@ TEST_F(DrawingTool, NeverOverwritesAnInputAndKeepsWhatWasThere)
       {"a.wmf new.dxf --svg p --png ./p", 2},
       {"a.wmf new.dxf --png new.dxf", 2},
       {"--to out a.wmf sub", 2},
+      {"a.wmf new.dxf --svg -", 2},
+      {"a.wmf new.dxf --png ''", 2},
       {"a.wmf", 2},
       {"a.wmf sub", 2},
       {"--check --height 5 old.dxf", 2},
@@ -233,6 +235,7 @@ TEST_F(DrawingTool, NeverOverwritesAnInputAndKeepsWhatWasThere)
       {"a.wmf missing/new.dxf", 1},
       {"a.wmf old.dxf --svg missing/p.svg", 1},
       {"a.wmf /dev/full", 1},
+      {"/dev/zero new.dxf", 1},
   };
   for (auto const & row : rows) {
     ProgramRun const run = Zp(row.arguments);

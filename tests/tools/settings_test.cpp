@@ -107,6 +107,11 @@ TEST_F(ZpSettings, SayWhatIsWrong)
 {
   for (char const * reading : {"get Misc none", "list", "remove Misc", "export"})
     EXPECT_EQ(Run(reading + " -p x.ini"s), "1 zp: x.ini: can't be opened: No such file or directory; check the name\n");
+  for (char const * reading : {"list -p", "set Misc a x -p", "list -r"})
+    EXPECT_EQ(Run(reading + " /dev/zero"s), "1 zp: /dev/zero: is a device or a pipe; name a file\n") << reading;
+  EXPECT_EQ(Run("import -p x.ini /dev/zero"), "1 zp: /dev/zero: is no file or pipe; name a file\n");
+  EXPECT_EQ(Run("import -p x.ini - </dev/zero"),
+            "1 zp: standard input: has more than the 67108864 bytes of what is taken from a pipe; name a file\n");
   EXPECT_EQ(Run("list -a None").substr(0, 3), "0 z");
   EXPECT_EQ(Run("set Misc n 12x -t integer -p x.ini"), "2 zp: \"12x\": an integer is from -2147483648 to 4294967295\n");
   EXPECT_EQ(Run("set Misc b 4f0 -t binary -p x.ini"), "2 zp: \"4f0\": a block is pairs of hexadecimal digits, such as 4f00\n");

@@ -1,6 +1,10 @@
 // zp store list, show, get, put and delete, the names of stores, and what is used wrongly.
 
+#include <csignal>
+#include <cstdlib>
+
 #include "tests/tools/store_fixture.h"
+#include "tools/output_file.h"
 
 namespace {
 
@@ -77,8 +81,8 @@ TEST_F(StoreTool, PutsGetsAndDeletesBytesAndObjects)
   EXPECT_EQ(Zp("show a 7").out,
             "record 7, 10 bytes\nraw bytes\n"
             "  000000  73 6f 6d 65 20 62 79 74 65 73                    some bytes\n");
-  EXPECT_EQ(Zp("put a 8 --json", R"({"object": {"class": "GPw", "data_id": 5, "value": -1}})").status, 0);
-  EXPECT_EQ(Load()[8], FromHex("FF FF 01 00 03 00 \"GPw\" 05 00 FF FF"));
+  EXPECT_EQ(Zp("put a 010 --json", R"({"object": {"class": "GPw", "data_id": 5, "value": -1}})").status, 0);
+  EXPECT_EQ(Load()[10], FromHex("FF FF 01 00 03 00 \"GPw\" 05 00 FF FF"));
   EXPECT_EQ(Zp("delete a 7 9").err, "zp: a.SI: there is no record 9; nothing was deleted, see zp store list\n");
   EXPECT_EQ(Zp("delete a 7").status, 0);
   EXPECT_EQ(Load().size(), 1u);
@@ -108,11 +112,14 @@ constexpr Misuse misuses[] = {
     {"", 2, "zp: A subcommand is required; see zp store --help\n"},
     {"list", 2, "zp: STORE is required; see zp store list --help\n"},
     {"show a", 2, "zp: IDS is required; see zp store show --help\n"},
-    {"get a 40000", 2, "zp: ID: Value 40000 not in range 0 to 32767; see zp store get --help\n"},
+    {"get a 40000", 2, "zp: ID: \"40000\" is no whole number from 0 to 32767; see zp store get --help\n"},
+    {"put a 0x8", 2, "zp: ID: \"0x8\" is no whole number from 0 to 32767; see zp store put --help\n"},
+    {"eval a +1 x 1", 2, "zp: ID: \"+1\" is no whole number from 0 to 32767; see zp store eval --help\n"},
     {"show a 1,40000", 2,
      "zp: IDS: \"40000\" is no id from 0 to 32767, nor a range of them such as 1-5; see zp store show --help\n"},
     {"delete a 5-", 2, "zp: IDS: \"5-\" is no id from 0 to 32767, nor a range of them such as 1-5; see zp store delete --help\n"},
     {"delete a 5-4", 2, "zp: IDS: \"5-4\" is a range that ends before it begins; see zp store delete --help\n"},
+    {"recover a --to ''", 2, "zp: --to: a file must be named; see zp store recover --help\n"},
     {"list a b --record c", 2, "zp: --record: belongs to one store, and several are named\n"},
     {"import /sys/a plain.csv", 1, "zp: /sys/a.SR: the record file can't be created: permission denied; check the folder\n"},
     {"import none/a plain.csv", 1, "zp: none/a.SR: the record file can't be created: there is no such folder; check the name\n"},
@@ -137,8 +144,10 @@ TEST_F(StoreTool, TellsWhatIsUsedWronglyInOneLine)
     EXPECT_EQ(run.err, misuse.error);
     EXPECT_EQ(run.out, "");
   }
-  Store({{1, "x"}});
-  EXPECT_EQ(Zp("get a 1 /dev/full").err, "zp: /dev/full: can't be written: No space left on device\n");
+  std::string const most(zp::maxRecordLength, 'x');
+  Store({{1, most}, {2, most}, {3, most}});
+  for (char const * const arguments : {"get a 1 /dev/full", "export a /dev/full --json"})
+    EXPECT_EQ(Zp(arguments).err, "zp: /dev/full: can't be written: No space left on device\n");
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
@@ -167,6 +176,25 @@ TEST_F(StoreTool, RangesOfIdsMeanTheRecordsThatThereAre)
   EXPECT_EQ(Load().size(), 5U);
   EXPECT_EQ(Zp("delete a 1-5,9").status, 0);
   EXPECT_EQ(Load(), (Records{{11, "e"}}));
+}
+
+TEST_F(StoreTool, AnEndBySignalLeavesTheFormerFileAlone)
+{
+  m_Folder.Write("out", "former");
+  auto const write = [&](int signal) {
+    OutputFile first((m_Folder.Path() / "out").string());
+    OutputFile second((m_Folder.Path() / "new").string());
+    std::raise(signal);
+  };
+  for (int const signal : {SIGINT, SIGTERM, SIGHUP}) EXPECT_EXIT(write(signal), testing::KilledBySignal(signal), "");
+  auto const endLater = [&] {
+    InterruptGuard const guard;
+    write(SIGINT);
+    std::_Exit(InterruptGuard::IsInterrupted() ? exitInterrupted : exitDone);
+  };
+  EXPECT_EXIT(endLater(), testing::ExitedWithCode(exitInterrupted), "");
+  EXPECT_EQ(m_Folder.Read("out"), "former");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_Folder.Path()), {}), 1);
 }
 
 }  // namespace

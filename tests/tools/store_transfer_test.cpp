@@ -365,6 +365,8 @@ constexpr Refusal refusals[] = {
      "standard input: record 4: items[1]: \"value\" must be a whole number from -32768 to 32767; nothing was stored"},
     {"{\"format\": \"zp-store-records\", \"version\": 1, \"records\": [{\"id\": 4, \"hex\": \"\"}]}",
      "standard input: record 4: has 0 bytes, and a record has 1 to 65535; nothing was stored"},
+    {"\n {\"format\"\n:\"\", 1", "standard input: line 3, column 6: is no JSON from here on; nothing was stored"},
+    {"\n {\"format\" :\n", "standard input: line 3, column 1: the JSON ends too early; nothing was stored"},
     {"{\"a\":1,\"a\":1,", "standard input: \"a\": no record has such a member; nothing was stored"},
     {"{\"version\": 1, \"version\": 1", "standard input: \"version\": stands twice in one object; nothing was stored"},
     {"{\"format\": \"zp-store-records\", \"version\": 1, \"records\": [{\"id\": 4, \"hex\": \"00\"}, {\"id\": 4, \"hex\": \"\"}",

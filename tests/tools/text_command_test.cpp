@@ -343,7 +343,8 @@ TEST(TextCommand, RefusesWhatIsNoFile)
       {"", "lines", 2, "", "zp: FILE is required; see zp text lines --help\n"},
       {"1\r\n", "lines --delimiter 5 f", 2, "",
        "zp: --delimiter \"5\": is comma, tab, semicolon, blank, or one character that no number has in it\n"},
-      {"1\r\n", "lines --skip -1 f", 2, "", "zp: --skip: Value -1 not in range 0 to 2147483647; see zp text lines --help\n"},
+      {"1\r\n", "lines --skip -1 f", 2, "",
+       "zp: --skip: \"-1\" is no whole number from 0 to 2147483647; see zp text lines --help\n"},
   });
   TempFolder const folder;
   folder.Write("long", "1 2\r\n");

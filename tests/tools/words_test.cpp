@@ -65,6 +65,8 @@ TEST(Words, NameTheNearestCommand)
     EXPECT_EQ(run.out + run.err, row.line);
   }
   EXPECT_EQ(RunZp(folder.Path(), "-V").out, RunZp(folder.Path(), "--version").out);
+  for (std::string const words : {"--version", "--help", "help store", "text lines --help"})
+    EXPECT_EQ(WEXITSTATUS(std::system(("'" + ZpProgram() + "' " + words + " >/dev/full 2>&1").c_str())), 1) << words;
 }
 
 TEST(Words, HelpEndsWithAnExampleAndStandsOnTheManualPage)

@@ -5,8 +5,8 @@
 #include <fmt/format.h>
 
 #include "tools/drawing/dxf_report.h"
-#include "tools/drawing/file_names.h"
 #include "tools/json_output.h"
+#include "tools/output_names.h"
 #include "tools/program.h"
 
 namespace {
@@ -36,6 +36,7 @@ void CheckDrawings(DxfOptions const & options, int & status)
   bool const draws = !pictures.svg.empty() || !pictures.png.empty();
   if (draws && (options.files.size() != 1 || options.files.front() == "-"))
     throw Failure("--svg and --png go with one drawing that lies in a file", exitUsage);
+  if (draws) RefuseOverwriting(options.files, {pictures.svg, pictures.png, "-"});
   nlohmann::json all = nlohmann::json::array();
   for (std::string const & file : options.files) {
     DxfInspection const inspection(file);
@@ -45,7 +46,6 @@ void CheckDrawings(DxfOptions const & options, int & status)
     else
       print(file, inspection);
     if (!draws) continue;
-    RefuseOverwriting({file}, {pictures.svg, pictures.png});
     DxfPictures(file, inspection.GetCover(), pictures).Replace();
   }
   if (options.json) Print(DumpJson(all, 2) + "\n");

@@ -16,6 +16,7 @@
 #include "tools/drawing/record_names.h"
 #include "tools/host_file.h"
 #include "tools/json_output.h"
+#include "tools/output_names.h"
 #include "tools/program.h"
 #include "tools/progress.h"
 
@@ -203,7 +204,8 @@ void ConvertFiles(DxfOptions const & options, int & status)
 {
   std::vector<DxfTask> const tasks = tasksOf(options);
   std::vector<std::string> inputs;
-  std::vector<std::string> outputs = {options.svg, options.png};
+  bool const draws = !options.svg.empty() || !options.png.empty();
+  std::vector<std::string> outputs = {options.svg, options.png, draws ? "-" : ""};  // with the report
   for (DxfTask const & task : tasks) {
     inputs.push_back(task.input);
     outputs.push_back(task.output);

@@ -26,7 +26,19 @@ constexpr std::string_view members[] = {"format", "version", "header", "records"
 // for less, but no indent fills a piece.
 class Meter : public std::streambuf {
  public:
-  explicit Meter(std::streambuf & source) : m_Source(source), m_Piece(pieceBytes) {}
+  Meter(std::streambuf & source, TextPlace begin) : m_Source(source), m_Piece(pieceBytes), m_Begin(begin) {}
+
+  // What is wrong at the byte of that number, from 1, which is in the piece, the last one before it, or the first behind the end.
+  std::string TellProblemAt(size_t position) const
+  {
+    auto const bytes = static_cast<size_t>(egptr() - eback());
+    bool const isBefore = position <= m_nBefore;
+    TextPlace place = m_Begin;
+    if (isBefore) --place.column;
+    place.Pass({eback(), isBefore ? 0 : std::min(position - m_nBefore - 1, bytes)});
+    return fmt::format("line {}, column {}: {}", place.line, place.column,
+                       position > m_nBefore + bytes ? "the JSON ends too early" : "is no JSON from here on");
+  }
 
   // Whatever is read from here on belongs to the next record.
   void BeginNext() { m_nTaken = Weigh(gptr(), egptr()); }
@@ -36,6 +48,8 @@ class Meter : public std::streambuf {
   {
     if (m_nTaken > mostJsonBytes)
       throw Failure(fmt::format("has more than the {} bytes of a record told in JSON", mostJsonBytes));
+    m_Begin.Pass({eback(), egptr()});
+    m_nBefore += static_cast<size_t>(egptr() - eback());
     std::streamsize const count = m_Source.sgetn(m_Piece.data(), static_cast<std::streamsize>(m_Piece.size()));
     setg(m_Piece.data(), m_Piece.data(), m_Piece.data() + count);
     m_nTaken += Weigh(gptr(), egptr());
@@ -56,6 +70,8 @@ class Meter : public std::streambuf {
 
   std::streambuf & m_Source;
   std::vector<char> m_Piece;
+  TextPlace m_Begin;     // of the piece
+  size_t m_nBefore = 0;  // bytes
   size_t m_nTaken = 0;
 };
 
@@ -89,9 +105,9 @@ class Builder : public Json::json_sax_t {
     m_strKey = std::move(name);
     return true;
   }
-  bool parse_error(std::size_t, std::string const &, nlohmann::detail::exception const & error) override
+  bool parse_error(std::size_t position, std::string const &, nlohmann::detail::exception const &) override
   {
-    m_strProblem = error.what();
+    m_strProblem = m_Meter.TellProblemAt(position);
     return false;
   }
 
@@ -158,12 +174,19 @@ class Builder : public Json::json_sax_t {
 
 }  // namespace
 
-Json ReadJson(std::istream & input, std::string const & member, Take take)
+void TextPlace::Pass(std::string_view bytes)
 {
-  Meter meter(*input.rdbuf());
+  size_t const end = bytes.rfind('\n');
+  line += static_cast<size_t>(std::ranges::count(bytes, '\n'));
+  column = end == std::string_view::npos ? column + bytes.size() : bytes.size() - end;
+}
+
+Json ReadJson(std::istream & input, std::string const & member, Take take, TextPlace begin)
+{
+  Meter meter(*input.rdbuf(), begin);
   std::istream metered(&meter);
   Builder builder(meter, member, std::move(take));
-  if (!Json::sax_parse(metered, &builder)) throw Failure(fmt::format("is no JSON: {}", builder.GetProblem()));
+  if (!Json::sax_parse(metered, &builder)) throw Failure(builder.GetProblem());
   return std::move(builder.GetResult());
 }
 

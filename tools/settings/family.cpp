@@ -4,7 +4,6 @@
 #include "tools/commands.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/json_output.h"
+#include "tools/number_option.h"
 #include "tools/program.h"
 #include "tools/settings/registration_entries.h"
 #include "tools/settings/settings_store.h"
@@ -60,12 +60,9 @@ std::string bytesOf(std::string const & digits)
 // A number beyond 2147483647 has the bits of the negative one that programs read.
 int integerOf(std::string const & digits)
 {
-  int64_t number = 0;
-  auto const read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  bool const isWhole = read.ec == std::errc() && read.ptr == digits.data() + digits.size();
-  if (!isWhole || number < INT32_MIN || number > UINT32_MAX)
-    throw Failure(fmt::format("\"{}\": an integer is from -2147483648 to 4294967295", digits), exitUsage);
-  return static_cast<int>(static_cast<uint32_t>(number));
+  auto const number = WholeNumberOf<int64_t>(digits, INT32_MIN, UINT32_MAX);
+  if (!number) throw Failure(fmt::format("\"{}\": an integer is from -2147483648 to 4294967295", digits), exitUsage);
+  return static_cast<int>(static_cast<uint32_t>(*number));
 }
 
 // An argument that names something; an empty one comes from an unset variable of the shell and names nothing.

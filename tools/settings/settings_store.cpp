@@ -37,6 +37,13 @@ void requireFolder(std::string const & file)
     throw SystemFailure(fmt::format("{}: can't be created: {} is no folder; check the name", file, folder), ENOTDIR);
 }
 
+// The library would wait for a pipe and read a device without end.
+void requireFile(std::string const & name)
+{
+  auto const status = StatusOf(name);
+  if (status && status->kind == zp::HostStatus::Other) throw Failure(fmt::format("{}: is a device or a pipe; name a file", name));
+}
+
 }  // namespace
 
 SettingsStore::SettingsStore(SettingsOptions const & options, Wanted wanted)
@@ -117,6 +124,7 @@ void SettingsStore::UseHive(SettingsOptions const & options, Wanted wanted)
   char const * const named = std::getenv("ZP_USER_HIVE");
   m_strFile = named != nullptr && *named != 0 ? named : usualFile("zephlow/user.reg");
   m_strName = options.hive.empty() ? "the user's hive " + m_strFile : options.hive;
+  requireFile(m_strFile);
   if (!options.hive.empty() && wanted == Wanted::ToChange) requireFolder(m_strFile);
   HKEY root = nullptr;
   LONG const error = RegOpenKeyExA(HKEY_CURRENT_USER, "", 0, KEY_READ, &root);
@@ -133,6 +141,7 @@ void SettingsStore::UseProfile(SettingsOptions const & options, Wanted wanted)
   bool const isNamed = !options.profile.empty();
   m_strName = isNamed ? options.profile : usualFile(options.application + ".ini");
   m_strFile = m_strName;
+  requireFile(m_strFile);
   bool const mustBeThere = wanted == Wanted::ToRead && isNamed;
   if (mustBeThere || FileExists(m_strName))
     ReadWholeFile(m_strName);

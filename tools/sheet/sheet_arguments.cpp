@@ -82,11 +82,6 @@ CLI::Option * AddDropOption(CLI::App & command, bool & drop)
   return command.add_flag("--drop", drop, "Overwrite the workbook although it holds what the spreadsheet server can't keep");
 }
 
-CLI::Option * RequireNamed(CLI::Option * option)
-{
-  return option->check([](std::string const & name) { return std::string(name.empty() ? "a file must be named" : ""); });
-}
-
 ExitStatus Told(std::string const & book, std::function<void()> const & work)
 {
   zp::WarningTaker const taker([&](std::string_view warning) { Tell("warning: " + warningOf(warning, book)); });

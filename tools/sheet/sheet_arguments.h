@@ -20,8 +20,5 @@ struct SheetArguments {
 CLI::Option * AddServerOption(CLI::App & command, std::string & server);
 CLI::Option * AddDropOption(CLI::App & command, bool & drop);
 
-// Refuses an option's empty value, which names no file.
-CLI::Option * RequireNamed(CLI::Option * option);
-
 // Does the work on a workbook. What the server warns of is told at once; what it refuses becomes a Failure.
 ExitStatus Told(std::string const & book, std::function<void()> const & work);

@@ -14,7 +14,9 @@
 #include <zpbase/platform/runtime.h>
 
 #include "tools/curves/chart.h"
+#include "tools/number_option.h"
 #include "tools/output_file.h"
+#include "tools/output_names.h"
 #include "tools/pictures/picture.h"
 #include "tools/records/object_json.h"
 #include "tools/records/payload.h"
@@ -79,7 +81,7 @@ struct EvalCommand : StoreArguments {
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("ID", id, "Record id of the component")->required()->check(CLI::Range(0, zp::maxRecordID));
+    command.add_option("ID", id, "Record id of the component")->required()->transform(WholeNumber(0, zp::maxRecordID));
     command.add_option("PROPERTY", property, "What is evaluated, as its columns begin, such as rho_liq")->required();
     command.add_option("T", temperatures, "Temperatures in K, or FROM:TO:STEP")->required();
   }
@@ -182,14 +184,15 @@ struct PlotCommand : StoreArguments {
         ->allow_extra_args(false);
     command.add_option("--from", from, "Lowest temperature in K")->check(isTemperature);
     command.add_option("--to", to, "Highest temperature in K")->check(isTemperature);
-    command.add_option("--svg", svg, "Draw into this SVG file, - for standard output");
-    command.add_option("--png", png, "Draw into this PNG file, - for standard output");
+    RequireNamed(command.add_option("--svg", svg, "Draw into this SVG file, - for standard output"));
+    RequireNamed(command.add_option("--png", png, "Draw into this PNG file, - for standard output"));
     command.add_flag("--term", terminal, "Draw in characters, as is done without --svg and --png");
   }
 
   ExitStatus Run() const
   {
     StoreNames const names = GetNames();
+    RefuseOverwriting({}, {svg, png, terminal ? "-" : ""});
     for (std::string const & file : {svg, png}) {
       if (!file.empty()) RequireOtherFile(names, file);
     }

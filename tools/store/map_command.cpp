@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include "tools/output_file.h"
+#include "tools/output_names.h"
 #include "tools/program.h"
 #include "tools/records/object_json.h"
 #include "tools/store/block_survey.h"
@@ -83,12 +84,13 @@ struct MapCommand : StoreArguments {
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("--svg", svg, "Also draw it into this SVG file, - for standard output instead of the text");
+    RequireNamed(command.add_option("--svg", svg, "Also draw it into this SVG file, - for standard output instead of the text"));
   }
 
   ExitStatus Run() const
   {
     StoreNames const names = GetNames();
+    RefuseOverwriting({}, {svg, json ? "-" : ""});
     StoreLayout const layout = readLayout(names);
     if (!svg.empty()) RequireOtherFile(names, svg);
     if (!svg.empty()) {

@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 
 #include "tools/input_file.h"
+#include "tools/number_option.h"
 #include "tools/output_file.h"
 #include "tools/program.h"
 #include "tools/progress.h"
@@ -135,7 +136,7 @@ struct RecordArguments : StoreArguments {
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("ID", id, "Record id, 0 to 32767")->required()->check(CLI::Range(0, zp::maxRecordID));
+    command.add_option("ID", id, "Record id, 0 to 32767")->required()->transform(WholeNumber(0, zp::maxRecordID));
   }
 
   int id = 0;

@@ -2,13 +2,13 @@
 
 #include "tools/store/record_ids.h"
 
-#include <charconv>
 #include <set>
 #include <string_view>
 
 #include <fmt/format.h>
 #include <zpbase/store.h>
 
+#include "tools/number_option.h"
 #include "tools/program.h"
 
 namespace {
@@ -17,10 +17,7 @@ constexpr int noID = -1;
 
 int readID(std::string_view text)
 {
-  int id = noID;
-  auto const end = std::from_chars(text.data(), text.data() + text.size(), id);
-  bool const isWhole = end.ec == std::errc() && end.ptr == text.data() + text.size();
-  return isWhole && id >= 0 && id <= zp::maxRecordID ? id : noID;
+  return WholeNumberOf(text, 0, zp::maxRecordID).value_or(noID);
 }
 
 }  // namespace

@@ -234,7 +234,7 @@ struct RecoverCommand : StoreArguments {
   void AddOptions(CLI::App & command)
   {
     StoreArguments::AddOptions(command);
-    command.add_option("--to", to, "Stem of the new files; without it nothing is written");
+    RequireNamed(command.add_option("--to", to, "Stem of the new files; without it nothing is written"));
     command.add_flag("--leave-suspect", leaveSuspect, "Write only what is proved; the new store passes zp store check");
     command.add_flag("--list", each, "Tell of each record");
   }

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/output_file.h"
 #include "tools/program.h"
 #include "tools/progress.h"
 #include "tools/store/block_survey.h"
@@ -109,6 +110,8 @@ size_t StoredRecords::ForEach(char const * label, std::function<void(int id, std
   for (zp::RecordBlock const & block : m_Blocks) {
     try {
       use(block.id, Fetch(window, block));
+    } catch (OutputFailure const &) {
+      throw;
     } catch (Failure const & failure) {
       Tell(failure.what());
       ++left;

@@ -18,7 +18,7 @@ class StoredRecords {
   std::vector<BYTE> Load(int id) const;
 
   // Gives use each record, its bytes for the call alone. One that can't be read, or for which use raises Failure, is told on
-  // standard error and left out; the result is how many.
+  // standard error and left out; the result is how many. An OutputFailure passes.
   size_t ForEach(char const * label, std::function<void(int id, std::span<BYTE const> bytes)> const & use) const;
 
   StoreNames const & GetNames() const { return m_Store.GetNames(); }

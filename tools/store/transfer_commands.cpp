@@ -78,14 +78,17 @@ void requireFormat(Json const & json)
   IntegerMember(json, "version", formatVersion, formatVersion);
 }
 
-Incoming readJson(std::istream & input)
+Incoming readJson(std::istream & input, TextPlace begin)
 {
   Incoming incoming;
   SeenIDs seen;
-  Json const json = ReadJson(input, "records", [&](Json const & rest, Json const & record) {
-    if (incoming.records.empty() && rest.contains("format")) requireFormat(rest);
-    readJsonRecord(incoming, seen, record);
-  });
+  Json const json = ReadJson(
+      input, "records",
+      [&](Json const & rest, Json const & record) {
+        if (incoming.records.empty() && rest.contains("format")) requireFormat(rest);
+        readJsonRecord(incoming, seen, record);
+      },
+      begin);
   requireFormat(json);
   ArrayMember(json, "records");
   if (json.contains("header")) {
@@ -108,14 +111,16 @@ Incoming readTable(std::istream & input, std::string const & name)
   return incoming;
 }
 
-void skipBlanks(std::istream & stream, std::string const & file)
+TextPlace skipBlanks(std::istream & stream, std::string const & file)
 {
+  TextPlace place;
   constexpr size_t mostBlanks = 0x100000;
   size_t blanks = 0;
   for (int c = stream.peek(); c == ' ' || c == '\t' || c == '\r' || c == '\n'; c = stream.peek()) {
     if (++blanks > mostBlanks) throw Failure(fmt::format("{}: begins with more than {} blanks", ShownName(file), mostBlanks));
-    stream.get();
+    place.Pass(std::string(1, static_cast<char>(stream.get())));
   }
+  return place;
 }
 
 // An object's bracket begins JSON, and nothing else does.
@@ -123,12 +128,12 @@ Incoming readIncoming(std::string const & file)
 {
   InputFile input(file);
   std::istream & stream = input.GetStream();
-  skipBlanks(stream, file);
+  TextPlace const begin = skipBlanks(stream, file);
   bool const isJson = stream.peek() == '{';
   if (stream.eof()) stream.clear();
   Incoming incoming;
   try {
-    incoming = isJson ? readJson(stream) : readTable(stream, ShownName(file));
+    incoming = isJson ? readJson(stream, begin) : readTable(stream, ShownName(file));
   } catch (Failure const & failure) {
     input.RequireRead();
     if (!isJson) throw;

@@ -2,6 +2,7 @@
 
 #include "tools/commands.h"
 
+#include <climits>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/json_output.h"
+#include "tools/number_option.h"
 #include "tools/program.h"
 #include "tools/shown_text.h"
 #include "tools/text/csv_output.h"
@@ -23,7 +25,7 @@ namespace {
 
 constexpr int standardOutput = 1;
 
-CLI::Range const count(0, 0x7FFFFFFF);
+CLI::Validator const count = WholeNumber(0, INT_MAX);
 
 std::vector<size_t> textColumns(TableShape const & shape)
 {
@@ -168,7 +170,7 @@ struct TextArguments : TextOptions {
   void AddOptions(CLI::App & command)
   {
     command.add_option("FILE", file, "A text file or a pipe, or - for standard input")->required();
-    command.add_option("--skip", skip, "Lines at the begin, such as a header, that aren't looked at")->check(count);
+    command.add_option("--skip", skip, "Lines at the begin, such as a header, that aren't looked at")->transform(count);
     command.add_option("--delimiter", delimiter,
                        "comma, tab, semicolon, blank (blanks and tabs in any mixture) or another character; by default the one "
                        "that makes most lines numeric");
@@ -184,7 +186,9 @@ struct TextArguments : TextOptions {
 
   void AddReport(CLI::App & command)
   {
-    command.add_option("--report", report, "How many lines that aren't numeric are shown")->check(count)->capture_default_str();
+    command.add_option("--report", report, "How many lines that aren't numeric are shown")
+        ->transform(count)
+        ->capture_default_str();
   }
 };
 

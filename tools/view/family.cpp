@@ -25,7 +25,8 @@ struct ViewCommand {
   void AddOptions(CLI::App & command)
   {
     command.add_option("FILE", file, "A text file, such as a report or a job's WARNINGS")->required();
-    command.add_option("--html", html, "Write the report as a page for browsers into this file, - for standard output");
+    RequireNamed(
+        command.add_option("--html", html, "Write the report as a page for browsers into this file, - for standard output"));
     command.add_flag("--plain", plain, "Print the lines on a terminal too, as into a pipe: pages end with a form feed");
     AddExample(command, "zp view result.txt --html result.html");
   }
