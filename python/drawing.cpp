@@ -8,6 +8,7 @@
 #include "tools/drawing/file_names.h"
 #include "tools/drawing/metafile_input.h"
 #include "tools/drawing/record_names.h"
+#include "tools/output_names.h"
 
 namespace zp::python {
 
