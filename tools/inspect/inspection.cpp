@@ -10,8 +10,8 @@
 
 #include "tools/host_file.h"
 #include "tools/program.h"
-#include "tools/shown_text.h"
 #include "tools/records/message_catcher.h"
+#include "tools/shown_text.h"
 #include "tools/text_marks.h"
 
 namespace {
