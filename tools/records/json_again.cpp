@@ -20,12 +20,6 @@ namespace {
 
 using Object = std::unique_ptr<CObject>;
 
-template <class Class>
-Class const & as(CObject const & object)
-{
-  return static_cast<Class const &>(object);
-}
-
 Object parsed(CObject const & object)
 {
   return ObjectFromJson(Json::parse(ObjectToJson(&object, false)));
@@ -44,14 +38,14 @@ class Reader {
   {
     if (object == nullptr) return nullptr;
     CRuntimeClass const * const its = object->GetRuntimeClass();
-    if (its == RUNTIME_CLASS(GPf)) return ReadFloat(as<GPf>(*object));
-    if (its == RUNTIME_CLASS(GPv)) return ReadArea(as<GPv>(*object));
-    if (its == RUNTIME_CLASS(GPs)) return ReadText(as<GPs>(*object));
+    if (its == RUNTIME_CLASS(GPf)) return ReadFloat(As<GPf>(*object));
+    if (its == RUNTIME_CLASS(GPv)) return ReadArea(As<GPv>(*object));
+    if (its == RUNTIME_CLASS(GPs)) return ReadText(As<GPs>(*object));
     if (its == RUNTIME_CLASS(GPDataArray)) return ReadArray<GPDataArray>(*object);
     if (its == RUNTIME_CLASS(GPObArray)) return ReadArray<GPObArray>(*object);
     if (its == RUNTIME_CLASS(GPDataList)) return ReadList<GPDataList>(*object);
     if (its == RUNTIME_CLASS(GPObList)) return ReadList<GPObList>(*object);
-    if (its == RUNTIME_CLASS(GPa)) return ReadArrayItem(as<GPa>(*object));
+    if (its == RUNTIME_CLASS(GPa)) return ReadArrayItem(As<GPa>(*object));
     return parsed(*object);
   }
 
@@ -100,7 +94,7 @@ class Reader {
   Object ReadArray(CObject const & object)
   {
     auto again = std::make_unique<Array>();
-    CObArray const & array = as<Array>(object);
+    CObArray const & array = As<Array>(object);
     for (int i = 0; i < array.GetSize(); ++i) again->Add(Read(array.GetAt(i)).release());
     return again;
   }
@@ -109,7 +103,7 @@ class Reader {
   Object ReadList(CObject const & object)
   {
     auto again = std::make_unique<List>();
-    CObList const & list = as<List>(object);
+    CObList const & list = As<List>(object);
     for (POSITION at = list.GetHeadPosition(); at != nullptr;) again->AddTail(Read(list.GetNext(at)).release());
     return again;
   }

@@ -23,12 +23,6 @@ using Object = std::unique_ptr<CObject>;
 
 void writeObject(JsonText & json, CObject const * object);
 
-template <class Class>
-Class const & as(CObject const & object)
-{
-  return static_cast<Class const &>(object);
-}
-
 unsigned int readDataID(Json const & json)
 {
   return static_cast<unsigned int>(IntegerMember(json, "data_id", 0, 0xFFFF));
@@ -36,7 +30,7 @@ unsigned int readDataID(Json const & json)
 
 void writeDataID(JsonText & json, CObject const & object)
 {
-  json.Key("data_id").Whole(as<GPData>(object).GetDataID());
+  json.Key("data_id").Whole(As<GPData>(object).GetDataID());
 }
 
 CString readText(Json const & json)
@@ -47,44 +41,44 @@ CString readText(Json const & json)
 void writeDouble(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json.Key("value").Real(as<GPd>(object).GetValue());
+  json.Key("value").Real(As<GPd>(object).GetValue());
 }
 
 void writeFloat(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json.Key("value").Real(as<GPf>(object).GetValue());
+  json.Key("value").Real(As<GPf>(object).GetValue());
 }
 
 void writeLong(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json.Key("value").Whole(as<GPdw>(object).GetValue());
+  json.Key("value").Whole(As<GPdw>(object).GetValue());
 }
 
 void writeWord(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json.Key("value").Whole(as<GPw>(object).GetValue());
+  json.Key("value").Whole(As<GPw>(object).GetValue());
 }
 
 void writeText(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json.Key("value").Text(zp::TextToUtf8(as<GPs>(object).GetValue().View()));
+  json.Key("value").Text(zp::TextToUtf8(As<GPs>(object).GetValue().View()));
 }
 
 void writePoint(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json.Key("x").Real(as<GPxy>(object).GetX());
-  json.Key("y").Real(as<GPxy>(object).GetY());
+  json.Key("x").Real(As<GPxy>(object).GetX());
+  json.Key("y").Real(As<GPxy>(object).GetY());
 }
 
 void writeArrayItem(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  writeObject(json.Key("array"), as<GPa>(object).GetArray());
+  writeObject(json.Key("array"), As<GPa>(object).GetArray());
 }
 
 Object readArrayItem(Json const & json)
@@ -125,13 +119,13 @@ std::string_view areaOf(GPv const & item)
 void writeArea(JsonText & json, CObject const & object)
 {
   writeDataID(json, object);
-  json.Key("area").Hex(areaOf(as<GPv>(object)));
-  writeDecoded(json, as<GPv>(object));
+  json.Key("area").Hex(areaOf(As<GPv>(object)));
+  writeDecoded(json, As<GPv>(object));
 }
 
 void writePair(JsonText & json, CObject const & object)
 {
-  auto const & pair = as<GPbip>(object);
+  auto const & pair = As<GPbip>(object);
   writeDataID(json, object);
   json.Key("second_id").Whole(pair.GetSecondID());
   json.Key("area").Hex(areaOf(pair));
@@ -166,7 +160,7 @@ template <class Array>
 void writeArray(JsonText & json, CObject const & object)
 {
   json.Key("items").BeginArray();
-  CObArray const & array = as<Array>(object);
+  CObArray const & array = As<Array>(object);
   for (int i = 0; i < array.GetSize(); ++i) writeObject(json, array.GetAt(i));
   json.EndArray();
 }
@@ -175,7 +169,7 @@ template <class List>
 void writeList(JsonText & json, CObject const & object)
 {
   json.Key("items").BeginArray();
-  CObList const & list = as<List>(object);
+  CObList const & list = As<List>(object);
   for (POSITION at = list.GetHeadPosition(); at != nullptr;) writeObject(json, list.GetNext(at));
   json.EndArray();
 }

@@ -9,6 +9,13 @@
 
 #include <zpbase/platform/runtime.h>
 
+// The object as one of the class that its run-time class tells.
+template <class Class>
+Class const & As(CObject const & object)
+{
+  return static_cast<Class const &>(object);
+}
+
 struct Payload {
   enum State {
     Raw,      // not begun like an object
