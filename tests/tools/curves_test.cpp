@@ -215,7 +215,7 @@ TEST_F(Curves, AreTablesAndPictures)
   m_Folder.Write("in.csv",
                  "id,name,tc_K,tm_K,rho_liq_eq,rho_liq_A,rho_liq_B,sigma_eq,sigma_A,cp_ig_A\n"
                  "1,Flat,400,100,2,0,0.5,777,1,9\n2,Steep,500,,2,0,1,,,\n3,,,,106,1,2,,,\n"
-                 "4,,,,2,1,1e-18,,,\n");
+                 "4,,,,2,1,1e-18,,,\n5,,540,270,12,-2000,5,,,\n");
   ASSERT_EQ(Zp("import a in.csv").status, 0);
   EXPECT_EQ(Zp("eval a 1 rho_liq 50 100:120:10 400").out,
             "Flat: rho_liq = A + B T\n"
@@ -236,6 +236,7 @@ TEST_F(Curves, AreTablesAndPictures)
   std::string const svg = m_Folder.Read("p.svg");
   EXPECT_NE(svg.find("stroke-dasharray"), std::string::npos);
   EXPECT_NE(Zp("plot a 4").out.find("           1 |***"), std::string::npos) << "flat but for the last bit";
+  EXPECT_NE(Zp("plot a 5 --from 100").out.find("T [K]"), std::string::npos) << "through more decades than numbers have";
   EXPECT_EQ(svg.find("NaN"), std::string::npos);
 
   std::string manyProperties;

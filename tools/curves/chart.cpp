@@ -81,7 +81,9 @@ ChartAxis axisOf(std::vector<std::vector<ChartPoint>> const & curves)
   if (!all.Holds()) return linearAxis(0, 1, ticks);
   if (!inside.Holds()) inside = all;
   bool const isLogarithmic = inside.least > 0 && inside.largest / inside.least > logarithmicFrom;
-  auto const [least, largest] = widened(inside, all, isLogarithmic);
+  Bounds const wide = widened(inside, all, isLogarithmic);
+  bool const isEndless = isLogarithmic && !(wide.least > 0 && std::isfinite(wide.largest));
+  auto const [least, largest] = isEndless ? inside : wide;
   if (isLogarithmic) return {least, largest, true, decadeTicks(least, largest, ticks)};
   double room = 0.05 * (largest - least);
   constexpr double flat = 1e-10;  // of the values: less is the rounding of one value
