@@ -46,7 +46,7 @@ std::string unknownOption(CLI::App const & command, std::vector<std::string> con
   for (std::string const & word : words) {
     if (word == "--") break;
     if (word.size() < 2 || word.front() != '-') continue;
-    std::string const name = word.substr(0, word.starts_with("--") ? word.find('=') : 2);
+    std::string name = word.substr(0, word.starts_with("--") ? word.find('=') : 2);
     if (command.get_option_no_throw(name) == nullptr) return name;
   }
   return "";
