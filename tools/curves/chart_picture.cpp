@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 
 #include "tools/curves/chart.h"
-#include "tools/pictures/chart_text.h"
 #include "tools/pictures/picture.h"
 
 namespace {
@@ -139,8 +138,7 @@ void drawLegend(Picture & picture, Chart const & chart, ChartPlace const & place
   double const left = beside ? frame.right + 14 : place.left + 24;
   double const top = beside ? frame.top + 8 : frame.bottom + roomBelow + 10;
   double const width = beside ? besideWidth - 14 : (place.width - 24) / columnsBelow;
-  TextRuler const ruler(textSize);
-  auto const fits = [&](std::string const & name) { return ruler.WidthOf(name) <= width - nameStart - nameMargin; };
+  auto const fits = [&](std::string const & name) { return picture.TextWidth(name, textSize) <= width - nameStart - nameMargin; };
   for (size_t i = 0; i < chart.names.size(); ++i) {
     size_t const column = i / rows;
     double const x = left + static_cast<double>(column) * width;

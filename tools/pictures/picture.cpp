@@ -151,16 +151,27 @@ void Picture::Fill(Rgb color)
   cairo_fill(m_Context.get());
 }
 
-void Picture::DrawText(double x, double y, std::string const & text, double size, Rgb color, TextSide side)
+void Picture::ChooseFont(double size)
 {
-  std::string const shown = shownText(text);
-  Choose(color);
   cairo_select_font_face(m_Context.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
   cairo_set_font_size(m_Context.get(), size);
+}
+
+double Picture::TextWidth(std::string const & text, double size)
+{
+  ChooseFont(size);
   cairo_text_extents_t extents = {};
-  if (side != TextSide::Left) cairo_text_extents(m_Context.get(), shown.c_str(), &extents);
-  cairo_move_to(m_Context.get(), side == TextSide::Middle ? x - extents.x_advance / 2 : x - extents.x_advance, y);
-  cairo_show_text(m_Context.get(), shown.c_str());
+  cairo_text_extents(m_Context.get(), shownText(text).c_str(), &extents);
+  return extents.x_advance;
+}
+
+void Picture::DrawText(double x, double y, std::string const & text, double size, Rgb color, TextSide side)
+{
+  double const width = side == TextSide::Left ? 0 : TextWidth(text, size);
+  Choose(color);
+  ChooseFont(size);
+  cairo_move_to(m_Context.get(), side == TextSide::Middle ? x - width / 2 : x - width, y);
+  cairo_show_text(m_Context.get(), shownText(text).c_str());
   cairo_new_path(m_Context.get());
 }
 

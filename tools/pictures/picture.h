@@ -45,6 +45,9 @@ class Picture {
   // One line of UTF-8 on the baseline y, in a font of this size.
   void DrawText(double x, double y, std::string const & text, double size, Rgb color, TextSide side = TextSide::Left);
 
+  // How wide that text is.
+  double TextWidth(std::string const & text, double size);
+
   // The same with capitals of this height and each character given the same room to the right.
   void DrawSpacedText(double x, double y, std::string const & text, double capitalHeight, double room, Rgb color);
 
@@ -60,6 +63,7 @@ class Picture {
 
  private:
   void Choose(Rgb color);
+  void ChooseFont(double size);
   void RequireSuccess(int status) const;
 
   struct Release {
