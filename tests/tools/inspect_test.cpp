@@ -155,6 +155,8 @@ TEST_F(InspectTool, TellsEachKindAndAccountsForAllBytes)
   EXPECT_EQ(Look("numbers")["parts"],
             nlohmann::json::parse(R"([{"offset":0,"length":4,"what":"lines 1 to 1: names of the columns"},
       {"offset":4,"length":13,"what":"lines 2 to 5: numbers"},{"offset":17,"length":4,"what":"lines 6 to 6: not numeric"}])"));
+  m_Folder.Write("a\tb's", "words alone\n");
+  EXPECT_EQ(Inspect("'a\tb'\\''s'").out, "a\\x09b's: text, 12 bytes\n  holds   1 line\n  next    zp view $'a\\x09b\\'s'\n");
   EXPECT_EQ(Look("object")["parts"][2]["what"], "element 1: GPf 12, critical temperature");
   EXPECT_EQ(Look("archive")["parts"][0],
             nlohmann::json::parse(R"({"offset":0,"length":17,"what":"class GPDataArray, schema and tag"})"));
@@ -212,6 +214,8 @@ TEST_F(InspectTool, WalksFoldersOnceAndOpensNoPipe)
             "d/pipe: pipe, socket or device, which isn't opened, 0 bytes\n"
             "/dev/null: pipe, socket or device, which isn't opened, 0 bytes\n");
   EXPECT_EQ(run.status, 1);
+  std::string const tooLong(300, 'n');
+  EXPECT_EQ(Inspect(tooLong + " d/e/a").out.find("\nd/e/a: text of numbers"), Inspect(tooLong).out.size() - 1);
   EXPECT_EQ(Inspect("d").out, "d: folder; -r looks at what is in it, 0 bytes\n");
   EXPECT_EQ(Inspect("-r --json none").status, 1);
 }

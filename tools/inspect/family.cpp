@@ -59,21 +59,19 @@ void printAsJson(Inspection const & found, bool withParts)
   json.End();
 }
 
-// The files that an argument names: itself, or, where there is none, those of the store of which it is the stem.
+// The files that an argument names: itself, or, where there is none, those of the store of which it is the stem. What can't be
+// looked at is told as the file that was named.
 std::vector<std::string> filesOf(std::string const & name)
 {
-  if (FileExists(name) || IsLink(name)) return {name};
-  std::vector<std::string> files;
   try {
+    if (FileExists(name) || IsLink(name)) return {name};
     StoreNames const names = ResolveStore(name, "");
-    for (std::string const & each : {names.index, names.record}) {
-      if (FileExists(each)) files.push_back(each);
-    }
+    std::vector<std::string> files = {names.index, names.record};
+    std::erase_if(files, [](std::string const & file) { return !FileExists(file); });
+    if (!files.empty()) return files;
   } catch (Failure const &) {
-    files.clear();
   }
-  if (files.empty()) files.push_back(name);
-  return files;
+  return {name};
 }
 
 struct InspectCommand {

@@ -86,6 +86,25 @@ void look(std::string const & name, bool wantsParts, Inspection & found)
   if (found.kind.empty()) tellUnknown(file, found);
 }
 
+// The name as a shell takes it; one that can't be shown as it is, in the form with escapes.
+std::string shellWordOf(std::string const & name)
+{
+  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_./+-,@:";
+  bool const isOption = name.starts_with('-');
+  if (name.find_first_not_of(plain) == std::string::npos && !isOption) return name;
+  bool const hasEscapes = Visible(name) != name;
+  std::string word = std::string(isOption ? "./" : "") + (hasEscapes ? "$'" : "'");
+  for (char const c : name) {
+    if (hasEscapes && (c == '\'' || c == '\\'))
+      word += std::string("\\") + c;
+    else if (hasEscapes && (static_cast<unsigned char>(c) < ' ' || c == '\x7F'))
+      word += fmt::format("\\x{:02X}", c);
+    else
+      word += c == '\'' ? "'\\''" : std::string(1, c);
+  }
+  return word + "'";
+}
+
 }  // namespace
 
 void Inspection::AddFault(std::string fault)
@@ -105,22 +124,7 @@ void Inspection::AddPart(unsigned long long length, std::string what)
 
 void Inspection::GoOn(std::string_view command)
 {
-  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_./+-,@:";
-  std::string word = file;
-  if (word.find_first_not_of(plain) != std::string::npos || word.starts_with('-')) {
-    bool const hasControl = Visible(word) != word;
-    std::string quoted;
-    for (char const c : word) {
-      bool const isControl = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
-      if (isControl)
-        quoted += fmt::format("\\x{:02X}", c);
-      else if (c == '\'')
-        quoted += hasControl ? "\\'" : "'\\''";
-      else
-        quoted += hasControl && c == '\\' ? "\\\\" : std::string(1, c);
-    }
-    word = (word.starts_with('-') ? "./" : "") + std::string(hasControl ? "$'" : "'") + quoted + "'";
-  }
+  std::string const word = shellWordOf(file);
   std::string line;
   for (char const c : command) line += c == '%' ? word : std::string(1, c);
   next.push_back(std::move(line));

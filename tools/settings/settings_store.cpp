@@ -130,7 +130,7 @@ void SettingsStore::UseHive(SettingsOptions const & options, Wanted wanted)
   LONG const error = RegOpenKeyExA(HKEY_CURRENT_USER, "", 0, KEY_READ, &root);
   if (error == ERROR_NOT_REGISTRY_FILE)
     throw Failure(fmt::format("{}: doesn't begin with REGEDIT4; name a registration-entries file", m_strName));
-  if (error != ERROR_SUCCESS) ReadWholeFile(m_strFile);
+  if (error != ERROR_SUCCESS) ReadWholeFile(m_strFile);  // raises the cause, if the host has one
   if (error != ERROR_SUCCESS) throw Failure(fmt::format("{}: can't be read (error {})", m_strName, error));
   RegCloseKey(root);
   m_App.SetRegistryKey(m_strCompany);
