@@ -132,7 +132,7 @@ ChartLine lineOf(std::vector<ChartPoint> const & points, ChartAxis const & axis)
 
 double ChartAxis::ShareOf(double number) const
 {
-  if (isLogarithmic) return std::log(number / from) / std::log(to / from);
+  if (isLogarithmic) return (std::log(number) - std::log(from)) / (std::log(to) - std::log(from));  // a ratio may overflow
   return (number - from) / (to - from);
 }
 
