@@ -46,7 +46,7 @@ class TableReader {
     TextSurvey const found =
         SurveyLines(m_Text, form, m_Options, shape, [&](std::vector<Cell> const & cells) { Take(cells, shape, numbers); });
     if (found.numeric == 0) throw Failure(WhyNone(m_Text, m_Options, found));
-    if (!m_bSkipsBad) RequireWhole(found);
+    if (!m_bSkipsBad) RequireWhole(found, shape.headLine);
     m_Table.rows = m_Ends.size();
     m_Table.columns = static_cast<size_t>(found.mostValues);
     if (found.fewestValues != found.mostValues) FillUp();
@@ -83,19 +83,19 @@ class TableReader {
     m_Ends.push_back(m_Table.values.size());
   }
 
-  // Lines in front of the numbers are heads.
-  void RequireWhole(TextSurvey const & found) const
+  // Lines in front of the numbers are heads, but for those that have a number first or stand below a head of the columns.
+  void RequireWhole(TextSurvey const & found, int headLine) const
   {
-    if (found.lastOther > found.firstNumeric) {
-      for (Misfit const & misfit : found.misfits) {
-        if (misfit.line > found.firstNumeric)
-          throw Failure(
-              fmt::format("{}: line {}, column {}: \"{}\" is no number; skip=..., comment=... or errors=\"skip\" may help",
-                          m_Options.Name(), misfit.line, misfit.column, InUtf8(misfit.text)));
-      }
+    for (Misfit const & misfit : found.misfits) {
+      bool const isBelowHead = headLine > 0 && misfit.line > headLine;
+      if (misfit.isBehindNumber || isBelowHead || misfit.line > found.firstNumeric)
+        throw Failure(
+            fmt::format("{}: line {}, column {}: \"{}\" is no number; skip=..., comment=... or errors=\"skip\" may help",
+                        m_Options.Name(), misfit.line, misfit.column, InUtf8(misfit.text)));
+    }
+    if (found.lastOther > found.firstNumeric)
       throw Failure(
           fmt::format("{}: line {} isn't numeric; errors=\"skip\" leaves such lines out", m_Options.Name(), found.lastOther));
-    }
     if (found.fewestValues == found.mostValues) return;
     throw Failure(fmt::format("{}: lines have {} values; errors=\"skip\" fills short ones with NaN at their end",
                               m_Options.Name(), ValueCounts(found)));

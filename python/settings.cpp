@@ -188,8 +188,9 @@ void AddSettings(py::module_ & module)
           "removed by then stay.")
       .def("__contains__",
            [](Settings const & settings, py::handle key) {
-             if (!py::isinstance<py::tuple>(key) || py::len(key) != 2) return false;
-             auto const place = key.cast<Place>();
+             py::detail::make_caster<Place> caster;
+             if (!caster.load(key, true)) return false;  // texts with lone surrogates among them
+             auto const place = py::detail::cast_op<Place>(std::move(caster));
              for (zp::Setting const & setting : settings.List()) {
                if (isAt(setting, place)) return true;
              }

@@ -42,7 +42,16 @@ void showHostName(std::string & sentence, CString const & name)
   if (at != std::string::npos) sentence.replace(at, inside.size(), host);
 }
 
+// The line is shown as far as its first zero.
+std::string withoutZeros(std::string line)
+{
+  for (size_t at = 0; (at = line.find('\0', at)) != std::string::npos;) line.replace(at, 1, "\\x00");
+  return line;
+}
+
 }  // namespace
+
+Failure::Failure(std::string const & line, int status) : std::runtime_error(withoutZeros(line)), m_nStatus(status) {}
 
 InterruptGuard::InterruptGuard() : m_pfnFormer(std::signal(SIGINT, noteInterrupt)) {}
 

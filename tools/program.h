@@ -15,7 +15,7 @@ enum ExitStatus { exitDone = 0, exitWanting = 1, exitUsage = 2, exitInterrupted 
 // Ends the command: one line that says which file, where, what was expected and what to do.
 class Failure : public std::runtime_error {
  public:
-  explicit Failure(std::string const & line, int status = exitWanting) : std::runtime_error(line), m_nStatus(status) {}
+  explicit Failure(std::string const & line, int status = exitWanting);
   int GetStatus() const { return m_nStatus; }
 
  private:

@@ -70,7 +70,8 @@ def test_text_that_is_refused(tmp_path):
     path = tmp_path / "result.txt"
     interrupts = signal.getsignal(signal.SIGINT)
     for text, sentence in [("1 2\n3 x\n", "line 2, column 3"), ("1 2\n3\n", "1 to 2 values"), ("abc\n", "no line is numeric"),
-                           ("", "is empty"), ("x a\n1 b\n2 c\n", "column 2 holds texts")]:  # fmt: skip
+                           ("", "is empty"), ("x a\n1 b\n2 c\n", "column 2 holds texts"), ("5 x\n1 2\n", "line 1, column 3"),
+                           ("a,b\nx,1\n1,2\n", "line 2, column 1")]:  # fmt: skip
         path.write_text(text)
         with pytest.raises(ValueError, match=f"result.txt: .*{sentence}"):
             zpbase.read_columns(path)
@@ -122,7 +123,9 @@ def test_settings_of_a_profile_and_of_a_hive(tmp_path, zp):
         len(zpbase.settings(profile=profile))
     for store in (zpbase.settings(profile=profile), zpbase.settings(hive=hive, company="Zephlow")):
         store["Units", "Temperature"] = "Größe"
-        assert store["UNITS", "temperature"] == "Größe" and ("Units", "no") not in store and "Units" not in store
+        assert store["UNITS", "temperature"] == "Größe"
+        for missing in (("Units", "no"), "Units", ("\udcff", "x"), (1, 2)):
+            assert missing not in store
         store["Units", "Count"] = 4294967295
         assert sorted(store) == [("Units", "Count"), ("Units", "Temperature")] and len(store) == 2
         del store["Units", "Temperature"]

@@ -147,6 +147,27 @@ TEST_F(Curves, KnowEachForm)
   }
 }
 
+TEST_F(Curves, EndWhereTheirPhaseDoes)
+{
+  ASSERT_EQ(
+      Zp("import a -",
+         "id,tm_K,tc_K,p_vap_eq,p_vap_A,h_vap_eq,h_vap_A,mu_vap_eq,mu_vap_A,k_vap_eq,k_vap_A,rho_liq_eq,rho_liq_A,rho_sol_eq,"
+         "rho_sol_A,cp_ig_A\n1,270,540,100,1,100,1,100,1,100,1,100,1,100,1,1\n")
+          .status,
+      0);
+  struct End {
+    char const * property;
+    char const * range;
+  };
+  for (End const & end : {End{"p_vap", "inside is 270 to 540 K\n"}, End{"h_vap", "inside is 270 to 540 K\n"},
+                          End{"rho_liq", "inside is 270 to 540 K\n"}, End{"rho_sol", "inside is 0 to 270 K\n"}, End{"mu_vap", ""},
+                          End{"k_vap", ""}, End{"cp_ig", ""}}) {
+    std::string const table = Zp(std::string("eval a 1 ") + end.property + " 300").out;
+    size_t const at = table.find("inside is");
+    EXPECT_EQ(at == std::string::npos ? "" : table.substr(at), end.range) << end.property << "\n" << table;
+  }
+}
+
 // Far below its melting point the form for water's vapour pressure runs to 1e280 Pa, and above the critical point it goes on.
 TEST_F(Curves, LeaveTheAxisToWhatIsInside)
 {

@@ -10,11 +10,14 @@
 #include <sstream>
 #include <tuple>
 
+#include <nlohmann/json.hpp>
+
 #include <zpbase/numeric.h>
 #include <zpbase/platform/archive.h>
 #include <zpbase/platform/encoding.h>
 
 #include "tests/tools/store_fixture.h"
+#include "tools/records/json_text.h"
 
 namespace {
 
@@ -326,8 +329,18 @@ TEST_F(StoreTool, EveryDataItemHasAJsonForm)
   }
 }
 
+TEST(Json, HasTheNumbersOfItsReader)
+{
+  for (double const number :
+       {0.0, 1e-5, 9.9999e-5, 1e-4, -2.5e-4, 0.1, 1.0, 12.5, 123456789012345.6, 1e14, -1e15, 1.5e15, 1e16, 5e-324, 1.7e308}) {
+    std::string text;
+    JsonText(text).Real(number);
+    EXPECT_EQ(text, nlohmann::json(number).dump());
+  }
+}
+
 struct Refusal {
-  char const * input;
+  std::string_view input;
   char const * error;
 };
 
@@ -339,6 +352,8 @@ constexpr Refusal refusals[] = {
     {"# note\nid,name\n1,a\n1,b\n", "standard input: line 4: column id: 1 stands twice; nothing was stored"},
     {"id\n32768\n", "standard input: line 2: column id: \"32768\" is no whole number from 0 to 32767; nothing was stored"},
     {"id,tc_K\n1,12x\n", "standard input: line 2: column tc_K: \"12x\" is no number such as 647.1 or 2.2e7; nothing was stored"},
+    {{"id,tc_K\n1,5\0x\n", 14},
+     "standard input: line 2: column tc_K: \"5\\x00x\" is no number such as 647.1 or 2.2e7; nothing was stored"},
     {"id,tc_K\n1,0x10\n",
      "standard input: line 2: column tc_K: \"0x10\" is no number such as 647.1 or 2.2e7; nothing was stored"},
     {"id;tc_K\n1;nan\n", "standard input: line 2: column tc_K: \"nan\" is no number such as 647.1 or 2.2e7; nothing was stored"},
@@ -393,7 +408,7 @@ constexpr Endless endless[] = {
 TEST_F(StoreTool, RefusedImportsStoreNothingAndSayWhere)
 {
   for (Refusal const & refusal : refusals) {
-    ProgramRun const run = Zp("import a -", refusal.input);
+    ProgramRun const run = Zp("import a -", std::string(refusal.input));
     EXPECT_EQ(run.status, 1) << refusal.input;
     EXPECT_EQ(run.err, std::string("zp: ") + refusal.error + "\n");
     EXPECT_FALSE(m_Folder.Has("a.SR"));

@@ -6,6 +6,7 @@
 #include <array>
 #include <iterator>
 #include <limits>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -149,12 +150,12 @@ char delimiterNamed(std::string const & name)
       exitUsage);
 }
 
-void note(TextSurvey & found, TextLines const & text, Cell const & misfit, size_t keep, bool decimalComma)
+void note(TextSurvey & found, Misfit misfit, size_t keep, bool decimalComma)
 {
   ++found.other;
-  found.lastOther = text.GetNumber();
+  found.lastOther = misfit.line;
   found.hints.set(static_cast<size_t>(HintFor(misfit.text, decimalComma)));
-  if (found.misfits.size() < keep) found.misfits.push_back({text.GetNumber(), misfit.column, std::string(misfit.text)});
+  if (found.misfits.size() < keep) found.misfits.push_back(std::move(misfit));
 }
 
 void noteNumeric(TextSurvey & found, TextLines const & text, size_t cells)
@@ -242,7 +243,8 @@ TextSurvey SurveyLines(TextLines & text, TextForm const & form, TextOptions cons
       ++found.heads;
       found.firstOfTable = text.GetNumber();
     } else if (Cell const * const misfit = reader.FindMisfit(text.Get())) {
-      note(found, text, *misfit, keep, form.decimalComma);
+      note(found, {text.GetNumber(), misfit->column, std::string(misfit->text), reader.CountNumbers() > 0}, keep,
+           form.decimalComma);
     } else {
       noteNumeric(found, text, reader.Cells().size());
       take(reader.Cells());

@@ -16,6 +16,7 @@ struct Misfit {
   int line;
   int column;
   std::string text;
+  bool isBehindNumber;
 };
 
 struct TextSurvey {
