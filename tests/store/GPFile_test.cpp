@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <tuple>
@@ -231,6 +233,8 @@ TEST(GPFile, CopiesByItsRules)
   CFileStatus now;
   CFile::GetStatus(folder.Name("dest"), now);
   EXPECT_EQ(now.m_mtime, 86400);
+  EXPECT_EQ(std::filesystem::last_write_time(folder.Path() / "dest").time_since_epoch() % std::chrono::seconds(1),
+            std::chrono::nanoseconds(0));
   EXPECT_EQ(now.m_attribute, CFileStatus::archive);
   EXPECT_EQ(GPFile::CopyFile(folder.Name("dest"), folder.Name("src"), 0), 1);
   EXPECT_EQ(folder.Read("dest"), "source");

@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <regex>
 #include <set>
 #include <sstream>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -193,6 +197,11 @@ TEST_F(Curves, FitIntoANarrowTerminal)
   EXPECT_EQ(widest, 50U);
 }
 
+std::string rounded(std::pair<double, double> const & place)
+{
+  return std::to_string(std::lround(place.first)) + " " + std::to_string(std::lround(place.second));
+}
+
 TEST_F(Curves, AreToldApartHoweverManyTheyAre)
 {
   ImportMany(80);
@@ -229,6 +238,53 @@ TEST_F(Curves, AreToldApartHoweverManyTheyAre)
     EXPECT_LT(std::stoi(svg.substr(x, 6)), 852) << svg.substr(at, 60);
     EXPECT_LT(std::stoi(svg.substr(y, 6)), 2 * height - 8) << svg.substr(at, 60);
   }
+}
+
+// What of a picture doesn't hang on the machine's fonts: of each line its looks, how many places it runs through, the first and
+// the last, and of each text its colour and its baseline.
+std::string outlineOf(std::string const & svg)
+{
+  static std::regex const line(
+      "<path style=\"fill:none;stroke-width:([0-9.]+);.*stroke:rgb\\(([^)]*)\\);(.*)stroke-miterlimit:10;\" d=\"M (.*)\"/>");
+  static std::regex const text("<g style=\"fill:rgb\\(([^)]*)\\).*");
+  static std::regex const glyph(".*<use .* y=\"([0-9.]+)\"/>");
+  std::istringstream lines(svg.substr(svg.find("</defs>")));
+  std::string outline, textColor;
+  std::smatch found;
+  for (std::string each; std::getline(lines, each);) {
+    if (std::regex_match(each, found, line)) {
+      std::istringstream words(found[4]);
+      std::vector<std::pair<double, double>> places;
+      double x = 0, y = 0;
+      for (std::string letter; words >> x >> y; words >> letter) places.emplace_back(x, y);
+      bool const isDashed = found[3].str().find("dasharray") != std::string::npos;
+      outline += "line " + found[1].str() + (isDashed ? " dashed " : " ") + found[2].str() + ": " + rounded(places.front()) +
+                 " to " + rounded(places.back()) + "\n";
+    } else if (std::regex_match(each, found, text)) {
+      textColor = found[1];
+    } else if (std::regex_match(each, found, glyph) && !textColor.empty()) {
+      outline += "text " + std::exchange(textColor, "") + ": at " + std::to_string(std::lround(std::stod(found[1]))) + "\n";
+    }
+  }
+  return outline;
+}
+
+// Two components in two charts with linear and logarithmic axes, and as many as need a legend below. All is compared with
+// plots.txt, which somebody has looked at.
+TEST_F(Curves, LookAsTheyDid)
+{
+  std::string table =
+      "id,name,tc_K,tm_K,rho_liq_eq,rho_liq_A,rho_liq_B,p_vap_eq,p_vap_A,p_vap_B,p_vap_C,p_vap_D,p_vap_E\n"
+      "1,Flat,400,100,2,3,0.005,101,73.649,-7258.2,-7.3037,4.1653e-6,2\n"
+      "2,Steep,500,,2,-8,0.03,101,60,-7258.2,-5,4.1653e-6,2\n";
+  for (int id = 3; id <= 18; ++id) table += std::to_string(id) + ",N,400,200,2," + std::to_string(id) + ",0.01,,,,,,\n";
+  ASSERT_EQ(Zp("import a -", table).status, 0);
+  std::string plots = Zp("plot a 1,2 --property rho_liq --property p_vap --from 50.5 --to 500 --term --svg two.svg").out;
+  plots += "\n" + outlineOf(m_Folder.Read("two.svg"));
+  ASSERT_EQ(Zp("plot a 1-18 --property rho_liq --from 250 --to 350 --svg many.svg").status, 0);
+  plots += "\n" + outlineOf(m_Folder.Read("many.svg"));
+  std::ifstream expected(ZP_SOURCE_DIR "/tests/tools/plots.txt");
+  EXPECT_EQ(plots, std::string(std::istreambuf_iterator<char>(expected), {}));
 }
 
 TEST_F(Curves, AreTablesAndPictures)

@@ -46,6 +46,10 @@ TEST_F(Windows, TakeEscapeAsARightClickAlsoFromAChildOfTheView)
   NotingView & view = OpenView();
   CWnd field;
   field.Create("", WS_CHILD, &view, 5);
+  CWnd popup;
+  popup.Create("", 0, &view, 6);
+  EXPECT_EQ(view.GetDlgItem(5), &field);
+  EXPECT_EQ(view.GetDlgItem(6), nullptr) << "no child";
   Heard const click = {{WM_COMMAND, 0x103E5}, {WM_RBUTTONDOWN, MK_RBUTTON}, {WM_RBUTTONUP, 0}};
   for (CWnd * const window : {static_cast<CWnd *>(&view), &field}) {
     view.m_Heard.clear();
