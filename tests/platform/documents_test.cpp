@@ -342,6 +342,9 @@ TEST(ScrollViews, ShiftWhatTheyDrawToTheirPlaceInThePicture)
     dc.LPtoDP(&drawn);
     EXPECT_TRUE(drawn.x == 0 && drawn.y == 0) << drawn.x << " " << drawn.y;
   }
+  view.SetScrollSizes(MM_TEXT, CSize(0, 0));
+  view.ScrollToPosition({1, 1});
+  EXPECT_TRUE(view.GetScrollPosition().x == 0 && view.GetScrollPosition().y == 0) << "an empty picture";
   view.SetScrollSizes(MM_TEXT, CSize(10, 10));
   EXPECT_TRUE(view.GetScrollPosition().x == 0 && view.GetScrollPosition().y == 0);
 }

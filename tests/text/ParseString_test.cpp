@@ -98,6 +98,20 @@ TEST(ParseString, NumbersWrapAndLettersReadAsZero)
   EXPECT_EQ(line.GetNext_Double(), 16.0);
 }
 
+struct LineReader : ParseString {
+  using ParseString::SetLine;
+};
+
+TEST(ParseString, BeginsALineWithoutATokenToRestore)
+{
+  LineReader line;
+  line.SetLine("1 2");
+  EXPECT_EQ(line.GetNextInt() + line.GetNextInt(), 3);
+  line.SetLine("3 4");
+  line.RestoreToken();
+  EXPECT_EQ(line.GetNextInt(), 3);
+}
+
 double strtodInC(char const * text)
 {
   PlainLocale const plain;

@@ -38,13 +38,15 @@ TEST(Paths, EntriesAreFoundByPattern)
   TempFolder const folder;
   folder.Write("Report.txt", "");
   using Row = std::tuple<char const *, char const *>;
-  Row const rows[] = {{"r*.TXT", "Report.txt"}, {"?eport.*", "Report.txt"}, {"*.*t", "Report.txt"}, {"r*t*t", "Report.txt"},
-                      {"*.doc", nullptr},       {"rep", nullptr},           {"r*x*x", nullptr},     {"none\\*.*", nullptr}};
+  Row const rows[] = {{"r*.TXT", "Report.txt"}, {"?eport.*", "Report.txt"}, {"*.*t", "Report.txt"},
+                      {"r*t*t", "Report.txt"},  {"*.doc", nullptr},         {"rep", nullptr},
+                      {"r*x*x", nullptr},       {"none\\*.*", nullptr},     {"p*.*", nullptr}};
   for (auto const & [pattern, found] : rows) {
     WIN32_FIND_DATA data = {};
     HANDLE const search = FindFirstFileA(folder.Name(pattern), &data);
     EXPECT_EQ(search != INVALID_HANDLE_VALUE, found != nullptr) << pattern;
     EXPECT_STREQ(data.cFileName, found != nullptr ? found : "") << pattern;
+    EXPECT_EQ(data.dwFileAttributes, 0U) << pattern;
     FindClose(search);
   }
 }

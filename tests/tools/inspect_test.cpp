@@ -55,6 +55,14 @@ class InspectTool : public StoreTool {
     data.LoadStringData(1, "Water");
     data.LoadFloatData(12, 647.25);
     data.Store(m_Folder.Name("object"));
+    {
+      CFile file;
+      ASSERT_TRUE(file.Open(m_Folder.Name("one"), CFile::modeCreate | CFile::modeWrite));
+      CArchive archive(&file, CArchive::store);
+      GPVector const vector(3, 1.5);
+      archive << static_cast<CObject const *>(&vector);
+    }
+    m_Folder.Write("zeros", std::string(60, '\0'));
     Zp("import s -", "id,name\n7,Water\n");
     Zp("get s 7 archive");
     Zp("export s --json export");
@@ -95,6 +103,8 @@ constexpr Kind kinds[] = {
      "zp store recover ITS-INDEX-FILE --record records --list"},
     {"object", "object file: the fields of an array or list of objects", "2 elements", ""},
     {"archive", "archive of one object", "GPDataArray", "zp store put STORE ID archive"},
+    {"one", "archive of one object", "GPVector", "zp store put STORE ID one"},
+    {"zeros", "no file of a kind known here", "", ""},
     {"export", "records of a store in JSON, as zp store export --json writes them", "", "zp store import STORE export"},
     {"vector", "object file: by its length the fields of a GPVector", "", ""},
     {"report", "saved report document", "2 lines", ""},

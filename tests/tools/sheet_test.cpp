@@ -108,6 +108,7 @@ TEST_F(SheetTool, RefusesInOneLineAndLeavesTheFile)
     std::string input = "";
   };
   for (Row const & row : {
+           Row{"sheet write own.xlsx Sheet1 t.csv", "5 rows of up to 3 columns in the new sheet \"Sheet1\" of own.xlsx\n"},
            Row{"sheet write b.xlsx DATA t.csv", "1 zp: b.xlsx: there is a sheet \"DATA\" already; name another one\n"},
            Row{"sheet write b.xlsx a:b t.csv",
                "1 zp: \"a:b\": no sheet can have this name; take 1 to 31 characters without : \\ / ? * [ ]\n"},

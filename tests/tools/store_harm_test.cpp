@@ -159,6 +159,7 @@ struct Harm {
 constexpr Harm harms[] = {
     {"hole, index", 300, 0, false, true, 16, 1},
     {"hole, no index", 300, 0, false, false, 7, 10},
+    {"hole at a block, no index", 294, 0, false, false, 7, 10},
     {"cut, index", 0, 5, false, true, 19, 0},
     {"cut, no index", 0, 5, false, false, 19, 0},
     {"cut, stale index", 0, 5, true, true, 17, 0},

@@ -178,6 +178,15 @@ TEST_F(StoreTool, RangesOfIdsMeanTheRecordsThatThereAre)
   EXPECT_EQ(Load(), (Records{{11, "e"}}));
 }
 
+TEST_F(StoreTool, ClassesAreNamedByNamesAlone)
+{
+  std::string const head("\xFF\xFF\1\0\3\0", 6);
+  Store({{1, head + "A_1"}, {2, head + "a:Z"}, {3, head + "A b"}, {4, head + "A-b"}});
+  std::string const list = Zp("list a").out;
+  for (char const * const name : {"A_1", "a:Z"}) EXPECT_NE(list.find(name), std::string::npos) << list;
+  for (char const * const name : {"A b", "A-b"}) EXPECT_EQ(list.find(name), std::string::npos) << list;
+}
+
 TEST_F(StoreTool, AnEndBySignalLeavesTheFormerFileAlone)
 {
   m_Folder.Write("out", "former");
