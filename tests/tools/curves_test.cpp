@@ -263,7 +263,8 @@ std::string outlineOf(std::string const & svg)
     } else if (std::regex_match(each, found, text)) {
       textColor = found[1];
     } else if (std::regex_match(each, found, glyph) && !textColor.empty()) {
-      outline += "text " + std::exchange(textColor, "") + ": at " + std::to_string(std::lround(std::stod(found[1]))) + "\n";
+      double const baseline = Json::parse(found[1].str());  // with a point in any locale
+      outline += "text " + std::exchange(textColor, "") + ": at " + std::to_string(std::lround(baseline)) + "\n";
     }
   }
   return outline;
