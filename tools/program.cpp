@@ -42,7 +42,7 @@ void showHostName(std::string & sentence, CString const & name)
   if (at != std::string::npos) sentence.replace(at, inside.size(), host);
 }
 
-// The line is shown as far as its first zero.
+// A zero would end what() of the failure.
 std::string withoutZeros(std::string line)
 {
   for (size_t at = 0; (at = line.find('\0', at)) != std::string::npos;) line.replace(at, 1, "\\x00");

@@ -240,8 +240,8 @@ TEST_F(Curves, AreToldApartHoweverManyTheyAre)
   }
 }
 
-// What of a picture doesn't hang on the machine's fonts: of each line its looks, how many places it runs through, the first and
-// the last, and of each text its colour and its baseline.
+// What of a picture doesn't hang on the machine's fonts: of each line its looks, its first place and its last, and of each text
+// its colour and its baseline.
 std::string outlineOf(std::string const & svg)
 {
   static std::regex const line(
@@ -271,7 +271,7 @@ std::string outlineOf(std::string const & svg)
 }
 
 // Two components in two charts with linear and logarithmic axes, and as many as need a legend below. All is compared with
-// plots.txt, which somebody has looked at.
+// plots.txt, beside which the picture was looked at.
 TEST_F(Curves, LookAsTheyDid)
 {
   std::string table =

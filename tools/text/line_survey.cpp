@@ -6,7 +6,6 @@
 #include <array>
 #include <iterator>
 #include <limits>
-#include <utility>
 
 #include <fmt/format.h>
 
@@ -150,12 +149,11 @@ char delimiterNamed(std::string const & name)
       exitUsage);
 }
 
-void note(TextSurvey & found, Misfit misfit, size_t keep, bool decimalComma)
+void note(TextSurvey & found, TextLines const & text, Cell const & misfit, bool decimalComma)
 {
   ++found.other;
-  found.lastOther = misfit.line;
+  found.lastOther = text.GetNumber();
   found.hints.set(static_cast<size_t>(HintFor(misfit.text, decimalComma)));
-  if (found.misfits.size() < keep) found.misfits.push_back(std::move(misfit));
 }
 
 void noteNumeric(TextSurvey & found, TextLines const & text, size_t cells)
@@ -243,8 +241,9 @@ TextSurvey SurveyLines(TextLines & text, TextForm const & form, TextOptions cons
       ++found.heads;
       found.firstOfTable = text.GetNumber();
     } else if (Cell const * const misfit = reader.FindMisfit(text.Get())) {
-      note(found, {text.GetNumber(), misfit->column, std::string(misfit->text), reader.CountNumbers() > 0}, keep,
-           form.decimalComma);
+      note(found, text, *misfit, form.decimalComma);
+      if (found.misfits.size() < keep)
+        found.misfits.push_back({text.GetNumber(), misfit->column, std::string(misfit->text), reader.CountNumbers() > 0});
     } else {
       noteNumeric(found, text, reader.Cells().size());
       take(reader.Cells());

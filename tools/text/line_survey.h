@@ -16,7 +16,7 @@ struct Misfit {
   int line;
   int column;
   std::string text;
-  bool isBehindNumber;
+  bool isBehindNumber;  // of its line
 };
 
 struct TextSurvey {
