@@ -44,7 +44,8 @@ PATTERNS += [("operator", re.compile(r"(?<=[(&| ])!(?=[\w(])"), ""),
              ("bound", re.compile(r"(?<=[<>]= )(?=\w)"), "1 + "),
              ("constant", re.compile(r"\btrue\b"), "false"), ("constant", re.compile(r"\bfalse\b"), "true"),
              ("constant", re.compile(r"(?<![\w.'])(?:0x[0-9A-Fa-f]+|\d+)(?![\w.'])"), None)]
-TOOL_TESTS = ("tests/test_tools", "tests/test_roads", "tests/test_faults")
+QUICK_TESTS = "tests/test_tools Tools/Transcripts*"  # they see most of the tools in a few seconds
+TOOL_TESTS = (QUICK_TESTS, "tests/test_tools", "tests/test_roads", "tests/test_faults")
 LINE_ENDS = (";", "{", "}", ")", "\x01", ":", "else")
 STATEMENT = re.compile(r"^\s+(?!using |static_assert|#|//|friend |extern |class |struct )[^\s].*;\s*$")
 
@@ -86,7 +87,7 @@ class Planter:
     def __init__(self, root, build):
         self.root, self.build = root, build
         programs = [*(build / "tests").glob("test_*"), *(build / "fuzz").glob("*_fuzz")]
-        self.tests = sorted(str(p.relative_to(build)) for p in programs if os.access(p, os.X_OK) and p.is_file())
+        self.tests = sorted(str(p.relative_to(build)) for p in programs if os.access(p, os.X_OK) and p.is_file()) + [QUICK_TESTS]
         self.seconds = {}
 
     def measure(self):
@@ -105,15 +106,17 @@ class Planter:
                               env=environment, timeout=BUILD_SECONDS, check=False).returncode == 0
 
     def run_test(self, name):
-        """The names of what failed; none when all passed."""
+        """The names of what failed; none when all passed. A name is a program, perhaps with a filter of its tests."""
+        program, *filters = name.split()
         scratch = tempfile.mkdtemp(prefix="planted-")
         os.chmod(scratch, 0o755)  # a test looks in as another user
         output = os.path.join(scratch, "output")
         try:
             with open(output, "wb") as sink:
                 argument = self.root / "fuzz/seeds" / pathlib.Path(name).name if name.startswith("fuzz/") else "--gtest_brief=1"
-                run = subprocess.Popen([self.build / name, argument], cwd=scratch, stdout=sink,
-                                       stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL, start_new_session=True,
+                filters = [f"--gtest_filter={f}" for f in filters]
+                run = subprocess.Popen([self.build / program, argument, *filters], cwd=scratch, stdout=sink, stderr=subprocess.STDOUT,
+                                       stdin=subprocess.DEVNULL, start_new_session=True,
                                        env=dict(os.environ, TMPDIR=scratch, GTEST_CATCH_EXCEPTIONS="1", GTEST_FAIL_FAST="1"),
                                        preexec_fn=bounded)
                 try:
@@ -136,13 +139,16 @@ class Planter:
 
     def order(self, folder):
         """The programs that see the folder, those of its own first."""
-        seen = [name for name in self.tests if folder != "tools" or name in TOOL_TESTS or name.startswith("fuzz/")]
+        if folder == "tools":
+            seen = [name for name in self.tests if name in TOOL_TESTS or name.startswith("fuzz/")]
+        else:
+            seen = [name for name in self.tests if name != QUICK_TESTS or folder == "store"]
         own = [f"tests/test_{folder}", *(["tests/test_tools"] if folder == "store" else [])]
-        return sorted(seen, key=lambda name: name not in own)
+        return sorted(seen, key=lambda name: (name != QUICK_TESTS, name not in own))
 
     def look(self, name, folder):
         """What fails of a program, which is linked anew first if it holds the folder's objects itself."""
-        holds = folder == "tools" and name not in ("tests/test_tools", "tests/test_roads")
+        holds = folder == "tools" and name not in ("tests/test_tools", "tests/test_roads", QUICK_TESTS)
         return ["doesn't link"] if holds and not self.ninja(name) else self.run_test(name)
 
     def try_fault(self, fault):

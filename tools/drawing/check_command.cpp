@@ -2,6 +2,8 @@
 
 #include "tools/drawing/dxf_commands.h"
 
+#include <cstdio>
+
 #include <fmt/format.h>
 
 #include "tools/drawing/dxf_report.h"
@@ -28,25 +30,36 @@ nlohmann::json asJson(std::string const & file, DxfInspection const & inspection
           {"faults", inspection.ProblemsAsJson()}};
 }
 
+// Reads one drawing back, tells what is broken in it, and draws it where that is asked for. Gives what JSON has of it.
+nlohmann::json check(std::string const & file, DxfOptions const & options, int & status)
+{
+  PictureNames const pictures = {options.svg, options.png};
+  DxfInspection const inspection(file);
+  if (!inspection.IsSound()) status = exitWanting;
+  if (!options.json) print(file, inspection);
+  if (!pictures.svg.empty() || !pictures.png.empty()) DxfPictures(file, inspection.GetCover(), pictures).Replace();
+  return asJson(file, inspection);
+}
+
 }  // namespace
 
 void CheckDrawings(DxfOptions const & options, int & status)
 {
-  PictureNames const pictures = {options.svg, options.png};
-  bool const draws = !pictures.svg.empty() || !pictures.png.empty();
+  bool const draws = !options.svg.empty() || !options.png.empty();
   if (draws && (options.files.size() != 1 || options.files.front() == "-"))
     throw Failure("--svg and --png go with one drawing that lies in a file", exitUsage);
-  if (draws) RefuseOverwriting(options.files, {pictures.svg, pictures.png, "-"});
+  if (draws) RefuseOverwriting(options.files, {options.svg, options.png, "-"});
   nlohmann::json all = nlohmann::json::array();
   for (std::string const & file : options.files) {
-    DxfInspection const inspection(file);
-    if (!inspection.IsSound()) status = exitWanting;
-    if (options.json)
-      all.push_back(asJson(file, inspection));
-    else
-      print(file, inspection);
-    if (!draws) continue;
-    DxfPictures(file, inspection.GetCover(), pictures).Replace();
+    try {
+      all.push_back(check(file, options, status));
+    } catch (Failure const & failure) {
+      if (options.files.size() == 1) throw;
+      std::fflush(stdout);
+      Tell(failure.what());
+      status = exitWanting;
+      all.push_back({{"file", file}, {"sound", false}, {"failure", failure.what()}});
+    }
   }
   if (options.json) Print(DumpJson(all, 2) + "\n");
 }
