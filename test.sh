@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Makes the machine ready, builds, and runs every test. With --all also: the tests of the bridge to LibreOffice and of the Python
-# package, the formatting gate, clang-tidy, the tests in other locales, files of other programs, 20,000 states of a store after a
-# crash, a second run under AddressSanitizer and UndefinedBehaviorSanitizer, the benchmarks' build, a trial of the installation, the
-# packager's page with Debian's packages, the site of headers and pages, and a while of each fuzz target (ZP_FUZZ_SECONDS, 60).
+# package, the formatting gate, clang-tidy, the tests in other locales, the benchmarks' build, 20,000 states of a store after a crash,
+# files of other programs, the site of headers and pages, a trial of the installation, a second run under AddressSanitizer and
+# UndefinedBehaviorSanitizer, the packager's page with Debian's packages, and a while of each fuzz target (ZP_FUZZ_SECONDS, 60).
 # Each stage ends with the seconds that it took. Without a compiler cache the sources are compiled in bundles.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -43,6 +43,7 @@ side_by_side() {
   local states=$!
   stage "Files of other programs" scripts/test_corpus.sh build/debug
   stage "Site" scripts/build_site.sh
+  stage "Installation" scripts/test_installation.sh build/run
   wait "$states" || { cat build/crash_states.log; return 1; }
   cat build/crash_states.log
 }
@@ -82,10 +83,9 @@ prepare "${CHECK_PACKAGES[@]}" "${PACKAGING_PACKAGES[@]}" "${SITE_PACKAGES[@]}"
 stage "Formatting" formatting
 stage "clang-tidy" scripts/tidy.sh build/debug
 stage "Tests in other locales" scripts/test_in_locales.sh build/debug
+stage "Benchmarks build" release
 stage "Crash states beside single-threaded stages" side_by_side
 stage "Sanitizers" suite asan-ubsan
-stage "Benchmarks build" release
-stage "Installation" scripts/test_installation.sh build/run
 stage "Packages" scripts/run_page.sh docs/tutorials/packager.md .
 stage "Fuzzing" fuzzing
 echo "== All: $SECONDS s"

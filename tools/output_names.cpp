@@ -14,13 +14,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr char const * standardOutput = "-";
+constexpr char const * standardStream = "-";
 
 // A name that is the same for all ways to one file, as long as it has no hard links.
 std::string placeOf(std::string const & name)
 {
   std::error_code ignored;
-  fs::path const place = fs::weakly_canonical(fs::absolute(name == standardOutput ? "/dev/stdout" : name, ignored), ignored);
+  fs::path const place = fs::weakly_canonical(fs::absolute(name == standardStream ? "/dev/stdout" : name, ignored), ignored);
   return place.empty() ? name : place.string();
 }
 
@@ -55,7 +55,7 @@ void RefuseOverwriting(std::vector<std::string> const & inputs, std::vector<std:
     if (auto const input = findFile(read, place); input != read.end())
       throw Failure(input->second + ": would be overwritten; name another file", exitUsage);
     if (findFile(written, place) != written.end())
-      throw Failure((output == standardOutput ? "standard output" : output) + ": would be written twice; name different files",
+      throw Failure((output == standardStream ? "standard output" : output) + ": would be written twice; name different files",
                     exitUsage);
     written.emplace(place, output);
   }

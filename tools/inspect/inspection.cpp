@@ -33,7 +33,7 @@ constexpr std::string_view operator""_b(char const * text, size_t length)
 }
 
 // Files of others, by their first bytes.
-constexpr Mark marks[] = {
+constexpr Mark kindMarks[] = {
     {"\x89PNG", "a PNG picture"},
     {"\xFF\xD8\xFF", "a JPEG picture"},
     {"GIF8", "a GIF picture"},
@@ -65,7 +65,7 @@ bool isText(std::string_view head)
 void tellUnknown(InspectedFile const & file, Inspection & found)
 {
   found.kind = "no file of a kind known here";
-  for (Mark const & mark : marks) {
+  for (Mark const & mark : kindMarks) {
     if (!file.GetHead().starts_with(mark.bytes)) continue;
     found.kind = mark.kind;
     found.isNot.clear();

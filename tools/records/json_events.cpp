@@ -14,7 +14,7 @@
 
 namespace {
 
-using Take = std::function<void(Json const & rest, Json const & element)>;
+using TakeElement = std::function<void(Json const & rest, Json const & element)>;
 
 constexpr char const * notesMember = "decoded";  // for people alone, of any size
 
@@ -77,7 +77,8 @@ class Meter : public std::streambuf {
 
 class Builder : public Json::json_sax_t {
  public:
-  Builder(Meter & meter, std::string const & member, Take take) : m_Meter(meter), m_strMember(member), m_pfnTake(std::move(take))
+  Builder(Meter & meter, std::string const & member, TakeElement take)
+      : m_Meter(meter), m_strMember(member), m_pfnTake(std::move(take))
   {
   }
 
@@ -163,7 +164,7 @@ class Builder : public Json::json_sax_t {
 
   Meter & m_Meter;
   std::string const & m_strMember;
-  Take m_pfnTake;
+  TakeElement m_pfnTake;
   Json m_Root;
   std::vector<Json *> m_Holders;
   Json * m_pList = nullptr;  // while its elements are read
@@ -181,7 +182,7 @@ void TextPlace::Pass(std::string_view bytes)
   column = end == std::string_view::npos ? column + bytes.size() : bytes.size() - end;
 }
 
-Json ReadJson(std::istream & input, std::string const & member, Take take, TextPlace begin)
+Json ReadJson(std::istream & input, std::string const & member, TakeElement take, TextPlace begin)
 {
   Meter meter(*input.rdbuf(), begin);
   std::istream metered(&meter);

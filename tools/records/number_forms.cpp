@@ -102,7 +102,7 @@ Object readMatrix(Json const & json)
   return matrix;
 }
 
-constexpr ObjectForm forms[] = {
+constexpr ObjectForm numberForms[] = {
     {GPUIntArray::GetThisClass, writeSet, readSet},
     {GPVector::GetThisClass, writeVector, readVector},
     {GPIntVector::GetThisClass, writeIntegers<GPIntVector>, readIntegers<GPIntVector>},
@@ -114,5 +114,5 @@ constexpr ObjectForm forms[] = {
 
 std::span<ObjectForm const> GetNumberForms()
 {
-  return forms;
+  return numberForms;
 }

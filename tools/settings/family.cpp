@@ -111,22 +111,23 @@ void printSections(std::vector<zp::Setting> const & settings)
 }
 
 // An unset variable of the shell must not lead to another store.
-CLI::Validator const isNamed([](std::string & name) { return std::string(name.empty() ? "is empty; name one" : ""); }, "TEXT");
+CLI::Validator const namedSetting([](std::string & name) { return std::string(name.empty() ? "is empty; name one" : ""); },
+                                  "TEXT");
 
 struct SettingsArguments : SettingsOptions {
   // Where settings come from or go to a registration-entries file, -c names the branch in that, whichever store is used.
   void AddStore(CLI::App & command, bool carries = false)
   {
-    command.add_option("-a,--application", application, "Whose settings they are")->check(isNamed)->capture_default_str();
+    command.add_option("-a,--application", application, "Whose settings they are")->check(namedSetting)->capture_default_str();
     auto * const inProfile =
-        command.add_option("-p,--profile", profile, "Profile file; by default that of the application")->check(isNamed);
+        command.add_option("-p,--profile", profile, "Profile file; by default that of the application")->check(namedSetting);
     auto * const ofCompany = command.add_option("-c,--company", company,
                                                 carries ? "The company of the branch in the file; without -p, use the registry"
                                                         : "Use the registry, the branch of this company");
-    ofCompany->check(isNamed);
+    ofCompany->check(namedSetting);
     if (!carries) ofCompany->excludes(inProfile);
     command.add_option("-r,--hive", hive, "Use the registry in this registration-entries file")
-        ->check(isNamed)
+        ->check(namedSetting)
         ->excludes(inProfile);
   }
 
@@ -138,7 +139,7 @@ struct SettingsArguments : SettingsOptions {
   CString KeyName() const { return nameOf(key.value_or(std::string()), "the key"); }
 };
 
-struct GetCommand : SettingsArguments {
+struct GetSettingCommand : SettingsArguments {
   static constexpr char const * name = "get";
   static constexpr char const * help = "Print the value of a setting";
   static constexpr char const * example = "zp settings get Units Temperature";
@@ -229,7 +230,7 @@ struct RemoveCommand : SettingsArguments {
   }
 };
 
-struct ListCommand : SettingsArguments {
+struct ListSettingsCommand : SettingsArguments {
   static constexpr char const * name = "list";
   static constexpr char const * help = "List all settings, or those of a section";
   static constexpr char const * example = "zp settings list --json";
@@ -300,10 +301,10 @@ void AddSettingsCommands(CLI::App & app, int & status)
 {
   CLI::App * const family = app.add_subcommand("settings", "Look at and change an application's settings");
   family->require_subcommand(1);
-  AddCommand<GetCommand>(*family, status);
+  AddCommand<GetSettingCommand>(*family, status);
   AddCommand<SetCommand>(*family, status);
   AddCommand<RemoveCommand>(*family, status);
-  AddCommand<ListCommand>(*family, status);
+  AddCommand<ListSettingsCommand>(*family, status);
   AddCommand<ImportCommand>(*family, status);
   AddCommand<ExportCommand>(*family, status);
 }

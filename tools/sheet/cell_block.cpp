@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int letters = 26;
+constexpr int letterCount = 26;
 constexpr int blockCellsAtOnce = 1 << 16;
 
 struct Place {
@@ -25,7 +25,7 @@ Place parsePlace(std::string_view name)
 {
   Place place = {0, 0};
   for (; !name.empty() && zp::IsLetter(name.front()) && place.column <= mostColumns; name.remove_prefix(1))
-    place.column = place.column * letters + (name.front() | 0x20) - 'a' + 1;
+    place.column = place.column * letterCount + (name.front() | 0x20) - 'a' + 1;
   for (; !name.empty() && zp::IsDigit(name.front()) && place.row <= mostRows; name.remove_prefix(1))
     place.row = place.row * 10 + name.front() - '0';
   bool const isCell = name.empty() && place.column >= 1 && place.column <= mostColumns && place.row >= 1 && place.row <= mostRows;
@@ -35,7 +35,8 @@ Place parsePlace(std::string_view name)
 std::string nameOf(int row, int column)
 {
   std::string name;
-  for (; column > 0; column = (column - 1) / letters) name.insert(name.begin(), static_cast<char>('A' + (column - 1) % letters));
+  for (; column > 0; column = (column - 1) / letterCount)
+    name.insert(name.begin(), static_cast<char>('A' + (column - 1) % letterCount));
   return name + std::to_string(row);
 }
 

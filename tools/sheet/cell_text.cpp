@@ -55,7 +55,7 @@ COleVariant inPlainType(VARIANT const & value)
   return plain;
 }
 
-bool isPlain(std::string_view text)
+bool isPlainText(std::string_view text)
 {
   return text.find_first_of(",\"\r\n") == std::string_view::npos && !text.starts_with('#') && !text.starts_with(' ') &&
          !text.starts_with('\t') && !text.ends_with(' ') && !text.ends_with('\t');
@@ -65,7 +65,7 @@ void appendCsvText(std::string & line, BSTR text)
 {
   size_t const begin = line.size();
   zp::AppendUtf8(line, zp::ViewOf(text));
-  if (isPlain(std::string_view(line).substr(begin))) return;
+  if (isPlainText(std::string_view(line).substr(begin))) return;
   std::string const utf8 = line.substr(begin);
   line.resize(begin);
   line += '"';

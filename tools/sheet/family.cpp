@@ -38,7 +38,7 @@ std::string usedName(GPWorkSheet & sheet)
   return isEmpty ? "" : name;
 }
 
-struct ListCommand : SheetArguments {
+struct ListSheetsCommand : SheetArguments {
   static constexpr char const * name = "list";
   static constexpr char const * help = "List the worksheets of a workbook, each with the block that is filled, and its charts";
   static constexpr char const * example = "zp sheet list flowsheet.xlsx";
@@ -265,7 +265,7 @@ void AddSheetCommands(CLI::App & app, int & status)
 {
   CLI::App * const family = app.add_subcommand("sheet", "Read and fill the workbooks of a spreadsheet");
   family->require_subcommand(1);
-  AddCommand<ListCommand>(*family, status);
+  AddCommand<ListSheetsCommand>(*family, status);
   AddCommand<ReadCommand>(*family, status);
   AddCommand<WriteCommand>(*family, status);
   AddCommand<ChartCommand>(*family, status);

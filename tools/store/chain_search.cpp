@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr unsigned int headerBytes = zp::BlockHeader::byteCount;
 constexpr size_t pageBytes = 0x1000;
 constexpr size_t searchedPieceBytes = 0x40000;  // of what is read at once
 
@@ -52,8 +51,8 @@ void ChainSearch::TakePage(std::span<BYTE const> page, unsigned long long positi
   if (isZeros(page)) return;
   unsigned long long const end = m_Stretches.empty() ? 0 : m_Stretches.back().End();
   if (m_Stretches.empty() || position > end) {
-    constexpr BYTE zeros[headerBytes] = {};
-    size_t const before = std::min<size_t>(headerBytes, static_cast<size_t>(position - end));
+    constexpr BYTE zeros[zp::BlockHeader::byteCount] = {};
+    size_t const before = std::min<size_t>(zp::BlockHeader::byteCount, static_cast<size_t>(position - end));
     m_Stretches.push_back({position - before, m_Bytes.size(), 0});
     Append({zeros, before});
   }
@@ -91,14 +90,14 @@ void ChainSearch::Weigh()
 DWORD ChainSearch::WeighFrom(Stretch const & stretch, size_t at) const
 {
   unsigned long long const position = stretch.position + at;
-  if (m_nRead - position <= headerBytes) return 0;
+  if (m_nRead - position <= zp::BlockHeader::byteCount) return 0;
   std::span<BYTE const> const bytes = std::span<BYTE const>(m_Bytes).subspan(stretch.first + at, stretch.size - at);
-  BYTE header[headerBytes] = {};
-  std::copy_n(bytes.begin(), std::min<size_t>(headerBytes, bytes.size()), header);
+  BYTE header[zp::BlockHeader::byteCount] = {};
+  std::copy_n(bytes.begin(), std::min<size_t>(zp::BlockHeader::byteCount, bytes.size()), header);
   zp::BlockHeader const block = zp::BlockHeader::Read(header);
-  unsigned long long const end = position + headerBytes + block.capacity;
+  unsigned long long const end = position + zp::BlockHeader::byteCount + block.capacity;
   if (block.length == 0 || block.length > block.capacity || end > m_nRead) return 0;
-  std::span<BYTE const> const rest = bytes.subspan(std::min<size_t>(headerBytes, bytes.size()));
+  std::span<BYTE const> const rest = bytes.subspan(std::min<size_t>(zp::BlockHeader::byteCount, bytes.size()));
   bool const isObject = !block.isFree && !NamedClass(rest.first(std::min<size_t>(block.length, rest.size()))).empty();
   DWORD const behind = stretch.Has(end) ? WeightIn(stretch, end) : WeightAt(end);
   return behind + (isObject ? forObject : block.length == block.capacity ? forFull : forAny);

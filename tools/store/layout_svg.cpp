@@ -10,13 +10,13 @@
 
 namespace {
 
-constexpr double left = 90;
+constexpr double leftEdge = 90;
 constexpr double top = 64;
 constexpr double rowWidth = 800;
 constexpr double rowHeight = 18;
 constexpr double rowStep = 24;
-constexpr double pageWidth = left + rowWidth + 30;
-constexpr unsigned long long mostRows = 24;
+constexpr double pageWidth = leftEdge + rowWidth + 30;
+constexpr unsigned long long mostPictureRows = 24;
 constexpr unsigned long long leastRowBytes = 256;
 
 constexpr std::array<Rgb, areaKinds> colours = {0x1B4F72, 0x2E86C1, 0xF5B041, 0xE5E8E8, 0xC0392B};
@@ -24,11 +24,11 @@ constexpr Rgb black = 0;
 constexpr Rgb grey = 0x666666;
 constexpr double textSize = 13;
 constexpr double titleSize = 17;
-constexpr std::array<char const *, areaKinds> names = {"header", "live", "slack", "free", "unreadable"};
+constexpr std::array<char const *, areaKinds> legendNames = {"header", "live", "slack", "free", "unreadable"};
 
 unsigned long long rowBytesOf(StoreLayout const & layout)
 {
-  return std::max(leastRowBytes, (layout.bytes + mostRows - 1) / mostRows);
+  return std::max(leastRowBytes, (layout.bytes + mostPictureRows - 1) / mostPictureRows);
 }
 
 void addArea(Picture & picture, LayoutArea const & area, unsigned long long rowBytes)
@@ -37,7 +37,7 @@ void addArea(Picture & picture, LayoutArea const & area, unsigned long long rowB
     unsigned long long const row = at / rowBytes;
     unsigned long long const stop = std::min(end, (row + 1) * rowBytes);
     double const scale = rowWidth / static_cast<double>(rowBytes);
-    picture.AddRectangle(left + static_cast<double>(at - row * rowBytes) * scale, top + static_cast<double>(row) * rowStep,
+    picture.AddRectangle(leftEdge + static_cast<double>(at - row * rowBytes) * scale, top + static_cast<double>(row) * rowStep,
                          static_cast<double>(stop - at) * scale, rowHeight);
     at = stop;
   }
@@ -70,11 +70,12 @@ void drawAreas(Picture & picture, StoreLayout const & layout, unsigned long long
 
 void drawLegend(Picture & picture, StoreLayout const & layout, double y)
 {
-  double x = left;
+  double x = leftEdge;
   for (size_t kind = 0; kind < areaKinds; ++kind) {
     if (layout.totals[kind] == 0) continue;
     picture.FillRectangle(x, y - 10, 12, 12, colours[kind]);
-    picture.DrawText(x + 18, y, fmt::format("{} {:.1f}%", names[kind], layout.ShareOf(layout.totals[kind])), textSize, black);
+    picture.DrawText(x + 18, y, fmt::format("{} {:.1f}%", legendNames[kind], layout.ShareOf(layout.totals[kind])), textSize,
+                     black);
     x += 140;
   }
 }
@@ -88,16 +89,16 @@ void add(StoreLayout & layout, AreaKind kind, unsigned long long start, unsigned
 
 void addBlock(StoreLayout & layout, zp::RecordBlock const & block)
 {
-  constexpr unsigned long long headerBytes = zp::BlockHeader::byteCount;
+  constexpr unsigned long long header = zp::BlockHeader::byteCount;
   if (block.isFree) {
     ++layout.freeBlocks;
-    return add(layout, AreaKind::Free, block.position, headerBytes + block.capacity);
+    return add(layout, AreaKind::Free, block.position, header + block.capacity);
   }
   ++layout.records;
   WORD const length = std::min(block.length, block.capacity);
-  add(layout, AreaKind::Header, block.position, headerBytes);
-  add(layout, AreaKind::Live, block.position + headerBytes, length);
-  add(layout, AreaKind::Slack, block.position + headerBytes + length, static_cast<WORD>(block.capacity - length));
+  add(layout, AreaKind::Header, block.position, header);
+  add(layout, AreaKind::Live, block.position + header, length);
+  add(layout, AreaKind::Slack, block.position + header + length, static_cast<WORD>(block.capacity - length));
 }
 
 }  // namespace
@@ -134,14 +135,14 @@ void LayoutToSvg(StoreLayout const & layout, std::string const & title, std::fun
   unsigned long long const rows = (layout.bytes + rowBytes - 1) / rowBytes;
   double const legendY = top + static_cast<double>(rows) * rowStep + 24;
   Picture picture(PictureFormat::Svg, pageWidth, legendY + 20, pass);
-  picture.DrawText(left, 26, title, titleSize, black);
-  picture.DrawText(left, 48,
+  picture.DrawText(leftEdge, 26, title, titleSize, black);
+  picture.DrawText(leftEdge, 48,
                    fmt::format("{} bytes, {} records, {} free blocks; compaction would win {} bytes, {:.1f}%", layout.bytes,
                                layout.records, layout.freeBlocks, layout.GetWin(), layout.ShareOf(layout.GetWin())),
                    textSize, black);
   for (unsigned long long row = 0; row * rowBytes < layout.bytes; ++row) {
-    picture.DrawText(left - 10, top + static_cast<double>(row) * rowStep + 14, fmt::format("{}", row * rowBytes), textSize, grey,
-                     TextSide::Right);
+    picture.DrawText(leftEdge - 10, top + static_cast<double>(row) * rowStep + 14, fmt::format("{}", row * rowBytes), textSize,
+                     grey, TextSide::Right);
   }
   drawAreas(picture, layout, rowBytes);
   drawLegend(picture, layout, legendY);

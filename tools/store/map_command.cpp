@@ -19,7 +19,7 @@
 namespace {
 
 constexpr size_t rowCells = 64;
-constexpr size_t mostRows = 8;
+constexpr size_t mostMapRows = 8;
 
 constexpr std::array<char, areaKinds> areaMarks = {'h', '#', '+', '.', '?'};
 constexpr std::array<char const *, areaKinds> areaNames = {"headers of live blocks", "live", "slack", "free", "unreadable"};
@@ -27,7 +27,7 @@ constexpr std::array<char const *, areaKinds> areaNames = {"headers of live bloc
 // The picture in cells: each shows what most of its bytes are, records before the rest.
 std::string cellsOf(StoreLayout const & layout)
 {
-  size_t const count = static_cast<size_t>(std::min<unsigned long long>(layout.bytes, rowCells * mostRows));
+  size_t const count = static_cast<size_t>(std::min<unsigned long long>(layout.bytes, rowCells * mostMapRows));
   std::vector<std::array<unsigned long long, areaKinds>> bytes(count);
   for (LayoutArea const & area : layout.areas) {
     for (unsigned long long at = area.start; at < area.start + area.bytes;) {

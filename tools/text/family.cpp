@@ -25,7 +25,7 @@ namespace {
 
 constexpr int standardOutput = 1;
 
-CLI::Validator const count = WholeNumber(0, INT_MAX);
+CLI::Validator const wholeNumber = WholeNumber(0, INT_MAX);
 
 std::vector<size_t> textColumns(TableShape const & shape)
 {
@@ -170,7 +170,7 @@ struct TextArguments : TextOptions {
   void AddOptions(CLI::App & command)
   {
     command.add_option("FILE", file, "A text file or a pipe, or - for standard input")->required();
-    command.add_option("--skip", skip, "Lines at the begin, such as a header, that aren't looked at")->transform(count);
+    command.add_option("--skip", skip, "Lines at the begin, such as a header, that aren't looked at")->transform(wholeNumber);
     command.add_option("--delimiter", delimiter,
                        "comma, tab, semicolon, blank (blanks and tabs in any mixture) or another character; by default the one "
                        "that makes most lines numeric");
@@ -187,7 +187,7 @@ struct TextArguments : TextOptions {
   void AddReport(CLI::App & command)
   {
     command.add_option("--report", report, "How many lines that aren't numeric are shown")
-        ->transform(count)
+        ->transform(wholeNumber)
         ->capture_default_str();
   }
 };

@@ -166,9 +166,9 @@ std::unique_ptr<ParseFile> ParseCopy(std::string_view text, std::string const & 
 
 std::string_view TrimBlanks(std::string_view text)
 {
-  constexpr CharacterSet blanks(" \t\f\v\n\r\x1A");
-  while (!text.empty() && blanks.Has(text.front())) text.remove_prefix(1);
-  while (!text.empty() && blanks.Has(text.back())) text.remove_suffix(1);
+  constexpr CharacterSet surrounding(" \t\f\v\n\r\x1A");
+  while (!text.empty() && surrounding.Has(text.front())) text.remove_prefix(1);
+  while (!text.empty() && surrounding.Has(text.back())) text.remove_suffix(1);
   return text;
 }
 

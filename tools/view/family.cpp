@@ -17,8 +17,8 @@
 
 namespace {
 
-constexpr int standardInput = 0;
-constexpr int standardOutput = 1;
+constexpr int terminalInput = 0;
+constexpr int terminalOutput = 1;
 constexpr char const * pageEnd = "\f";
 
 struct ViewCommand {
@@ -43,7 +43,7 @@ struct ViewCommand {
   {
     ReportPages const pages(report.entries);
     if (!html.empty()) return WriteHtml(pages, report);
-    bool const isOnTerminal = IsTerminal(standardInput) && IsTerminal(standardOutput);
+    bool const isOnTerminal = IsTerminal(terminalInput) && IsTerminal(terminalOutput);
     if (plain || !isOnTerminal || !ShowReport(pages, Title())) PrintPlain(pages);
   }
 
