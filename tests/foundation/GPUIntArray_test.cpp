@@ -72,6 +72,9 @@ TEST(GPUIntArray, SortsBySignedDifferenceAndDropsDuplicates)
   GPUIntArray array = arrayOf({3, 0xFFFFFFFF, 1, 3, 1, 0});
   array.EliminateDuplicates();
   EXPECT_EQ(valuesOf(array), (Values{0xFFFFFFFF, 0, 1, 3}));
+  GPUIntArray pair = arrayOf({7, 7});
+  pair.EliminateDuplicates();
+  EXPECT_EQ(valuesOf(pair), (Values{7}));
   GPUIntArray wrapping = arrayOf({0, 0x60000000, 0xC0000000, 0x80000000, 0x40000000, 0xE0000000});
   wrapping.Sort();
   EXPECT_EQ(wrapping.GetSize(), 6);

@@ -23,6 +23,7 @@ namespace {
 constexpr UINT command = 1000;
 std::vector<std::string> g_Asked;  // who was asked for the command, in order
 std::string g_Taker;               // who takes it
+int g_nLastCode;                   // of a command or notification that the main window was sent
 bool g_bRefuses = false;           // views their windows
 
 // A target that notes that neither its map nor the rest of its route has the command, and takes it if it is the taker.
@@ -32,6 +33,7 @@ class Noting : public Base {
   using Base::Base;
   BOOL OnCmdMsg(UINT id, int code, void * extra, AFX_CMDHANDLERINFO * info) override
   {
+    g_nLastCode = code;
     if (Base::OnCmdMsg(id, code, extra, info)) return TRUE;
     if (code != CN_COMMAND) return FALSE;
     g_Asked.emplace_back(this->GetRuntimeClass()->m_lpszClassName);
@@ -100,7 +102,20 @@ TEST_F(Documents, AreAskedForCommandsBehindTheirViews)
   EXPECT_EQ(m_pMain->SendMessage(WM_COMMAND, command | 0x10000), 1) << "from an accelerator";
   g_Asked.clear();
   EXPECT_EQ(m_pMain->SendMessage(WM_COMMAND, command | 0x50000, 77), 0) << "a control's notification is no command";
+  EXPECT_EQ(g_nLastCode, 5);
   EXPECT_TRUE(g_Asked.empty());
+}
+
+TEST_F(Documents, DockBarsOnSidesThatBothHave)
+{
+  CToolBar bar;
+  bar.EnableDocking(CBRS_ALIGN_TOP);
+  m_pMain->EnableDocking(CBRS_ALIGN_ANY & ~CBRS_ALIGN_TOP);
+  m_pMain->DockControlBar(&bar);
+  EXPECT_EQ(bar.GetDockingFrame(), nullptr);
+  m_pMain->EnableDocking(CBRS_ALIGN_ANY);
+  m_pMain->DockControlBar(&bar);
+  EXPECT_EQ(bar.GetDockingFrame(), m_pMain);
 }
 
 TEST_F(Documents, ComeForwardWithTheirFramesAndTellTheirViews)

@@ -67,6 +67,19 @@ TEST(File, RenamesOntoNothingThatExistsWhateverTheSystemOffers)
   zp::GetHostCalls() = kept;
 }
 
+TEST(File, InMemoryCopiesAnAttachedBlockBeforeItGrows)
+{
+  BYTE block[] = {'0'};
+  CMemFile file(block, 1, 4);
+  file.Write("1", 1);
+  file.Write("2", 1);
+  char text[2] = {};
+  file.SeekToBegin();
+  EXPECT_EQ(file.Read(text, 2), 2u);
+  EXPECT_EQ(std::string(text, 2), "12");
+  EXPECT_EQ(block[0], '1');
+}
+
 TEST(File, RefusesWhatItHasNot)
 {
   TempFolder const folder;

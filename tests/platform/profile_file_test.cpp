@@ -88,9 +88,10 @@ TEST_F(ProfileFile, NumbersAndBlocksHaveTheirTextForms)
   for (auto const & [name, expected] : {Row{"n", 102}, {"minus", -1}, {"big", -1}, {"empty", 9}, {"none", 9}, {"word", 0}})
     EXPECT_EQ(static_cast<int>(m_App.GetProfileInt("S", name, 9)), expected) << name;
   BYTE * bytes = nullptr;
-  UINT length = 0;
+  UINT length = 9;
   for (char const * key : {"odd", "bad", "low", "over", "under", "empty", "none"})
     EXPECT_FALSE(m_App.GetProfileBinary("S", key, &bytes, &length)) << key;
+  EXPECT_EQ(length, 0u);
   ASSERT_TRUE(m_App.GetProfileBinary("S", "block", &bytes, &length));
   std::unique_ptr<BYTE[]> const block(bytes);
   ASSERT_EQ(length, 2u);

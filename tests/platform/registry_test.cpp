@@ -98,6 +98,17 @@ TEST_F(Registry, AChangeKeepsAllElseInTheFile)
             "\"odd\"=dword:xyz\n;end\n[-HKEY_CURRENT_USER\\Gone]\n\"w\"=\"nowhere\"\n");
 }
 
+TEST_F(Registry, AValueBehindALineWithoutAnEndStandsOnALineOfItsOwn)
+{
+  m_Folder.Write("user.reg", "REGEDIT4\n\n[HKEY_CURRENT_USER\\K]\n\"a\"=\"1\"");
+  Open("k");
+  EXPECT_EQ(Set("b", REG_SZ, "2\0"s), ERROR_SUCCESS);
+  EXPECT_EQ(m_Folder.Read("user.reg"), "REGEDIT4\n\n[HKEY_CURRENT_USER\\K]\n\"a\"=\"1\"\n\"b\"=\"2\"\n");
+  EXPECT_EQ(Query("a") + Query("b"),
+            "11\0"
+            "12\0"s);
+}
+
 TEST_F(Registry, LinesCountInTheirOrder)
 {
   m_Folder.Write(
