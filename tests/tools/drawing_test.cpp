@@ -4,6 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <zpbase/platform/metafile.h>
+
 #include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
 #include "tests/tools/metafile_bytes.h"
@@ -119,6 +121,33 @@ TEST_F(DrawingTool, CountsYFromTheLowerEdge)
     std::string const entities = EntitiesOf(metafile, options);
     std::string const last = lineFrom("CONTINUOUS", 7, 10, height - 10, 20, height - 10);
     EXPECT_TRUE(entities.ends_with(last)) << entities << last;
+  }
+}
+
+TEST_F(DrawingTool, FindsTheBoundsOfEachRecordWhereNoneAreTold)
+{
+  char const * const point = "; 10 to 11 by 20 to 21\n";
+  char const * const area = "; 10 to 30 by 20 to 40\n";
+  std::pair<std::string, char const *> const rows[] = {
+      {MetafileBytes().Add(META_MOVETO, {20, 10}).Plain(), point},
+      {MetafileBytes().Add(META_LINETO, {20, 10}).Plain(), point},
+      {MetafileBytes().Add(META_SETPIXEL, {1, 2, 20, 10}).Plain(), point},
+      {MetafileBytes().Add(META_TEXTOUT, {2, 0x6261, 20, 10}).Plain(), point},
+      {MetafileBytes().Add(META_EXTTEXTOUT, {20, 10, 0, 0}).Plain(), point},
+      {MetafileBytes().Add(META_POLYLINE, {2, 10, 20, 30, 40}).Plain(), area},
+      {MetafileBytes().Add(META_POLYGON, {9, 10, 20, 30, 40}).Plain(), area},
+      {MetafileBytes().Add(META_POLYGON, {-1, 10, 20, 30, 40}).Plain(), "; 0 to 1 by 0 to 1\n"},
+      {MetafileBytes().Add(META_ELLIPSE, {40, 30, 20, 10}).Plain(), area},
+      {MetafileBytes().Add(META_RECTANGLE, {40, 30, 20, 10}).Plain(), area},
+      {MetafileBytes().Add(META_ROUNDRECT, {1, 2, 40, 30, 20, 10}).Plain(), area},
+      {MetafileBytes().Add(META_ARC, {1, 2, 3, 4, 40, 30, 20, 10}).Plain(), area},
+      {MetafileBytes().Add(META_PIE, {1, 2, 3, 4, 20, 10, 40, 30}).Plain(), area},
+      {MetafileBytes().Add(META_CHORD, {1, 2, 3, 4, 40, 30, 20, 10}).Plain(), area},
+  };
+  for (auto const & [metafile, bounds] : rows) {
+    m_Folder.Write("in.wmf", metafile);
+    std::string const told = RunZp(m_Folder.Path(), "inspect in.wmf").out;
+    EXPECT_NE(told.find(bounds), std::string::npos) << zp::ReadLittle<uint16_t>(metafile.data() + 22) << told;
   }
 }
 
