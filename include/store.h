@@ -101,8 +101,9 @@ class ZP_API GPFile : public CFile {
   int CopyFile(GPFile & src, int append);
   int CopyFile(CString const & src, int append);
 
-  // Copy by names; without append the copy takes the source's times and is writable. A copy that fails is removed; one onto
-  // itself, or where it can't be told whether it is, is refused. Where memory runs out behind the copying, the times are missing.
+  // Copy by names; without append the copy takes the source's times and is writable. A copy that fails is removed, also with
+  // append, and with it what dest held; one onto itself, or where it can't be told whether it is, is refused. Where memory runs
+  // out behind the copying, the times are missing.
   static int CopyFile(CString const & dest, CString const & src, int append);
   static int CopyFile(CString const & dest, GPFile & src, int append);
 

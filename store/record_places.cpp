@@ -120,12 +120,14 @@ bool GPDataFile::MarkFree(DWORD position, int id)
   return WriteBytes(position, mark, sizeof mark);
 }
 
-// A free block whose write failed is marked as free again: its header may have been written.
+// A free block whose write failed gets the header of one again: that may have been written, or a part of it.
 bool GPDataFile::WriteAtPlace(void const * data, unsigned int length, int id, zp::Place const & place)
 {
   if (place.isNew) return Append(data, length, id);
   if (WriteBlock(data, length, id, place.block)) return true;
-  MarkFree(place.block.position, id);
+  BYTE header[zp::headerBytes];
+  zp::BlockHeader{static_cast<WORD>(id), true, static_cast<WORD>(length), place.block.capacity}.Write(header);
+  WriteBytes(place.block.position, header, sizeof header);
   return false;
 }
 

@@ -314,7 +314,8 @@ BlockPositions::BlockPositions(ActiveTable const & active, FreeTable const & fre
 
 ULONGLONG BlockPositions::EndFor(DWORD position) const
 {
-  auto const next = std::upper_bound(m_Positions.begin(), m_Positions.end(), position);
+  auto const [at, next] = std::equal_range(m_Positions.begin(), m_Positions.end(), position);
+  if (next - at > 1) return position;
   return next == m_Positions.end() ? m_nFileLength : std::min<ULONGLONG>(*next, m_nFileLength);
 }
 

@@ -230,7 +230,8 @@ class BlockPositions {
  public:
   BlockPositions(ActiveTable const & active, FreeTable const & free, ULONGLONG fileLength);
 
-  // How far a block at position can reach: to the next known one, or to the end of the file as it was when this was made.
+  // How far a block at position can reach: to the next known one, or to the end of the file as it was when this was made; nowhere
+  // if two are known there.
   ULONGLONG EndFor(DWORD position) const;
 
  private:

@@ -100,7 +100,13 @@ std::string FollowedName(std::string const & name)
 Removal TryToRemove(std::string const & name)
 {
   if (untilDone([&] { return zp::GetHostCalls().Remove(name.c_str()); }) == 0) return Removal::Removed;
-  return saysMissing(errno) ? Removal::Missing : Removal::Failed;
+  if (saysMissing(errno)) return Removal::Missing;
+  if (errno != EROFS) return Removal::Failed;
+  zp::HostStatus status;  // a file system that can't be written says so of names that aren't there, too
+  bool const isMissing =
+      untilDone([&] { return zp::GetHostCalls().GetStatusOfLink(name.c_str(), status); }) != 0 && saysMissing(errno);
+  errno = EROFS;
+  return isMissing ? Removal::Missing : Removal::Failed;
 }
 
 bool RemoveFile(std::string const & name)

@@ -215,6 +215,23 @@ TEST_F(Store, TellsTheLengthThatAWriteWhichCameShortHasLeft)
   EXPECT_EQ(Get(*store, 2), "shnew r");
 }
 
+TEST_F(Store, GivesAFreeBlockAWholeHeaderWhereAWriteIntoItCameShort)
+{
+  auto const store = Open();
+  for (int id = 1; id <= 3; ++id) Put(*store, id, std::string(300, 'a'));
+  Put(*store, 2, std::string(20, 'b'));
+  store->DeleteRec(2);
+  KeptHost const kept;
+  g_nRoom = 3;
+  zp::GetHostCalls().WriteAt = [](int file, void const * buffer, size_t count, LONGLONG position) {
+    static bool hasFailed = false;
+    if (g_nRoom == 0 && !std::exchange(hasFailed, true)) return writeNothing(file, buffer, count, position);
+    return g_Real.WriteAt(file, buffer, g_nRoom > 0 ? std::exchange(g_nRoom, 0) : count, position);
+  };
+  EXPECT_EQ(Put(*store, 9, std::string(256, 'c')), 1);
+  EXPECT_EQ(folder.Read("a.sr").substr(306, 6), FromHex("09 80 00 01 2C 01"));
+}
+
 TEST_F(Store, FindsPlacesForTheRecordsOfAFileThatCouldNotBeCreated)
 {
   GPDataFile store(folder.Name("a.si"), folder.Name("none\\a.sr"), CFile::modeReadWrite, nullptr);

@@ -51,6 +51,35 @@ TEST_F(Store, SearchesAnIndexOutOfOrderAsItStands)
   EXPECT_EQ(folder.Read("a.si").substr(36, 18), FromHex("1E 00 00 00 03 00 03 00 03 80 00 00 00 00 05 00 01 00"));
 }
 
+// Three records of 4 bytes at 0, 10 and 20; the index has two of its entries at 10.
+TEST_F(Store, WritesNowhereThatItsIndexNamesTwice)
+{
+  std::string const active = "00 00 FF FF 01 00 09 00 \"GPObArray\" ";
+  std::string const first = " 00 FF FF 01 00 0B 00 \"GPActiveRec\" 00 00 00 00 01 00 04 00 ";
+  std::string const second = "03 80 0A 00 00 00 02 00 04 00 ";
+  std::string const third = "03 80 14 00 00 00 03 00 04 00 ";
+  std::string const free = "FF FF 01 00 08 00 \"GPObList\" ";
+  std::string const firstFree = " 00 FF FF 01 00 0A 00 \"GPEmptyRec\" 0A 00 00 00 04 00 ";
+  std::pair<std::string, char const *> const rows[] = {
+      {active + "03" + first + second + third + free + "01" + firstFree, "02 00"},                     // live and free
+      {active + "02" + first + third + free + "02" + firstFree + "08 80 0A 00 00 00 04 00", "02 80"},  // twice free
+      {active + "04" + first + second + second + third + free + "00 00", "02 00"},                     // twice live
+  };
+  for (auto const & [index, word] : rows) {
+    std::string const records =
+        FromHex("01 00 04 00 04 00 \"aaaa\" " + std::string(word) + " 04 00 04 00 \"bbbb\" 03 00 04 00 04 00 \"cccc\"");
+    folder.Write("a.si", FromHex(index));
+    folder.Write("a.sr", records);
+    auto store = Open();
+    EXPECT_EQ(Put(*store, 2, "longer"), 1);
+    store->DeleteRec(2);
+    for (int const id : {10, 11, 12}) EXPECT_EQ(Put(*store, id, std::string(4, static_cast<char>('A' + id))), 1);
+    EXPECT_EQ(Get(*store, 1) + Get(*store, 3) + Get(*store, 10) + Get(*store, 11) + Get(*store, 12), "aaaaccccKKKKLLLLMMMM");
+    store->Close();
+    EXPECT_EQ(folder.Read("a.sr").substr(0, records.size()), records) << word;
+  }
+}
+
 TEST_F(Store, LeavesAStoreAloneThatAnotherHasChangedWhereItHasChangesOfItsOwn)
 {
   auto const other = [this] { Put(*Open(), 2, "another"); };

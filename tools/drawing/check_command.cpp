@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "tools/drawing/dxf_report.h"
+#include "tools/host_file.h"
 #include "tools/json_output.h"
 #include "tools/output_names.h"
 #include "tools/program.h"
@@ -41,12 +42,18 @@ nlohmann::json check(std::string const & file, DxfOptions const & options, int &
   return asJson(file, inspection);
 }
 
+// What gives its bytes once.
+bool isPipeOrDevice(std::string const & name)
+{
+  return FileExists(name) && !IsRegularFile(name) && !IsFolder(name);
+}
+
 }  // namespace
 
 void CheckDrawings(DxfOptions const & options, int & status)
 {
   bool const draws = !options.svg.empty() || !options.png.empty();
-  if (draws && (options.files.size() != 1 || options.files.front() == "-"))
+  if (draws && (options.files.size() != 1 || options.files.front() == "-" || isPipeOrDevice(options.files.front())))
     throw Failure("--svg and --png go with one drawing that lies in a file", exitUsage);
   if (draws) RefuseOverwriting(options.files, {options.svg, options.png, "-"});
   nlohmann::json all = nlohmann::json::array();

@@ -19,6 +19,7 @@
 #include "tools/output_names.h"
 #include "tools/program.h"
 #include "tools/progress.h"
+#include "tools/shown_text.h"
 
 namespace {
 
@@ -76,7 +77,7 @@ void print(Result const & result, DxfOptions const & options)
 {
   Conversion const & conversion = result.conversion;
   if (result.task.output != "-")
-    PrintShown(fmt::format("{}: {}, {}, height {}\n", result.task.output, Counted(conversion.records, "record"),
+    PrintShown(fmt::format("{}: {}, {}, height {}\n", Visible(result.task.output), Counted(conversion.records, "record"),
                            Counted(result.bytes, "byte"), conversion.height));
   if (!options.stats) return;
   PrintShown(fmt::format("  written: {}\n", result.inspection->Counts()));

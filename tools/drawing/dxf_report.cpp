@@ -9,6 +9,7 @@
 
 #include "tools/input_file.h"
 #include "tools/program.h"
+#include "tools/shown_text.h"
 
 namespace {
 
@@ -52,9 +53,9 @@ void DxfInspection::PrintProblems(std::string const & name) const
 {
   DxfProblems const & problems = m_Reader.GetProblems();
   for (DxfProblem const & problem : problems.GetKept())
-    PrintShown(fmt::format("{}: line {}: {}\n", name, problem.line, problem.what));
+    PrintShown(fmt::format("{}: line {}: {}\n", Visible(name), problem.line, problem.what));
   if (problems.GetCount() > problems.GetKept().size())
-    PrintShown(fmt::format("{}: and {} more\n", name, problems.GetCount() - problems.GetKept().size()));
+    PrintShown(fmt::format("{}: and {} more\n", Visible(name), problems.GetCount() - problems.GetKept().size()));
 }
 
 nlohmann::json DxfInspection::ProblemsAsJson() const

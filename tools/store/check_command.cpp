@@ -1,5 +1,6 @@
 // zp store check: the report for people and machines.
 
+#include "tools/shown_text.h"
 #include "tools/store/many_stores.h"
 #include "tools/store/store_arguments.h"
 
@@ -16,7 +17,7 @@ void printReport(CheckReport const & report, StoreOutput & output)
 {
   std::string file;
   for (StoreFault const & fault : report.faults) {
-    if (fault.file != file) output.PrintLines(fault.file + "\n");
+    if (fault.file != file) output.PrintLines(Visible(fault.file) + "\n");
     file = fault.file;
     std::string const place = fault.offset < 0 ? "" : fmt::format("at {:>9}", fault.offset);
     output.PrintLines(fmt::format("  {:<12}  {}\n", place, fault.text));

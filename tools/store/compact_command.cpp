@@ -1,6 +1,7 @@
 // zp store compact: the store is compacted as a copy, the copy is compared record by record, and the two files are exchanged.
 
 #include "tools/json_output.h"
+#include "tools/shown_text.h"
 #include "tools/store/many_stores.h"
 #include "tools/store/store_arguments.h"
 
@@ -51,8 +52,8 @@ void printGain(StoreNames const & names, Gain const & gain, StoreOutput & output
 {
   if (!gain.tidied.empty()) output.PrintLines(gain.tidied + "\n");
   unsigned long long const won = gain.before - gain.after;
-  if (won == 0) return output.PrintLines(fmt::format("{}: {} bytes, nothing to win\n", names.record, gain.before));
-  output.PrintLines(fmt::format("{}: {} bytes instead of {}, {:.1f}% won\n", names.record, gain.after, gain.before,
+  if (won == 0) return output.PrintLines(fmt::format("{}: {} bytes, nothing to win\n", Visible(names.record), gain.before));
+  output.PrintLines(fmt::format("{}: {} bytes instead of {}, {:.1f}% won\n", Visible(names.record), gain.after, gain.before,
                                 100.0 * static_cast<double>(won) / static_cast<double>(gain.before)));
 }
 

@@ -39,7 +39,7 @@ void StoredRecords::FindByIndex()
 {
   m_Blocks.reserve(m_Store.GetIndex().live.size());
   for (LiveEntry const & entry : m_Store.GetIndex().live) {
-    if (entry.id < 0 || entry.length == 0) continue;
+    if (entry.id < 0) continue;
     auto const length = static_cast<WORD>(entry.length);
     m_Blocks.push_back({{static_cast<WORD>(entry.id), false, length, length}, entry.position});
   }
@@ -93,6 +93,8 @@ std::span<BYTE const> StoredRecords::Fetch(RecordWindow & window, zp::RecordBloc
   std::string problem;
   if (wanted.position == LiveEntry::noPlace)
     problem = "its bytes never reached the file; store it again or delete it";
+  else if (wanted.length == 0)
+    problem = "the index has 0 bytes of it; look with zp store check";
   else if (bytes.size() < headerBytes + wanted.length)
     problem = fmt::format("the file ends before its {} do; look with zp store check", Counted(wanted.length, "byte"));
   else if (std::string const why = whyNot(wanted, zp::BlockHeader::Read(bytes.data())); m_bByIndex && !why.empty())
