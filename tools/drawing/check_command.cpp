@@ -31,15 +31,17 @@ nlohmann::json asJson(std::string const & file, DxfInspection const & inspection
           {"faults", inspection.ProblemsAsJson()}};
 }
 
-// Reads one drawing back, tells what is broken in it, and draws it where that is asked for. Gives what JSON has of it.
-nlohmann::json check(std::string const & file, DxfOptions const & options, int & status)
+// Reads one drawing back, tells what is broken in it, and draws it where that is asked for.
+void check(std::string const & file, DxfOptions const & options, nlohmann::json & all, int & status)
 {
   PictureNames const pictures = {options.svg, options.png};
   DxfInspection const inspection(file);
   if (!inspection.IsSound()) status = exitWanting;
-  if (!options.json) print(file, inspection);
+  if (options.json)
+    all.push_back(asJson(file, inspection));
+  else
+    print(file, inspection);
   if (!pictures.svg.empty() || !pictures.png.empty()) DxfPictures(file, inspection.GetCover(), pictures).Replace();
-  return asJson(file, inspection);
 }
 
 // What gives its bytes once.
@@ -59,13 +61,13 @@ void CheckDrawings(DxfOptions const & options, int & status)
   nlohmann::json all = nlohmann::json::array();
   for (std::string const & file : options.files) {
     try {
-      all.push_back(check(file, options, status));
+      check(file, options, all, status);
     } catch (Failure const & failure) {
       if (options.files.size() == 1) throw;
       std::fflush(stdout);
       Tell(failure.what());
       status = exitWanting;
-      all.push_back({{"file", file}, {"sound", false}, {"failure", failure.what()}});
+      if (options.json) all.push_back({{"file", file}, {"sound", false}, {"failure", failure.what()}});
     }
   }
   if (options.json) Print(DumpJson(all, 2) + "\n");
