@@ -22,8 +22,9 @@ GPa::GPa(GPa const & other) : GPData(other)
 GPa & GPa::operator=(GPa const & other)
 {
   if (this == &other) return *this;
-  GPData::operator=(other);
+  GPData const id(other);
   Init(other);
+  GPData::operator=(id);
   return *this;
 }
 

@@ -45,13 +45,19 @@ size_t countKept(Number const * numbers, size_t count)
 template <class Element, class Shown>
 void appendTexts(CStringArray & out, BYTE const * area, int count, int minimum, CString const & format)
 {
-  for (int i = 0; i < count; ++i) {
-    zp::FormatArg const value(static_cast<Shown>(zp::ReadLittle<Element>(area + static_cast<size_t>(i) * sizeof(Element))));
-    std::string text;
-    zp::FormatInto(text, format, std::span<zp::FormatArg const>(&value, 1));
-    out.Add(CString(std::move(text)));
+  int const before = out.GetSize();
+  try {
+    for (int i = 0; i < count; ++i) {
+      zp::FormatArg const value(static_cast<Shown>(zp::ReadLittle<Element>(area + static_cast<size_t>(i) * sizeof(Element))));
+      std::string text;
+      zp::FormatInto(text, format, std::span<zp::FormatArg const>(&value, 1));
+      out.Add(CString(std::move(text)));
+    }
+    for (int i = count; i < minimum; ++i) out.Add(CString());
+  } catch (std::bad_alloc const &) {
+    out.SetSize(before);
+    throw;
   }
-  for (int i = count; i < minimum; ++i) out.Add(CString());
 }
 
 template <class Element, class Number>
@@ -76,8 +82,8 @@ GPv::GPv(GPv const & other) : GPData(other)
 GPv & GPv::operator=(GPv const & other)
 {
   if (this == &other) return *this;
-  GPData::operator=(other);
   Init(other);
+  GPData::operator=(other);
   return *this;
 }
 

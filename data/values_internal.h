@@ -34,8 +34,10 @@ int LoadValue(Collection & items, unsigned int id, bool blank, Value const & val
   }
   std::unique_ptr<Item> item(blank ? nullptr : new Item(id, value));
   items.DeleteData(static_cast<unsigned int>(static_cast<WORD>(id)));
-  if (item != nullptr) items.AddData(item.release());
-  return !blank;
+  if (blank) return 0;
+  items.AddData(item.get());
+  item.release();
+  return 1;
 }
 
 template <class Collection>

@@ -4,7 +4,8 @@
 // bits are kept. A blank text and a zero mean that there is no value. Compare gives a signed difference, by data id alone
 // unless a class says otherwise; an object that is no item is ordered by address. GetString replaces out by the value under a
 // printf-style format with the value as its one argument, by default as each class says; items of several values give an empty
-// text. Init copies the class's own fields, not its base's.
+// text. Init copies the class's own fields, not its base's. Where memory runs out the items and collections are as they were;
+// what an Unload has filled by then stays.
 #pragma once
 
 #include <memory>
@@ -101,6 +102,13 @@ class ZP_API GPs : public GPData {
   explicit GPs(unsigned int id = 0) : GPData(id) {}
   GPs(unsigned int id, CString const & value) : GPData(id), m_strValue(value) {}
   GPs(unsigned int id, CString const & value, int length) : GPData(id), m_strValue(value.Left(length)) {}
+  GPs(GPs const &) = default;
+  GPs & operator=(GPs const & other)
+  {
+    Init(other);
+    GPData::operator=(other);
+    return *this;
+  }
   void Init(GPs const & other) { m_strValue = other.m_strValue; }
   CString GetValue() const { return m_strValue; }
 
@@ -504,7 +512,8 @@ class ZP_API GPDataArray : public GPObArray {
   GPData * GetData(GPData * key);
   GPData const * GetData(GPData * key) const;
 
-  // The array takes the item over and gives it back as the result. ReplaceData deletes one item of the same data id first.
+  // The array takes the item over and gives it back as the result. ReplaceData deletes one item of the same data id first, and
+  // has done so where a Compare raises then.
   GPData * AddData(GPData * item);
   GPData * ReplaceData(GPData * item);
 

@@ -182,7 +182,8 @@ class ZP_API GPPaintBox : public CObject {
   UINT m_nFillPattern = 0xFFFF;        // the first row of the fill pattern table
 };
 
-// Four numbers that the modules above know the meaning of, and a number format.
+// Four numbers that the modules above know the meaning of, and a number format. An assignment whose memory runs out has taken
+// the numbers.
 class ZP_API GPFSheetVals : public CObject {
  public:
   GPFSheetVals();                                                                                // 0, 1, 1, 64

@@ -76,7 +76,8 @@ inline constexpr HRESULT contentsWouldBeLost = static_cast<HRESULT>(0x80040201);
 
 }  // namespace zp
 
-// A block of cells, by the names of its first and last one, and a format for it.
+// A block of cells, by the names of its first and last one, and a format for it. An assignment whose memory runs out may have
+// taken some of the texts.
 class ZP_API GPRangeFormat : public CObject {
  public:
   GPRangeFormat(int firstColumn, int firstRow, int lastColumn, int lastRow, char const * format);

@@ -11,6 +11,7 @@
 #include <pybind11/stl.h>
 
 #include "python/library_call.h"
+#include "tools/interrupt_guard.h"
 #include "tools/program.h"
 #include "tools/text/cell_text.h"
 #include "tools/text/misfit_report.h"
@@ -189,22 +190,19 @@ TextOptions optionsFor(py::object const & path, int skip, std::string const & de
   return options;
 }
 
-// Gives Ctrl-C back to Python, whose handler a read replaces for a moment: one at a time, so it lives in the library.
+// Gives a signal back to Python, whose handlers a read replaces for a moment: one at a time, so it lives in the library.
 class InterruptsBack {
  public:
-  InterruptsBack() : m_pfnFormer(PyOS_getsig(SIGINT)) {}
+  InterruptsBack() = default;
   ~InterruptsBack()
   {
-    PyOS_setsig(SIGINT, m_pfnFormer);  // as Python sets it: one that was put back by signal restarts system calls
-    if (!InterruptGuard::IsInterrupted()) return;
+    int const signal = InterruptGuard::GetSignal();
+    if (signal == 0) return;
     InterruptGuard::Forget();
-    kill(getpid(), SIGINT);  // again, for the main thread, which may wait for others
+    kill(getpid(), signal);  // again, for the main thread, which may wait for others
   }
   InterruptsBack(InterruptsBack const &) = delete;
   InterruptsBack & operator=(InterruptsBack const &) = delete;
-
- private:
-  PyOS_sighandler_t m_pfnFormer;
 };
 
 // A read that Ctrl-C has broken off begins anew unless Python's handler raises an exception here.

@@ -5,6 +5,8 @@
 #include <zpbase/platform/host_calls.h>
 
 #include "tools/command_line.h"
+#include "tools/interrupt_guard.h"
+#include "tools/program.h"
 
 namespace {
 
@@ -24,11 +26,20 @@ void holdStandardStreams()
   if (file > lastStandard) host.Close(file);
 }
 
+// As the signal would have that was held back, so that a shell's loop ends too.
+void endBySignal()
+{
+  std::signal(InterruptGuard::GetSignal(), SIG_DFL);
+  std::raise(InterruptGuard::GetSignal());
+}
+
 }  // namespace
 
 int main(int argc, char ** argv)
 {
   holdStandardStreams();
   std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no more is an error like a full disk
-  return RunCommandLine(argc, argv);
+  int const status = RunCommandLine(argc, argv);
+  if (status == exitInterrupted) endBySignal();
+  return status;
 }

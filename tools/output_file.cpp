@@ -42,8 +42,7 @@ OutputFile::~OutputFile()
 void OutputFile::Fail(int error) const
 {
   throw OutputFailure(
-      fmt::format("{}: can't be written: {}{}", m_strName, std::strerror(error), m_bDevice ? "" : "; nothing was changed"),
-      error);
+      fmt::format("{}: can't be written: {}{}", m_strName, ReasonOf(error), m_bDevice ? "" : "; nothing was changed"), error);
 }
 
 void OutputFile::Write(std::string_view bytes)
@@ -86,7 +85,7 @@ void OutputFile::Commit()
   throw Failure(fmt::format("{}: {}: {}", m_strName,
                             left == Removal::Missing ? "was written, but may not outlive a failure of the machine"
                                                      : "may not have been replaced; the new one may still be " + temporary,
-                            std::strerror(error)));
+                            ReasonOf(error)));
 }
 
 // The former file's permissions, and its owner where that is allowed.

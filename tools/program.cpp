@@ -1,9 +1,8 @@
-// Output, whole files, interruption and texts, for all commands.
+// Output, whole files, failures and texts, for all commands.
 
 #include "tools/program.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -16,6 +15,7 @@
 #include <zpbase/platform/exceptions.h>
 #include <zpbase/platform/host_calls.h>
 #include <zpbase/platform/paths.h>
+#include <zpbase/platform/system_error.h>
 #include <zpbase/platform/terminal.h>
 
 #include "tools/host_file.h"
@@ -25,13 +25,7 @@
 
 namespace {
 
-volatile std::sig_atomic_t g_bInterrupted = 0;
 Teller g_pfnTeller = nullptr;
-
-void noteInterrupt(int)
-{
-  g_bInterrupted = 1;
-}
 
 // The host's name in place of the inside one.
 void showHostName(std::string & sentence, CString const & name)
@@ -52,23 +46,6 @@ std::string withoutZeros(std::string line)
 }  // namespace
 
 Failure::Failure(std::string const & line, int status) : std::runtime_error(withoutZeros(line)), m_nStatus(status) {}
-
-InterruptGuard::InterruptGuard() : m_pfnFormer(std::signal(SIGINT, noteInterrupt)) {}
-
-InterruptGuard::~InterruptGuard()
-{
-  std::signal(SIGINT, m_pfnFormer);
-}
-
-bool InterruptGuard::IsInterrupted()
-{
-  return g_bInterrupted != 0;
-}
-
-void InterruptGuard::Forget()
-{
-  g_bInterrupted = 0;
-}
 
 void Print(std::string_view text)
 {
@@ -144,6 +121,12 @@ void WriteWholeFile(std::string const & name, std::string_view bytes)
   file.Commit();
 }
 
+std::string ReasonOf(int error)
+{
+  if (error == EWOULDBLOCK) return "another program keeps its folder locked; try again when that has ended";
+  return std::strerror(error);
+}
+
 void FailCreating(std::string const & name, char const * what, CFileException const & problem)
 {
   bool const isRefused = problem.m_cause == CFileException::accessDenied;
@@ -182,7 +165,11 @@ std::string Describe(CException const & exception)
   char text[512];
   exception.GetErrorMessage(text, sizeof text);
   std::string sentence = zp::TextToUtf8(text);
-  if (auto const * const file = dynamic_cast<CFileException const *>(&exception)) showHostName(sentence, file->m_strFileName);
+  if (auto const * const file = dynamic_cast<CFileException const *>(&exception)) {
+    showHostName(sentence, file->m_strFileName);
+    if (file->m_cause == CFileException::genericException && file->m_lOsError == ERROR_FILE_TOO_LARGE)
+      sentence = "the file may not grow that large; check the limits of the shell (ulimit -f) and the disk's";
+  }
   while (!sentence.empty() && (sentence.back() == '.' || sentence.back() == '\n')) sentence.pop_back();
   return sentence.empty() ? "an unknown failure" : sentence;
 }

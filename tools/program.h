@@ -1,4 +1,4 @@
-// What every command of zp shares: exit statuses, failures, interruption, and the way to standard output and to whole files.
+// What every command of zp shares: exit statuses, failures, and the way to standard output and to whole files.
 #pragma once
 
 #include <stdexcept>
@@ -10,6 +10,7 @@
 class CException;
 class CFileException;
 
+// The last one stands for an end by the signal that an InterruptGuard held back.
 enum ExitStatus { exitDone = 0, exitWanting = 1, exitUsage = 2, exitInterrupted = 130 };
 
 // Ends the command: one line that says which file, where, what was expected and what to do.
@@ -30,21 +31,6 @@ class SystemFailure : public Failure {
 
  private:
   int m_nError;
-};
-
-// Holds Ctrl-C back for as long as it lives, so that a step that mustn't be cut can end; the program asks between steps.
-class InterruptGuard {
- public:
-  InterruptGuard();
-  ~InterruptGuard();
-  InterruptGuard(InterruptGuard const &) = delete;
-  InterruptGuard & operator=(InterruptGuard const &) = delete;
-
-  static bool IsInterrupted();
-  static void Forget();  // for a process that goes on
-
- private:
-  void (*m_pfnFormer)(int);
 };
 
 // Writes to standard output; a failure is noticed by FlushOutput, which raises it.
@@ -77,6 +63,9 @@ CString InsidePath(std::string const & hostName);
 // file that is written is replaced at once.
 std::string ReadWholeFile(std::string const & name);
 void WriteWholeFile(std::string const & name, std::string_view bytes);
+
+// Why a file couldn't be replaced, as errno tells it.
+std::string ReasonOf(int error);
 
 // Why a file couldn't be opened or made, with what to do; what is its kind, such as "index file", or null where it isn't made.
 [[noreturn]] void FailCreating(std::string const & name, char const * what, CFileException const & problem);

@@ -8,7 +8,7 @@
 #include <fmt/format.h>
 #include <zpbase/platform/terminal.h>
 
-#include "tools/program.h"
+#include "tools/interrupt_guard.h"
 
 namespace {
 

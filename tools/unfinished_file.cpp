@@ -7,6 +7,8 @@
 
 #include <zpbase/platform/host_calls.h>
 
+#include "tools/interrupt_guard.h"
+
 std::atomic<UnfinishedFile *> UnfinishedFile::m_pFirst = nullptr;
 
 static_assert(std::atomic<UnfinishedFile *>::is_always_lock_free);
@@ -14,7 +16,7 @@ static_assert(std::atomic<UnfinishedFile *>::is_always_lock_free);
 UnfinishedFile::UnfinishedFile(std::string hostName) : m_strName(std::move(hostName)), m_pNext(m_pFirst.load())
 {
   m_pFirst = this;
-  for (int const signal : {SIGINT, SIGTERM, SIGHUP}) Watch(signal);
+  for (int const signal : endingSignals) Watch(signal);
 }
 
 UnfinishedFile::~UnfinishedFile()

@@ -139,6 +139,8 @@ class CPlainArray : public CObject {
 
  protected:
   CPlainArray() = default;
+  CPlainArray(CPlainArray const &) = default;
+  CPlainArray & operator=(CPlainArray const & other);
   std::vector<Value> m_Elements;
 
  private:

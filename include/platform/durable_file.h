@@ -8,8 +8,9 @@
 #include "types.h"
 
 // Replaces a whole file so that every reader, also after a crash, sees the old bytes or the new ones: written beside it, synced
-// and renamed, under a lock on the folder. Both forms of path will do; links are followed, the mode of the old file is kept.
-// False on failure, with the host's error number in error; the old file then stands untouched.
+// and renamed, under a lock on the folder; EWOULDBLOCK when another program has held that for ten seconds. Both forms of path
+// will do; links are followed, the mode of the old file is kept. False on failure, with the host's error number in error; the old
+// file then stands untouched.
 ZP_API bool ReplaceFileDurably(char const * target, std::string_view content, int * error = nullptr);
 
 // The same if mayReplace allows it, which is asked under the lock with the host path of the file that was written beside the

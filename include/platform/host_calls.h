@@ -22,8 +22,8 @@ enum HostOpen : unsigned int {
   hostFolder = 32   // anything but a folder is ENOTDIR
 };
 
-// An advisory lock on a whole file. A lock that another open has taken is EWOULDBLOCK, or is waited for.
-enum class HostLock { Shared, Exclusive, ExclusiveWait };
+// An advisory lock on a whole file or folder. A lock that another open has taken is EWOULDBLOCK.
+enum class HostLock { Shared, Exclusive };
 
 struct HostTime {
   LONGLONG seconds = 0;  // since 1970-01-01 UTC

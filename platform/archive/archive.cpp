@@ -36,6 +36,8 @@ CArchive::~CArchive()
   } catch (CException * problem) {
     zp::ExceptionGuard const guard(problem);
     Abort();
+  } catch (std::bad_alloc const &) {
+    Abort();
   }
 }
 

@@ -3,6 +3,7 @@
 #include <zpbase/platform/collections.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <zpbase/platform/archive.h>
@@ -79,7 +80,10 @@ int CObArray::Add(CObject * element)
 void CObArray::InsertAt(int index, CObject * element, int count)
 {
   if (index < 0 || count < 0) AfxThrowInvalidArgException();
-  if (index > GetSize()) SetSize(index);
+  if (index > GetSize()) {
+    m_Elements.reserve(static_cast<size_t>(index) + static_cast<size_t>(count));
+    SetSize(index);
+  }
   m_Elements.insert(m_Elements.begin() + index, static_cast<size_t>(count), element);
   m_nOrder = orderUnknown;
 }
@@ -153,12 +157,20 @@ void CPlainArray<Value>::Reserve(int size)
 }
 
 template <class Value>
+CPlainArray<Value> & CPlainArray<Value>::operator=(CPlainArray const & other)
+{
+  std::vector<Value> elements(other.m_Elements);
+  m_Elements.swap(elements);
+  return *this;
+}
+
+template <class Value>
 void CPlainArray<Value>::SetAtGrow(int index, Value const & value)
 {
   checkGrowth(index);
-  Value const kept = value;  // growing moves the elements
+  Value kept = value;  // growing moves the elements
   if (index >= GetSize()) SetSize(index + 1);
-  m_Elements[static_cast<size_t>(index)] = kept;
+  m_Elements[static_cast<size_t>(index)] = std::move(kept);
 }
 
 template <class Value>
@@ -179,9 +191,11 @@ template <class Value>
 void CPlainArray<Value>::InsertAt(int index, Value const & value, int count)
 {
   if (index < 0 || count < 0) AfxThrowInvalidArgException();
-  Value const kept = value;  // growing moves the elements
-  if (index > GetSize()) SetSize(index);
-  m_Elements.insert(m_Elements.begin() + index, static_cast<size_t>(count), kept);
+  std::vector<Value> added(static_cast<size_t>(count), value);
+  size_t const needed = std::max(static_cast<size_t>(index), m_Elements.size()) + added.size();
+  if (needed > m_Elements.capacity()) m_Elements.reserve(std::max(needed, 2 * m_Elements.size()));
+  if (index > GetSize()) m_Elements.resize(static_cast<size_t>(index));
+  m_Elements.insert(m_Elements.begin() + index, std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
 }
 
 template <class Value>

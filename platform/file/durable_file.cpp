@@ -16,6 +16,8 @@ namespace {
 constexpr std::string_view temporaryEnd = ".zp-new";
 constexpr size_t mostNameBytes = 255;  // that file systems take
 constexpr unsigned int newFileMode = 0666;
+constexpr LONGLONG mostWaitNanos = 10'000'000'000;
+constexpr int waitMilliseconds = 2;
 
 std::string folderOf(std::string const & hostFile)
 {
@@ -81,6 +83,19 @@ int replaceDurably(std::string_view target, std::string_view content, MayReplace
   return lock.GetError() != 0 ? lock.GetError() : ReplaceLockedFile(lock, file, content, mayReplace);
 }
 
+// Not without end: whoever can read a folder can lock it.
+int waitForLock(int folder)
+{
+  HostCalls const & host = GetHostCalls();
+  LONGLONG const end = host.SteadyClock() + mostWaitNanos;
+  while (host.Lock(folder, HostLock::Exclusive) != 0) {
+    if (errno != EWOULDBLOCK && errno != EINTR) return 0;  // the file system knows no locks
+    if (host.SteadyClock() >= end) return EWOULDBLOCK;
+    host.Pause(waitMilliseconds);
+  }
+  return 0;
+}
+
 bool report(int result, int * error)
 {
   if (error != nullptr) *error = result;
@@ -92,7 +107,7 @@ bool report(int result, int * error)
 FolderLock::FolderLock(std::string const & hostFile)
     : m_Folder(GetHostCalls().Open(folderOf(hostFile).c_str(), hostRead | hostFolder, 0)), m_nError(m_Folder.IsOpen() ? 0 : errno)
 {
-  if (m_Folder.IsOpen()) GetHostCalls().Lock(m_Folder.Get(), HostLock::ExclusiveWait);
+  if (m_Folder.IsOpen()) m_nError = waitForLock(m_Folder.Get());
 }
 
 bool FolderLock::Sync() const

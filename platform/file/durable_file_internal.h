@@ -9,12 +9,13 @@
 
 namespace zp {
 
-// Holds an exclusive lock on the folder of a host file, waiting for it. Where the file system knows no locks, none is held.
+// Holds an exclusive lock on the folder of a host file, for which it waits up to ten seconds. Where the file system knows no
+// locks, none is held.
 class FolderLock {
  public:
   explicit FolderLock(std::string const & hostFile);
 
-  int GetError() const { return m_nError; }  // 0, or why the folder couldn't be opened
+  int GetError() const { return m_nError; }  // 0, or why the folder couldn't be opened or locked
   bool Sync() const;                         // makes renames in the folder durable
 
  private:

@@ -59,11 +59,7 @@ int setLength(int file, LONGLONG length)
 
 int lockFile(int file, HostLock lock)
 {
-  if (lock != HostLock::ExclusiveWait) return flock(file, (lock == HostLock::Shared ? LOCK_SH : LOCK_EX) | LOCK_NB);
-  int result;
-  do result = flock(file, LOCK_EX);
-  while (result != 0 && errno == EINTR);
-  return result;
+  return flock(file, (lock == HostLock::Shared ? LOCK_SH : LOCK_EX) | LOCK_NB);
 }
 
 HostTime timeOf(timespec const & time)

@@ -46,6 +46,7 @@ constexpr ErrorText texts[] = {
     {ERROR_BAD_PATHNAME, "The path is not valid."},
     {ERROR_ALREADY_EXISTS, "A file or folder of this name exists already."},
     {ERROR_FILENAME_EXCED_RANGE, "The name is too long."},
+    {ERROR_FILE_TOO_LARGE, "The file may not grow that large."},
     {ERROR_MORE_DATA, "There is more than the buffer holds."},
     {ERROR_NO_MORE_ITEMS, "There are no more items."},
     {ERROR_DIRECTORY, "The name of the folder is not valid."},

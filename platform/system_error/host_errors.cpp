@@ -32,6 +32,7 @@ constexpr Meaning meanings[] = {
     {EWOULDBLOCK, CFileException::sharingViolation, ERROR_SHARING_VIOLATION},
     {ENOSPC, CFileException::diskFull, ERROR_DISK_FULL},
     {EDQUOT, CFileException::diskFull, ERROR_DISK_FULL},
+    {EFBIG, CFileException::genericException, ERROR_FILE_TOO_LARGE},
 };
 
 Meaning const * meaningOf(int error)

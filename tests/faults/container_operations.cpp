@@ -1,4 +1,4 @@
-// Containers, keyed collections and archives in memory.
+// Containers, keyed collections, items and archives.
 
 #include <zpbase/data.h>
 #include <zpbase/foundation.h>
@@ -13,8 +13,10 @@ constexpr char const * longText = "a text that is longer than a string holds in 
 std::string textOf(CObject const * object)
 {
   if (object == nullptr) return "null ";
-  auto const * const text = static_cast<GPs const *>(object);
-  return std::to_string(text->GetDataID()) + text->GetValue().GetString() + " ";
+  auto const * const item = static_cast<GPData const *>(object);
+  CString text;
+  item->GetString(text, "");
+  return std::to_string(item->GetDataID()) + text.GetString() + " ";
 }
 
 std::string textOf(GPObArray const & array)
@@ -38,6 +40,19 @@ std::string textOf(GPUIntArray const & array)
   return text;
 }
 
+// What an item or texts are stored as.
+std::string textOf(CObject & object)
+{
+  CMemFile file;
+  CArchive out(&file, CArchive::store);
+  object.Serialize(out);
+  out.Close();
+  std::string bytes(file.GetLength(), '\0');
+  file.SeekToBegin();
+  file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
+  return bytes;
+}
+
 void add(GPObArray & array, GPObject * object)
 {
   array.Add(object);
@@ -51,12 +66,45 @@ void add(GPObList & list, GPObject * object)
 template <class Container>
 void fill(Container & container, unsigned int first)
 {
-  for (unsigned int id = first; id < first + 10; ++id) add(container, new GPs(id, longText));  // a list's block of nodes
+  constexpr unsigned int fullList = 10;  // its block of nodes has room for no more
+  constexpr unsigned int fullArray = 15;
+  unsigned int const end = first + (std::is_base_of_v<GPObList, Container> ? fullList : fullArray);
+  for (unsigned int id = first; id < end; ++id) add(container, new GPs(id, longText));
 }
 
 void fill(GPUIntArray & array, unsigned int first)
 {
   for (unsigned int value = first; value < first + 8; ++value) array.Add(value);
+}
+
+// Of two texts that of the greater number needs a block of its own.
+CString longerText(unsigned int number)
+{
+  return CString(longText + 40 - number);
+}
+
+void fill(CStringArray & texts, unsigned int first)
+{
+  for (unsigned int number = first; number < first + 5; ++number) texts.Add(longerText(number));  // there is room for three more
+}
+
+void fill(GPs & item, unsigned int first)
+{
+  item = GPs(first, longerText(first));
+}
+
+void fill(GPv & item, unsigned int first)
+{
+  float const numbers[] = {1.5F, static_cast<float>(first), 2.5F};
+  item = GPv(first);
+  item.PutFloatData(numbers, 3);
+}
+
+void fill(GPa & item, unsigned int first)
+{
+  auto array = std::make_unique<GPObArray>();
+  fill(*array, first);
+  item = GPa(first, array.release());
 }
 
 // On two containers of one class with ten elements each.
@@ -136,6 +184,34 @@ std::vector<Operation> ofTexts()
   return {
       on<GPDataArray>("put in a text", [](GPDataArray & one, GPDataArray &) { one.LoadStringData(30, longText); }),
       on<GPDataArray>("replace a text", [](GPDataArray & one, GPDataArray &) { one.LoadStringData(5, longText + 1); }),
+      on<GPDataArray>("put in a number", [](GPDataArray & one, GPDataArray &) { one.LoadFloatData(30, 2.5); }),
+      on<GPDataList>("put in a number in a list", [](GPDataList & one, GPDataList &) { one.LoadFloatData(30, CString("2.5")); }),
+      on<CStringArray>("assign texts", [](CStringArray & one, CStringArray & other) { one = other; }),
+      on<CStringArray>("insert texts", [](CStringArray & one, CStringArray &) { one.InsertAt(1, longText, 2); }),
+      on<CStringArray>("insert behind the texts", [](CStringArray & one, CStringArray &) { one.InsertAt(30, longText); }),
+      on<CStringArray>("set behind the texts", [](CStringArray & one, CStringArray &) { one.SetAtGrow(30, longText); }),
+      on<CStringArray>("append an item's numbers",
+                       [](CStringArray & one, CStringArray &) {
+                         GPv item;
+                         fill(item, 7);
+                         item.GetFloatData(one, 20, "a number wider than a text holds in itself: %.15g");
+                       }),
+  };
+}
+
+std::vector<Operation> ofItems()
+{
+  return {
+      on<GPs>("assign a text item", [](GPs & one, GPs & other) { one = other; }),
+      on<GPv>("assign an area", [](GPv & one, GPv & other) { one = other; }),
+      on<GPa>("assign an item's array", [](GPa & one, GPa & other) { one = other; }),
+      on<GPv>("end an archive on a full disk",
+              [](GPv & one, GPv &) {
+                CFile full;
+                if (!full.Open("/dev/full", CFile::modeWrite)) return;
+                CArchive out(&full, CArchive::store);
+                out << &one;
+              }),
   };
 }
 
@@ -170,5 +246,6 @@ std::vector<Operation> ContainerOperations()
   join(" of a list", ofCollection<GPDataList>());
   join("", ofTexts());
   join("", ofNumbers());
+  join("", ofItems());
   return all;
 }

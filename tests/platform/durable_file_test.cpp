@@ -97,6 +97,28 @@ TEST(DurableFile, AFailureNamesItsErrorAndTouchesNothing)
   EXPECT_EQ(filesIn(folder), 2);
 }
 
+TEST(DurableFile, WaitsForTheFoldersLockAndNotForEver)
+{
+  TempFolder const folder;
+  folder.Write("file", "old");
+  static zp::HostCalls const kept = zp::GetHostCalls();
+  static LONGLONG now = 0;
+  static int held = kept.Open(folder.Path().c_str(), zp::hostRead | zp::hostFolder, 0);
+  ASSERT_EQ(kept.Lock(held, zp::HostLock::Exclusive), 0);
+  zp::GetHostCalls().SteadyClock = [] { return now; };
+  zp::GetHostCalls().Pause = [](int milliseconds) { now += milliseconds * 1'000'000LL; };
+  int error = 0;
+  EXPECT_FALSE(ReplaceFileDurably(folder.Name("file"), "new", &error));
+  EXPECT_EQ(error, EWOULDBLOCK);
+  EXPECT_NEAR(static_cast<double>(now), 10e9, 1e8);
+  EXPECT_EQ(folder.Read("file"), "old");
+  zp::GetHostCalls().Pause = [](int) { kept.Close(held); };
+  EXPECT_TRUE(ReplaceFileDurably(folder.Name("file"), "new", &error)) << error;
+  zp::GetHostCalls() = kept;
+  EXPECT_EQ(folder.Read("file"), "new");
+  EXPECT_EQ(filesIn(folder), 1);
+}
+
 TEST(DurableFile, WhateverCallFailsTheFileIsTheOldOneOrTheNewOne)
 {
   int failures = 0;

@@ -2,6 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <thread>
+
 #include <nlohmann/json.hpp>
 
 #include <zpbase/platform/metafile.h>
@@ -230,6 +240,34 @@ TEST_F(DrawingTool, ConvertsAFolderAndGoesOnPastABadFile)
   EXPECT_EQ(Zp("--check out/drawings/a.dxf out/drawings/c.dxf").status, 0);
   auto const files = fs::directory_iterator(m_Folder.Path() / "out/drawings");
   EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "nothing is left of those that failed";
+}
+
+// The first file waits for the folder's lock when the signal comes.
+TEST_F(DrawingTool, ASignalLetsTheFileAtHandBecomeWhole)
+{
+  for (char const * const name : {"a.wmf", "b.wmf"}) m_Folder.Write(name, oneLine().Plain());
+  fs::path const out = m_Folder.Path() / "out";
+  fs::create_directory(out);
+  int const lock = open(out.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  ASSERT_EQ(flock(lock, LOCK_EX), 0);
+  pid_t const child = fork();
+  if (child == 0) {
+    std::signal(SIGTERM, SIG_DFL);
+    if (chdir(m_Folder.Path().c_str()) == 0) execl(ZpProgram().c_str(), "zp", "dxf", "--to", "out", "a.wmf", "b.wmf", nullptr);
+    _exit(99);
+  }
+  auto const hasWritten = [&] {
+    auto const files = fs::directory_iterator(out);
+    return std::any_of(begin(files), end(files), [](fs::directory_entry const & file) { return file.file_size() > 0; });
+  };
+  while (!hasWritten() && waitpid(child, nullptr, WNOHANG) == 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  kill(child, SIGTERM);
+  close(lock);
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << status;
+  EXPECT_EQ(Zp("--check out/a.dxf").status, 0);
+  EXPECT_EQ(std::distance(fs::directory_iterator(out), {}), 1);
 }
 
 TEST_F(DrawingTool, NeverOverwritesAnInputAndKeepsWhatWasThere)

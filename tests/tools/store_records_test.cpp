@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "tests/tools/store_fixture.h"
+#include "tools/interrupt_guard.h"
 #include "tools/output_file.h"
 
 namespace {
@@ -199,14 +200,20 @@ TEST_F(StoreTool, AnEndBySignalLeavesTheFormerFileAlone)
     std::signal(signal, SIG_DFL);  // a parent may have it ignored
     write(signal);
   };
-  for (int const signal : {SIGINT, SIGTERM, SIGHUP}) EXPECT_EXIT(end(signal), testing::KilledBySignal(signal), "");
-  auto const endLater = [&] {
-    std::signal(SIGINT, SIG_DFL);
-    InterruptGuard const guard;
-    write(SIGINT);
-    std::_Exit(InterruptGuard::IsInterrupted() ? exitInterrupted : exitDone);
+  auto const endLater = [&](int signal, void (*former)(int)) {
+    std::signal(signal, former);
+    {
+      InterruptGuard const guard;
+      write(signal);
+    }
+    if (InterruptGuard::GetSignal() == (former == SIG_IGN ? 0 : signal)) write(signal);
+    std::_Exit(exitDone);
   };
-  EXPECT_EXIT(endLater(), testing::ExitedWithCode(exitInterrupted), "");
+  for (int const signal : endingSignals) {
+    EXPECT_EXIT(end(signal), testing::KilledBySignal(signal), "");
+    EXPECT_EXIT(endLater(signal, SIG_DFL), testing::KilledBySignal(signal), "");
+    EXPECT_EXIT(endLater(signal, SIG_IGN), testing::ExitedWithCode(exitDone), "");
+  }
   EXPECT_EQ(m_Folder.Read("out"), "former");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_Folder.Path()), {}), 1);
 }

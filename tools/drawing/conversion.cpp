@@ -8,7 +8,7 @@
 
 #include "tools/drawing/dxf_frame.h"
 #include "tools/drawing/record_names.h"
-#include "tools/program.h"
+#include "tools/interrupt_guard.h"
 
 namespace {
 

@@ -15,6 +15,7 @@
 #include "tools/drawing/metafile_input.h"
 #include "tools/drawing/record_names.h"
 #include "tools/host_file.h"
+#include "tools/interrupt_guard.h"
 #include "tools/json_output.h"
 #include "tools/output_names.h"
 #include "tools/program.h"

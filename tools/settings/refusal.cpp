@@ -93,5 +93,5 @@ Refusal FindHostRefusal(std::string const & file, size_t growth)
   if (kept) return {"the file is another user's, and its folder lets nobody else replace it", EPERM};
   if (error == ECANCELED) return {"a cause that is gone by now; try again", EIO};
   std::string const place = IsLink(file) ? target : "it";
-  return {fmt::format("the new file can't be written beside {}: {}", place, std::strerror(error)), error};
+  return {fmt::format("the new file can't be written beside {}: {}", place, ReasonOf(error)), error};
 }

@@ -1,5 +1,6 @@
 // zp store compact: the store is compacted as a copy, the copy is compared record by record, and the two files are exchanged.
 
+#include "tools/interrupt_guard.h"
 #include "tools/json_output.h"
 #include "tools/shown_text.h"
 #include "tools/store/many_stores.h"

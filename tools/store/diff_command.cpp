@@ -1,5 +1,6 @@
 // zp store diff: two stores against each other, record by record, and components value by value.
 
+#include "tools/interrupt_guard.h"
 #include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 

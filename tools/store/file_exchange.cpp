@@ -41,7 +41,7 @@ void move(std::string const & from, std::string const & to)
 {
   int error = 0;
   if (MoveFileDurably(InsidePath(from), InsidePath(to), &error)) return;
-  throw Failure(fmt::format("{}: can't take the name {}: {}", from, to, std::strerror(error)));
+  throw Failure(fmt::format("{}: can't take the name {}: {}", from, to, ReasonOf(error)));
 }
 
 // A mark that a crash kept from getting its name has one that can be told.
@@ -54,7 +54,7 @@ void writeMark(StoreNames const & names)
 {
   int error = 0;
   if (ReplaceFileDurably(InsidePath(markName(names)), markText, &error)) return;
-  throw Failure(fmt::format("{}: can't be written: {}", markName(names), std::strerror(error)));
+  throw Failure(fmt::format("{}: can't be written: {}", markName(names), ReasonOf(error)));
 }
 
 // From any step on. A file that stands beside both its new and its old form was put there by someone else.

@@ -1,5 +1,6 @@
 // zp store list, show, get, put and delete: single records.
 
+#include "tools/interrupt_guard.h"
 #include "tools/json_output.h"
 #include "tools/store/many_stores.h"
 #include "tools/store/record_ids.h"
@@ -279,7 +280,7 @@ struct PutCommand : RecordArguments {
     StoreWriter writer(names, StoreAccess::Create);
     writer.Store(id, bytes);
     writer.Close();
-    return InterruptGuard::IsInterrupted() ? exitInterrupted : exitDone;
+    return exitDone;
   }
 
   std::string file = "-";

@@ -1,5 +1,6 @@
 // zp store recover: a new store from the block headers of one whose index is lost, stale or damaged.
 
+#include "tools/interrupt_guard.h"
 #include "tools/store/store_arguments.h"
 
 #include <unordered_map>

@@ -6,6 +6,7 @@
 #include <zpbase/platform/exceptions.h>
 
 #include "tools/host_file.h"
+#include "tools/interrupt_guard.h"
 #include "tools/program.h"
 #include "tools/progress.h"
 #include "tools/store/file_exchange.h"

@@ -1,5 +1,6 @@
 // zp store import and export: whole stores from and to tables and JSON.
 
+#include "tools/interrupt_guard.h"
 #include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 

@@ -14,6 +14,7 @@
 
 #include "tools/host_file.h"
 #include "tools/input_file.h"
+#include "tools/interrupt_guard.h"
 #include "tools/program.h"
 #include "tools/text/character_set.h"
 #include "tools/text/text_copy.h"

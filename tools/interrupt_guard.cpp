@@ -1,0 +1,21 @@
+// The handlers of the ending signals, set and put back whole.
+
+#include "tools/interrupt_guard.h"
+
+volatile std::sig_atomic_t InterruptGuard::m_nSignal = 0;
+
+InterruptGuard::InterruptGuard()
+{
+  struct sigaction noting = {};
+  noting.sa_handler = Note;
+  noting.sa_flags = SA_RESTART;
+  for (size_t i = 0; i < endingSignals.size(); ++i) {
+    sigaction(endingSignals[i], nullptr, &m_Former[i]);
+    if (m_Former[i].sa_handler != SIG_IGN) sigaction(endingSignals[i], &noting, nullptr);
+  }
+}
+
+InterruptGuard::~InterruptGuard()
+{
+  for (size_t i = 0; i < endingSignals.size(); ++i) sigaction(endingSignals[i], &m_Former[i], nullptr);
+}

@@ -1,0 +1,29 @@
+// Signals that end the program, held back while a step mustn't be cut.
+#pragma once
+
+#include <array>
+#include <csignal>
+
+// Those that a person, a terminal that goes or a system that stops sends.
+inline constexpr std::array endingSignals = {SIGINT, SIGTERM, SIGHUP};
+
+// Holds them back for as long as it lives; the program asks between steps. One that is ignored stays so. Guards are nested, and
+// used by one thread at a time.
+class InterruptGuard {
+ public:
+  InterruptGuard();
+  ~InterruptGuard();
+  InterruptGuard(InterruptGuard const &) = delete;
+  InterruptGuard & operator=(InterruptGuard const &) = delete;
+
+  static bool IsInterrupted() { return m_nSignal != 0; }
+  static int GetSignal() { return m_nSignal; }  // the last one that came, or 0
+  static void Forget() { m_nSignal = 0; }       // for a process that goes on
+
+ private:
+  static void Note(int signal) { m_nSignal = signal; }
+
+  static volatile std::sig_atomic_t m_nSignal;
+
+  std::array<struct sigaction, endingSignals.size()> m_Former;
+};
