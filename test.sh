@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Makes the machine ready, builds, and runs every test. With --all also: the tests of the bridge to LibreOffice and of the Python
 # package, the formatting gate, clang-tidy, the tests in other locales, the benchmarks' build, 20,000 states of a store after a crash,
-# files of other programs, the site of headers and pages, a trial of the installation, a second run under AddressSanitizer and
-# UndefinedBehaviorSanitizer, the packager's page with Debian's packages, and a while of each fuzz target (ZP_FUZZ_SECONDS, 60).
-# Each stage ends with the seconds that it took. Without a compiler cache the sources are compiled in bundles.
+# what the commands keep in memory, files of other programs, the site of headers and pages, a trial of the installation, a second run
+# under AddressSanitizer and UndefinedBehaviorSanitizer, the packager's page with Debian's packages, and a while of each fuzz target
+# (ZP_FUZZ_SECONDS, 60). Each stage ends with the seconds that it took. Without a compiler cache the sources are compiled in bundles.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/prepare.sh
@@ -41,6 +41,7 @@ crash_states() {
 side_by_side() {
   crash_states >build/crash_states.log 2>&1 &
   local states=$!
+  stage "Memory" scripts/measure_memory.sh build/run/tools/zp
   stage "Files of other programs" scripts/test_corpus.sh build/debug
   stage "Site" scripts/build_site.sh
   stage "Installation" scripts/test_installation.sh build/run

@@ -20,7 +20,7 @@ BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libfmt-dev
 TEST_PACKAGES=(libgtest-dev locales python3-ezdxf tmux groff-base fish zsh)
 OFFICE_PACKAGES=(libreoffice-calc-nogui libreoffice-dev libreoffice-dev-common)  # the bridge to LibreOffice and its tests
 PYTHON_PACKAGES=(pybind11-dev python3-dev python3-numpy python3-pandas python3-pytest)  # the Python package and its tests
-CHECK_PACKAGES=(clang libclang-rt-14-dev clang-format clang-tidy libbenchmark-dev)
+CHECK_PACKAGES=(clang libclang-rt-14-dev clang-format clang-tidy libbenchmark-dev time)
 PACKAGING_PACKAGES=(debhelper dh-python lintian fakeroot)  # scripts/build_packages.sh
 SITE_PACKAGES=(doxygen python3 universal-ctags)  # scripts/build_site.sh
 

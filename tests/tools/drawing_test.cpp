@@ -354,6 +354,9 @@ TEST_F(DrawingTool, CheckTellsWhatIsBroken)
     EXPECT_EQ(run.status, 1) << told;
     EXPECT_NE(run.out.find(std::string(": ") + told + "\n"), std::string::npos) << told << '\n' << run.out;
   }
+  size_t const value = sound.find("290.0");
+  m_Folder.Write("long.dxf", sound.substr(0, value) + std::string(70000, '1') + sound.substr(value));
+  EXPECT_TRUE(Zp("--check long.dxf").out.ends_with(", no entities: 3 faults\n"));
   for (size_t length = 0; length < sound.size(); length += 37)
     m_Folder.Write("cut" + std::to_string(length), sound.substr(0, length));
   for (Json const & file : Json::parse(Zp("--check --json cut*").out)) EXPECT_FALSE(file["sound"]) << file;

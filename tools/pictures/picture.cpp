@@ -122,13 +122,6 @@ Picture::Picture(PictureFormat format, double width, double height, Pass pass)
   cairo_set_line_join(m_Context.get(), CAIRO_LINE_JOIN_ROUND);
 }
 
-// Whatever the surface still has to write goes before the bytes that it writes to.
-Picture::~Picture()
-{
-  m_Context.reset();
-  m_Surface.reset();
-}
-
 void Picture::Choose(Rgb color)
 {
   cairo_set_source_rgb(m_Context.get(), (color >> 16 & 0xFF) / 255.0, (color >> 8 & 0xFF) / 255.0, (color & 0xFF) / 255.0);

@@ -32,7 +32,6 @@ class Picture {
 
   // Sides under 1 and over largestSide are brought into these bounds. The file's bytes go to pass, at the latest with Finish.
   Picture(PictureFormat format, double width, double height, Pass pass);
-  ~Picture();
   Picture(Picture const &) = delete;
   Picture & operator=(Picture const &) = delete;
 
@@ -72,7 +71,7 @@ class Picture {
   };
 
   PictureFormat m_Format;
-  Outlet m_Outlet;
+  Outlet m_Outlet;  // before the surface, which writes to it to the last
   std::unique_ptr<_cairo_surface, Release> m_Surface;
   std::unique_ptr<_cairo, Release> m_Context;
 };

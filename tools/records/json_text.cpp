@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr size_t passedBytes = 0x10000;
+
 // How many bytes may stand in a JSON text as they are.
 size_t plainBytes(std::string_view utf8)
 {
@@ -96,6 +98,7 @@ void appendQuoted(std::string & json, std::string_view utf8)
 // Where count characters of a value or of a key go, behind what stands between it and the former one.
 char * JsonText::Room(size_t count)
 {
+  PassOn();
   bool const isNext = m_Place == Place::Value;
   bool const isLine = m_nStep != noLines && m_Place != Place::Key;
   size_t const before = m_Text.size();
@@ -116,8 +119,16 @@ JsonText & JsonText::Begin(char bracket)
   return *this;
 }
 
+void JsonText::PassOn()
+{
+  if (!m_Pass || m_Text.size() < passedBytes) return;
+  m_Pass(m_Text);
+  m_Text.clear();
+}
+
 void JsonText::End(char bracket)
 {
+  PassOn();
   --m_nLevel;
   if (m_Place == Place::Value && m_nStep != noLines) {
     m_Text += '\n';

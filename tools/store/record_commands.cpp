@@ -123,11 +123,11 @@ std::vector<BYTE> readRecord(std::string const & file, bool json)
       fmt::format("{}: has {}, and a record has 1 to {}", ShownName(file), Counted(bytes.size(), "byte"), zp::maxRecordLength));
 }
 
-void writeJson(int id, std::vector<BYTE> const & bytes, std::function<void(std::string_view)> const & pass)
+void writeJson(int id, std::vector<BYTE> const & bytes, JsonText::Pass const & pass)
 {
   constexpr int step = 2;
   std::string text;
-  JsonText json(text, true, step);
+  JsonText json(text, step, pass);
   WriteRecord(json, bytes, id);
   text += '\n';
   pass(text);

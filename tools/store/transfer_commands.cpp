@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <bitset>
-#include <functional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -257,14 +256,14 @@ struct ImportCommand : StoreArguments {
   std::string file;
 };
 
-using Pass = std::function<void(std::string_view)>;
+using Pass = JsonText::Pass;
 
 // The result is how many records were left out.
 size_t exportJson(StoredRecords & source, Pass const & pass)
 {
   constexpr int step = 1;
   std::string text;
-  JsonText json(text, true, step);
+  JsonText json(text, step, pass);
   json.BeginObject();
   json.Key("format").Text(formatName);
   json.Key("version").Whole(formatVersion);
@@ -277,12 +276,7 @@ size_t exportJson(StoredRecords & source, Pass const & pass)
       json.Null();
   }
   json.Key("records").BeginArray();
-  size_t const left = source.ForEach("exporting", [&](int id, std::span<BYTE const> bytes) {
-    WriteRecord(json, bytes, id);
-    if (text.size() < writtenPieceBytes) return;
-    pass(text);
-    text.clear();
-  });
+  size_t const left = source.ForEach("exporting", [&](int id, std::span<BYTE const> bytes) { WriteRecord(json, bytes, id); });
   json.EndArray();
   json.EndObject();
   text += '\n';

@@ -114,7 +114,8 @@ void CutCells(std::string_view line, char delimiter, std::vector<Cell> & cells)
     number.isExact = number.isExact && (place == line.size() || isDelimiter(line[place], delimiter));
     if (!number.isExact) place = endOfCell(line, first, delimiter);
     std::string_view const cell = line.substr(first, place - first);
-    cells.push_back({number.isExact ? cell : TrimBlanks(cell), static_cast<int>(first) + 1, number});
+    cells.push_back({number.isExact ? cell : TrimBlanks(cell), number.mantissa, static_cast<int>(first) + 1,
+                     static_cast<int16_t>(number.exponent), number.isExact});
     if (place == line.size()) return;
   }
 }
@@ -135,7 +136,7 @@ std::string_view NumberReader::InPlainForm(std::string_view text)
 
 bool NumberReader::Read(Cell const & cell)
 {
-  m_Number = cell.number;
+  m_Number = cell.GetNumber();
   m_Number.isExact = m_Number.isExact && !m_bDecimalComma;
   m_Text = m_Number.isExact ? cell.text : WithoutQuotes(cell.text);
   if (!m_Missing.empty() && std::find(m_Missing.begin(), m_Missing.end(), m_Text) != m_Missing.end()) return ReadMissing();

@@ -1,6 +1,7 @@
 // A line's cells, and the numbers in them.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -8,10 +9,15 @@
 
 #include <zpbase/platform/number_reader.h>
 
+// Packed, as a line may have millions.
 struct Cell {
   std::string_view text;  // without white space around it
-  int column;             // of its first character, or of its delimiter if it is empty, from 1
-  zp::Decimal number;     // exact if the whole cell is such a number with a point
+  uint64_t mantissa = 0;  // with the exponent the number that the whole cell is
+  int column = 0;         // of its first character, or of its delimiter if it is empty, from 1
+  int16_t exponent = 0;   // of ten
+  bool isExact = false;   // whether it is such a number with a point
+
+  zp::Decimal GetNumber() const { return {.mantissa = mantissa, .exponent = exponent, .isExact = isExact}; }
 };
 
 constexpr char blankDelimiter = ' ';  // blanks and tabs in any mixture
