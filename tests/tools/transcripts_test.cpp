@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,7 +48,9 @@ class Transcripts : public testing::TestWithParam<std::string> {
                              said.Path().string() + "/command' >'" + said.Path().string() + "/said' 2>&1 </dev/null; echo $? >'" +
                              said.Path().string() + "/status'";
     if (std::system(call.c_str()) != 0) return "the shell failed\n";
-    std::string text = std::regex_replace(said.Read("said"), std::regex(m_Folder.Path().string()), "FOLDER");
+    std::string text = said.Read("said");
+    std::string const folder = m_Folder.Path().string();
+    for (size_t at = 0; (at = text.find(folder, at)) != std::string::npos;) text.replace(at, folder.size(), "FOLDER");
     if (!text.empty() && text.back() != '\n') text += "\n[no line end]\n";
     std::string const status = said.Read("status");
     return status == "0\n" ? text : text + "[" + status.substr(0, status.size() - 1) + "]\n";
