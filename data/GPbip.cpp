@@ -11,6 +11,7 @@
 #include <zpbase/data.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include <zpbase/platform/archive.h>
@@ -39,17 +40,18 @@ int GPbip::GetScaledCount() const
 // The first elements are shown in double precision, without passing through float again.
 int GPbip::GetFloatData(CStringArray & out, int minimum, CString const & format) const
 {
-  int const first = out.GetSize();
-  int const stored = GPv::GetFloatData(out, minimum, format);
-  int const scaled = std::min(GetScaledCount(), stored);
   float values[scaledElements];
-  GPv::GetFloatData(values, scaled);
+  int const scaled = std::min(GetScaledCount(), GPv::GetFloatData(values, GetScaledCount()));
+  CString texts[scaledElements];
   for (int i = 0; i < scaled; ++i) {
     zp::FormatArg const value(static_cast<double>(values[i]) / scale);
     std::string text;
     zp::FormatInto(text, format, std::span<zp::FormatArg const>(&value, 1));
-    out.SetAt(first + i, CString(std::move(text)));
+    texts[i] = CString(std::move(text));
   }
+  int const first = out.GetSize();
+  int const stored = GPv::GetFloatData(out, minimum, format);
+  for (int i = 0; i < scaled; ++i) out[first + i] = std::move(texts[i]);
   return stored;
 }
 

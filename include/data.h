@@ -4,8 +4,8 @@
 // bits are kept. A blank text and a zero mean that there is no value. Compare gives a signed difference, by data id alone
 // unless a class says otherwise; an object that is no item is ordered by address. GetString replaces out by the value under a
 // printf-style format with the value as its one argument, by default as each class says; items of several values give an empty
-// text. Init copies the class's own fields, not its base's. Where memory runs out the items and collections are as they were;
-// what an Unload has filled by then stays.
+// text. Init copies the class's own fields, not its base's. Where memory runs out the items and collections are as they were,
+// but for loading; what an Unload has filled by then stays.
 #pragma once
 
 #include <memory>
@@ -103,6 +103,8 @@ class ZP_API GPs : public GPData {
   GPs(unsigned int id, CString const & value) : GPData(id), m_strValue(value) {}
   GPs(unsigned int id, CString const & value, int length) : GPData(id), m_strValue(value.Left(length)) {}
   GPs(GPs const &) = default;
+  GPs(GPs &&) = default;
+  GPs & operator=(GPs &&) = default;
   GPs & operator=(GPs const & other)
   {
     Init(other);

@@ -29,7 +29,8 @@ enum TokenType {
 
 // A tokenizer over the string that it is itself. A token is what stands between characters of the delimiter set, at first a
 // blank and a tab; the delimiter behind a token stays for the next call. Given as CString const & it is the whole text, as
-// char const * the unread rest. A text assigned through the base leaves the offset where it was: call ResetOffset.
+// char const * the unread rest. A text assigned through the base leaves the offset where it was: call ResetOffset. Where memory
+// runs out what an operation has put into its outputs by then stays.
 class ZP_API ParseString : public CString {
  public:
   ParseString() = default;

@@ -190,16 +190,13 @@ TextOptions optionsFor(py::object const & path, int skip, std::string const & de
   return options;
 }
 
-// Gives a signal back to Python, whose handlers a read replaces for a moment: one at a time, so it lives in the library.
+// Gives signals back to Python, whose handlers a read replaces for a moment: one at a time, so it lives in the library.
 class InterruptsBack {
  public:
   InterruptsBack() = default;
   ~InterruptsBack()
   {
-    int const signal = InterruptGuard::GetSignal();
-    if (signal == 0) return;
-    InterruptGuard::Forget();
-    kill(getpid(), signal);  // again, for the main thread, which may wait for others
+    InterruptGuard::Forget([](int signal) { kill(getpid(), signal); });  // for the main thread, which may wait for others
   }
   InterruptsBack(InterruptsBack const &) = delete;
   InterruptsBack & operator=(InterruptsBack const &) = delete;

@@ -2,6 +2,8 @@
 
 #include <zpbase/text.h>
 
+#include <utility>
+
 #include <zpbase/platform/ascii.h>
 #include <zpbase/platform/number_reader.h>
 #include <zpbase/platform/number_text.h>
@@ -55,10 +57,11 @@ ParseString & ParseString::operator=(ParseString const & other)
 
 void ParseString::Init(ParseString const & other)
 {
+  CString delimeters = other.m_strDelimeters;
   CString::operator=(other);
   m_nOffset = other.m_nOffset;
   m_nTokenStart = other.m_nTokenStart;
-  m_strDelimeters = other.m_strDelimeters;
+  m_strDelimeters = std::move(delimeters);
   m_nDelimeterLimit = other.m_nDelimeterLimit;
   NoteDelimeters();
 }

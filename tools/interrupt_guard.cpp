@@ -3,6 +3,7 @@
 #include "tools/interrupt_guard.h"
 
 volatile std::sig_atomic_t InterruptGuard::m_nSignal = 0;
+volatile std::sig_atomic_t InterruptGuard::m_bCame[endingSignals.size()];
 
 InterruptGuard::InterruptGuard()
 {
@@ -18,4 +19,21 @@ InterruptGuard::InterruptGuard()
 InterruptGuard::~InterruptGuard()
 {
   for (size_t i = 0; i < endingSignals.size(); ++i) sigaction(endingSignals[i], &m_Former[i], nullptr);
+}
+
+void InterruptGuard::Note(int signal)
+{
+  m_nSignal = signal;
+  for (size_t i = 0; i < endingSignals.size(); ++i)
+    if (endingSignals[i] == signal) m_bCame[i] = 1;
+}
+
+void InterruptGuard::Forget(void (*again)(int signal))
+{
+  m_nSignal = 0;
+  for (size_t i = 0; i < endingSignals.size(); ++i) {
+    if (m_bCame[i] == 0) continue;
+    m_bCame[i] = 0;
+    again(endingSignals[i]);
+  }
 }

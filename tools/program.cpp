@@ -25,6 +25,8 @@
 
 namespace {
 
+constexpr char const * tooLarge = "the file may not grow that large; check the limits of the shell (ulimit -f) and the disk's";
+
 Teller g_pfnTeller = nullptr;
 
 // The host's name in place of the inside one.
@@ -124,6 +126,7 @@ void WriteWholeFile(std::string const & name, std::string_view bytes)
 std::string ReasonOf(int error)
 {
   if (error == EWOULDBLOCK) return "another program keeps its folder locked; try again when that has ended";
+  if (error == EFBIG) return tooLarge;
   return std::strerror(error);
 }
 
@@ -167,8 +170,7 @@ std::string Describe(CException const & exception)
   std::string sentence = zp::TextToUtf8(text);
   if (auto const * const file = dynamic_cast<CFileException const *>(&exception)) {
     showHostName(sentence, file->m_strFileName);
-    if (file->m_cause == CFileException::genericException && file->m_lOsError == ERROR_FILE_TOO_LARGE)
-      sentence = "the file may not grow that large; check the limits of the shell (ulimit -f) and the disk's";
+    if (file->m_cause == CFileException::genericException && file->m_lOsError == ERROR_FILE_TOO_LARGE) sentence = tooLarge;
   }
   while (!sentence.empty() && (sentence.back() == '.' || sentence.back() == '\n')) sentence.pop_back();
   return sentence.empty() ? "an unknown failure" : sentence;

@@ -64,7 +64,7 @@ CString InsidePath(std::string const & hostName);
 std::string ReadWholeFile(std::string const & name);
 void WriteWholeFile(std::string const & name, std::string_view bytes);
 
-// Why a file couldn't be replaced, as errno tells it.
+// Why a file couldn't be written or replaced, as errno tells it.
 std::string ReasonOf(int error);
 
 // Why a file couldn't be opened or made, with what to do; what is its kind, such as "index file", or null where it isn't made.

@@ -1,4 +1,4 @@
-// A file that doesn't outlive the program where a signal ends it.
+// A file that doesn't outlive the program where SIGINT, SIGTERM or SIGHUP end it.
 #pragma once
 
 #include <atomic>

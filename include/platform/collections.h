@@ -140,7 +140,9 @@ class CPlainArray : public CObject {
  protected:
   CPlainArray() = default;
   CPlainArray(CPlainArray const &) = default;
+  CPlainArray(CPlainArray &&) noexcept = default;
   CPlainArray & operator=(CPlainArray const & other);
+  CPlainArray & operator=(CPlainArray &&) noexcept = default;
   std::vector<Value> m_Elements;
 
  private:

@@ -81,7 +81,8 @@ void CObArray::InsertAt(int index, CObject * element, int count)
 {
   if (index < 0 || count < 0) AfxThrowInvalidArgException();
   if (index > GetSize()) {
-    m_Elements.reserve(static_cast<size_t>(index) + static_cast<size_t>(count));
+    size_t const needed = static_cast<size_t>(index) + static_cast<size_t>(count);
+    if (needed > m_Elements.capacity()) m_Elements.reserve(std::max(needed, 2 * m_Elements.size()));
     SetSize(index);
   }
   m_Elements.insert(m_Elements.begin() + index, static_cast<size_t>(count), element);

@@ -1,7 +1,6 @@
 // What goes wrong while a member is carried out, on its way to the caller of Invoke.
 #pragma once
 
-#include <cerrno>
 #include <cstring>
 #include <string>
 
@@ -35,7 +34,6 @@ inline void Check(HRESULT code)
 // The system's words for an errno, in English whatever the user's language, as all sentences are.
 inline std::string TextOfError(int error)
 {
-  if (error == EWOULDBLOCK) return "Another program keeps the folder locked";
   char const * const text = strerrordesc_np(error);
   return text != nullptr ? text : "error " + std::to_string(error);
 }

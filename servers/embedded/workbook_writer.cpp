@@ -194,7 +194,9 @@ servers::FileStamp WriteWorkbook(Workbook const & book, std::string const & path
   if (error == ECANCELED)
     throw BookFailure(former.IsOfFile() ? "The file was changed by another program since it was opened; open it again"
                                         : "The file was made by another program meanwhile");
-  throw BookFailure("The file can't be written: " + servers::TextOfError(error));
+  bool const isLocked = error == EWOULDBLOCK;
+  throw BookFailure("The file can't be written: " +
+                    (isLocked ? "Another program keeps its folder locked" : servers::TextOfError(error)));
 }
 
 }  // namespace embedded

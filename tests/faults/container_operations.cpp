@@ -192,8 +192,8 @@ std::vector<Operation> ofTexts()
       on<CStringArray>("set behind the texts", [](CStringArray & one, CStringArray &) { one.SetAtGrow(30, longText); }),
       on<CStringArray>("append an item's numbers",
                        [](CStringArray & one, CStringArray &) {
-                         GPv item;
-                         fill(item, 7);
+                         GPbip item(112);  // the first five are multiplied
+                         fill(static_cast<GPv &>(item), 112);
                          item.GetFloatData(one, 20, "a number wider than a text holds in itself: %.15g");
                        }),
   };

@@ -8,7 +8,6 @@
 
 #include "tools/drawing/dxf_frame.h"
 #include "tools/drawing/record_names.h"
-#include "tools/interrupt_guard.h"
 
 namespace {
 
@@ -70,7 +69,6 @@ class Replay {
  private:
   int Take(METARECORD & record)
   {
-    if (InterruptGuard::IsInterrupted()) return m_Conversion.interrupted = true, 0;
     if (record.rdFunction == META_TEXTOUT || record.rdFunction == META_EXTTEXTOUT) TakeText(textOf(record));
     if (metafile::FunctionOf(record.rdFunction).use == metafile::Use::Object) return KeepNumber();
     unsigned long long const before = m_Output.GetBytes();

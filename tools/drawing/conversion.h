@@ -21,7 +21,6 @@ struct Conversion {
   int height = 0;                                      // that y was counted from
   bool upwards = false;                                // the metafile counts y upwards, so that the drawing stands on its head
   bool whole = false;                                  // else the metafile ends inside a record
-  bool interrupted = false;
 };
 
 // Writes the drawing into out. y is counted from height, or where there is none from the lower edge of the metafile's bounds.

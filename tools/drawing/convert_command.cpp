@@ -15,7 +15,6 @@
 #include "tools/drawing/metafile_input.h"
 #include "tools/drawing/record_names.h"
 #include "tools/host_file.h"
-#include "tools/interrupt_guard.h"
 #include "tools/json_output.h"
 #include "tools/output_names.h"
 #include "tools/program.h"
@@ -42,7 +41,6 @@ Result convert(DxfTask const & task, DxfOptions const & options)
   Metafile const metafile = OpenMetafile(task.input);
   DrawingFile file(task.output);
   result.conversion = ConvertMetafile(metafile.get(), file, options.height);
-  if (result.conversion.interrupted) return result;
   file.Finish();
   result.bytes = file.GetBytes();
   if (options.stats || draws) result.inspection = std::make_unique<DxfInspection>(file.GetWrittenName());
@@ -120,14 +118,12 @@ class Batch {
 
   void Run(std::vector<DxfTask> const & tasks, int & status)
   {
-    InterruptGuard const guard;
     Progress progress("converting", tasks.size());
-    for (size_t i = 0; i < tasks.size() && !InterruptGuard::IsInterrupted(); ++i) {
+    for (size_t i = 0; i < tasks.size(); ++i) {
       ConvertOne(tasks[i]);
       progress.Reach(i + 1);
     }
     if (m_nFailed > 0 || m_bFaults) status = exitWanting;
-    if (InterruptGuard::IsInterrupted()) status = exitInterrupted;
   }
 
   void PrintSummary() const
@@ -160,7 +156,6 @@ class Batch {
 
   void Take(Result const & result)
   {
-    if (result.conversion.interrupted) return;
     ++m_nDone;
     if (result.inspection && !result.inspection->IsSound()) m_bFaults = true;
     tellNotes(result, m_Options.stats);

@@ -1,6 +1,5 @@
 // zp store diff: two stores against each other, record by record, and components value by value.
 
-#include "tools/interrupt_guard.h"
 #include "tools/json_output.h"
 #include "tools/store/store_arguments.h"
 
@@ -235,10 +234,8 @@ struct DiffCommand {
 
   ExitStatus Run() const
   {
-    InterruptGuard const guard;
     Comparison comparison(ResolveStore(before, beforeRecord), ResolveStore(after, afterRecord));
     comparison.Run();
-    if (InterruptGuard::IsInterrupted()) return exitInterrupted;
     if (comparison.GetLeft() > 0) Tell(fmt::format("{} can't be compared", Counted(comparison.GetLeft(), "record")));
     if (json)
       printComparisonAsJson(comparison);

@@ -220,11 +220,14 @@ StoreNames newStore(StoreNames const & from, std::string const & name)
   return to;
 }
 
-ExitStatus giveUp(StoreNames const & written)
+// False, and nothing is left, if it was interrupted.
+bool write(Recovery & recovery, StoreNames const & to, bool withoutSuspect)
 {
-  DropFile(written.index);
-  DropFile(written.record);
-  return exitInterrupted;
+  InterruptGuard const guard;
+  if (recovery.Write(to, withoutSuspect)) return true;
+  DropFile(to.index);
+  DropFile(to.record);
+  return false;
 }
 
 struct RecoverCommand : StoreArguments {
@@ -246,8 +249,7 @@ struct RecoverCommand : StoreArguments {
     StoreNames const written = to.empty() ? StoreNames() : newStore(names, to);
     Recovery recovery(names);
     recovery.Examine();
-    InterruptGuard const guard;
-    if (!to.empty() && !recovery.Write(written, leaveSuspect)) return giveUp(written);
+    if (!to.empty() && !write(recovery, written, leaveSuspect)) return exitInterrupted;
     if (json)
       printVerdictsAsJson(recovery, recovery.GetWritten() > 0 ? written.index : "");
     else
