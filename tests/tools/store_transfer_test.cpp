@@ -223,6 +223,9 @@ TEST_F(StoreTool, TablesOfEveryMakeAreOneStore)
 // Characters that stand on both sides of where pieces of a file meet, which is after 65536 bytes.
 TEST_F(StoreTool, CharactersMayLieAcrossPiecesOfATable)
 {
+  std::string const end = "\nid,name\n1,ab";  // of which the b alone is in the second piece
+  Zp("import b -", "#" + std::string(0x10000 - end.size(), '.') + end);
+  EXPECT_EQ(Zp("export b").out, "id,name\n1,ab\n");
   for (size_t before = 0x10000 - 12; before < 0x10000 + 2; ++before) {
     std::string const comment = "#" + std::string(before - 13, '.') + "\n";
     std::string const table = comment + "id,name\n1,\u20AC\u00E4\n";
