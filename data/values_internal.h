@@ -36,7 +36,7 @@ int LoadValue(Collection & items, unsigned int id, bool blank, Value const & val
   items.DeleteData(static_cast<unsigned int>(static_cast<WORD>(id)));
   if (blank) return 0;
   items.AddData(item.get());
-  item.release();
+  static_cast<void>(item.release());
   return 1;
 }
 
