@@ -2,7 +2,6 @@
 
 #include "tools/interrupt_guard.h"
 
-volatile std::sig_atomic_t InterruptGuard::m_nSignal = 0;
 volatile std::sig_atomic_t InterruptGuard::m_bCame[endingSignals.size()];
 
 InterruptGuard::InterruptGuard()
@@ -21,16 +20,21 @@ InterruptGuard::~InterruptGuard()
   for (size_t i = 0; i < endingSignals.size(); ++i) sigaction(endingSignals[i], &m_Former[i], nullptr);
 }
 
+int InterruptGuard::GetSignal()
+{
+  for (size_t i = 0; i < endingSignals.size(); ++i)
+    if (m_bCame[i] != 0) return endingSignals[i];
+  return 0;
+}
+
 void InterruptGuard::Note(int signal)
 {
-  m_nSignal = signal;
   for (size_t i = 0; i < endingSignals.size(); ++i)
     if (endingSignals[i] == signal) m_bCame[i] = 1;
 }
 
 void InterruptGuard::Forget(void (*again)(int signal))
 {
-  m_nSignal = 0;
   for (size_t i = 0; i < endingSignals.size(); ++i) {
     if (m_bCame[i] == 0) continue;
     m_bCame[i] = 0;

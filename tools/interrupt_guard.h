@@ -16,14 +16,13 @@ class InterruptGuard {
   InterruptGuard(InterruptGuard const &) = delete;
   InterruptGuard & operator=(InterruptGuard const &) = delete;
 
-  static bool IsInterrupted() { return m_nSignal != 0; }
-  static int GetSignal() { return m_nSignal; }    // the last one that came, or 0
+  static bool IsInterrupted() { return GetSignal() != 0; }
+  static int GetSignal();                         // the first of those that came, or 0
   static void Forget(void (*again)(int signal));  // for a process that goes on: each one that came is given to again
 
  private:
   static void Note(int signal);
 
-  static volatile std::sig_atomic_t m_nSignal;
   static volatile std::sig_atomic_t m_bCame[endingSignals.size()];
 
   std::array<struct sigaction, endingSignals.size()> m_Former;

@@ -3,7 +3,6 @@
 #include "tools/output_file.h"
 
 #include <cerrno>
-#include <cstring>
 #include <random>
 #include <utility>
 

@@ -31,9 +31,11 @@ void checkRange(int index, int count, int size)
 }
 
 // Room for one more, so that an element that was read can't be lost.
-void makeRoom(std::vector<CObject *> & elements)
+// For size elements, and for as many more as there are.
+template <class Element>
+void makeRoom(std::vector<Element> & elements, size_t size)
 {
-  if (elements.size() == elements.capacity()) elements.reserve(2 * elements.size() + 1);
+  if (size > elements.capacity()) elements.reserve(std::max(size, 2 * elements.size() + 1));
 }
 
 // The last index of all leaves no number for the size.
@@ -81,8 +83,7 @@ void CObArray::InsertAt(int index, CObject * element, int count)
 {
   if (index < 0 || count < 0) AfxThrowInvalidArgException();
   if (index > GetSize()) {
-    size_t const needed = static_cast<size_t>(index) + static_cast<size_t>(count);
-    if (needed > m_Elements.capacity()) m_Elements.reserve(std::max(needed, 2 * m_Elements.size()));
+    makeRoom(m_Elements, static_cast<size_t>(index) + static_cast<size_t>(count));
     SetSize(index);
   }
   m_Elements.insert(m_Elements.begin() + index, static_cast<size_t>(count), element);
@@ -107,7 +108,7 @@ void CObArray::Serialize(CArchive & ar)
   RemoveAll();
   m_Elements.reserve(std::min(count, maxReserved));
   for (DWORD i = 0; i < count; ++i) {
-    makeRoom(m_Elements);
+    makeRoom(m_Elements, m_Elements.size() + 1);
     m_Elements.push_back(ar.ReadObject(nullptr));
   }
 }
@@ -123,7 +124,7 @@ void CObArray::SerializeOwned(CArchive & ar, CRuntimeClass const * elementClass)
   zp::OwnedElements elements(ar, elementClass, m_bRepeats);
   auto const forEachRead = [this](auto use) { std::for_each(m_Elements.begin(), m_Elements.end(), use); };
   for (DWORD i = 0; i < count; ++i) {
-    makeRoom(m_Elements);
+    makeRoom(m_Elements, m_Elements.size() + 1);
     m_Elements.push_back(elements.Next(forEachRead));
   }
 }
@@ -193,8 +194,7 @@ void CPlainArray<Value>::InsertAt(int index, Value const & value, int count)
 {
   if (index < 0 || count < 0) AfxThrowInvalidArgException();
   std::vector<Value> added(static_cast<size_t>(count), value);
-  size_t const needed = std::max(static_cast<size_t>(index), m_Elements.size()) + added.size();
-  if (needed > m_Elements.capacity()) m_Elements.reserve(std::max(needed, 2 * m_Elements.size()));
+  makeRoom(m_Elements, std::max(static_cast<size_t>(index), m_Elements.size()) + added.size());
   if (index > GetSize()) m_Elements.resize(static_cast<size_t>(index));
   m_Elements.insert(m_Elements.begin() + index, std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
 }

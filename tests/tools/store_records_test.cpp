@@ -206,7 +206,8 @@ TEST_F(StoreTool, AnEndBySignalLeavesTheFormerFileAlone)
       InterruptGuard const guard;
       write(signal);
     }
-    if (InterruptGuard::GetSignal() == (former == SIG_IGN ? 0 : signal)) write(signal);
+    if (InterruptGuard::GetSignal() != (former == SIG_IGN ? 0 : signal)) std::_Exit(exitWanting);
+    write(signal);
     std::_Exit(exitDone);
   };
   for (int const signal : endingSignals) {

@@ -3,7 +3,6 @@
 #include "tools/store/file_exchange.h"
 
 #include <array>
-#include <cstring>
 
 #include <fmt/format.h>
 #include <zpbase/platform/durable_file.h>
