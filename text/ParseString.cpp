@@ -69,8 +69,7 @@ void ParseString::Init(ParseString const & other)
 void ParseString::SetLine(std::string_view line)
 {
   CString::operator=(line);
-  m_nOffset = 0;
-  m_nTokenStart = 0;
+  ResetOffset();
 }
 
 void ParseString::ResetOffset()

@@ -66,6 +66,7 @@ TEST(Archive, StoresNoClassNameThatItCouldNotRead)
   EXPECT_EQ(CauseOfLoading(bytes, readOne), CArchiveException::none);
   ALongNameThatAnArchiveHoldsAsItStandsWithAllItsLetters1234567890 const tooLong;
   EXPECT_EQ(CauseOfStoring([&](CArchive & ar) { ar << &tooLong; }), CArchiveException::badClass);
+  EXPECT_EQ(CauseOfLoading(FromHex("FF FF 01 00 00 70") + std::string(0x7000, 'A'), readOne), CArchiveException::badClass);
 }
 
 TEST(Archive, WritesNumbersLittleEndianAtTheirWidths)

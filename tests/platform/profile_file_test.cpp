@@ -1,6 +1,7 @@
 // Settings in a profile file: exact bytes after each change, what people wrote beside them, and files that change outside.
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -117,6 +118,10 @@ TEST_F(ProfileFile, WhatCantBeReadIsNotReplaced)
   std::filesystem::create_directory(m_Folder.Path() / "app.ini");
   EXPECT_FALSE(m_App.WriteProfileString("S", "k", "v"));
   EXPECT_TRUE(std::filesystem::is_directory(m_Folder.Path() / "app.ini"));
+  ASSERT_EQ(mkfifo((m_Folder.Path() / "pipe.ini").c_str(), 0600), 0);  // whose writer isn't waited for
+  m_App.SetProfileFile(m_Folder.Name("pipe.ini"));
+  EXPECT_EQ(Get("S", "k"), "default");
+  EXPECT_FALSE(m_App.WriteProfileString("S", "k", "v"));
   m_App.SetProfileFile("D:\\app.ini");
   EXPECT_FALSE(m_App.WriteProfileString("S", "k", "v"));
   EXPECT_EQ(Get("S", "k"), "default");

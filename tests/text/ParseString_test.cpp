@@ -109,6 +109,9 @@ TEST(ParseString, BeginsALineWithoutATokenToRestore)
   EXPECT_EQ(line.GetNextInt() + line.GetNextInt(), 3);
   line.SetLine("3 4");
   line.RestoreToken();
+  EXPECT_EQ(line.GetNextInt() + line.GetNextInt(), 7);
+  line.ResetOffset();
+  line.RestoreToken();
   EXPECT_EQ(line.GetNextInt(), 3);
 }
 

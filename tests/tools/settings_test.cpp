@@ -4,13 +4,18 @@
 
 #include <sys/wait.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 
+#include <zpbase/platform/host_calls.h>
+
 #include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
+#include "tools/settings/registration_entries.h"
+#include "tools/settings/settings_store.h"
 
 using namespace std::string_literals;
 
@@ -160,4 +165,40 @@ TEST_F(ZpSettings, WorkAsTheManualTells)
             "flow.reg: 1 setting taken, 0 removed, 0 refused, 0 damaged lines, 0 of other keys than "
             "HKEY_CURRENT_USER\\Software\\Acme\\Flow\n");
   EXPECT_EQ(m_Folder.Read("flow.ini"), "[Misc]\nBeep=Yes\n");
+}
+
+// The lock comes when the first setting has been taken, and stays.
+TEST(SettingsImport, StopsWhereTheFolderStaysLocked)
+{
+  TempFolder const folder;
+  folder.Write("s.reg",
+               "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\Software\\Zephlow\\a\\S]\r\n\"k\"=\"1\"\r\n\"l\"=\"2\"\r\n\"m\"=\"3\"\r\n");
+  static zp::HostCalls const kept = zp::GetHostCalls();
+  static LONGLONG now = 0;
+  static int waits = 0;
+  static int locks = 0;
+  zp::GetHostCalls().SteadyClock = [] { return now; };
+  zp::GetHostCalls().Pause = [](int) { now += 20'000'000'000, ++waits; };
+  zp::GetHostCalls().Lock = [](int file, zp::HostLock kind) {
+    if (++locks == 1) return kept.Lock(file, kind);
+    errno = EWOULDBLOCK;
+    return -1;
+  };
+  SettingsOptions options;
+  options.application = "a";
+  options.company = "Zephlow";
+  options.profile = (folder.Path() / "a.ini").string();
+  std::string told;
+  try {
+    ImportSettings(options, (folder.Path() / "s.reg").string());
+  } catch (SystemFailure const & failure) {
+    told = failure.what();
+  }
+  zp::GetHostCalls() = kept;
+  EXPECT_EQ(told,
+            (folder.Path() / "s.reg").string() +
+                ": \"l\" in the section \"S\" was refused: the new file can't be written beside it: another program keeps its "
+                "folder locked; try again when that has ended; so were those behind it, after 1 setting taken and 0 removed");
+  EXPECT_EQ(waits, 2);
+  EXPECT_EQ(folder.Read("a.ini"), "[S]\nk=1\n");
 }

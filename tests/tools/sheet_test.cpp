@@ -1,6 +1,7 @@
 // zp sheet and zp store export --sheet: whole outputs, and the state of the files.
 
 #include <algorithm>
+#include <cstdlib>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -8,6 +9,8 @@
 #include "tests/embedded/stored_package.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
+#include "tools/sheet/sheet_print.h"
+#include "tools/sheet/workbook_link.h"
 
 namespace {
 
@@ -201,6 +204,42 @@ TEST_F(SheetTool, ExportsComponentsWithUnits)
   EXPECT_EQ(Run("store export demo --sheet c.xlsx"),
             "1 zp: c.xlsx: there is a sheet \"Correlations\" already; name another one\n");
   EXPECT_EQ(m_Folder.Read("c.xlsx"), bytes);
+}
+
+// What a server doesn't keep of a sheet is told by its first cell that isn't what it was.
+TEST(SheetPrint, NamesTheFirstCellThatChanged)
+{
+  setenv("ZP_SERVERS", ZP_BINARY_DIR "/zpbase/servers", 1);
+  SpreadsheetLink server("Zephlow.Workbooks");
+  TempFolder const folder;
+  WorkbookLink book(server, (folder.Path() / "b.xlsx").string(), WorkbookLink::Source::New);
+  GPWorkSheet sheet = book.AddWorksheet("Data");
+  auto const put = [&](char const * cell, VARIANT const & value) {
+    Attached<GPRange>(sheet.GetCell(COleVariant(cell))).SetValue(value);
+  };
+  EXPECT_EQ(SheetPrint::Of(sheet).FindDifference(sheet), "");
+  for (char const * cell : {"A1", "B1", "B3", "C3"}) put(cell, COleVariant(1.5));
+  SheetPrint const print = SheetPrint::Of(sheet);
+  COleVariant const empty;
+  struct Change {
+    char const * cell;
+    COleVariant value;
+    COleVariant before = COleVariant(1.5);
+  };
+  Change const changes[] = {{"A1", COleVariant(1.25)},
+                            {"B1", COleVariant("1.5")},
+                            {"B3", empty},
+                            {"C3", empty},
+                            {"C1", COleVariant(2), empty},
+                            {"A2", COleVariant(""), empty},
+                            {"D3", COleVariant(2.0), empty},
+                            {"D4", COleVariant(2.0), empty}};
+  for (Change const & change : changes) {
+    put(change.cell, change.value);
+    EXPECT_EQ(print.FindDifference(sheet), change.cell);
+    put(change.cell, change.before);
+    EXPECT_EQ(print.FindDifference(sheet), "") << change.cell;
+  }
 }
 
 }  // namespace

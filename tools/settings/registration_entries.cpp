@@ -2,6 +2,7 @@
 
 #include "tools/settings/registration_entries.h"
 
+#include <cerrno>
 #include <optional>
 
 #include <fmt/format.h>
@@ -55,13 +56,13 @@ BOOL apply(SettingsStore & store, CString const & section, zp::RegistryEntry con
   }
 }
 
-std::string causeOf(SettingsStore const & store, CString const & section, zp::RegistryEntry const & entry)
+Refusal refusalOf(SettingsStore const & store, CString const & section, zp::RegistryEntry const & entry)
 {
-  if (entry.kind != zp::RegistryEntry::SetValue) return store.FindRefusalToRemove(section).cause;
+  if (entry.kind != zp::RegistryEntry::SetValue) return store.FindRefusalToRemove(section);
   bool const isText = IsTextType(entry.type);
   bool const hasForm = isText || entry.type == REG_BINARY || (entry.type == REG_DWORD && entry.data.GetLength() == 4);
-  if (!store.IsRegistry() && !hasForm) return fmt::format("a profile file has no form for the type {}", entry.type);
-  return store.FindRefusal(section, entry.name, isText ? entry.data.GetString() : "").cause;
+  if (!store.IsRegistry() && !hasForm) return {fmt::format("a profile file has no form for the type {}", entry.type)};
+  return store.FindRefusal(section, entry.name, isText ? entry.data.GetString() : "");
 }
 
 struct Tally {
@@ -71,6 +72,7 @@ struct Tally {
   unsigned int elsewhere = 0;
 };
 
+// Raises SystemFailure while another program keeps the store locked: each entry would wait for that as long as this one did.
 void take(SettingsStore & store, zp::RegistryEntry const & entry, std::string const & name, Tally & tally)
 {
   std::optional<CString> const section = sectionOf(entry.key, store.Branch());
@@ -80,8 +82,14 @@ void take(SettingsStore & store, zp::RegistryEntry const & entry, std::string co
     ++(entry.kind == zp::RegistryEntry::SetValue ? tally.taken : tally.removed);
   } else {
     ++tally.refused;
-    Tell(fmt::format("{}: \"{}\" in the section \"{}\" was refused: {}", name, zp::TextToUtf8(entry.name.View()),
-                     zp::TextToUtf8(section->View()), causeOf(store, *section, entry)));
+    Refusal const refusal = refusalOf(store, *section, entry);
+    std::string const line = fmt::format("{}: \"{}\" in the section \"{}\" was refused: {}", name,
+                                         zp::TextToUtf8(entry.name.View()), zp::TextToUtf8(section->View()), refusal.cause);
+    if (refusal.error == EWOULDBLOCK)
+      throw SystemFailure(fmt::format("{}; so were those behind it, after {} taken and {} removed", line,
+                                      Counted(tally.taken, "setting"), tally.removed),
+                          refusal.error);
+    Tell(line);
   }
 }
 
