@@ -163,7 +163,7 @@ TEST(GPUIntArray, RangesThatNoMemoryHoldsAreRefusedWhole)
   EXPECT_EQ(array.AddUIntRange("1-3", GPUIntArray::addToggles, GPUIntArray()), -3);
 }
 
-TEST(CUIntArray, GrowsBehindItsEndAndRefusesBadIndexes)
+TEST(CUIntArray, GrowsBehindItsEndShrinksAndRefusesBadIndexes)
 {
   CUIntArray array;
   array.SetAtGrow(2, 7);
@@ -177,6 +177,11 @@ TEST(CUIntArray, GrowsBehindItsEndAndRefusesBadIndexes)
                                            [&] { array.GetAt(5001); },     [&] { array.SetAtGrow(INT32_MAX, 0); }};
   for (auto const & action : refused) EXPECT_TRUE(CodeOf<CInvalidArgException>(action));
   EXPECT_EQ(array.GetSize(), 5001);
+  array.RemoveAt(3, 497);
+  array.RemoveAt(4, 4499);
+  array.RemoveAt(1);
+  ASSERT_EQ(array.GetSize(), 4);
+  EXPECT_EQ((Values{array[0], array[1], array[2], array[3]}), (Values{1, 7, 7, 7}));
 }
 
 TEST(GPUIntArray, FilesHoldTheLowSixteenBits)
