@@ -80,7 +80,7 @@ class InspectTool : public StoreTool {
                                              24));
     m_Folder.Write("entries", "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\X]\r\n\"a\"=\"b\"\r\n\"c\"=-\r\n");
     m_Folder.Write("numbers", "T x\n1 2\n3 4\n\n5 6\nend\n");
-    m_Folder.Write("frame", "\"\",\"T\"\n\"a\",1\n");
+    m_Folder.Write("frame", "\"id\",\"T\"\n\"a\",1\n");
     m_Folder.Write("word", "Number 12\n");
     m_Folder.Write("pages", "one\n\ftwo\n");
     m_Folder.Write("te xt", "words alone\n");

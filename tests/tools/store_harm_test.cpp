@@ -153,7 +153,8 @@ struct Harm {
   bool hasIndex;
   size_t kept;
   size_t suspect;
-  size_t grown = 0;  // where two bytes were inserted; the blocks behind are beside a chain of the same step
+  size_t grown = 0;    // where two bytes were inserted; the blocks behind are beside a chain of the same step
+  size_t widened = 0;  // the first byte of a capacity, which leads into the next block now
 };
 
 constexpr Harm harms[] = {
@@ -167,6 +168,8 @@ constexpr Harm harms[] = {
     {"hole, stale index", 300, 0, true, true, 7, 8},
     {"grown, index", 0, 0, false, true, 6, 14, 270},
     {"grown, no index", 0, 0, false, false, 6, 14, 270},
+    {"widened, index", 0, 0, false, true, 20, 0, 0, 256},
+    {"widened, no index", 0, 0, false, false, 7, 13, 0, 256},
 };
 
 TEST_F(StoreTool, RecoveryKeepsWhatIsProvedAndFindsItsStepAgain)
@@ -186,6 +189,7 @@ TEST_F(StoreTool, RecoveryKeepsWhatIsProvedAndFindsItsStepAgain)
     std::string bytes = m_Folder.Read("a.SR");
     if (harm.hole > 0) bytes.replace(harm.hole, 128, 128, '\0');
     if (harm.grown > 0) bytes.insert(harm.grown, "xy");
+    if (harm.widened > 0) bytes[harm.widened] = 50;
     m_Folder.Write("a.SR", bytes.substr(0, bytes.size() - harm.cut));
     if (!harm.hasIndex) std::filesystem::remove(m_Folder.Path() / "a.SI");
     ProgramRun const run = Zp("recover a --to b --leave-suspect --json");
