@@ -377,6 +377,7 @@ constexpr Refusal refusals[] = {
     {"id,name\n1,\"a\"b\n", "standard input: line 2: a quote stands alone; quote the whole field and double the quotes in it"},
     {"id,unifac_groups\n1,5\n",
      "standard input: line 2: column unifac_groups: \"5\" is no list of groups and counts such as 1:2 12R:1; nothing was stored"},
+    {"{\"format\": \"zp-store-records\"}", "standard input: \"version\" is missing; nothing was stored"},
     {"{\"format\": 1}", "standard input: \"format\" must be a text; nothing was stored"},
     {"{\"format\": \"zp-store-records\", \"version\": 1, \"records\": [{\"id\": 4, \"object\": {\"class\": \"GPDataArray\", "
      "\"items\": [null, {\"class\": \"GPw\", \"data_id\": 1, \"value\": 40000}]}}]}",

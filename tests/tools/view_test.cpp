@@ -9,6 +9,7 @@
 
 #include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
+#include "tools/view/report_pages.h"
 
 namespace {
 
@@ -110,6 +111,7 @@ TEST(ViewTool, WritesAPageThatABrowserReads)
 
 TEST(ViewTool, ShowsAReportOnTheTerminal)
 {
+  EXPECT_EQ(ShownText("a terminal\twithout \xE4, \xB0\x7F", ShownIn::ascii), "a terminal.without ?, ?.");
   if (!hasProgram("tmux")) GTEST_SKIP() << "no tmux here";
   TempFolder const folder;
   folder.Write("report.txt", reportText);
