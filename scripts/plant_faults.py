@@ -163,7 +163,7 @@ class Planter:
         entry = {"file": path, "line": number + 1, "kind": kind, "was": line.strip(), "is": lines[number].strip(), "fault": fault}
         try:
             file.write_text("\n".join(lines), encoding="utf-8")
-            if not self.ninja("zp" if folder == "tools" else "zpbase"):
+            if not self.ninja(*(["zp", "zp_made_pages"] if folder == "tools" else ["zpbase"])):
                 return None
             failed = next((failed for name in self.order(folder) if (failed := self.look(name, folder))), [])
             return dict(entry, caught=bool(failed), by=failed[0] if failed else "")

@@ -312,10 +312,11 @@ TEST_F(DrawingTool, NeverOverwritesAnInputAndKeepsWhatWasThere)
     EXPECT_FALSE(m_Folder.Has("new.dxf")) << row.arguments;
   }
   fs::create_symlink("old.dxf", m_Folder.Path() / "link.dxf");
-  fs::permissions(m_Folder.Path() / "old.dxf", fs::perms::owner_read | fs::perms::owner_write);
+  fs::perms const former = fs::perms::owner_read | fs::perms::owner_write | fs::perms::set_uid;
+  fs::permissions(m_Folder.Path() / "old.dxf", former);
   EXPECT_EQ(Zp("a.wmf link.dxf").status, 0);
   EXPECT_TRUE(fs::is_symlink(m_Folder.Path() / "link.dxf"));
-  EXPECT_EQ(fs::status(m_Folder.Path() / "old.dxf").permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(fs::status(m_Folder.Path() / "old.dxf").permissions(), former);
   for (auto const & entry : fs::directory_iterator(m_Folder.Path()))
     EXPECT_EQ(entry.path().string().find(".new"), std::string::npos) << entry.path();
 }
@@ -372,7 +373,7 @@ TEST_F(DrawingTool, DrawsWhatTheDrawingHolds)
                                .Add(0x0213, {300, 400})
                                .Select(1)
                                .Line(0, 300, 400, 300)
-                               .Text(100, 100, "x")
+                               .Text(100, 100, "xx")
                                .Plain());
   ASSERT_EQ(Zp("in.wmf out.dxf --svg a.svg --png a.png").status, 0);
   std::string const svg = m_Folder.Read("a.svg");
@@ -381,6 +382,11 @@ TEST_F(DrawingTool, DrawsWhatTheDrawingHolds)
   EXPECT_NE(svg.find("d=\"M 20 20 L 1180 20 L 1180 890 \""), std::string::npos) << svg;
   EXPECT_NE(svg.find("stroke:rgb(100%,0%,0%)"), std::string::npos) << svg;
   EXPECT_NE(svg.find("stroke:rgb(0%,100%,0%);stroke-opacity:1;stroke-dasharray:14.5,7.25;"), std::string::npos) << svg;
+  size_t const first = svg.find("<use ");
+  size_t const second = svg.find("<use ", first + 1);
+  ASSERT_NE(second, std::string::npos) << svg;
+  auto const placeOf = [&](size_t glyph) { return std::stod(svg.substr(svg.find(" x=\"", glyph) + 4)); };
+  EXPECT_NEAR(placeOf(second) - placeOf(first), 3.50 * 0.74 * 2.9, 0.001) << "a text of that height and width factor";
   std::string const png = m_Folder.Read("a.png");
   EXPECT_EQ(png.substr(1, 3), "PNG");
   EXPECT_EQ(png.substr(16, 8), std::string("\0\0\4\260\0\0\3\216", 8));

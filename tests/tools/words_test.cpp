@@ -9,6 +9,7 @@
 
 #include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
+#include "tools/shown_text.h"
 
 namespace {
 
@@ -107,4 +108,24 @@ TEST(Words, CompleteInTheShells)
                                 "\"zp settings set --type t\"; complete -C $line; end' | cut -f1"),
             "store\nview\nlist\n--record\ntext\n");
   EXPECT_EQ(printed(folder, "zsh -n '" + made + "_zp'"), "");
+}
+
+// 0 where no whole character begins.
+TEST(Words, KnowHowManyBytesACharacterHas)
+{
+  for (auto const & [bytes, count] : {std::pair("a", 1U),
+                                      {"\xC2\x80", 2U},
+                                      {"\xDF\xBF", 2U},
+                                      {"\xE0\xA0\x80", 3U},
+                                      {"\xEF\xBF\xBD", 3U},
+                                      {"\xF0\x90\x80\x80", 4U},
+                                      {"\xF4\x8F\xBF\xBF", 4U},
+                                      {"\x80", 0U},
+                                      {"\xC1\x80", 0U},
+                                      {"\xC2", 0U},
+                                      {"\xE0\xA0", 0U},
+                                      {"\xE0\xA0x", 0U},
+                                      {"\xF0\x90\x80", 0U},
+                                      {"\xF5\x80\x80\x80", 0U}})
+    EXPECT_EQ(CharacterBytes(bytes), count) << bytes;
 }
