@@ -55,6 +55,9 @@ TEST_F(Store, RefusesWhatTheFormatsCannotHold)
   EXPECT_EQ(Put(*store, 0, "zero"), 1);
   for (auto const & [id, length] : std::map<int, unsigned int>{{-1, 1}, {32768, 1}, {5, 0}, {6, 65536}, {32767, 0}})
     EXPECT_EQ(store->StoreRec(most.data(), length, id), 0) << id;
+  GPUIntArray numbers;  // of two bytes each
+  numbers.SetSize(40000);
+  EXPECT_EQ(store->StoreObj(&numbers, 6), 0);
   EXPECT_EQ(store->GetRecCount(), 2);
   EXPECT_EQ(Get(*store, 32767), most);
   char small[3] = {'a', 'b', 'c'};

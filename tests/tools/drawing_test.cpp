@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <csignal>
 #include <thread>
@@ -385,7 +386,11 @@ TEST_F(DrawingTool, DrawsWhatTheDrawingHolds)
   size_t const first = svg.find("<use ");
   size_t const second = svg.find("<use ", first + 1);
   ASSERT_NE(second, std::string::npos) << svg;
-  auto const placeOf = [&](size_t glyph) { return std::stod(svg.substr(svg.find(" x=\"", glyph) + 4)); };
+  auto const placeOf = [&](size_t glyph) {
+    double place = 0;  // read in any locale
+    std::from_chars(&svg[svg.find(" x=\"", glyph) + 4], svg.data() + svg.size(), place);
+    return place;
+  };
   EXPECT_NEAR(placeOf(second) - placeOf(first), 3.50 * 0.74 * 2.9, 0.001) << "a text of that height and width factor";
   std::string const png = m_Folder.Read("a.png");
   EXPECT_EQ(png.substr(1, 3), "PNG");
