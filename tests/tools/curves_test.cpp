@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <utility>
@@ -240,30 +239,33 @@ TEST_F(Curves, AreToldApartHoweverManyTheyAre)
   }
 }
 
+// What stands behind the one text and in front of the other, or nothing.
+std::string between(std::string const & line, std::string_view before, char behind)
+{
+  size_t const begin = line.find(before);
+  if (begin == std::string::npos) return {};
+  return line.substr(begin + before.size(), line.find(behind, begin + before.size()) - begin - before.size());
+}
+
 // What of a picture doesn't hang on the machine's fonts: of each line its looks, its first place and its last, and of each text
 // its colour and its baseline.
 std::string outlineOf(std::string const & svg)
 {
-  static std::regex const line(
-      "<path style=\"fill:none;stroke-width:([0-9.]+);.*stroke:rgb\\(([^)]*)\\);(.*)stroke-miterlimit:10;\" d=\"M (.*)\"/>");
-  static std::regex const text("<g style=\"fill:rgb\\(([^)]*)\\).*");
-  static std::regex const glyph(".*<use .* y=\"([0-9.]+)\"/>");
   std::istringstream lines(svg.substr(svg.find("</defs>")));
   std::string outline, textColor;
-  std::smatch found;
   for (std::string each; std::getline(lines, each);) {
-    if (std::regex_match(each, found, line)) {
-      std::istringstream words(found[4]);
+    if (each.starts_with("<path style=\"fill:none;stroke-width:")) {
+      std::istringstream words(between(each, " d=\"M ", '"'));
       std::vector<std::pair<double, double>> places;
       double x = 0, y = 0;
       for (std::string letter; words >> x >> y; words >> letter) places.emplace_back(x, y);
-      bool const isDashed = found[3].str().find("dasharray") != std::string::npos;
-      outline += "line " + found[1].str() + (isDashed ? " dashed " : " ") + found[2].str() + ": " + rounded(places.front()) +
-                 " to " + rounded(places.back()) + "\n";
-    } else if (std::regex_match(each, found, text)) {
-      textColor = found[1];
-    } else if (std::regex_match(each, found, glyph) && !textColor.empty()) {
-      double const baseline = Json::parse(found[1].str());  // with a point in any locale
+      bool const isDashed = each.find("dasharray") != std::string::npos;
+      outline += "line " + between(each, "stroke-width:", ';') + (isDashed ? " dashed " : " ") +
+                 between(each, "stroke:rgb(", ')') + ": " + rounded(places.front()) + " to " + rounded(places.back()) + "\n";
+    } else if (each.starts_with("<g style=\"fill:rgb(")) {
+      textColor = between(each, "rgb(", ')');
+    } else if (each.find("<use ") != std::string::npos && !textColor.empty()) {
+      double const baseline = Json::parse(between(each, " y=\"", '"'));  // with a point in any locale
       outline += "text " + std::exchange(textColor, "") + ": at " + std::to_string(std::lround(baseline)) + "\n";
     }
   }
