@@ -196,12 +196,7 @@ TEST(GPDataArray, StoresNoBlankAndNoZeroNumber)
   EXPECT_EQ(std::tuple(d, f, i, u), std::tuple(0.0, 0.0F, 0, 0U));
   EXPECT_EQ(items.UnloadFloatData(text, 5) + items.UnloadStringData(text, 5) + items.UnloadIntData(text, 5), 0);
   EXPECT_EQ(items.UnloadUIntData(text, 5), 0);
-  items.LoadIntData(4, 1);
-  items.LoadIntData(6, 1);
-  EXPECT_EQ(items.UnloadStringData(text, 5), 0);
   EXPECT_EQ(text, "old");
-  items.LoadIntData(4, 0);
-  items.LoadIntData(6, 0);
 
   // Each step finds the item of the one before: what is stored replaces it, the rest deletes it.
   bool const stored[] = {
