@@ -5,15 +5,19 @@
 #include <sys/wait.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include <zpbase/platform/host_calls.h>
 
 #include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
+#include "tools/interrupt_guard.h"
+#include "tools/program.h"
 #include "tools/settings/registration_entries.h"
 #include "tools/settings/settings_store.h"
 
@@ -75,15 +79,16 @@ TEST_F(ZpSettings, CarryAnotherCompanysBranchToAProfileFileAndBack)
 {
   std::string const branch = "[HKEY_CURRENT_USER\\Software\\Acme\\Flow\\Misc]\r\n";
   m_Folder.Write("in.reg", "REGEDIT4\r\n\r\n" + branch + "\"b\"=hex:4f,00\r\n\"m\"=hex(7):61,00,00\r\n\"n\"=dword:fffffffb\r\n" +
-                               "[-HKEY_CURRENT_USER\\Software\\Acme\\Flow]\r\n");
+                               "\"z\"=hex(1):41,00,42,00\r\n[-HKEY_CURRENT_USER\\Software\\Acme\\Flow]\r\n");
   EXPECT_EQ(Run("import in.reg -p x.ini -c Acme -a Flow"),
             "1 zp: in.reg: \"m\" in the section \"Misc\" was refused: a profile file has no form for the type 7\n"
-            "in.reg: 2 settings taken, 0 removed, 1 refused, 0 damaged lines, 1 of other keys than "
+            "zp: in.reg: \"z\" in the section \"Misc\" was refused: a profile file's text has no character 0\n"
+            "in.reg: 2 settings taken, 0 removed, 2 refused, 0 damaged lines, 1 of other keys than "
             "HKEY_CURRENT_USER\\Software\\Acme\\Flow\n");
   EXPECT_EQ(m_Folder.Read("x.ini"), "[Misc]\nb=PEAA\nn=-5\n");
   EXPECT_EQ(Run("export -p x.ini -c Acme -a Flow"), "0 REGEDIT4\r\n\r\n" + branch + "\"b\"=\"PEAA\"\r\n\"n\"=\"-5\"\r\n");
   EXPECT_EQ(Run("import in.reg -p x.ini"),
-            "1 in.reg: 0 settings taken, 0 removed, 0 refused, 0 damaged lines, 4 of other keys than "
+            "1 in.reg: 0 settings taken, 0 removed, 0 refused, 0 damaged lines, 5 of other keys than "
             "HKEY_CURRENT_USER\\Software\\Vantrelis\\Zephlow\n"
             "zp: in.reg: has no settings of this application; name the one that it is for with -c and -a\n");
   EXPECT_EQ(Run("list -p x.ini -c Acme").substr(0, 2), "2 ");
@@ -167,38 +172,93 @@ TEST_F(ZpSettings, WorkAsTheManualTells)
   EXPECT_EQ(m_Folder.Read("flow.ini"), "[Misc]\nBeep=Yes\n");
 }
 
-// The lock comes when the first setting has been taken, and stays.
-TEST(SettingsImport, StopsWhereTheFolderStaysLocked)
+namespace {
+
+struct Stopped {
+  std::string output;
+  std::string failure;
+  int status = 0;
+  std::string written;
+};
+
+std::string saidAside;
+
+// Three settings of a file with a line that is none and a character that there isn't.
+Stopped importThree(zp::HostCalls const & met)
 {
   TempFolder const folder;
-  folder.Write("s.reg",
-               "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\Software\\Zephlow\\a\\S]\r\n\"k\"=\"1\"\r\n\"l\"=\"2\"\r\n\"m\"=\"3\"\r\n");
-  static zp::HostCalls const kept = zp::GetHostCalls();
-  static LONGLONG now = 0;
-  static int waits = 0;
-  static int locks = 0;
-  zp::GetHostCalls().SteadyClock = [] { return now; };
-  zp::GetHostCalls().Pause = [](int) { now += 20'000'000'000, ++waits; };
-  zp::GetHostCalls().Lock = [](int file, zp::HostLock kind) {
-    if (++locks == 1) return kept.Lock(file, kind);
-    errno = EWOULDBLOCK;
-    return -1;
-  };
+  std::string wide = "\xFF\xFE";
+  for (char const c : std::string_view("Windows Registry Editor Version 5.00\n[HKEY_CURRENT_USER\\Software\\Zephlow\\a\\S]\n"
+                                       "\"k\"=\"~\"\nnone\n\"l\"=\"2\"\n\"m\"=\"3\"\n"))
+    wide += c == '~' ? "\x2D\x4E"s : std::string{c, '\0'};
+  folder.Write("s.reg", wide);
   SettingsOptions options;
   options.application = "a";
   options.company = "Zephlow";
   options.profile = (folder.Path() / "a.ini").string();
-  std::string told;
+  zp::HostCalls const kept = std::exchange(zp::GetHostCalls(), met);
+  saidAside.clear();
+  Teller const former = SetTeller([](std::string_view line) { saidAside += std::string(line) + '\n'; });
+  testing::internal::CaptureStdout();
+  Stopped stopped;
   try {
     ImportSettings(options, (folder.Path() / "s.reg").string());
-  } catch (SystemFailure const & failure) {
-    told = failure.what();
+  } catch (Failure const & failure) {
+    stopped = {{}, failure.what(), failure.GetStatus(), {}};
   }
+  FlushOutput();
+  SetTeller(former);
   zp::GetHostCalls() = kept;
-  EXPECT_EQ(told,
-            (folder.Path() / "s.reg").string() +
-                ": \"l\" in the section \"S\" was refused: the new file can't be written beside it: another program keeps its "
-                "folder locked; try again when that has ended; so were those behind it, after 1 setting taken and 0 removed");
+  std::string const place = folder.Path().string() + '/';
+  stopped.output = saidAside + testing::internal::GetCapturedStdout();
+  for (std::string * const text : {&stopped.output, &stopped.failure})
+    for (size_t at; (at = text->find(place)) != std::string::npos;) text->erase(at, place.size());
+  stopped.written = folder.Read("a.ini") + (folder.Has("a.ini.zp-new") ? "and the new file" : "");
+  return stopped;
+}
+
+constexpr char const * oneTaken =
+    "s.reg: 1 character that Windows-1252 lacks became \"?\"\ns.reg: 1 setting taken, 0 removed, 1 refused, 1 damaged line, 0 of "
+    "other keys than HKEY_CURRENT_USER\\Software\\Zephlow\\a\n";
+
+}  // namespace
+
+// The lock comes when the first setting has been taken, and stays: both the change and the look for its cause wait.
+TEST(SettingsImport, StopsWhereTheFolderStaysLocked)
+{
+  static zp::HostCalls const kept = zp::GetHostCalls();
+  static LONGLONG now = 0;
+  static int waits = 0;
+  static int locks = 0;
+  zp::HostCalls met = kept;
+  met.SteadyClock = [] { return now; };
+  met.Pause = [](int) { now += 20'000'000'000, ++waits; };
+  met.Lock = [](int file, zp::HostLock kind) {
+    if (++locks == 1) return kept.Lock(file, kind);
+    errno = EWOULDBLOCK;
+    return -1;
+  };
+  Stopped const stopped = importThree(met);
+  EXPECT_EQ(stopped.failure,
+            "s.reg: \"l\" in the section \"S\" was refused: the new file can't be written beside it: another program keeps its "
+            "folder locked; try again when that has ended; nothing behind it was tried");
+  EXPECT_EQ(stopped.output, oneTaken);
+  EXPECT_EQ(stopped.written, "[S]\nk=?\n");
   EXPECT_EQ(waits, 2);
-  EXPECT_EQ(folder.Read("a.ini"), "[S]\nk=1\n");
+}
+
+TEST(SettingsImport, EndsAChangeThatASignalMeets)
+{
+  static zp::HostCalls const kept = zp::GetHostCalls();
+  zp::HostCalls met = kept;
+  met.Rename = [](char const * from, char const * to) {
+    std::raise(SIGHUP);
+    return kept.Rename(from, to);
+  };
+  Stopped const stopped = importThree(met);
+  InterruptGuard::Forget([](int signal) { EXPECT_EQ(signal, SIGHUP); });
+  EXPECT_EQ(stopped.failure, "s.reg: interrupted; the rest was not tried");
+  EXPECT_EQ(stopped.status, exitInterrupted);
+  EXPECT_EQ(stopped.output, std::string(oneTaken).replace(std::string(oneTaken).find("1 refused"), 1, "0"));
+  EXPECT_EQ(stopped.written, "[S]\nk=?\n");
 }

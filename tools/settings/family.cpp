@@ -12,6 +12,7 @@
 #include <zpbase/platform/encoding.h>
 #include <nlohmann/json.hpp>
 
+#include "tools/interrupt_guard.h"
 #include "tools/json_output.h"
 #include "tools/number_option.h"
 #include "tools/program.h"
@@ -94,6 +95,7 @@ void removeSection(SettingsOptions const & options, CString const & section)
   });
   if (!isThere)
     throw Failure(fmt::format("{}: no section \"{}\"; see zp settings list", store.Name(), zp::TextToUtf8(section.View())));
+  InterruptGuard const guard;
   store.RequireRemoved(store.App().WriteProfileString(section, nullptr, nullptr), section);
 }
 
@@ -188,6 +190,7 @@ struct SetCommand : SettingsArguments {
     CString const inSection = SectionName();
     CString const changed = KeyName();
     SettingsStore store(*this, Wanted::ToChange);
+    InterruptGuard const guard;
     if (type == "integer") {
       store.Require(store.App().WriteProfileInt(inSection, changed, integerOf(value)), inSection, changed);
     } else if (type == "binary") {
@@ -225,6 +228,7 @@ struct RemoveCommand : SettingsArguments {
     CString const removed = KeyName();
     SettingsStore store(*this, Wanted::ToRead);
     find(store, inSection, removed);
+    InterruptGuard const guard;
     store.Require(store.App().WriteProfileString(inSection, removed, nullptr), inSection, removed);
     return exitDone;
   }
@@ -259,7 +263,7 @@ struct ListSettingsCommand : SettingsArguments {
   }
 };
 
-struct ImportCommand : SettingsArguments {
+struct ImportSettingsCommand : SettingsArguments {
   static constexpr char const * name = "import";
   static constexpr char const * help = "Take settings from a registration-entries file";
   static constexpr char const * example = "zp settings import settings.reg";
@@ -275,7 +279,7 @@ struct ImportCommand : SettingsArguments {
   std::string file;
 };
 
-struct ExportCommand : SettingsArguments {
+struct ExportSettingsCommand : SettingsArguments {
   static constexpr char const * name = "export";
   static constexpr char const * help = "Write all settings as a registration-entries file";
   static constexpr char const * example = "zp settings export settings.reg";
@@ -305,6 +309,6 @@ void AddSettingsCommands(CLI::App & app, int & status)
   AddCommand<SetCommand>(*family, status);
   AddCommand<RemoveCommand>(*family, status);
   AddCommand<ListSettingsCommand>(*family, status);
-  AddCommand<ImportCommand>(*family, status);
-  AddCommand<ExportCommand>(*family, status);
+  AddCommand<ImportSettingsCommand>(*family, status);
+  AddCommand<ExportSettingsCommand>(*family, status);
 }

@@ -62,6 +62,7 @@ Refusal FindMisfitOfProfile(std::string_view section, std::string_view key, std:
   if (!isKey && first == std::string_view::npos) return {"a profile file's key isn't blank"};
   if (!isKey) return {"a profile file's key has no line end and no =, and doesn't begin with [ or ;"};
   if (hasAny(text, "\r\n")) return {"a profile file's text has no line end"};
+  if (text.find('\0') != std::string_view::npos) return {"a profile file's text has no character 0"};
   return {};
 }
 

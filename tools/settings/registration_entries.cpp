@@ -10,6 +10,7 @@
 #include <zpbase/platform/encoding.h>
 #include <zpbase/platform/system_error.h>
 
+#include "tools/interrupt_guard.h"
 #include "tools/program.h"
 #include "tools/settings/settings_store.h"
 
@@ -22,6 +23,14 @@ std::optional<CString> sectionOf(CString const & key, CString const & branch)
   CString const rest = key.Mid(branch.GetLength());
   if (rest.GetLength() < 2 || rest[0] != '\\') return std::nullopt;
   return rest.Mid(1);
+}
+
+// Without the zero that ends it.
+std::string_view textOf(zp::RegistryEntry const & entry)
+{
+  std::string_view text = entry.data.View();
+  if (text.ends_with('\0')) text.remove_suffix(1);
+  return text;
 }
 
 // A hive keeps every type. A profile file has no form for those beyond text, integer and block.
@@ -39,7 +48,9 @@ BOOL writeValue(SettingsStore & store, CString const & section, zp::RegistryEntr
     RegCloseKey(key);
     return error == ERROR_SUCCESS;
   }
-  if (IsTextType(entry.type)) return app.WriteProfileString(section, entry.name, entry.data.GetString());
+  if (IsTextType(entry.type))
+    return textOf(entry).find('\0') == std::string_view::npos &&
+           app.WriteProfileString(section, entry.name, entry.data.GetString());
   if (entry.type == REG_DWORD && data.size() == 4) return app.WriteProfileInt(section, entry.name, NumberOfBytes(entry.data));
   return entry.type == REG_BINARY && store.WriteBlock(section, entry.name, data);
 }
@@ -62,7 +73,7 @@ Refusal refusalOf(SettingsStore const & store, CString const & section, zp::Regi
   bool const isText = IsTextType(entry.type);
   bool const hasForm = isText || entry.type == REG_BINARY || (entry.type == REG_DWORD && entry.data.GetLength() == 4);
   if (!store.IsRegistry() && !hasForm) return {fmt::format("a profile file has no form for the type {}", entry.type)};
-  return store.FindRefusal(section, entry.name, isText ? entry.data.GetString() : "");
+  return store.FindRefusal(section, entry.name, isText ? CString(textOf(entry)) : CString());
 }
 
 struct Tally {
@@ -85,12 +96,28 @@ void take(SettingsStore & store, zp::RegistryEntry const & entry, std::string co
     Refusal const refusal = refusalOf(store, *section, entry);
     std::string const line = fmt::format("{}: \"{}\" in the section \"{}\" was refused: {}", name,
                                          zp::TextToUtf8(entry.name.View()), zp::TextToUtf8(section->View()), refusal.cause);
-    if (refusal.error == EWOULDBLOCK)
-      throw SystemFailure(fmt::format("{}; so were those behind it, after {} taken and {} removed", line,
-                                      Counted(tally.taken, "setting"), tally.removed),
-                          refusal.error);
+    if (refusal.error == EWOULDBLOCK) throw SystemFailure(line + "; nothing behind it was tried", refusal.error);
     Tell(line);
   }
+}
+
+// A signal lets the change that it meets end.
+void takeAll(SettingsStore & store, std::vector<zp::RegistryEntry> const & entries, std::string const & name, Tally & tally)
+{
+  InterruptGuard const guard;
+  for (zp::RegistryEntry const & entry : entries) {
+    if (InterruptGuard::IsInterrupted())
+      throw Failure(fmt::format("{}: interrupted; the rest was not tried", name), exitInterrupted);
+    take(store, entry, name, tally);
+  }
+}
+
+void print(Tally const & tally, std::string const & name, int damaged, CString const & branch)
+{
+  PrintShown(fmt::format("{}: {} taken, {} removed, {} refused, {}, {} of other keys than {}\n", name,
+                         Counted(tally.taken, "setting"), tally.removed, tally.refused,
+                         Counted(static_cast<unsigned>(damaged), "damaged line"), tally.elsewhere,
+                         zp::TextToUtf8(branch.View())));
 }
 
 }  // namespace
@@ -116,14 +143,16 @@ ExitStatus ImportSettings(SettingsOptions const & options, std::string const & f
   if (!zp::ReadRegistryText(ReadWholeFile(file), entries, damaged, lost))
     throw Failure(fmt::format(
         "{}: is no registration-entries file; it must begin with REGEDIT4 or Windows Registry Editor Version 5.00", name));
-  Tally tally;
-  for (zp::RegistryEntry const & entry : entries) take(store, entry, name, tally);
-  PrintShown(fmt::format("{}: {} taken, {} removed, {} refused, {}, {} of other keys than {}\n", name,
-                         Counted(tally.taken, "setting"), tally.removed, tally.refused,
-                         Counted(static_cast<unsigned>(damaged), "damaged line"), tally.elsewhere,
-                         zp::TextToUtf8(store.Branch().View())));
   if (lost > 0)
     Tell(fmt::format("{}: {} that Windows-1252 lacks became \"?\"", name, Counted(static_cast<unsigned>(lost), "character")));
+  Tally tally;
+  try {
+    takeAll(store, entries, name, tally);
+  } catch (Failure const &) {
+    print(tally, name, damaged, store.Branch());
+    throw;
+  }
+  print(tally, name, damaged, store.Branch());
   if (tally.elsewhere > 0 && tally.taken + tally.removed + tally.refused == 0)
     throw Failure(fmt::format("{}: has no settings of this application; name the one that it is for with -c and -a", name));
   return tally.refused > 0 || damaged > 0 || lost > 0 ? exitWanting : exitDone;

@@ -9,6 +9,6 @@ struct SettingsOptions;
 
 void ExportSettings(SettingsOptions const & options, std::string const & file);
 
-// Tells what it took, and gives exitWanting where it couldn't take all. Raises SystemFailure, with what was taken before, where
-// another program keeps the store locked.
+// Tells what it took, also before it raises, and gives exitWanting where it couldn't take all. Raises SystemFailure where another
+// program keeps the store locked, and Failure where it is interrupted.
 ExitStatus ImportSettings(SettingsOptions const & options, std::string const & file);

@@ -36,7 +36,7 @@ std::array<std::string, 2> filesOf(StoreNames const & names)
   return {names.index, names.record};
 }
 
-void move(std::string const & from, std::string const & to)
+void moveFile(std::string const & from, std::string const & to)
 {
   int error = 0;
   if (MoveFileDurably(InsidePath(from), InsidePath(to), &error)) return;
@@ -68,8 +68,8 @@ void exchange(std::string const & file)
     throw Failure(fmt::format("{}: came back during an exchange; keep what you need of it and of {}, and remove one of them",
                               file, oldName(file)));
   }
-  if (FileExists(file)) move(file, oldName(file));
-  move(newName(file), file);
+  if (FileExists(file)) moveFile(file, oldName(file));
+  moveFile(newName(file), file);
 }
 
 // The exchange is over when both files stand under their names and the mark is gone.
@@ -153,7 +153,7 @@ void SwapIn(StoreNames const & names)
 {
   CFile mark;
   try {
-    for (std::string const & file : filesOf(names)) move(TemporaryName(file), newName(file));
+    for (std::string const & file : filesOf(names)) moveFile(TemporaryName(file), newName(file));
     writeMark(names);
     CFileException problem;
     if (!mark.Open(InsidePath(markName(names)), CFile::modeReadWrite | CFile::shareDenyWrite, &problem)) {

@@ -133,7 +133,8 @@ std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
   std::optional<Content> content(isPiped ? readPipe(options.file, name) : readFile(options.file));
   if (isWide(content->View()))
     throw Failure(fmt::format("{}: is UTF-16 text; convert it, as by iconv -f UTF-16 -t WINDOWS-1252", name));
-  if (content->View().starts_with(utf8Mark)) content->RemovePrefix(utf8Mark.size());
+  bool const isMarked = content->View().starts_with(utf8Mark);
+  if (isMarked) content->RemovePrefix(utf8Mark.size());
   std::string_view const bytes = content->View();
   isEmpty = bytes.empty();
   size_t const lone = CountLoneLineFeeds(bytes);
@@ -146,7 +147,7 @@ std::unique_ptr<ParseFile> load(TextOptions const & options, bool & isEmpty)
     content.reset();
     return ParseCopy(complete, name);
   }
-  auto const status = isPiped ? std::nullopt : StatusOf(options.file);
+  auto const status = isPiped || isMarked ? std::nullopt : StatusOf(options.file);
   if (!status || static_cast<size_t>(status->size) != bytes.size()) return ParseCopy(bytes, name);
   content.reset();
   return parse(options.file, name);
