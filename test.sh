@@ -2,8 +2,8 @@
 # Makes the machine ready, builds, and runs every test. With --all also: the tests of the bridge to LibreOffice and of the Python
 # package, the formatting gate, clang-tidy, the tests in other locales, the benchmarks' build, 20,000 states of a store after a crash,
 # what the commands keep in memory, files of other programs, the site of headers and pages, a trial of the installation, a second run
-# under AddressSanitizer and UndefinedBehaviorSanitizer, the packager's page with Debian's packages, and a while of each fuzz target
-# (ZP_FUZZ_SECONDS, 60). Each stage ends with the seconds that it took. Without a compiler cache the sources are compiled in bundles.
+# and the fuzz targets' seeds under AddressSanitizer and UndefinedBehaviorSanitizer, the packager's page with Debian's packages, and a
+# while of each fuzz target (ZP_FUZZ_SECONDS, 60). Each stage ends with the seconds that it took.
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/prepare.sh
@@ -37,16 +37,12 @@ crash_states() {
   ZP_CRASH_STATES=${ZP_CRASH_STATES:-20000} build/debug/tests/test_faults --gtest_filter='CrashStates.*'
 }
 
-# Stages that keep one core busy, two at a time.
-side_by_side() {
-  crash_states >build/crash_states.log 2>&1 &
-  local states=$!
-  stage "Memory" scripts/measure_memory.sh build/run/tools/zp
-  stage "Files of other programs" scripts/test_corpus.sh build/debug
-  stage "Site" scripts/build_site.sh
-  stage "Installation" scripts/test_installation.sh build/run
-  wait "$states" || { cat build/crash_states.log; return 1; }
+# states_told PROCESS: what the crash states that run there end with.
+states_told() {
+  local status=0
+  wait "$1" || status=$?
   cat build/crash_states.log
+  return "$status"
 }
 
 # fuzz TARGET: runs it from its seeds. What breaks it is kept in build/fuzz/. Its program is one of the sanitizers' build.
@@ -85,8 +81,15 @@ stage "Formatting" formatting
 stage "clang-tidy" scripts/tidy.sh build/debug
 stage "Tests in other locales" scripts/test_in_locales.sh build/debug
 stage "Benchmarks build" release
-stage "Crash states beside single-threaded stages" side_by_side
+crash_states >build/crash_states.log 2>&1 &  # on one core, beside stages that need one alone and a build
+states=$!
+trap 'kill "$states" 2>/dev/null || true' EXIT
+stage "Memory" scripts/measure_memory.sh build/run/tools/zp
+stage "Files of other programs" scripts/test_corpus.sh build/debug
+stage "Site" scripts/build_site.sh
+stage "Installation" scripts/test_installation.sh build/run
 stage "Sanitizers" suite asan-ubsan
+stage "Crash states" states_told "$states"
 stage "Packages" scripts/run_page.sh docs/tutorials/packager.md .
 stage "Fuzzing" fuzzing
 echo "== All: $SECONDS s"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Runs the tests of a build folder and its fuzz targets' seeds over a library that counts what they reach, and prints it for each folder of
-# the library: lines, and branches, of which each condition has two, seen true and seen false. What only the compiler adds, such as the
-# ways of exceptions, is no branch here. Processes count as they go, so children that were forked or killed count too. Not part of
-# ./test.sh --all.
+# Runs the tests of a build folder over a library that counts what they reach, with the fuzz targets' seeds where the folder was
+# configured with ZP_BUILD_FUZZ, and prints it for each folder of the library: lines, and branches, of which each condition has two,
+# seen true and seen false. What only the compiler adds, such as the ways of exceptions, is no branch here. Processes count as they go,
+# so children that were forked or killed count too. Not part of ./test.sh --all.
 #   scripts/coverage.sh [BUILD FOLDER]                 (build/debug) everything anew
 #   scripts/coverage.sh BUILD FOLDER PROGRAM...        these of its programs once more; what others counted stays
 # The lines that weren't reached are in build/coverage/lines.txt then, the branches in build/coverage/branches.txt.

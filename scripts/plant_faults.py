@@ -2,7 +2,7 @@
 """Plants small faults one at a time and tells which of them the tests catch.
 
     git clone . ../planted && cd ../planted
-    cmake -S . -B build/planted -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_LINK_DEPENDS_NO_SHARED=ON
+    cmake -S . -B build/planted -G Ninja -DCMAKE_BUILD_TYPE=Debug -DZP_BUILD_FUZZ=ON -DCMAKE_LINK_DEPENDS_NO_SHARED=ON
     cmake --build build/planted
     scripts/plant_faults.py build/planted --area library --count 100 --seed 1 --log library.jsonl
 

@@ -24,9 +24,9 @@ CHECK_PACKAGES=(clang libclang-rt-14-dev clang-format clang-tidy libbenchmark-de
 PACKAGING_PACKAGES=(debhelper dh-python lintian fakeroot)  # scripts/build_packages.sh
 SITE_PACKAGES=(doxygen python3 universal-ctags)  # scripts/build_site.sh
 
-# A compiler cache makes a second build quick where it is installed. Without one the sources are compiled in bundles, which makes the
-# first build quick; ZP_BUNDLES=OFF compiles each on its own.
+# Sources are compiled in bundles, which makes the first build quick; ZP_BUNDLES=OFF compiles each on its own. A compiler cache makes a
+# second build quick where it is installed.
 if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER+set}" ] && command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache
 fi
-BUNDLES=(-DCMAKE_UNITY_BUILD="${ZP_BUNDLES:-$([ -n "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ] && echo OFF || echo ON)}")
+BUNDLES=(-DCMAKE_UNITY_BUILD="${ZP_BUNDLES:-ON}")

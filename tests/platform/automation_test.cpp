@@ -124,10 +124,10 @@ TEST(AutomationServers, AreNoModulesOfAnyOtherKind)
 
 TEST(AutomationServers, AreLoadedByTheirIdentifierAndTellTheirRunningObjects)
 {
-  setenv("ZP_SERVERS", ZP_SERVER_FOLDER, 1);
+  setenv("ZP_SERVERS", ZP_BINARY_DIR "/tests/servers", 1);
   for (char const * none : {"", "Zephlow.None", "../servers/Zephlow.Sample", ".Zephlow"})
     EXPECT_EQ(zp::LoadAutomationServer(none), 0) << none;
-  CString const file = FromHostPath(ZP_SERVER_FOLDER "/Zephlow.Sample.so");
+  CString const file = FromHostPath(ZP_BINARY_DIR "/tests/servers/Zephlow.Sample.so");
   HINSTANCE const module = AfxLoadLibrary(file);
   ASSERT_NE(module, nullptr);
   char path[1024];
@@ -137,7 +137,7 @@ TEST(AutomationServers, AreLoadedByTheirIdentifierAndTellTheirRunningObjects)
   EXPECT_TRUE(AfxFreeLibrary(module));  // the static object has taken the server off
   unsetenv("ZP_SERVERS");
   EXPECT_EQ(codeOf("Zephlow.Sample"), CO_E_CLASSSTRING);
-  setenv("ZP_SERVERS", ZP_SERVER_FOLDER, 1);
+  setenv("ZP_SERVERS", ZP_BINARY_DIR "/tests/servers", 1);
 
   COleDispatchDriver sample;
   ASSERT_TRUE(sample.CreateDispatch("Zephlow.Sample"));
